@@ -1,0 +1,10 @@
+# What every target of the project is compiled with; link it PRIVATE.
+add_library(glimra_options INTERFACE)
+target_compile_options(glimra_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
+if(GLIMRA_SANITIZE)
+    # Not only on our targets: a library of ours that is left out would hide a race or an overflow in it.
+    add_compile_options(-fsanitize=${GLIMRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${GLIMRA_SANITIZE})
+endif()

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/color.h"
+
+#include <cstdint>
+
+namespace glimra::lighting {
+
+using platform::Color;
+
+/// A colour as the LED functions take it, 0 to 100 each.
+struct Percentages {
+    int red;
+    int green;
+    int blue;
+
+    friend bool operator==(const Percentages&, const Percentages&) = default;
+};
+
+/// A colour of a frame, as the LED bitmap stores it.
+struct Rgb {
+    std::uint8_t red;
+    std::uint8_t green;
+    std::uint8_t blue;
+
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+// Both truncate. A component below 0 or that is no number counts as 0, one above 1 as 1.
+
+Percentages toPercentages(const Color& color);
+Rgb toRgb(const Color& color);
+
+/// Bytes as fractions of 255.
+Color toColor(Rgb rgb);
+
+} // namespace glimra::lighting

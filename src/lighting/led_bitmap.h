@@ -1,0 +1,48 @@
+#pragma once
+
+#include "lighting/color_conversion.h"
+#include "lighting/key_table.h"
+
+#include <array>
+#include <set>
+#include <vector>
+
+namespace glimra::lighting {
+
+/// The whole keyboard's colours as `LogiLedSetLightingFromBitmap` takes them.
+using LedBitmap = std::array<std::uint8_t, platform::kLedBitmapBytes>;
+
+inline constexpr std::size_t kColorSlotCount = 13;
+inline constexpr int kCooldownSlot = 1;
+/// Slot of colour A, the colour of single-colour mode.
+inline constexpr int kColorASlot = 4;
+
+/// Thirteen colours, by colour slot.
+using ColorSet = std::array<Color, kColorSlotCount>;
+
+/// Colour slot (0 to 12) of each key, by key code; at least `kKeyCodeCount` entries once it is loaded.
+using KeyMap = std::vector<int>;
+
+/// Keys shown as on cooldown.
+using DimmedKeys = std::set<KeyCode>;
+
+/// A bitmap with every byte 0xFF: white, and what cells without a key hold.
+constexpr LedBitmap blankBitmap() {
+    LedBitmap bitmap{};
+    bitmap.fill(0xFF);
+    return bitmap;
+}
+
+/// A key's colour in a key map; black for a code beyond the map.
+Color mappedColor(const ColorSet& colorSet, const KeyMap& keyMap, KeyCode code);
+
+LedBitmap buildColorBitmap(const ColorSet& colorSet, const KeyMap& keyMap);
+
+/// The same, with the keys in `dimmedKeys` in the cooldown colour when `useCooldowns` is set.
+LedBitmap buildColorBitmapWithCooldowns(const ColorSet& colorSet, const KeyMap& keyMap, bool useCooldowns,
+                                        const DimmedKeys& dimmedKeys);
+
+/// Writes blue, green and red of the cell at `offset`; alpha stays.
+void paintCell(LedBitmap& bitmap, std::size_t offset, Rgb color);
+
+} // namespace glimra::lighting

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "lighting/led_bitmap.h"
+
+namespace glimra::lighting {
+
+inline constexpr std::size_t kProfileCount = 9;
+
+/// What the keyboard shows, as the application keeps it. Profile numbers run from 1 to 9.
+struct LightingState {
+    /// Colour set and key map of the profile in memory.
+    ColorSet keyboardColorSet = [] {
+        ColorSet cyan;
+        cyan.fill({0.0, 1.0, 1.0});
+        return cyan;
+    }();
+    KeyMap keyToColorMap = KeyMap(kKeyCodeCount, kColorASlot);
+    /// Prepared bitmap of each profile, by number; entry 0 is no profile.
+    std::array<LedBitmap, kProfileCount + 1> keyboardColorBitmap = [] {
+        std::array<LedBitmap, kProfileCount + 1> bitmaps{};
+        bitmaps.fill(blankBitmap());
+        return bitmaps;
+    }();
+    /// Cooldowns are shown: entry 0 by the profile in memory, the others by each profile as last loaded.
+    std::array<bool, kProfileCount + 1> useSpellCooldowns{};
+    DimmedKeys dimmedKeys;
+    /// Whole-keyboard colours mean all devices, not only the per-key ones.
+    bool singleColorFlag = false;
+};
+
+} // namespace glimra::lighting

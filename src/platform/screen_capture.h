@@ -1,0 +1,76 @@
+#pragma once
+
+#include "platform/color.h"
+
+#include <bit>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace glimra::platform {
+
+/// A rectangle in points, origin at the top left corner of the main display.
+struct ScreenRect {
+    double x = 0.0;
+    double y = 0.0;
+    double width = 0.0;
+    double height = 1.0;
+
+    friend bool operator==(const ScreenRect&, const ScreenRect&) = default;
+};
+
+/// Where the channels lie in a pixel: 8 bits each for depth 24 and 32, 10 for depth 30. No mask is 0.
+struct PixelFormat {
+    std::uint32_t redMask = 0xFF0000;
+    std::uint32_t greenMask = 0x00FF00;
+    std::uint32_t blueMask = 0x0000FF;
+};
+
+/// One row of device pixels that someone else owns.
+struct ImageView {
+    std::span<const std::uint32_t> pixels;
+    PixelFormat format;
+    /// Position, in pixels from the captured rectangle's left edge, of the first pixel: above 0 where the
+    /// rectangle begins left of the screen.
+    int firstColumn = 0;
+
+    /// The colour at a position counted from the rectangle's left edge, or none beyond what was captured.
+    std::optional<Color> colorAt(int x) const {
+        const auto index = static_cast<std::int64_t>(x) - firstColumn;
+        if (index < 0 || index >= static_cast<std::int64_t>(pixels.size()))
+            return std::nullopt;
+        const std::uint32_t pixel = pixels[static_cast<std::size_t>(index)];
+        const auto component = [pixel](std::uint32_t mask) {
+            const int shift = std::countr_zero(mask);
+            return static_cast<double>((pixel & mask) >> shift) / static_cast<double>(mask >> shift);
+        };
+        return Color{component(format.redMask), component(format.greenMask), component(format.blueMask)};
+    }
+};
+
+/// One captured row, with its pixels.
+struct Image {
+    std::vector<std::uint32_t> pixels;
+    PixelFormat format;
+    int firstColumn = 0;
+
+    ImageView view() const { return {pixels, format, firstColumn}; }
+};
+
+/// The main display, as pixels. Each object belongs to one thread: the reader and the main thread have their
+/// own. A call may take a round trip to the display server, never longer.
+class ScreenCapture {
+public:
+    virtual ~ScreenCapture() = default;
+
+    /// How many displays are active; 0 also when that cannot be found out.
+    virtual int activeDisplayCount() = 0;
+    /// The first row of `rect` on the main display in device pixels, without the part beyond the screen; none
+    /// when nothing could be captured.
+    virtual std::optional<Image> capture(const ScreenRect& rect) = 0;
+    /// Device pixels in a point of the main display.
+    virtual double backingScaleFactor() = 0;
+};
+
+} // namespace glimra::platform

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace glimra::platform {
+
+struct RunningApplication {
+    /// Bundle identifier; absent where the application has none.
+    std::optional<std::string> bundleIdentifier;
+
+    friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
+};
+
+/// The desktop around the application. Main thread only; answers at once, from what events have told.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    /// The application in front; none when there is none.
+    virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    /// Calls the handlers when the machine is about to sleep and when its screens wake. Once, at start-up.
+    virtual void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) = 0;
+
+    /// Opens a web address in the user's browser; false when it is none.
+    virtual bool openUrl(const std::string& address) = 0;
+};
+
+} // namespace glimra::platform
