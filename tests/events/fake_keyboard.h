@@ -31,6 +31,7 @@ public:
     std::uint32_t nextRandom = 0;
 
     platform::Time now() const override { return m_now; }
+    std::string dateAndTime(platform::Time) const override { return {}; }
     bool runUntil(platform::Time deadline) override {
         if (!m_terminated)
             duringWait();
