@@ -61,10 +61,10 @@ int runDesktopApplication(const Options& options) {
         tracing->follow(outlets);
 
     MainWindow mainWindow({outlets.mainWindow, outlets.myTextScroll, machine.keyboard, QtRunLoop::monotonicNow},
-                          [&machine] { machine.lifecycle.requestQuit(); });
+                          [&] { delegate.windowShouldClose(outlets.mainWindow); });
     machine.windowSystem.setMainWindow(&mainWindow);
     machine.windowSystem.addWindow(outlets.mainWindow, &mainWindow);
-    const QuitSignals quitSignals([&machine] { machine.lifecycle.requestQuit(); });
+    const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });
 
     // From inside the event loop, since quitting can only end one that runs.
     machine.runLoop.post([&] {

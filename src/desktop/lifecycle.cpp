@@ -10,13 +10,13 @@ void Lifecycle::launch(Delegate delegate) {
     m_delegate = std::move(delegate);
     m_delegate.didFinishLaunching();
     m_stage = Stage::Running;
-    if (m_quitAskedBeforeLaunch)
-        requestQuit();
+    if (m_askedBeforeLaunch)
+        terminate();
 }
 
-void Lifecycle::requestQuit() {
+void Lifecycle::terminate() {
     if (m_stage == Stage::BeforeLaunch)
-        m_quitAskedBeforeLaunch = true;
+        m_askedBeforeLaunch = true;
     if (m_stage != Stage::Running)
         return;
     // Pending already during the question: the answer may come before it has returned.
@@ -37,12 +37,12 @@ void Lifecycle::replyToApplicationShouldTerminate(bool shouldTerminate) {
     if (m_stage != Stage::QuitPending)
         return;
     if (shouldTerminate)
-        terminate();
+        end();
     else
         m_stage = Stage::Running;
 }
 
-void Lifecycle::terminate() {
+void Lifecycle::end() {
     m_stage = Stage::Terminated;
     m_delegate.willTerminate();
     m_runLoop.terminate();

@@ -21,9 +21,9 @@ public:
 
     /// Launches the application; once.
     void launch(Delegate delegate);
-    /// Asks the application to quit, from wherever the user or the system can ask it. One request at a time:
-    /// further ones while one is pending say nothing new. One that comes before the launch waits for it.
-    void requestQuit();
+    /// Asks the application to quit, from wherever the user or the system can ask it. A request that comes
+    /// before the launch waits for it.
+    void terminate() override;
     /// Ends the program at once, also out of any nested event loop: the Qt event loops return and the run
     /// loop serves nothing more.
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
@@ -31,12 +31,12 @@ public:
 private:
     enum class Stage { BeforeLaunch, Running, QuitPending, Terminated };
 
-    void terminate();
+    void end();
 
     QtRunLoop& m_runLoop;
     Delegate m_delegate;
     Stage m_stage = Stage::BeforeLaunch;
-    bool m_quitAskedBeforeLaunch = false;
+    bool m_askedBeforeLaunch = false;
 };
 
 } // namespace glimra::desktop

@@ -1,7 +1,5 @@
 #include "desktop/log_view.h"
 
-#include "desktop/text_positions.h"
-
 #include <QFontDatabase>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -42,31 +40,40 @@ void LogView::resizeEvent(QResizeEvent* event) {
 void LogView::showReplacement(std::size_t start, std::size_t length, std::string_view addition) {
     const QScopedValueRollback guard(m_showingReplacement, true);
     const bool follows = isScrolledToEnd();
-    // The text holds the addition already; what stands behind it is as it was. At the end, where nearly all
-    // is written, nothing has to be counted.
-    const std::string_view text = m_text.text;
-    const std::string_view behind = text.substr(start + addition.size());
-    const std::size_t end = unitsIn(*document()) - desktop::unitsIn(behind);
-    const std::size_t begin = length == 0 ? end : desktop::unitsIn(text.substr(0, start));
+    if (m_begin.bytes != start || m_end.bytes != start + length)
+        locateReplaced(start, length, addition.size());
 
     // A cursor of its own: the view's, which stands here too, is carried along without the view jumping to it.
     QTextCursor cursor(document());
-    cursor.setPosition(static_cast<int>(begin));
-    cursor.setPosition(static_cast<int>(end), QTextCursor::KeepAnchor);
+    cursor.setPosition(static_cast<int>(m_begin.units));
+    cursor.setPosition(static_cast<int>(m_end.units), QTextCursor::KeepAnchor);
     cursor.insertText(viewText(addition));
-    if (follows && behind.empty())
+
+    m_begin = m_end = {start + addition.size(), m_begin.units + desktop::unitsIn(addition)};
+    if (follows && m_end.bytes == m_text.text.size())
         scrollToEnd();
+}
+
+void LogView::locateReplaced(std::size_t start, std::size_t length, std::size_t newLength) {
+    // The text holds what is new already; what stands before and behind it is as it was.
+    const std::string_view text = m_text.text;
+    m_begin = {start, desktop::unitsIn(text.substr(0, start))};
+    m_end = {start + length, unitsIn(*document()) - desktop::unitsIn(text.substr(start + newLength))};
 }
 
 void LogView::takeUsersSelection() {
     if (m_showingReplacement)
         return;
-    const QTextCursor cursor = textCursor();
-    const auto begin = static_cast<std::size_t>(cursor.selectionStart());
-    const auto end = static_cast<std::size_t>(cursor.selectionEnd());
     const std::string_view text = m_text.text;
-    m_text.selectionStart = begin == unitsIn(*document()) ? text.size() : bytesOfUnits(text, begin);
-    m_text.selectionLength = bytesOfUnits(text.substr(m_text.selectionStart), end - begin);
+    const TextPlace end{text.size(), unitsIn(*document())};
+    const auto place = [&](int units) {
+        return placeOfUnits(text, static_cast<std::size_t>(units), {m_begin, m_end, end});
+    };
+    const QTextCursor cursor = textCursor();
+    m_begin = place(cursor.selectionStart());
+    m_end = place(cursor.selectionEnd());
+    m_text.selectionStart = m_begin.bytes;
+    m_text.selectionLength = m_end.bytes - m_begin.bytes;
 }
 
 bool LogView::isScrolledToEnd() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/text_positions.h"
 #include "platform/controls.h"
 
 #include <QPlainTextEdit>
@@ -21,11 +22,15 @@ protected:
 
 private:
     void showReplacement(std::size_t start, std::size_t length, std::string_view addition);
+    void locateReplaced(std::size_t start, std::size_t length, std::size_t newLength);
     void takeUsersSelection();
     bool isScrolledToEnd() const;
     void scrollToEnd();
 
     platform::TextView& m_text;
+    /// The selection. Between it and a new one lies little, and between the start and a new one much.
+    TextPlace m_begin;
+    TextPlace m_end;
     bool m_showingReplacement = false;
 };
 

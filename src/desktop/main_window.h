@@ -21,7 +21,7 @@ public:
     };
 
     /// Shows and hides itself as `contents.window` tells. Its close box does not close it but calls
-    /// `closeAsked`: the window stays until the application has ended.
+    /// `closeAsked`.
     MainWindow(const Contents& contents, std::function<void()> closeAsked);
 
 protected:

@@ -1,5 +1,7 @@
 #include "desktop/qt_run_loop.h"
 
+#include "platform/date_text.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 
@@ -30,6 +32,12 @@ Time QtRunLoop::monotonicNow() {
 
 Time QtRunLoop::now() const {
     return monotonicNow();
+}
+
+std::string QtRunLoop::dateAndTime(Time moment) const {
+    using std::chrono::system_clock;
+    const auto fromNow = std::chrono::duration_cast<system_clock::duration>(moment - now());
+    return platform::dateText(system_clock::now() + fromNow);
 }
 
 TimerId QtRunLoop::repeat(Duration period, std::function<void()> action) {

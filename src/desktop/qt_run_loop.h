@@ -29,6 +29,7 @@ public:
     ~QtRunLoop() override = default;
 
     platform::Time now() const override;
+    std::string dateAndTime(platform::Time moment) const override;
     platform::TimerId repeat(platform::Duration period, std::function<void()> action) override;
     platform::TimerId after(platform::Duration delay, std::function<void()> action) override;
     void cancel(platform::TimerId timer) override;

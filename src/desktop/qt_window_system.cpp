@@ -1,13 +1,17 @@
 #include "desktop/qt_window_system.h"
 
+#include "platform/stored_values.h"
+
 #include <QApplication>
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStandardPaths>
 
+#include <array>
 #include <memory>
 
 namespace glimra::desktop {
@@ -16,6 +20,27 @@ namespace {
 
 std::string frameKey(std::string_view frameName) {
     return "frame." + std::string(frameName);
+}
+
+/// A point of the window's title bar that must be on a screen, so that the user can get hold of it.
+constexpr QPoint kGrip{60, 10};
+
+/// Left, top, width and height; none when it is no frame that a window can have.
+std::optional<QRect> frameFrom(const platform::StoredValue& stored) {
+    const auto* const numbers = std::get_if<platform::NumberArray>(&stored);
+    if (numbers == nullptr || numbers->size() != 4)
+        return std::nullopt;
+    std::array<int, 4> frame{};
+    for (std::size_t i = 0; i < frame.size(); ++i) {
+        const std::optional<std::int64_t> number = platform::toInteger((*numbers)[i]);
+        constexpr std::int64_t kFarthest = 1 << 15;
+        if (!number || *number < -kFarthest || *number > kFarthest)
+            return std::nullopt;
+        frame[i] = static_cast<int>(*number);
+    }
+    if (frame[2] <= 0 || frame[3] <= 0)
+        return std::nullopt;
+    return QRect(frame[0], frame[1], frame[2], frame[3]);
 }
 
 std::unique_ptr<QMessageBox> messageBox(const platform::Alert& alert, QWidget* parent) {
@@ -55,17 +80,27 @@ void QtWindowSystem::addWindow(platform::Window& window, QWidget* widget) {
 
 void QtWindowSystem::restoreFrame(std::string_view frameName) {
     const std::optional<platform::StoredValue> stored = m_userDefaults.get(frameKey(frameName));
-    const auto* geometry = stored ? std::get_if<platform::Data>(&*stored) : nullptr;
-    if (m_mainWindow && geometry)
-        m_mainWindow->restoreGeometry({reinterpret_cast<const char*>(geometry->data()),
-                                       static_cast<qsizetype>(geometry->size())});
+    const std::optional<QRect> frame = stored ? frameFrom(*stored) : std::nullopt;
+    if (!m_mainWindow || !frame)
+        return;
+    m_mainWindow->resize(frame->size());
+    // The screen that it was on may be gone.
+    if (const QScreen* const screen = QGuiApplication::screenAt(frame->topLeft() + kGrip))
+        if (screen->availableGeometry().contains(frame->topLeft() + kGrip))
+            m_mainWindow->move(frame->topLeft());
 }
 
 void QtWindowSystem::saveFrame(std::string_view frameName) {
     if (!m_mainWindow)
         return;
-    const QByteArray geometry = m_mainWindow->saveGeometry();
-    m_userDefaults.set(frameKey(frameName), platform::Data(geometry.begin(), geometry.end()));
+    const QRect normal = m_mainWindow->normalGeometry();
+    const bool isNormal = (m_mainWindow->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0;
+    const QPoint place = isNormal ? m_mainWindow->pos() : normal.topLeft();
+    const QSize size = isNormal ? m_mainWindow->size() : normal.size();
+    platform::NumberArray frame;
+    for (const int number : {place.x(), place.y(), size.width(), size.height()})
+        frame.emplace_back(std::int64_t{number});
+    m_userDefaults.set(frameKey(frameName), std::move(frame));
 }
 
 int QtWindowSystem::runModal(platform::Window& window) {

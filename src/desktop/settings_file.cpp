@@ -36,10 +36,9 @@ std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
 }
 
 std::optional<StoredValue> SettingsFile::read(const QString& key) const {
-    const QVariant stored = m_settings.value(key);
-    if (!stored.isValid())
+    if (!m_settings.contains(key))
         return std::nullopt;
-    std::optional<StoredValue> value = storedValueFromText(stored.toString().toStdString());
+    std::optional<StoredValue> value = storedValueFromText(m_settings.value(key).toString().toStdString());
     if (!value && m_reportedKeys.insert(key).second)
         m_systemLog.write("Settings: the value of \"" + key.toStdString() + "\" can't be read and is ignored");
     return value;

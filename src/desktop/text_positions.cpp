@@ -14,6 +14,10 @@ constexpr std::size_t unitsOf(char byte) {
     return static_cast<unsigned char>(byte) >= 0xF0 ? 2 : 1;
 }
 
+constexpr std::size_t distance(std::size_t a, std::size_t b) {
+    return a < b ? b - a : a - b;
+}
+
 QChar shown(QChar character) {
     const char16_t unit = character.unicode();
     if (unit == u'\n' || unit == u'\t')
@@ -48,13 +52,16 @@ std::size_t unitsIn(std::string_view utf8) {
     return units;
 }
 
-std::size_t bytesOfUnits(std::string_view utf8, std::size_t units) {
-    std::size_t bytes = 0;
-    while (bytes < utf8.size() && unitsOf(utf8[bytes]) <= units) {
-        units -= unitsOf(utf8[bytes]);
-        ++bytes;
-    }
-    return bytes;
+TextPlace placeOfUnits(std::string_view utf8, std::size_t units, std::initializer_list<TextPlace> known) {
+    TextPlace place;
+    for (const TextPlace& candidate : known)
+        if (distance(candidate.units, units) < distance(place.units, units))
+            place = candidate;
+    while (place.units > units)
+        place.units -= unitsOf(utf8[--place.bytes]);
+    while (place.bytes < utf8.size() && place.units + unitsOf(utf8[place.bytes]) <= units)
+        place.units += unitsOf(utf8[place.bytes++]);
+    return place;
 }
 
 QString viewText(std::string_view utf8) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <initializer_list>
 #include <string_view>
 
 namespace glimra::desktop {
@@ -18,7 +19,16 @@ QString viewText(std::string_view utf8);
 /// How many units the bytes stand for.
 std::size_t unitsIn(std::string_view utf8);
 
-/// How many bytes from the start of `utf8` stand for `units` units; all of them when there are not so many.
-std::size_t bytesOfUnits(std::string_view utf8, std::size_t units);
+/// A place in the text, as both count it from the start.
+struct TextPlace {
+    std::size_t bytes = 0;
+    std::size_t units = 0;
+
+    friend bool operator==(const TextPlace&, const TextPlace&) = default;
+};
+
+/// The place `units` units from the start of `utf8`, found by walking from the nearest of `known`. Between
+/// the two units of one character it is the place before or behind both; beyond the end, the end.
+TextPlace placeOfUnits(std::string_view utf8, std::size_t units, std::initializer_list<TextPlace> known);
 
 } // namespace glimra::desktop

@@ -43,15 +43,15 @@ protected:
 TEST_F(LifecycleTest, OneRequestAtATimeAndOneAnswer) {
     launch();
     m_lifecycle.replyToApplicationShouldTerminate(true);
-    m_lifecycle.requestQuit();
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
+    m_lifecycle.terminate();
     EXPECT_EQ(m_events, "launched asked ");
 
     m_lifecycle.replyToApplicationShouldTerminate(false);
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
     m_lifecycle.replyToApplicationShouldTerminate(true);
     m_lifecycle.replyToApplicationShouldTerminate(true);
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
     EXPECT_EQ(m_events, "launched asked asked ending ");
     EXPECT_TRUE(m_runLoop.isTerminated());
 }
@@ -59,21 +59,21 @@ TEST_F(LifecycleTest, OneRequestAtATimeAndOneAnswer) {
 TEST_F(LifecycleTest, OtherRepliesAreCarriedOutAtOnce) {
     launch();
     m_reply = TerminateReply::Cancel;
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
     EXPECT_FALSE(m_runLoop.isTerminated());
     m_reply = TerminateReply::Now;
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
     EXPECT_EQ(m_events, "launched asked asked ending ");
 }
 
 TEST_F(LifecycleTest, ARequestBeforeTheLaunchWaitsForIt) {
-    m_lifecycle.requestQuit();
+    m_lifecycle.terminate();
     launch();
     EXPECT_EQ(m_events, "launched asked ");
 }
 
 TEST_F(LifecycleTest, ASignalEndsTheProgramFromInsideAWait) {
-    const QuitSignals signals([this] { m_lifecycle.requestQuit(); });
+    const QuitSignals signals([this] { m_lifecycle.terminate(); });
     m_runLoop.post([this] {
         launch();
         m_runLoop.after(0ms, [] { std::raise(SIGTERM); });

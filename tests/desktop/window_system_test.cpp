@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 
 namespace glimra::desktop {
@@ -58,24 +59,30 @@ TEST_F(WindowSystemTest, TheMainWindowFollowsItsOutletAndLeavesClosingToTheAppli
     EXPECT_FALSE(m_mainWindow.isVisible());
 }
 
-TEST_F(WindowSystemTest, TheFrameComesBackAndADamagedOneDoesNoHarm) {
+TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     m_windowSystem.restoreFrame("windowPosition");
     const QSize untouched = m_mainWindow.size();
-    m_mainWindow.resize(720, 560);
+    m_mainWindow.setGeometry(40, 50, 720, 560);
     m_windowSystem.saveFrame("windowPosition");
-    m_mainWindow.resize(untouched);
+    m_mainWindow.setGeometry({{7, 8}, untouched});
     m_windowSystem.restoreFrame("otherName");
-    EXPECT_EQ(m_mainWindow.size(), untouched);
+    EXPECT_EQ(m_mainWindow.geometry(), QRect({7, 8}, untouched));
     m_windowSystem.restoreFrame("windowPosition");
-    EXPECT_EQ(m_mainWindow.size(), QSize(720, 560));
+    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
 
-    for (auto& [key, value] : m_defaults.values)
-        std::get<platform::Data>(value).resize(20);
+    ASSERT_EQ(m_defaults.values.size(), 1U);
+    platform::StoredValue& stored = m_defaults.values.begin()->second;
+    using Array = platform::NumberArray;
+    for (const platform::StoredValue& damaged :
+         {platform::StoredValue{1.5}, {Array{}}, {Array{1.0, 2.0, 3.0}}, {Array{1.0, 2.0, 0.0, -5.0}},
+          {Array{1e300, 2.0, 300.0, 300.0}}, {Array{1.0, std::nan(""), 300.0, 300.0}}}) {
+        stored = damaged;
+        m_windowSystem.restoreFrame("windowPosition");
+        EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
+    }
+    stored = Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}};
     m_windowSystem.restoreFrame("windowPosition");
-    for (auto& [key, value] : m_defaults.values)
-        value = 1.5;
-    m_windowSystem.restoreFrame("windowPosition");
-    EXPECT_EQ(m_mainWindow.size(), QSize(720, 560));
+    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
 }
 
 TEST_F(WindowSystemTest, AModalSessionEndsWithItsCodeOrWithItsWindow) {
