@@ -11,6 +11,7 @@ namespace {
 class HastyRunLoop final : public platform::RunLoop {
 public:
     platform::Time now() const override { return m_now; }
+    std::string dateAndTime(platform::Time) const override { return {}; }
     bool runUntil(platform::Time deadline) override {
         m_now = deadline;
         return true;

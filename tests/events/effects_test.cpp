@@ -23,6 +23,7 @@ public:
     std::function<void()> toServe;
 
     platform::Time now() const override { return m_now; }
+    std::string dateAndTime(platform::Time) const override { return {}; }
     bool runUntil(platform::Time deadline) override {
         const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - m_now);
         m_driver.calls.push_back("wait " + std::to_string(wait.count()));
