@@ -9,9 +9,9 @@
 #include "profiles/profile_state.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/message_queue.h"
+#include "screenlink/scan_settings.h"
 #include "screenlink/screen_reader.h"
 
-#include <atomic>
 #include <optional>
 
 namespace glimra::app {
@@ -37,9 +37,25 @@ public:
     /// Takes a token as the reader does; any thread.
     void appendToMessageQueue(std::string_view token);
 
+    // The state, to look at.
+    const LogState& logState() const { return m_logState; }
+    const lighting::LightingState& lightingState() const { return m_lightingState; }
+    const profiles::ProfileState& profileState() const { return m_profileState; }
+    const events::EffectState& effectState() const { return m_effectState; }
+    const events::OptionState& optionState() const { return m_optionState; }
+    const events::MessageState& messageState() const { return m_messageState; }
+    const events::CooldownState& cooldownState() const { return m_cooldownState; }
+    const screenlink::SharedStripGeometry& stripGeometry() const { return m_stripGeometry; }
+    const screenlink::ScanSettings& scanSettings() const { return m_scanSettings; }
+    const screenlink::ReaderFlags& readerFlags() const { return m_readerFlags; }
+
 private:
-    void logLedDriver();
-    void startTimers();
+    void logVersions();
+    void startLedDriver();
+    void loadCalibration();
+    void startReading();
+    void screenAboutToSleep();
+    void screenWakesUpFromSleep();
 
     platform::Platform& m_platform;
     Outlets m_outlets;
@@ -51,11 +67,9 @@ private:
     events::OptionState m_optionState;
     events::MessageState m_messageState;
     events::CooldownState m_cooldownState;
-    double scanWidth = 0.0;
-    int scanOffset = 0;
+    screenlink::ScanSettings m_scanSettings;
     screenlink::SharedStripGeometry m_stripGeometry;
-    std::atomic<bool> suspendScreenReads = false;
-    std::atomic<bool> keepTheScannerRunning = true;
+    screenlink::ReaderFlags m_readerFlags;
 
     MessageLog m_log;
     lighting::LightingOutput m_lighting;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "events/dispatcher.h"
+#include "platform/run_loop.h"
+#include "platform/workspace.h"
+
+namespace glimra::screenlink {
+
+/// Hands the buffered message to the dispatcher, and watches which application is in front so that the
+/// keyboard stays as it should be while the game is there. Main thread.
+class MessagePump {
+public:
+    struct Parts {
+        platform::RunLoop& runLoop;
+        platform::Workspace& workspace;
+        platform::LedDriver& driver;
+        lighting::LightingOutput& lighting;
+        events::Dispatcher& dispatcher;
+        events::MessageState& messages;
+        events::EffectState& effects;
+        const events::OptionState& options;
+        const lighting::LightingState& lightingState;
+        const profiles::ProfileState& profile;
+    };
+
+    explicit MessagePump(const Parts& parts);
+
+    /// One tick. Never called inside itself: the buffer is emptied only after the dispatcher has returned.
+    void readMsgQueue();
+
+private:
+    void handOver();
+    void watchFront();
+    void refresh();
+
+    Parts m;
+};
+
+} // namespace glimra::screenlink

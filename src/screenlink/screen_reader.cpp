@@ -1,0 +1,78 @@
+#include "screenlink/screen_reader.h"
+
+namespace glimra::screenlink {
+
+namespace {
+
+constexpr platform::Duration kPause = std::chrono::milliseconds(50);
+
+} // namespace
+
+ScreenReader::ScreenReader(platform::ScreenCapture& capture, platform::RunLoop& runLoop,
+                           platform::MessageLog& log, platform::Application& application, MessageQueue& queue,
+                           const SharedStripGeometry& geometry, const ReaderFlags& flags)
+    : m_capture(capture),
+      m_runLoop(runLoop),
+      m_log(log),
+      m_application(application),
+      m_queue(queue),
+      m_geometry(geometry),
+      m_flags(flags) {
+}
+
+void ScreenReader::recordColorsThread(platform::WorkerLoop& thread) {
+    thread.start(*this, kPause);
+}
+
+void ScreenReader::pass() {
+    if (!m_flags.suspendScreenReads)
+        recordColors();
+}
+
+bool ScreenReader::goesOn() const {
+    return m_flags.keepTheScannerRunning;
+}
+
+void ScreenReader::left() {
+    m_runLoop.post([this] { m_application.replyToApplicationShouldTerminate(true); });
+}
+
+void ScreenReader::recordColors() {
+    if (m_capture.activeDisplayCount() <= 0) {
+        reportMissingDisplay();
+        return;
+    }
+    showedDisplayErrorMsg = false;
+
+    const StripGeometry geometry = m_geometry.copy();
+    const std::optional<platform::Image> image = m_capture.capture(geometry.myScanRect);
+    const std::optional<Cells> cells =
+        image ? sampleCells(image->view(), geometry.pixelOffsets) : std::nullopt;
+    if (!cells) {
+        reportMissingImage();
+        return;
+    }
+    m_reportedMissingImage = false;
+
+    if (const std::optional<Frame> frame = decodeFrame(*cells))
+        if (const std::optional<Token> token = m_assembler.accept(*frame))
+            m_queue.appendToMessageQueue(token->text());
+}
+
+void ScreenReader::reportMissingDisplay() {
+    if (showedDisplayErrorMsg)
+        return;
+    m_runLoop.post([this] {
+        m_log.appendLog("recordColors: No displays available.\n");
+        showedDisplayErrorMsg = true;
+    });
+}
+
+void ScreenReader::reportMissingImage() {
+    if (m_reportedMissingImage)
+        return;
+    m_reportedMissingImage = true;
+    m_runLoop.post([this] { m_log.appendDebugLog("recordColors: No image of the whole strip.\n"); });
+}
+
+} // namespace glimra::screenlink
