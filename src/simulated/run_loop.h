@@ -8,8 +8,8 @@
 
 namespace glimra::simulated {
 
-/// A run loop without real time: the clock stands still but for `runUntil`, which moves it from one due moment
-/// to the next. Starts at 0. All of it, `post` too, belongs to one thread.
+/// A run loop without real time: the clock stands still but for `runUntil`, which moves it from one due
+/// moment to the next. Starts at 0. All of it, `post` too, belongs to one thread.
 ///
 /// Posted jobs are due at the moment they were posted. What is overdue because a nested wait passed over its
 /// moment is served as soon as the loop runs again; the clock never goes back.

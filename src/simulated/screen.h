@@ -19,7 +19,8 @@ public:
     void connectDisplay(double width, double height, double scale);
     void disconnectDisplay();
 
-    /// Where strips lie that are painted from now on, in points; what shows stays as it is. `width` is above 0.
+    /// Where strips lie that are painted from now on, in points; what shows stays as it is. `width` is above
+    /// 0.
     void setStripGeometry(double left, double width);
     /// Paints a strip, one point high, after blackening the one before.
     void paintStrip(const StripCells& cells);
