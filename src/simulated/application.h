@@ -8,25 +8,28 @@
 
 namespace glimra::simulated {
 
-/// The running program: it ends when a request to terminate is answered with yes.
+/// The running program: it ends when a request to terminate is granted.
 class SimulatedApplication final : public platform::Application {
 public:
     explicit SimulatedApplication(SimulatedRunLoop& runLoop) : m_runLoop(runLoop) {}
 
-    /// Called once, when the program is about to end; the run loop ends after it.
-    void setWillTerminate(std::function<void()> willTerminate) { m_willTerminate = std::move(willTerminate); }
-
-    void replyToApplicationShouldTerminate(bool shouldTerminate) override {
-        if (!shouldTerminate || m_runLoop.isTerminated())
-            return;
-        if (m_willTerminate)
-            m_willTerminate();
-        m_runLoop.terminate();
+    /// Who is asked before the program ends, and told when it does.
+    void setDelegate(std::function<platform::TerminateReply()> shouldTerminate,
+                     std::function<void()> willTerminate) {
+        m_shouldTerminate = std::move(shouldTerminate);
+        m_willTerminate = std::move(willTerminate);
     }
+
+    void terminate() override;
+    /// The run loop ends after `willTerminate`.
+    void replyToApplicationShouldTerminate(bool shouldTerminate) override;
 
 private:
     SimulatedRunLoop& m_runLoop;
+    std::function<platform::TerminateReply()> m_shouldTerminate;
     std::function<void()> m_willTerminate;
+    /// A request is waiting for its reply.
+    bool m_isPending = false;
 };
 
 } // namespace glimra::simulated

@@ -1,5 +1,7 @@
 #include "simulated/run_loop.h"
 
+#include "platform/date_text.h"
+
 #include <algorithm>
 
 namespace glimra::simulated {
@@ -7,6 +9,12 @@ namespace glimra::simulated {
 using platform::Duration;
 using platform::Time;
 using platform::TimerId;
+
+std::string SimulatedRunLoop::dateAndTime(Time moment) const {
+    using namespace std::chrono;
+    constexpr sys_days kBeginning = 2000y / January / 1;
+    return platform::dateText(kBeginning + floor<seconds>(moment));
+}
 
 TimerId SimulatedRunLoop::repeat(Duration period, std::function<void()> action) {
     return repeatFrom(m_now + period, period, std::move(action));

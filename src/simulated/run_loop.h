@@ -16,6 +16,8 @@ namespace glimra::simulated {
 class SimulatedRunLoop final : public platform::RunLoop {
 public:
     platform::Time now() const override { return m_now; }
+    /// Counted from the beginning of 2000.
+    std::string dateAndTime(platform::Time moment) const override;
 
     platform::TimerId repeat(platform::Duration period, std::function<void()> action) override;
     platform::TimerId after(platform::Duration delay, std::function<void()> action) override;

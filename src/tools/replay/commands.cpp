@@ -1,5 +1,8 @@
 #include "tools/replay/commands.h"
 
+#include "profiles/color_archive.h"
+#include "tools/replay/modal_setting.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -32,16 +35,20 @@ bool firstOf(LineCursor& line, std::string_view first, std::string_view second) 
     return word == first;
 }
 
+platform::Color parseColor(LineCursor& line) {
+    const double red = line.number("R", kComponents);
+    const double green = line.number("G", kComponents);
+    return {red, green, line.number("B", kComponents)};
+}
+
 Command parseDefault(LineCursor& line) {
     std::string key = line.string("KEY");
     return SetDefault{std::move(key), line.settingValue("VALUE")};
 }
 
 Command parseDefaultColor(LineCursor& line) {
-    line.string("KEY");
-    for (const std::string_view component : {"R", "G", "B"})
-        line.number(component, kComponents);
-    throw LineError("not available: the application keeps no colours yet");
+    std::string key = line.string("KEY");
+    return SetDefault{std::move(key), profiles::archiveColor(parseColor(line))};
 }
 
 Command parseDefaultData(LineCursor& line) {
@@ -134,15 +141,15 @@ Command parseOptionKey(LineCursor& line) {
 Command parseAnswer(LineCursor& line) {
     QueueAnswer answer{line.integer("CODE", kAnyInteger), {}};
     while (!line.atEnd()) {
-        std::string outlet(line.upTo('=', "NAME"));
-        ActionArgument value;
+        ModalSetting setting{std::string(line.upTo('=', "NAME")), {}};
         if (line.isAt('"'))
-            value = line.string("VALUE");
+            setting.value = line.string("VALUE");
         else
-            value = line.integer("VALUE", kItems);
-        if (!takesSetting(outlet, value))
-            throw LineError(inQuotes(outlet) + " is no text field for a string and no pop-up for an index");
-        answer.settings.push_back({std::move(outlet), std::move(value)});
+            setting.value = line.integer("VALUE", kItems);
+        if (!isPossible(setting))
+            throw LineError(inQuotes(setting.outlet) +
+                            " is no text field for a string and no pop-up for an index");
+        answer.settings.push_back(std::move(setting));
     }
     return answer;
 }
@@ -151,36 +158,51 @@ Command parseAnswerPath(LineCursor& line) {
     return QueuePath{line.string("PATH")};
 }
 
-ActionArgument parseActionArgument(LineCursor& line, ArgumentKind kind) {
+app::ActionArgument parseActionArgument(LineCursor& line, app::ArgumentKind kind) {
+    using app::ArgumentKind;
+    app::ActionArgument argument;
     switch (kind) {
     case ArgumentKind::None:
         break;
-    case ArgumentKind::OnOff:
-        return firstOf(line, "on", "off");
-    case ArgumentKind::Tag:
-        return line.integer("TAG", kAnyInteger);
-    case ArgumentKind::TaggedColor: {
-        const int tag = line.integer("TAG", kAnyInteger);
-        const double red = line.number("R", kComponents);
-        const double green = line.number("G", kComponents);
-        return TaggedColor{tag, {red, green, line.number("B", kComponents)}};
-    }
+    case ArgumentKind::State:
+        argument.state = firstOf(line, "on", "off");
+        break;
     case ArgumentKind::Index:
-        return line.integer("INDEX", kItems);
+        argument.number = line.integer("INDEX", kItems);
+        break;
+    case ArgumentKind::RadioTag:
+    case ArgumentKind::ButtonTag:
+        argument.number = line.integer("TAG", kAnyInteger);
+        break;
+    case ArgumentKind::Well:
+        argument.number = line.integer("TAG", kAnyInteger);
+        argument.color = parseColor(line);
+        break;
     case ArgumentKind::Title:
-        return line.string("TITLE");
+        argument.text = line.string("TITLE");
+        break;
     case ArgumentKind::Text:
-        return line.string("TEXT");
+        argument.text = line.string("TEXT");
+        break;
+    case ArgumentKind::Point:
+        argument.x = line.number("X", kPoints);
+        argument.y = line.number("Y", kPoints);
+        break;
+    case ArgumentKind::WindowName:
+        argument.text = line.string("WINDOW");
+        if (!isWindow(argument.text))
+            throw LineError("no window is called " + inQuotes(argument.text));
+        break;
     }
-    return std::monostate{};
+    return argument;
 }
 
 Command parseAction(LineCursor& line) {
     const std::string selector = line.string("SELECTOR");
-    const Action* action = findAction(selector);
+    const app::ActionRow* action = app::findAction(selector);
     if (!action)
         throw LineError("not available: the application has no action " + inQuotes(selector));
-    return PerformAction{action, parseActionArgument(line, action->argument)};
+    return PerformAction{action, parseActionArgument(line, action->kind)};
 }
 
 struct DumpName {

@@ -1,5 +1,6 @@
 #include "tools/replay/replay_run.h"
 
+#include "tools/replay/modal_setting.h"
 #include "tools/replay/state_dump.h"
 #include "trace/traced_outlets.h"
 
@@ -14,6 +15,12 @@ namespace {
 constexpr platform::Duration kFrameOfToken = std::chrono::milliseconds(100);
 /// Much longer than the reader takes to leave.
 constexpr platform::Duration kLongestQuit = std::chrono::seconds(10);
+
+/// Draws nothing: nobody sees the canvas.
+class NoPainter final : public platform::Painter {
+public:
+    void fillRect(int, int, int, int, const platform::Color&, double) override {}
+};
 
 /// The frame that the add-on shows for a character: both markers, the confirm flag, and the character's bits
 /// in the data cells, the highest first.
@@ -39,12 +46,18 @@ ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
                 [this](const platform::Window* window) {
                     return trace::windowNames(m_delegate.outlets())(window);
                 }),
-      m_delegate(m_machine.platform) {
+      m_delegate(m_machine.platform),
+      m_canvasDisplay(m_machine.outside.runLoop, m_delegate.outlets().keyboardCanvas,
+                      m_delegate.outlets().colorProgrammerWindow, [this] {
+                          NoPainter painter;
+                          m_delegate.drawKeyboardCanvas(painter);
+                      }) {
     trace::traceOutlets(m_delegate.outlets(), m_writer);
-    m_machine.outside.application.setWillTerminate([this] {
-        m_delegate.applicationWillTerminate();
-        m_writer.quit();
-    });
+    m_machine.outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
+                                              [this] {
+                                                  m_delegate.applicationWillTerminate();
+                                                  m_writer.quit();
+                                              });
 }
 
 void ReplayRun::run(const Script& script) {
@@ -119,8 +132,7 @@ void ReplayRun::execute(const SetOptionKey& command) {
 void ReplayRun::execute(const QueueAnswer& command) {
     simulated::ModalAnswer answer{command.code, {}};
     for (const ModalSetting& setting : command.settings)
-        answer.settings.push_back(
-            [this, setting] { performSetting(m_delegate, setting.outlet, setting.value); });
+        answer.settings.push_back([this, setting] { applySetting(m_delegate, setting); });
     m_machine.outside.windowSystem.queueAnswer(std::move(answer));
 }
 
@@ -129,21 +141,14 @@ void ReplayRun::execute(const QueuePath& command) {
 }
 
 void ReplayRun::execute(const PerformAction& command) {
-    performAction(m_delegate, *command.action, command.argument);
+    app::sendAction(m_delegate, *command.action, command.argument);
 }
 
 void ReplayRun::execute(const Quit&) {
-    switch (m_delegate.applicationShouldTerminate()) {
-    case platform::TerminateReply::Cancel:
-        return;
-    case platform::TerminateReply::Now:
-        m_machine.outside.application.replyToApplicationShouldTerminate(true);
-        return;
-    case platform::TerminateReply::Later:
-        advance(kLongestQuit);
-        if (!hasEnded())
-            throw std::logic_error("the application did not answer the request to terminate");
-    }
+    m_machine.outside.application.terminate();
+    advance(kLongestQuit);
+    if (!hasEnded())
+        throw std::logic_error("the application did not grant the request to terminate");
 }
 
 void ReplayRun::execute(const Dump& command) {
@@ -152,7 +157,7 @@ void ReplayRun::execute(const Dump& command) {
     const auto value = [&]() -> nlohmann::ordered_json {
         switch (command.kind) {
         case DumpKind::State:
-            return dumpState(m_delegate);
+            return dumpState(m_delegate.state());
         case DumpKind::Defaults:
             return dumpDefaults(m_machine.outside.userDefaults);
         case DumpKind::Log:
@@ -160,7 +165,7 @@ void ReplayRun::execute(const Dump& command) {
         case DumpKind::Controls:
             return dumpControls(m_delegate.outlets());
         case DumpKind::Bitmap:
-            return dumpBitmap(m_delegate, command.profile);
+            return dumpBitmap(m_delegate.state(), command.profile);
         }
         return {};
     };

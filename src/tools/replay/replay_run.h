@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/app_delegate.h"
+#include "simulated/canvas_display.h"
 #include "tools/replay/replay_machine.h"
 #include "tools/replay/script.h"
 #include "tools/replay/shown_keyboard.h"
@@ -58,6 +59,7 @@ private:
     trace::TraceWriter m_writer;
     ReplayMachine m_machine;
     app::AppDelegate m_delegate;
+    simulated::CanvasDisplay m_canvasDisplay;
 };
 
 } // namespace glimra::tools

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "app/actions.h"
 #include "platform/run_loop.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
 #include "simulated/screen.h"
-#include "tools/replay/action_table.h"
 
 #include <istream>
 #include <optional>
@@ -66,7 +66,7 @@ struct SetOptionKey {
 
 struct ModalSetting {
     std::string outlet;
-    ActionArgument value;
+    std::variant<std::string, int> value;
 };
 
 struct QueueAnswer {
@@ -79,8 +79,8 @@ struct QueuePath {
 };
 
 struct PerformAction {
-    const Action* action;
-    ActionArgument argument;
+    const app::ActionRow* action;
+    app::ActionArgument argument;
 };
 
 struct Quit {};

@@ -1,5 +1,7 @@
 #include "tools/replay/state_dump.h"
 
+#include "profiles/color_archive.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -26,11 +28,19 @@ ordered_json json(const platform::ScreenRect& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
-ordered_json json(const lighting::ColorSet& colors) {
+ordered_json json(std::span<const platform::Color> colors) {
     ordered_json array = ordered_json::array();
     for (const platform::Color& color : colors)
         array.push_back(json(color));
     return array;
+}
+
+ordered_json json(const profiles::CanvasBuffer& canvas) {
+    return {{"paintColor", canvas.paintColor},
+            {"keyColorSet", json(canvas.keyColorSet)},
+            {"keysToColors", canvas.keysToColors},
+            {"usingActionbarCooldowns", canvas.usingActionbarCooldowns},
+            {"dimmedKeys", json(canvas.dimmedKeys)}};
 }
 
 ordered_json hexadecimal(std::span<const std::uint8_t> bytes) {
@@ -41,6 +51,13 @@ ordered_json hexadecimal(std::span<const std::uint8_t> bytes) {
         text += kDigits[byte & 0xFU];
     }
     return text;
+}
+
+/// A colour in its stored form as a colour, other bytes as they are.
+ordered_json json(const platform::Data& data) {
+    if (const std::optional<platform::Color> color = profiles::unarchiveColor(data))
+        return json(*color);
+    return hexadecimal(data);
 }
 
 ordered_json json(const platform::NumberArray& numbers) {
@@ -54,9 +71,8 @@ ordered_json json(const platform::StoredValue& stored) {
     return std::visit(
         [](const auto& value) -> ordered_json {
             using Value = std::decay_t<decltype(value)>;
-            if constexpr (std::is_same_v<Value, platform::Data>)
-                return hexadecimal(value);
-            else if constexpr (std::is_same_v<Value, platform::NumberArray>)
+            if constexpr (std::is_same_v<Value, platform::Data> ||
+                          std::is_same_v<Value, platform::NumberArray>)
                 return json(value);
             else
                 return value;
@@ -104,47 +120,42 @@ ordered_json json(const platform::CanvasView&) {
 
 } // namespace
 
-ordered_json dumpState(const app::AppDelegate& delegate) {
-    const lighting::LightingState& lighting = delegate.lightingState();
-    const events::EffectState& effects = delegate.effectState();
-    const events::OptionState& options = delegate.optionState();
-    const events::MessageState& messages = delegate.messageState();
-    const events::CooldownState& cooldowns = delegate.cooldownState();
-    const profiles::ProfileState& profile = delegate.profileState();
-    const screenlink::StripGeometry geometry = delegate.stripGeometry().copy();
+ordered_json dumpState(const app::State& state) {
+    const screenlink::StripGeometry geometry = state.stripGeometry.copy();
     return {
-        {"keyboardColorSet", json(lighting.keyboardColorSet)},
-        {"keyToColorMap", lighting.keyToColorMap},
-        {"activeColorProfile", profile.activeColorProfile},
-        {"chatReturnColorProfile", profile.chatReturnColorProfile},
-        {"profileTouched", profile.profileTouched},
-        {"dimmedKeys", json(lighting.dimmedKeys)},
-        {"scanWidth", delegate.scanSettings().scanWidth},
-        {"scanOffset", delegate.scanSettings().scanOffset},
+        {"keyboardColorSet", json(state.lighting.keyboardColorSet)},
+        {"keyToColorMap", state.lighting.keyToColorMap},
+        {"activeColorProfile", state.profile.activeColorProfile},
+        {"chatReturnColorProfile", state.profile.chatReturnColorProfile},
+        {"profileTouched", state.profile.profileTouched},
+        {"dimmedKeys", json(state.lighting.dimmedKeys)},
+        {"scanWidth", state.scan.scanWidth},
+        {"scanOffset", state.scan.scanOffset},
         {"myScanRect", json(geometry.myScanRect)},
         {"pixelOffsets", geometry.pixelOffsets},
-        {"messageQueue", messages.messageQueue.copy()},
-        {"currentMessage", messages.currentMessage},
-        {"combatAnimationPlaying", effects.combatAnimationPlaying},
-        {"singleColorModeRedFlash", effects.singleColorModeRedFlash},
-        {"deadAnimationPlaying", effects.deadAnimationPlaying},
-        {"shadowAnimationPlaying", effects.shadowAnimationPlaying},
-        {"whisperLightActive", effects.whisperLightActive},
-        {"suspendScreenReads", delegate.readerFlags().suspendScreenReads.load()},
-        {"keepTheScannerRunning", delegate.readerFlags().keepTheScannerRunning.load()},
-        {"debugMode", delegate.logState().debugMode},
-        {"updatePause", delegate.logState().updatePause},
-        {"useSpellCooldowns", lighting.useSpellCooldowns},
-        {"blinkTime", cooldowns.blinkTime},
-        {"WoWisInTheForeground", messages.WoWisInTheForeground},
-        {"autoToggleProfile2", options.autoToggleProfile2},
-        {"combatChatWarning", options.combatChatWarning},
-        {"confirmCalibrate", messages.confirmCalibrate},
-        {"useSingleColorMode", options.useSingleColorMode},
-        {"supressCooldownBlinkCounter", cooldowns.supressCooldownBlinkCounter},
-        {"combatPulseMs", effects.combatPulseMs},
-        {"blinkPeriod", cooldowns.blinkPeriod},
-        {"singleColorFlag", lighting.singleColorFlag},
+        {"messageQueue", state.messages.messageQueue.copy()},
+        {"currentMessage", state.messages.currentMessage},
+        {"combatAnimationPlaying", state.effects.combatAnimationPlaying},
+        {"singleColorModeRedFlash", state.effects.singleColorModeRedFlash},
+        {"deadAnimationPlaying", state.effects.deadAnimationPlaying},
+        {"shadowAnimationPlaying", state.effects.shadowAnimationPlaying},
+        {"whisperLightActive", state.effects.whisperLightActive},
+        {"suspendScreenReads", state.readerFlags.suspendScreenReads.load()},
+        {"keepTheScannerRunning", state.readerFlags.keepTheScannerRunning.load()},
+        {"debugMode", state.log.debugMode},
+        {"updatePause", state.log.updatePause},
+        {"useSpellCooldowns", state.lighting.useSpellCooldowns},
+        {"blinkTime", state.cooldowns.blinkTime},
+        {"WoWisInTheForeground", state.messages.WoWisInTheForeground},
+        {"autoToggleProfile2", state.options.autoToggleProfile2},
+        {"combatChatWarning", state.options.combatChatWarning},
+        {"confirmCalibrate", state.messages.confirmCalibrate},
+        {"useSingleColorMode", state.options.useSingleColorMode},
+        {"supressCooldownBlinkCounter", state.cooldowns.supressCooldownBlinkCounter},
+        {"combatPulseMs", state.effects.combatPulseMs},
+        {"blinkPeriod", state.cooldowns.blinkPeriod},
+        {"singleColorFlag", state.lighting.singleColorFlag},
+        {"canvas", json(state.canvas)},
     };
 }
 
@@ -165,8 +176,8 @@ ordered_json dumpControls(app::Outlets& outlets) {
     return object;
 }
 
-ordered_json dumpBitmap(const app::AppDelegate& delegate, std::size_t profile) {
-    return hexadecimal(delegate.lightingState().keyboardColorBitmap.at(profile));
+ordered_json dumpBitmap(const app::State& state, std::size_t profile) {
+    return hexadecimal(state.lighting.keyboardColorBitmap.at(profile));
 }
 
 } // namespace glimra::tools
