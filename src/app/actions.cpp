@@ -31,29 +31,72 @@ ActionRow withControl(std::string selector, ArgumentKind kind, std::string outle
 }
 
 std::vector<ActionRow> makeTable() {
+    using D = AppDelegate;
     std::vector<ActionRow> table{
-        plain("calibrateButton:", &AppDelegate::calibrateButton),
-        plain("calibrateMI:", &AppDelegate::calibrateMI),
-        plain("debugMenuItem:", &AppDelegate::debugMenuItem),
-        plain("resetLightsMI:", &AppDelegate::resetLightsMI),
-        plain("resetClicked:", &AppDelegate::resetClicked),
+        plain("calibrateButton:", &D::calibrateButton),
+        plain("calibrateMI:", &D::calibrateMI),
+        plain("debugMenuItem:", &D::debugMenuItem),
+        plain("resetLightsMI:", &D::resetLightsMI),
+        plain("resetClicked:", &D::resetClicked),
+        plain("testLightsMI:", &D::testLightsMI),
+        plain("testButton:", &D::testButton),
 
-        withControl("cooldownCheck:", ArgumentKind::State, "actionBarEffectCheckbox",
-                    &AppDelegate::cooldownCheck),
-        plain("revealCooldownColors:", &AppDelegate::revealCooldownColors, "cooldownPreviewBtn"),
-        withControl("blinkTimeChanged:", ArgumentKind::Text, "blinkTimeTextbox",
-                    &AppDelegate::blinkTimeChanged),
-        {"profileChangeAnswer:", ArgumentKind::ButtonTag, "",
-         [](AppDelegate& delegate, const Argument& argument) {
-             delegate.profileChangeAnswer(argument.number);
+        plain("setColorsMI:", &D::setColorsMI),
+        plain("setColorsBtn:", &D::setColorsBtn),
+        withControl("controlAllLightsCheck:", ArgumentKind::State, "controlAllLightsCheckbox",
+                    &D::controlAllLightsCheck),
+        withControl("singleColorModeCheck:", ArgumentKind::State, "singleColorModeBtn",
+                    &D::singleColorModeCheck),
+        withControl("autoToggleProfileClicked:", ArgumentKind::State, "autoChatProfileCheckbox",
+                    &D::autoToggleProfileClicked),
+        withControl("combatChatWarningClicked:", ArgumentKind::State, "combatChatAlertCheckbox",
+                    &D::combatChatWarningClicked),
+        withControl("cooldownCheck:", ArgumentKind::State, "actionBarEffectCheckbox", &D::cooldownCheck),
+        plain("revealCooldownColors:", &D::revealCooldownColors, "cooldownPreviewBtn"),
+        withControl("blinkTimeChanged:", ArgumentKind::Text, "blinkTimeTextbox", &D::blinkTimeChanged),
+        withControl("paintingColorPicker:", ArgumentKind::RadioTag, "colorButtonGroup",
+                    &D::paintingColorPicker),
+        {"colorWellDropped:", ArgumentKind::Well, "",
+         [](D& delegate, const Argument& argument) {
+             delegate.colorWellDropped(wellOfTag(delegate.outlets(), argument.number));
          }},
+        withControl("profileSelectPopup:", ArgumentKind::Index, "currentProfilePopup",
+                    &D::profileSelectPopup),
+        {"profileChangeAnswer:", ArgumentKind::ButtonTag, "",
+         [](D& delegate, const Argument& argument) { delegate.profileChangeAnswer(argument.number); }},
+        plain("copyProfileSameSame:", &D::copyProfileSameSame),
+        plain("colorOK:", &D::colorOK),
+        plain("colorCancel:", &D::colorCancel),
 
-        plain("openWindowToMapKeys:", &AppDelegate::openWindowToMapKeys),
-        plain("actionKeySetterOK:", &AppDelegate::actionKeySetterOK),
-        plain("actionKeySetterCanx:", &AppDelegate::actionKeySetterCanx),
+        plain("openWindowToMapKeys:", &D::openWindowToMapKeys),
+        plain("actionKeySetterOK:", &D::actionKeySetterOK),
+        plain("actionKeySetterCanx:", &D::actionKeySetterCanx),
+
+        plain("ExportPreferencesMI:", &D::ExportPreferencesMI),
+        plain("ImportPreferencesMI:", &D::ImportPreferencesMI),
+
+        plain("autorunNoneMI:", &D::autorunNoneMI, "autorunNoneMI"),
+        plain("autorunBNetMI:", &D::autorunBNetMI, "autorunBNetMI"),
+        plain("autorunWowMI:", &D::autorunWowMI, "autorunWowMI"),
+        plain("autorunClassicMI:", &D::autorunClassicMI, "autorunClassicMI"),
+        plain("launchBNetMI:", &D::launchBNet),
+        plain("BNLaunchBtnClicked:", &D::launchBNet),
+        plain("launchWowMI:", &D::launchWow),
+        plain("launchWoWBtnClicked:", &D::launchWow),
+        plain("launchClassicMI:", &D::launchClassic),
+        plain("launchWoWClassicBtnClicked:", &D::launchClassic),
+        plain("handleLauncherOptionsMI:", &D::editGameNamesMI),
+        plain("editGameNamesMI:", &D::editGameNamesMI),
+        plain("launchOptionsOK:", &D::launchOptionsOK),
+
+        plain("aboutMenuItem:", &D::aboutMenuItem),
+        plain("AboutLinkClicked:", &D::AboutLinkClicked),
+        plain("openDownloadsPage:", &D::openDownloadsPage),
+        plain("helpMenuItem:", &D::helpMenuItem),
+        plain("myBtnClicked:", &D::myBtnClicked),
 
         {"windowShouldClose:", ArgumentKind::WindowName, "",
-         [](AppDelegate& delegate, const Argument& argument) {
+         [](D& delegate, const Argument& argument) {
              if (auto* window = outletOfType<platform::Window>(delegate, argument.text))
                  delegate.windowShouldClose(*window);
          }},
@@ -110,9 +153,13 @@ void sendAction(AppDelegate& delegate, const ActionRow& action, const ActionArgu
     case ArgumentKind::State:
         outletOfType<platform::CheckBox>(delegate, action.outlet)->on.set(argument.state);
         break;
-    case ArgumentKind::Index:
-        outletOfType<platform::PopUp>(delegate, action.outlet)->selected.set(argument.number);
+    case ArgumentKind::Index: {
+        auto* const popUp = outletOfType<platform::PopUp>(delegate, action.outlet);
+        if (argument.number == popUp->separator)
+            return;
+        popUp->selected.set(argument.number);
         break;
+    }
     case ArgumentKind::Title:
         outletOfType<platform::PopUp>(delegate, action.outlet)->selectTitle(argument.text);
         break;
@@ -123,9 +170,7 @@ void sendAction(AppDelegate& delegate, const ActionRow& action, const ActionArgu
         outletOfType<platform::RadioGroup>(delegate, action.outlet)->selectedTag.set(argument.number);
         break;
     case ArgumentKind::Well:
-        for (platform::ColorWell* well : colorWells(delegate.outlets()))
-            if (well->tag == argument.number)
-                well->color.set(argument.color);
+        wellOfTag(delegate.outlets(), argument.number).color.set(argument.color);
         break;
     case ArgumentKind::None:
     case ArgumentKind::ButtonTag:

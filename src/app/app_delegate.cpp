@@ -41,6 +41,15 @@ AppDelegate::AppDelegate(platform::Platform& platform)
       m_windowCloser(m_outlets, platform.application),
       m_actionKeySetter({platform.userDefaults, m_outlets, m_unsavedEdits, m_windowCloser, m_profileStore,
                          m_state.profile, m_state.canvas, m_state.lighting, m_state.actionKeys}),
+      m_colorProgrammer({platform.runLoop, platform.windowSystem, platform.userDefaults, m_outlets,
+                         m_unsavedEdits, m_lighting, m_state.lighting, m_profileStore, m_state.profile,
+                         m_state.canvas, m_cooldownDisplay, m_state.options, m_state.messages}),
+      m_profileTransfer({platform.windowSystem, platform.userDefaults, platform.systemLog, m_log,
+                         platform.bundle, platform.settingsFolder, m_outlets, m_lighting, m_state.lighting,
+                         m_profileStore, m_state.profile, m_state.canvas, m_state.canvasKeyCodes,
+                         m_cooldownDisplay, m_state.options}),
+      m_launcher({platform.windowSystem, platform.userDefaults, platform.childProcesses, platform.modifiers,
+                  m_log, m_outlets, m_windowCloser, m_state.launcher}),
       activeScreenReader(platform.readerCapture, platform.runLoop, m_log, platform.application,
                          m_messageQueue, m_state.stripGeometry, m_state.readerFlags) {
 }
@@ -55,7 +64,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     loadProfiles();
     m_platform.windowSystem.restoreFrame(kFrameName);
     m_outlets.mainWindow.bringToFront();
+    m_colorProgrammer.loadSingleColorMode();
+    m_colorProgrammer.loadAutoToggleProfile();
     m_cooldownDisplay.loadBlinkTime();
+    m_outlets.helpTextView.text.set(m_platform.bundle.helpText);
+    m_launcher.loadApplicationNames();
+    m_launcher.autorun();
+    m_colorProgrammer.loadCombatChatWarning();
     m_actionKeySetter.fillKeyMenusArray();
     startReading();
 }
@@ -145,6 +160,138 @@ void AppDelegate::profileChangeAnswer(int tag) {
 
 void AppDelegate::windowShouldClose(platform::Window& window) {
     m_windowCloser.windowShouldClose(window);
+}
+
+void AppDelegate::setColorsMI() {
+    m_colorProgrammer.openColorProgrammer();
+}
+
+void AppDelegate::setColorsBtn() {
+    m_colorProgrammer.openColorProgrammer();
+}
+
+void AppDelegate::controlAllLightsCheck() {
+    m_colorProgrammer.applyCanvasColors();
+}
+
+void AppDelegate::singleColorModeCheck() {
+    m_colorProgrammer.singleColorModeCheck();
+}
+
+void AppDelegate::autoToggleProfileClicked() {
+    m_colorProgrammer.autoToggleProfileClicked();
+}
+
+void AppDelegate::combatChatWarningClicked() {
+    m_colorProgrammer.combatChatWarningClicked();
+}
+
+void AppDelegate::paintingColorPicker() {
+    m_colorProgrammer.paintingColorPicker();
+}
+
+void AppDelegate::colorWellDropped(const platform::ColorWell& well) {
+    m_colorProgrammer.colorWellDropped(well);
+}
+
+void AppDelegate::colorOK() {
+    m_colorProgrammer.colorOK();
+}
+
+void AppDelegate::colorCancel() {
+    m_colorProgrammer.colorCancel();
+}
+
+void AppDelegate::profileSelectPopup() {
+    m_colorProgrammer.profileSelectPopup();
+}
+
+void AppDelegate::copyProfileSameSame() {
+    m_colorProgrammer.copyProfileSameSame();
+}
+
+void AppDelegate::testLightsMI() {
+    showTestPattern();
+}
+
+void AppDelegate::testButton() {
+    showTestPattern();
+}
+
+void AppDelegate::ExportPreferencesMI() {
+    m_profileTransfer.exportPreferences();
+}
+
+void AppDelegate::ImportPreferencesMI() {
+    m_profileTransfer.importPreferences();
+}
+
+void AppDelegate::autorunNoneMI() {
+    m_launcher.setAutorun(m_outlets.autorunNoneMI, "");
+}
+
+void AppDelegate::autorunBNetMI() {
+    m_launcher.setAutorun(m_outlets.autorunBNetMI, m_state.launcher.BNAppName);
+}
+
+void AppDelegate::autorunWowMI() {
+    m_launcher.setAutorun(m_outlets.autorunWowMI, m_state.launcher.WowAppName);
+}
+
+void AppDelegate::autorunClassicMI() {
+    m_launcher.setAutorun(m_outlets.autorunClassicMI, m_state.launcher.WowClassicAppName);
+}
+
+void AppDelegate::launchBNet() {
+    m_launcher.launchApp(m_state.launcher.BNAppName);
+}
+
+void AppDelegate::launchWow() {
+    m_launcher.launchApp(m_state.launcher.WowAppName);
+}
+
+void AppDelegate::launchClassic() {
+    m_launcher.launchApp(m_state.launcher.WowClassicAppName);
+}
+
+void AppDelegate::editGameNamesMI() {
+    m_launcher.editGameNames();
+}
+
+void AppDelegate::launchOptionsOK() {
+    m_platform.windowSystem.stopModal(0);
+}
+
+void AppDelegate::aboutMenuItem() {
+    const platform::Bundle& bundle = m_platform.bundle;
+    m_outlets.aboutVersionLabel.text.set("Version " + bundle.shortVersion + " (" + bundle.version + ")");
+    m_outlets.aboutCopyLabel.text.set(bundle.copyright);
+    m_outlets.aboutLinkLabel.text.set(bundle.homePage);
+    m_outlets.aboutWindow.bringToFront();
+}
+
+void AppDelegate::AboutLinkClicked() {
+    m_platform.workspace.openUrl(m_platform.bundle.homePage);
+}
+
+void AppDelegate::openDownloadsPage() {
+    m_platform.workspace.openUrl(m_platform.bundle.downloadPage);
+}
+
+void AppDelegate::helpMenuItem() {
+    m_outlets.helpWindow.bringToFront();
+    m_state.messages.confirmCalibrate = true;
+}
+
+void AppDelegate::myBtnClicked() {
+    m_platform.runLoop.post([this] { m_outlets.helpWindow.bringToFront(); });
+    m_state.messages.confirmCalibrate = true;
+}
+
+void AppDelegate::showTestPattern() {
+    m_log.appendLog("Showing test pattern on the keyboard.\n");
+    m_messageQueue.appendToMessageQueue("H");
+    m_state.messages.confirmCalibrate = true;
 }
 
 void AppDelegate::logVersions() {

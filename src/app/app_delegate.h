@@ -2,8 +2,11 @@
 
 #include "app/action_key_setter.h"
 #include "app/color_painter.h"
+#include "app/color_programmer.h"
+#include "app/launcher.h"
 #include "app/message_log.h"
 #include "app/outlets.h"
+#include "app/profile_transfer.h"
 #include "app/unsaved_edits.h"
 #include "app/window_closer.h"
 #include "events/cooldown_display.h"
@@ -40,6 +43,7 @@ struct State {
     screenlink::ScanSettings scan;
     screenlink::SharedStripGeometry stripGeometry;
     screenlink::ReaderFlags readerFlags;
+    LauncherState launcher;
 };
 
 /// The application: owns all state for the whole run, makes the operations that work on it, and has one
@@ -77,17 +81,48 @@ public:
     void cooldownCheck();
     void revealCooldownColors();
     void blinkTimeChanged();
+    void setColorsMI();
+    void setColorsBtn();
+    void controlAllLightsCheck();
+    void singleColorModeCheck();
+    void autoToggleProfileClicked();
+    void combatChatWarningClicked();
+    void paintingColorPicker();
+    void colorWellDropped(const platform::ColorWell& well);
+    void colorOK();
+    void colorCancel();
+    void profileSelectPopup();
+    void profileChangeAnswer(int tag);
+    void copyProfileSameSame();
+    void testLightsMI();
+    void testButton();
     void resetLightsMI();
     void resetClicked();
     void openWindowToMapKeys();
     void actionKeyMenuClick(int number, std::string_view title);
     void actionKeySetterOK();
     void actionKeySetterCanx();
-    void profileChangeAnswer(int tag);
+    void ExportPreferencesMI();
+    void ImportPreferencesMI();
+    void autorunNoneMI();
+    void autorunBNetMI();
+    void autorunWowMI();
+    void autorunClassicMI();
+    void launchBNet();
+    void launchWow();
+    void launchClassic();
+    void editGameNamesMI();
+    void launchOptionsOK();
+    void aboutMenuItem();
+    void AboutLinkClicked();
+    void openDownloadsPage();
+    void helpMenuItem();
+    void myBtnClicked();
     void windowShouldClose(platform::Window& window);
 
 private:
     void logVersions();
+    void showTestPattern();
     void startLedDriver();
     void loadCalibration();
     void loadProfiles();
@@ -113,6 +148,9 @@ private:
     UnsavedEdits m_unsavedEdits;
     WindowCloser m_windowCloser;
     ActionKeySetter m_actionKeySetter;
+    ColorProgrammer m_colorProgrammer;
+    ProfileTransfer m_profileTransfer;
+    Launcher m_launcher;
     screenlink::ScreenReader activeScreenReader;
 
     std::optional<platform::TimerId> myTimer;

@@ -26,6 +26,13 @@ int slotOfWell(const platform::ColorWell& well) {
     return profiles::slotOfTag(well.tag, lighting::kCooldownSlot);
 }
 
+platform::ColorWell& wellOfTag(Outlets& outlets, int tag) {
+    for (platform::ColorWell* well : colorWells(outlets))
+        if (well->tag == tag)
+            return *well;
+    return outlets.keyCoolColor;
+}
+
 std::array<platform::ColorWell*, lighting::kColorSlotCount> colorWells(Outlets& outlets) {
     return {&outlets.keyCoolColor, &outlets.colorA, &outlets.colorB, &outlets.colorC, &outlets.colorD,
             &outlets.colorE,       &outlets.colorF, &outlets.colorG, &outlets.colorH, &outlets.colorI,

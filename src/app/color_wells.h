@@ -15,6 +15,9 @@ void choosePaintColor(const Outlets& outlets, profiles::CanvasBuffer& canvas);
 /// The slot that a well shows and edits.
 int slotOfWell(const platform::ColorWell& well);
 
+/// The well with a tag; the cooldown colour's for a tag outside 1 to 12.
+platform::ColorWell& wellOfTag(Outlets& outlets, int tag);
+
 /// The thirteen wells.
 std::array<platform::ColorWell*, lighting::kColorSlotCount> colorWells(Outlets& outlets);
 

@@ -104,11 +104,14 @@ void ProfileStore::saveColorSet(std::span<const lighting::Color> colors, int pro
         m.defaults.set(profileKey(kColorSlots[slot].key, profile), archiveColor(colors[slot]));
 }
 
+void ProfileStore::saveKeyMap(const lighting::KeyMap& map, int profile) {
+    m.defaults.set(profileKey(kKeyMapKey, profile), platform::NumberArray(map.begin(), map.end()));
+}
+
 void ProfileStore::saveProfile(int profile) {
     m.canvas.fillIfEmpty(m.lighting);
     saveColorSet(m.canvas.keyColorSet, profile);
-    m.defaults.set(profileKey(kKeyMapKey, profile),
-                   platform::NumberArray(m.canvas.keysToColors.begin(), m.canvas.keysToColors.end()));
+    saveKeyMap(m.canvas.keysToColors, profile);
     saveCooldownFlag(m.lighting.useSpellCooldowns[0], profile);
     m.canvas.usingActionbarCooldowns = m.lighting.useSpellCooldowns[0];
     m.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =

@@ -35,6 +35,7 @@ public:
     void loadProfileWithCooldowns(int profile);
 
     void saveColorSet(std::span<const lighting::Color> colors, int profile);
+    void saveKeyMap(const lighting::KeyMap& map, int profile);
     /// Stores what the canvas holds as a profile, and prepares its bitmap. The profile in memory stays.
     void saveProfile(int profile);
 

@@ -1,6 +1,6 @@
 #include "events/effects.h"
 
-#include "events/fake_keyboard.h"
+#include "support/fake_driver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,43 +12,75 @@
 namespace glimra::events {
 namespace {
 
-using namespace std::chrono_literals;
 using lighting::LedBitmap;
-using ::testing::ElementsAre;
-using ::testing::SizeIs;
+using Calls = std::vector<std::string>;
+
+/// A clock whose waits stand among the driver's calls: "wait 75", in milliseconds.
+class FakeRunLoop final : public platform::RunLoop {
+public:
+    explicit FakeRunLoop(tests::FakeDriver& driver) : m_driver(driver) {}
+
+    /// What the next wait serves; then nothing is left to serve.
+    std::function<void()> toServe;
+
+    platform::Time now() const override { return m_now; }
+    std::string dateAndTime(platform::Time) const override { return {}; }
+    bool runUntil(platform::Time deadline) override {
+        const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - m_now);
+        m_driver.calls.push_back("wait " + std::to_string(wait.count()));
+        if (toServe)
+            std::exchange(toServe, nullptr)();
+        m_now = std::max(m_now, deadline);
+        return !m_terminated;
+    }
+    void terminate() override { m_terminated = true; }
+    bool isTerminated() const override { return m_terminated; }
+    platform::TimerId repeat(platform::Duration, std::function<void()>) override { return 0; }
+    platform::TimerId after(platform::Duration, std::function<void()>) override { return 0; }
+    void cancel(platform::TimerId) override {}
+    void post(std::function<void()>) override {}
+
+private:
+    tests::FakeDriver& m_driver;
+    platform::Time m_now{0};
+    bool m_terminated = false;
+};
+
+/// One letter for each colour that the tests look for.
+const std::map<char, Rgb> kPalette{{'W', {255, 255, 255}}, {'K', {0, 0, 0}},      {'t', {128, 128, 128}},
+                                   {'L', {255, 230, 0}},   {'l', {128, 118, 50}}, {'R', {255, 0, 0}},
+                                   {'C', {255, 25, 25}},   {'Y', {255, 220, 0}},  {'s', {90, 148, 255}},
+                                   {'m', {255, 168, 54}},  {'B', {0, 0, 255}},    {'c', {0, 255, 255}},
+                                   {'b', {110, 202, 202}}, {'o', {255, 80, 0}},   {'g', {0, 255, 0}},
+                                   {'u', {0, 90, 255}},    {'v', {128, 0, 255}},  {'i', {200, 230, 255}}};
 
 class EffectsTest : public ::testing::Test {
 protected:
     EffectsTest() {
         for (std::size_t i = 0; i < profile.size(); ++i)
-            profile[i] = i % 4 == 3 ? 255 : static_cast<std::uint8_t>(i / 4);
+            profile[i] = i % 4 == 3 ? 255 : static_cast<std::uint8_t>(i / 4 + 3);
     }
 
-    void play(char code, bool singleColorMode = false) {
-        EXPECT_TRUE(effects.play(code, profile, singleColorMode));
-    }
-
-    /// A cell by the palette's letter; '.' as in the profile.
-    char letter(const LedBitmap& bitmap, std::size_t cell) const {
-        const auto* const bytes = bitmap.data() + cell * 4;
-        if (std::equal(bytes, bytes + 4, profile.data() + cell * 4))
+    /// A cell of a frame by its palette letter, '.' where it is as in the profile.
+    char cell(std::size_t frame, std::size_t row, std::size_t column) const {
+        const std::size_t offset = (row * 21 + column) * 4;
+        const auto* const bytes = driver.bitmaps.at(frame).data() + offset;
+        if (std::equal(bytes, bytes + 4, profile.data() + offset))
             return '.';
-        for (const auto& [name, color] : palette)
+        for (const auto& [letter, color] : kPalette)
             if (bytes[3] == 255 && Rgb{bytes[2], bytes[1], bytes[0]} == color)
-                return name;
+                return letter;
         return '?';
     }
 
-    /// A row of a frame, a letter a cell. Row 1 has a key in every cell, at 6, 38, 72, 104, 137, 170, 203,
-    /// 237, 270, 304, 336, 370, 403, 436, 512, 546, 579, 623, 656, 689 and 722.
-    std::string row(std::size_t frame, std::size_t number = 1) const {
+    std::string row(std::size_t frame, std::size_t number) const {
         std::string letters;
         for (std::size_t column = 0; column < 21; ++column)
-            letters += letter(keyboard.frames.at(frame).bitmap, number * 21 + column);
+            letters += cell(frame, number, column);
         return letters;
     }
 
-    /// The six rows of a frame, a letter for each; '#' where a row has several colours.
+    /// A letter for each of the six rows, '#' for a row of several colours.
     std::string rows(std::size_t frame) const {
         std::string letters;
         for (std::size_t number = 0; number < 6; ++number) {
@@ -58,273 +90,206 @@ protected:
         return letters;
     }
 
-    void expectProfileAt(platform::Time time) const {
-        EXPECT_EQ(keyboard.frames.back().bitmap, profile);
-        EXPECT_EQ(keyboard.frames.back().at, time);
-    }
-
-    test::FakeKeyboard keyboard;
+    tests::FakeDriver driver;
+    FakeRunLoop runLoop{driver};
+    tests::FixedRandom random;
     lighting::LightingState state;
-    lighting::LightingOutput lighting{keyboard, keyboard, state};
-    Effects effects{keyboard, keyboard, keyboard, lighting};
+    lighting::LightingOutput lighting{driver, random, state};
+    Effects effects{runLoop, driver, random, lighting};
     LedBitmap profile{};
-    std::map<char, Rgb> palette{{'W', {255, 255, 255}}, {'K', {0, 0, 0}}};
 };
 
-TEST_F(EffectsTest, RowSweepRunsDownWithATrailOnBothSides) {
-    palette['t'] = {128, 128, 128};
-    play('S');
-    EXPECT_EQ(keyboard.calls.front(), "0 target 7");
-    ASSERT_THAT(keyboard.frames, SizeIs(7));
-    EXPECT_EQ(rows(0), "Wt....");
-    EXPECT_EQ(rows(2), ".tWt..");
-    EXPECT_EQ(rows(5), "....tW");
-    EXPECT_EQ(keyboard.frames[5].at, 400ms);
-    expectProfileAt(480ms);
+/// Frames and waits in turn.
+Calls frames(int count, int wait) {
+    Calls calls;
+    for (int i = 0; i < count; ++i)
+        calls.insert(calls.end(), {"SetLightingFromBitmap", "wait " + std::to_string(wait)});
+    return calls;
 }
 
-TEST_F(EffectsTest, RowSweepUpBeginsWithTheTrailAndNeverLightsTheTopRow) {
-    palette = {{'L', {255, 230, 0}}, {'t', {128, 118, 50}}, {'R', {255, 0, 0}}};
-    play('g');
-    ASSERT_THAT(keyboard.frames, SizeIs(7));
-    EXPECT_EQ(rows(0), ".....t");
-    EXPECT_EQ(rows(1), "....tL");
-    EXPECT_EQ(rows(5), "tLt...");
-    play('a');
-    EXPECT_EQ(rows(7 + 5), "RRR...");
+/// Colours of all keys, each with its wait.
+Calls colors(std::initializer_list<std::pair<const char*, int>> list) {
+    Calls calls;
+    for (const auto& [percentages, wait] : list)
+        calls.insert(calls.end(), {"SetTargetDevice 4", std::string("SetLighting ") + percentages,
+                                   "wait " + std::to_string(wait)});
+    return calls;
 }
 
-TEST_F(EffectsTest, SingleColourFormsEndOnTheirLastColour) {
-    play('m', true);
-    EXPECT_THAT(keyboard.calls,
-                ElementsAre("0 target 7", "0 target 4", "0 all 0 0 0", "200 target 4", "200 all 79 31 0",
-                            "300 target 4", "300 all 0 0 0", "400 target 4", "400 all 79 31 0"));
-    EXPECT_EQ(keyboard.now(), 500ms);
-
-    // Stripe run and rainbow leave the devices to the whole-keyboard colours.
-    state.singleColorFlag = true;
-    keyboard.calls.clear();
-    play('T', true);
-    EXPECT_THAT(keyboard.calls, SizeIs(12));
-    EXPECT_EQ(keyboard.calls[0], "500 target 7");
-    EXPECT_EQ(keyboard.calls[1], "500 all 80 80 80");
-    EXPECT_EQ(keyboard.calls.back(), "1250 all 0 0 100");
-    EXPECT_EQ(keyboard.now(), 1400ms);
-    keyboard.calls.clear();
-    play('J', true);
-    EXPECT_THAT(keyboard.calls, SizeIs(12));
-    EXPECT_EQ(keyboard.calls[3], "1550 all 100 50 0");
-    EXPECT_EQ(keyboard.calls.back(), "2150 all 50 0 50");
-    EXPECT_EQ(keyboard.now(), 2300ms);
-    EXPECT_THAT(keyboard.frames, SizeIs(0));
+Calls operator+(Calls calls, const Calls& more) {
+    calls.insert(calls.end(), more.begin(), more.end());
+    return calls;
 }
 
-TEST_F(EffectsTest, EdgeSequenceAFlowsToTheCentreAndTheProfileReturnsFromTheTop) {
-    palette['C'] = {255, 25, 25};
-    palette['Y'] = {255, 230, 0};
-    play('A');
-    ASSERT_THAT(keyboard.frames, SizeIs(26 + 6));
-    EXPECT_EQ(row(0), "..........WWW........");
-    EXPECT_EQ(row(4), "WWWWWWWWWWCCCWWWWWWWW");
-    EXPECT_EQ(row(5), "WWWWWWWCCCYYYCCWWWWWW");
-    EXPECT_EQ(rows(25 + 1)[0], '.');
-    EXPECT_EQ(row(25 + 1).find('.'), std::string::npos);
-    EXPECT_EQ(row(25 + 2), std::string(21, '.'));
-    expectProfileAt(31 * 75ms);
-    EXPECT_EQ(keyboard.now(), 32 * 75ms);
+const Calls kAllDevices{"SetTargetDevice 7"};
+const Calls kFrame{"SetLightingFromBitmap"};
+
+struct Look {
+    std::size_t frame;
+    /// Six letters are the six rows. 21 letters are row 1, which has a key in every cell: at 6, 38, 72, 104,
+    /// 137, 170, 203, 237, 270, 304, 336, 370, 403, 436, 512, 546, 579, 623, 656, 689 and 722.
+    std::string letters;
+};
+
+struct Show {
+    char code;
+    Calls calls;
+    std::vector<Look> looks;
+};
+
+const Show kShows[]{
+    {'S', kAllDevices + frames(6, 80) + kFrame, {{0, "Wt...."}, {2, ".tWt.."}, {5, "....tW"}, {6, "......"}}},
+    {'g', kAllDevices + frames(6, 80) + kFrame, {{0, ".....l"}, {1, "....lL"}, {5, "lLl..."}, {6, "......"}}},
+    {'a', kAllDevices + frames(6, 80) + kFrame, {{0, ".....R"}, {5, "RRR..."}, {6, "......"}}},
+    {'A',
+     kAllDevices + frames(26 + 6, 75),
+     {{0, "..........WWW........"},
+      {4, "WWWWWWWWWWCCCWWWWWWWW"},
+      {5, "WWWWWWWCCCLLLCCWWWWWW"},
+      {26, "WWWLLLLWWWLLLWWLLWWWW"},
+      {26, ".#####"},
+      {31, "......"}}},
+    {'F',
+     kAllDevices + frames(24 + 4, 65) + kFrame,
+     {{0, "..........CCC........"},
+      {24, "YYYYYYYYYYCCCYYYYYYYY"},
+      {25, "YYYYYYYCCCCCCCCYYYYYY"},
+      {27, "CCCCCCCCCCCCCCCCCCCCC"},
+      {28, "......"}}},
+    {'n',
+     kAllDevices + frames(15 + 4, 65) + kFrame,
+     {{14, "sssssssmmmmmmmmssssss"},
+      {15, "sssmmmmmmmWWWmmmmssss"},
+      {17, "mmmWWWWWWWWWWWWWWmmmm"},
+      {19, "......"}}},
+    // The key at 72 lies on the border of two bands; the later paint has it.
+    {'T',
+     kAllDevices + frames(19, 75) + kFrame,
+     {{0, "BBB.................."},
+      {1, "WWBBB................"},
+      {9, "WWBBB....WWBB...WWBBB"},
+      {18, "..................WWW"},
+      {19, "......"}}},
+    {'L',
+     kAllDevices + frames(6 + 5, 75) + kFrame,
+     {{0, "bbbbcccc............."},
+      {4, "bbbbbbbbbbbbbbbbbcccc"},
+      {6, "....bbbbbbbbbbbbbbbbb"},
+      {10, ".................bbbb"},
+      {11, "......"}}},
+    {'h',
+     kAllDevices + frames(15, 75) + kAllDevices + kFrame,
+     {{0, "#....."}, {1, ".c.c.c.c.c.c.c.c.c.c."}, {9, "######"}, {14, ".....#"}, {15, "......"}}},
+    {'J',
+     kAllDevices + frames(11, 75) + kFrame,
+     {{0, "R....."}, {5, "RoYguv"}, {6, ".oYguv"}, {10, ".....v"}, {11, "......"}}},
+    {'W',
+     kAllDevices + frames(7, 60) +
+         Calls{"SetTargetDevice 4", "SetLighting 0 0 0", "SetLightingForKeyWithKeyName 1 50 100 50"},
+     {{0, "..................KKK"}, {6, "...KKKKKKKKKKKKKKKKKK"}}},
+    {'V', kAllDevices + frames(7, 60), {{0, "...KKKKKKKKKKKKKKKKKK"}, {6, "..................KKK"}}},
+    {'H', Calls{"SetTargetDevice 4", "SetLighting 100 0 0"} + kAllDevices + frames(1, 1250), {{0, "WW###W"}}},
+    {'B',
+     Calls{"SetTargetDevice 4"} + frames(4, 65) + kFrame + kAllDevices,
+     {{0, "........iiiiii......."}, {3, "iii...............iii"}, {4, "......"}}},
+};
+
+TEST_F(EffectsTest, AnimationsRunOverTheProfile) {
+    for (const Show& show : kShows) {
+        SCOPED_TRACE(show.code);
+        driver.bitmaps.clear();
+        EXPECT_TRUE(effects.play(show.code, profile, false));
+        EXPECT_EQ(driver.take(), show.calls);
+        for (const Look& look : show.looks)
+            EXPECT_EQ(look.letters.size() == 6 ? rows(look.frame) : row(look.frame, 1), look.letters)
+                << "frame " << look.frame;
+    }
+    // Rows are painted in every cell, bands only where there is a key.
+    EXPECT_TRUE(effects.play('r', profile, false));
+    EXPECT_EQ(row(5, 3), "WWggggggggggggggggWWg");
 }
 
-TEST_F(EffectsTest, EdgeSequencesFAndNFlowBackToTheEdges) {
-    palette = {{'Y', {255, 220, 0}},
-               {'C', {255, 25, 25}},
-               {'s', {90, 148, 255}},
-               {'m', {255, 168, 54}},
-               {'W', {255, 255, 255}}};
-    play('F');
-    ASSERT_THAT(keyboard.frames, SizeIs(24 + 4 + 1));
-    EXPECT_EQ(row(23), "YYYYYYYYYYYYYYYYYYYYY");
-    EXPECT_EQ(row(24), "YYYYYYYYYYCCCYYYYYYYY");
-    EXPECT_EQ(row(25), "YYYYYYYCCCCCCCCYYYYYY");
-    EXPECT_EQ(row(27), "CCCCCCCCCCCCCCCCCCCCC");
-    expectProfileAt(28 * 65ms);
-    play('n');
-    ASSERT_THAT(keyboard.frames, SizeIs(29 + 15 + 4 + 1));
-    EXPECT_EQ(row(29), "..........WWW........");
-    EXPECT_EQ(row(29 + 14), "sssssssmmmmmmmmssssss");
-    EXPECT_EQ(row(29 + 15), "sssmmmmmmmWWWmmmmssss");
-    EXPECT_EQ(row(29 + 17), "mmmWWWWWWWWWWWWWWmmmm");
-    expectProfileAt(28 * 65ms + 19 * 65ms);
+TEST_F(EffectsTest, SingleColourModeShowsColoursOfAllKeysOnly) {
+    const Calls stripe = colors({{"80 80 80", 150}, {"0 0 100", 150}});
+    const std::map<char, Calls> expected{
+        {'m', kAllDevices + colors({{"0 0 0", 200}, {"79 31 0", 100}, {"0 0 0", 100}, {"79 31 0", 100}})},
+        {'T', stripe + stripe + stripe},
+        {'N', kAllDevices + colors({{"50 40 20", 170}, {"70 60 40", 170}, {"90 80 60", 170}})},
+        {'J', colors({{"100 0 0", 150},
+                      {"100 50 0", 150},
+                      {"100 100 0", 150},
+                      {"0 100 0", 150},
+                      {"0 100 100", 150},
+                      {"50 0 50", 150}})},
+        {'f',
+         colors(
+             {{"0 0 0", 200}, {"100 100 100", 100}, {"0 0 0", 100}, {"100 100 100", 100}, {"0 0 0", 100}}) +
+             kAllDevices},
+    };
+    for (const auto& [code, calls] : expected) {
+        EXPECT_TRUE(effects.play(code, profile, true));
+        EXPECT_EQ(driver.take(), calls) << code;
+    }
+
+    // An edge sequence shows what its centre would show, and stays on the last colour.
+    EXPECT_TRUE(effects.play('n', profile, true));
+    const Calls sequence = driver.take();
+    ASSERT_EQ(sequence.size(), 1U + 15 * 3);
+    EXPECT_EQ(sequence[2 + 3], "SetLighting 35 58 100");
+    EXPECT_EQ(sequence[2 + 14 * 3], "SetLighting 100 65 21");
+
+    EXPECT_TRUE(effects.play('h', profile, true));
+    const Calls wave = driver.take();
+    ASSERT_EQ(wave.size(), 1U + 15 * 3 + 2);
+    EXPECT_EQ(wave[2], "SetLighting 0 24 24");
+    EXPECT_EQ(wave[2 + 6 * 3], "SetLighting 0 97 97");
+    EXPECT_EQ(wave[2 + 14 * 3], "SetLighting 0 0 0");
+    EXPECT_EQ(Calls(wave.end() - 2, wave.end()), kAllDevices + kFrame);
 }
 
-TEST_F(EffectsTest, EdgeSequenceInOneColourShowsTheCentre) {
-    play('n', true);
-    EXPECT_THAT(keyboard.calls, SizeIs(1 + 15 * 2));
-    EXPECT_EQ(keyboard.calls[2], "0 all 100 100 100");
-    EXPECT_EQ(keyboard.calls[4], "65 all 35 58 100");
-    EXPECT_EQ(keyboard.calls.back(), "910 all 100 65 21");
-    EXPECT_EQ(keyboard.now(), 975ms);
-}
-
-TEST_F(EffectsTest, StripesEnterAtTheLeftAndLeaveAtTheRight) {
-    palette['B'] = {0, 0, 255};
-    play('T');
-    ASSERT_THAT(keyboard.frames, SizeIs(19 + 1));
-    EXPECT_EQ(row(0), "BBB..................");
-    EXPECT_EQ(row(1), "WWBBB................");
-    EXPECT_EQ(row(9), "WWBBB....WWBB...WWBBB");
-    EXPECT_EQ(row(18), "..................WWW");
-    expectProfileAt(19 * 75ms);
-}
-
-TEST_F(EffectsTest, WhiteFlashEndsBlackOnAllDevices) {
-    play('f');
-    ASSERT_THAT(keyboard.calls, SizeIs(11));
-    EXPECT_EQ(keyboard.calls[3], "200 all 100 100 100");
-    EXPECT_EQ(keyboard.calls[9], "500 all 0 0 0");
-    EXPECT_EQ(keyboard.calls[10], "600 target 7");
-}
-
-TEST_F(EffectsTest, EdgeWipeLeavesItsColourBehindAndTheProfileFollows) {
-    palette = {{'C', {0, 255, 255}}, {'b', {110, 202, 202}}};
-    play('L');
-    ASSERT_THAT(keyboard.frames, SizeIs(6 + 5 + 1));
-    EXPECT_EQ(row(0), "bbbbCCCC.............");
-    EXPECT_EQ(row(4), "bbbbbbbbbbbbbbbbbCCCC");
-    EXPECT_EQ(row(5), "bbbbbbbbbbbbbbbbbbbbb");
-    EXPECT_EQ(row(6), "....bbbbbbbbbbbbbbbbb");
-    EXPECT_EQ(row(10), ".................bbbb");
-    expectProfileAt(11 * 75ms);
-    play('N', true);
-    EXPECT_EQ(keyboard.calls.back(), "1165 all 90 80 60");
-}
-
-TEST_F(EffectsTest, WaveRunsDownThroughAlternateCells) {
-    palette = {{'C', {0, 255, 255}}};
-    play('h');
-    ASSERT_THAT(keyboard.frames, SizeIs(15 + 1));
-    EXPECT_EQ(row(0, 0), "C.C.C.C.C.C.C.C.C.C..");
-    EXPECT_EQ(rows(0).substr(1), ".....");
-    EXPECT_EQ(row(1, 1), ".C.C.C.C.C.C.C.C.C.C.");
-    EXPECT_EQ(rows(9), "######");
-    EXPECT_EQ(rows(10), ".#####");
-    EXPECT_EQ(rows(14), ".....#");
-    expectProfileAt(15 * 75ms);
-    EXPECT_EQ(keyboard.calls.at(keyboard.calls.size() - 2), "1125 target 7");
-
-    keyboard.calls.clear();
-    play('h', true);
-    EXPECT_EQ(keyboard.calls[2], "1125 all 0 24 24");
-    EXPECT_EQ(keyboard.calls[2 + 6 * 2], "1575 all 0 97 97");
-    EXPECT_EQ(keyboard.calls[2 + 14 * 2], "2175 all 0 0 0");
-    EXPECT_EQ(keyboard.calls[31], "2250 target 7");
-    expectProfileAt(2250ms);
-}
-
-TEST_F(EffectsTest, RainbowRollsDownAndOff) {
-    palette = {{'r', {255, 0, 0}}, {'o', {255, 80, 0}}, {'y', {255, 220, 0}},
-               {'g', {0, 255, 0}}, {'b', {0, 90, 255}}, {'v', {128, 0, 255}}};
-    play('J');
-    ASSERT_THAT(keyboard.frames, SizeIs(11 + 1));
-    EXPECT_EQ(rows(0), "r.....");
-    EXPECT_EQ(rows(5), "roygbv");
-    EXPECT_EQ(rows(6), ".oygbv");
-    EXPECT_EQ(rows(10), ".....v");
-    expectProfileAt(11 * 75ms);
-}
-
-TEST_F(EffectsTest, GhostFadesFromTheRightToOnlyEscAndReturnsFromTheLeft) {
-    play('W', true);
-    ASSERT_THAT(keyboard.frames, SizeIs(7));
-    EXPECT_EQ(row(0), "..................KKK");
-    EXPECT_EQ(row(6), "...KKKKKKKKKKKKKKKKKK");
-    EXPECT_EQ(keyboard.calls[keyboard.calls.size() - 2], "420 all 0 0 0");
-    EXPECT_EQ(keyboard.calls.back(), "420 key 1 50 100 50");
-    play('V', true);
-    ASSERT_THAT(keyboard.frames, SizeIs(14));
-    EXPECT_EQ(row(7), row(6));
-    EXPECT_EQ(row(13), row(0));
-    EXPECT_EQ(keyboard.calls.back(), "780 frame");
-    EXPECT_EQ(keyboard.now(), 840ms);
-}
-
-TEST_F(EffectsTest, FramedFlashShowsABlockInWhite) {
-    palette['R'] = {255, 0, 0};
-    play('H');
-    EXPECT_THAT(keyboard.calls, ElementsAre("0 target 4", "0 all 100 0 0", "0 target 7", "0 frame"));
-    EXPECT_EQ(rows(0), "WW###W");
-    EXPECT_EQ(row(0, 2), "WWWRRRRRRRRRRRRRRRWWW");
-    EXPECT_EQ(keyboard.now(), 1250ms);
-}
-
-TEST_F(EffectsTest, CentreRippleWidensOnPerKeyDevices) {
-    palette['i'] = {200, 230, 255};
-    play('B');
-    ASSERT_THAT(keyboard.frames, SizeIs(4 + 1));
-    EXPECT_EQ(row(0), "........iiiiii.......");
-    EXPECT_EQ(row(3), "iii...............iii");
-    expectProfileAt(260ms);
-    EXPECT_EQ(keyboard.calls.front(), "0 target 4");
-    EXPECT_EQ(keyboard.calls.back(), "260 target 7");
-}
-
-TEST_F(EffectsTest, ShadowGlowPulsesEachRowAtItsOwnPace) {
-    keyboard.nextRandom = 797;
+TEST_F(EffectsTest, ShadowGlowPulsesAroundTheColourAndTheRowsHaveTheirPeriods) {
+    random.value = 799;
     effects.shadowGlow({137 / 360.0, 0.51, 0.73});
-    ASSERT_THAT(keyboard.calls, SizeIs(4 + 104 + 1));
-    EXPECT_THAT(std::vector(keyboard.calls.begin(), keyboard.calls.begin() + 5),
-                ElementsAre("0 target 7", "0 target 4", "0 all 35 73 46", "0 target 4",
-                            "0 pulse 1 21 43 27 49 100 63 1597 1"));
-    EXPECT_EQ(keyboard.calls[4 + 15], "0 pulse 325 21 43 27 49 100 63 1597 1");
-    EXPECT_EQ(keyboard.calls[4 + 16], "0 pulse 41 21 43 27 49 100 63 1598 1");
-    EXPECT_EQ(keyboard.calls[4 + 103], "0 pulse 83 21 43 27 49 100 63 802 1");
-    EXPECT_EQ(keyboard.calls.back(), "0 target 7");
-    // Darker than black there is nothing.
+    const Calls calls = driver.take();
+    ASSERT_EQ(calls.size(), 4U + 104 + 1);
+    EXPECT_THAT(Calls(calls.begin(), calls.begin() + 5),
+                ::testing::ElementsAre("SetTargetDevice 7", "SetTargetDevice 4", "SetLighting 35 73 46",
+                                       "SetTargetDevice 4", "PulseSingleKey 1 21 43 27 49 100 63 1599 true"));
+    EXPECT_EQ(calls.back(), "SetTargetDevice 7");
+    // Nothing is darker than black.
     effects.shadowGlow({0.0, 0.0, 0.2});
-    EXPECT_EQ(keyboard.calls[109 + 4], "0 pulse 1 0 0 0 50 50 50 803 1");
+    EXPECT_EQ(driver.calls[4], "PulseSingleKey 1 0 0 0 50 50 50 1599 true");
 }
 
-TEST_F(EffectsTest, StopAllKeyEffectsStopsEachKeyOfTheBitmapOnce) {
+TEST_F(EffectsTest, StopAllKeyEffectsStopsEachKeyOfTheBitmap) {
     effects.stopAllKeyEffects(false);
-    EXPECT_EQ(keyboard.calls[0], "0 target 7");
-    EXPECT_EQ(keyboard.calls[1], "0 stop 1");
-    EXPECT_EQ(std::set(keyboard.calls.begin(), keyboard.calls.end()).size(), 105U);
-    EXPECT_THAT(keyboard.calls, SizeIs(105));
+    const Calls calls = driver.take();
+    EXPECT_EQ(calls[0], "SetTargetDevice 7");
+    EXPECT_EQ(calls[1], "StopEffectsOnKey 1");
+    EXPECT_EQ(calls.back(), "StopEffectsOnKey 83");
+    EXPECT_EQ(std::set(calls.begin(), calls.end()).size(), 1U + 104);
     effects.stopAllKeyEffects(true);
-    EXPECT_EQ(keyboard.calls[105 + 1], "0 stop all");
-    EXPECT_THAT(keyboard.calls, SizeIs(105 + 106));
+    EXPECT_EQ(driver.calls[1], "StopEffects");
+    EXPECT_EQ(driver.calls.size(), calls.size() + 1);
 }
 
 TEST_F(EffectsTest, TerminationInsideAWaitShowsNothingMore) {
-    for (const Animation& animation : animations())
-        for (const bool singleColorMode : {false, true}) {
-            test::FakeKeyboard dying;
-            std::size_t callsBefore = 0;
-            dying.duringWait = [&] {
-                callsBefore = dying.calls.size();
-                dying.terminate();
-            };
-            lighting::LightingOutput output{dying, dying, state};
-            EXPECT_FALSE(Effects(dying, dying, dying, output).play(animation.code, profile, singleColorMode));
-            EXPECT_EQ(dying.calls.size(), callsBefore) << animation.code;
-        }
+    runLoop.toServe = [this] { runLoop.terminate(); };
+    EXPECT_FALSE(effects.play('W', profile, false));
+    EXPECT_EQ(driver.calls, kAllDevices + frames(1, 60));
 }
 
-TEST_F(EffectsTest, WaitsCountFromTheirOwnStartAndTheProfileMayChangeMeanwhile) {
-    const LedBitmap atStart = profile;
-    bool nested = false;
-    keyboard.duringWait = [&] {
-        if (std::exchange(nested, true))
-            return;
-        profile.fill(9);
-        EXPECT_TRUE(effects.play('B', lighting::blankBitmap(), false));
+TEST_F(EffectsTest, AnotherAnimationAndANewProfileInsideAWaitLeaveTheFirstAsItWas) {
+    LedBitmap stored = profile;
+    runLoop.toServe = [&] {
+        stored.fill(9);
+        EXPECT_TRUE(effects.play('B', stored, false));
     };
-    EXPECT_TRUE(effects.play('V', profile, false));
-    // The ripple outlasts the wait that it began in, and the animation around it goes on unharmed.
-    ASSERT_THAT(keyboard.frames, SizeIs(7 + 5));
-    EXPECT_EQ(keyboard.frames[6].at, 260ms);
-    EXPECT_EQ(keyboard.frames[7].at, 320ms);
-    const auto end = keyboard.frames.back().bitmap.begin();
-    EXPECT_TRUE(std::equal(end, end + 40, atStart.begin()));
+    EXPECT_TRUE(effects.play('V', stored, false));
+    // The ripple takes longer than the wait that it began in; the next one has its full length all the same.
+    EXPECT_EQ(driver.calls, kAllDevices + frames(1, 60) + Calls{"SetTargetDevice 4"} + frames(4, 65) +
+                                kFrame + kAllDevices + frames(6, 60));
+    EXPECT_EQ(row(6, 1), "......KKKKKKKKKKKKKKK");
 }
 
 } // namespace
