@@ -60,8 +60,9 @@ int runDesktopApplication(const Options& options) {
     if (tracing)
         tracing->follow(outlets);
 
-    MainWindow mainWindow({outlets.mainWindow, outlets.myTextScroll, machine.keyboard, QtRunLoop::monotonicNow},
-                          [&] { delegate.windowShouldClose(outlets.mainWindow); });
+    MainWindow mainWindow(
+        {outlets.mainWindow, outlets.myTextScroll, machine.keyboard, QtRunLoop::monotonicNow},
+        [&] { delegate.windowShouldClose(outlets.mainWindow); });
     machine.windowSystem.setMainWindow(&mainWindow);
     machine.windowSystem.addWindow(outlets.mainWindow, &mainWindow);
     const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });

@@ -1,18 +1,13 @@
 #include "desktop/desktop_platform.h"
 
+#include "app/built_bundle.h"
+
 namespace glimra::desktop {
 
 namespace {
 
 QString settingsPath(const Options& options) {
     return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
-}
-
-platform::Bundle bundle() {
-    platform::Bundle bundle;
-    bundle.shortVersion = GLIMRA_VERSION;
-    bundle.version = GLIMRA_VERSION;
-    return bundle;
 }
 
 } // namespace
@@ -25,10 +20,23 @@ DesktopPlatform::DesktopPlatform(const Options& options)
 }
 
 platform::Platform DesktopPlatform::platform() {
-    return {lifecycle,    runLoop,  readerThread, readerCapture, mainCapture,
-            keyboard,     settings, workspace,    windowSystem,  childProcesses,
-            sounds,       random,   systemLog,    processActivity, modifiers,
-            bundle()};
+    return {lifecycle,
+            runLoop,
+            readerThread,
+            readerCapture,
+            mainCapture,
+            keyboard,
+            settings,
+            workspace,
+            windowSystem,
+            childProcesses,
+            sounds,
+            random,
+            systemLog,
+            processActivity,
+            modifiers,
+            app::builtBundle(),
+            settings.folder().toStdString()};
 }
 
 } // namespace glimra::desktop

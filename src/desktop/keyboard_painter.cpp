@@ -112,7 +112,7 @@ QFont legendFont(const KeyRect& key, double scale, QFont font) {
     constexpr int kTrial = 100;
     font.setPixelSize(kTrial);
     const double widest = std::max(1.0, QFontMetricsF(font).horizontalAdvance(legend));
-    const double fitting = kTrial * (key.width - 2) * scale / widest;
+    const double fitting = kTrial * (key.width - 0.5) * scale / widest;
     const double wanted = (isWord ? kWordHeight : kLetterHeight) * scale;
     font.setPixelSize(std::max(1, static_cast<int>(std::min(fitting, wanted))));
     return font;
@@ -249,7 +249,8 @@ QColor KeyboardPainter::litCap(const QColor& cap, Rgb light) {
     const auto channel = [share](int own, int lit) {
         return std::min(255, static_cast<int>(std::lround(own * (1.0 - share) + lit)));
     };
-    return {channel(cap.red(), light.red), channel(cap.green(), light.green), channel(cap.blue(), light.blue)};
+    return {channel(cap.red(), light.red), channel(cap.green(), light.green),
+            channel(cap.blue(), light.blue)};
 }
 
 QColor KeyboardPainter::legendOn(const QColor& face) {

@@ -11,7 +11,10 @@ namespace glimra::desktop {
 using keyboards::Time;
 
 KeyboardView::KeyboardView(keyboards::VirtualKeyboard& keyboard, std::function<Time()> now, QWidget* parent)
-    : QWidget(parent), m_keyboard(keyboard), m_now(std::move(now)), m_painter({}, {}, {}) {
+    : QWidget(parent),
+      m_keyboard(keyboard),
+      m_now(std::move(now)),
+      m_painter({}, {}, {}) {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);

@@ -43,7 +43,8 @@ void LogView::showReplacement(std::size_t start, std::size_t length, std::string
     if (m_begin.bytes != start || m_end.bytes != start + length)
         locateReplaced(start, length, addition.size());
 
-    // A cursor of its own: the view's, which stands here too, is carried along without the view jumping to it.
+    // A cursor of its own: the view's, which stands here too, is carried along without the view jumping to
+    // it.
     QTextCursor cursor(document());
     cursor.setPosition(static_cast<int>(m_begin.units));
     cursor.setPosition(static_cast<int>(m_end.units), QTextCursor::KeepAnchor);

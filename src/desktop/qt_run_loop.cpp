@@ -82,7 +82,8 @@ void QtRunLoop::takePostedJobs() {
         const std::scoped_lock lock(m_postedLock);
         jobs.swap(m_posted);
     }
-    // They join the queue rather than run from here, so that a job that waits does not hold up those behind it.
+    // They join the queue rather than run from here, so that a job that waits does not hold up those behind
+    // it.
     for (PostedJob& posted : jobs)
         enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job)});
 }

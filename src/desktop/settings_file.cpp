@@ -3,6 +3,7 @@
 #include "desktop/stored_value_text.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace glimra::desktop {
@@ -18,7 +19,8 @@ QString toQString(std::string_view text) {
 } // namespace
 
 SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
-    : m_systemLog(systemLog), m_settings(path, QSettings::IniFormat) {
+    : m_systemLog(systemLog),
+      m_settings(path, QSettings::IniFormat) {
     if (m_settings.status() == QSettings::FormatError)
         setDamagedFileAside();
 }
@@ -31,6 +33,10 @@ QString SettingsFile::defaultPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra/glimra.ini";
 }
 
+QString SettingsFile::folder() const {
+    return QFileInfo(m_settings.fileName()).absolutePath();
+}
+
 std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
     return read(toQString(key));
 }
@@ -40,7 +46,8 @@ std::optional<StoredValue> SettingsFile::read(const QString& key) const {
         return std::nullopt;
     std::optional<StoredValue> value = storedValueFromText(m_settings.value(key).toString().toStdString());
     if (!value && m_reportedKeys.insert(key).second)
-        m_systemLog.write("Settings: the value of \"" + key.toStdString() + "\" can't be read and is ignored");
+        m_systemLog.write("Settings: the value of \"" + key.toStdString() +
+                          "\" can't be read and is ignored");
     return value;
 }
 
@@ -49,7 +56,8 @@ void SettingsFile::set(std::string_view key, StoredValue value) {
     if (m_saveIsPending)
         return;
     m_saveIsPending = true;
-    QMetaObject::invokeMethod(this, [this] { save(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { save(); }, Qt::QueuedConnection);
 }
 
 std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {

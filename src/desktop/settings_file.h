@@ -24,6 +24,9 @@ public:
     /// Where the settings are kept when nobody says otherwise, in the XDG configuration folder.
     static QString defaultPath();
 
+    /// The folder that the file is in; it may not be there yet.
+    QString folder() const;
+
     std::optional<platform::StoredValue> get(std::string_view key) const override;
     void set(std::string_view key, platform::StoredValue value) override;
     std::map<std::string, platform::StoredValue, std::less<>> all() const override;

@@ -34,7 +34,8 @@ public:
                      m_systemLog,
                      m_processActivity,
                      traced.modifiers,
-                     traced.bundle} {}
+                     traced.bundle,
+                     traced.settingsFolder} {}
 
     platform::Platform& platform() { return m_platform; }
 

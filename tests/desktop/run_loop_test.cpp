@@ -19,8 +19,8 @@ using platform::Time;
 using platform::TimerId;
 using testing::ElementsAre;
 
-// What is due is due already when the loop begins to serve, wherever that can be, so that these tests wait for
-// next to nothing and depend on no machine's speed.
+// What is due is due already when the loop begins to serve, wherever that can be, so that these tests wait
+// for next to nothing and depend on no machine's speed.
 
 TEST(QtRunLoop, ServesByTimeThenByCreation) {
     QtRunLoop loop;

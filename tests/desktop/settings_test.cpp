@@ -91,10 +91,24 @@ TEST_F(SettingsTest, AChangeReachesTheDiskWhenTheEventLoopComesRound) {
 
 TEST_F(SettingsTest, DamagedValuesCountAsAbsentAndAreSaidOnce) {
     // What hands, other programs and broken disks leave behind: each line on its own is no value.
-    const std::vector<std::string> damaged{"",       "tru",    "1.5.5",   "0x10",  "99999999999999999999",
-                                           "1e999",  "- 5",    "+5",      "[1 2",  "[1 two]",
-                                           "hex:0g", "hex:0",  "HEX:00",  "text",  "@ByteArray(x)",
-                                           "1, 2",   "\"\\x0\"", "@Variant(\\0\\0\\0\\x7f\\0\\0\\0)"};
+    const std::vector<std::string> damaged{"",
+                                           "tru",
+                                           "1.5.5",
+                                           "0x10",
+                                           "99999999999999999999",
+                                           "1e999",
+                                           "- 5",
+                                           "+5",
+                                           "[1 2",
+                                           "[1 two]",
+                                           "hex:0g",
+                                           "hex:0",
+                                           "HEX:00",
+                                           "text",
+                                           "@ByteArray(x)",
+                                           "1, 2",
+                                           "\"\\x0\"",
+                                           "@Variant(\\0\\0\\0\\x7f\\0\\0\\0)"};
     QByteArray content = "[General]\ngood=7\n";
     for (std::size_t i = 0; i < damaged.size(); ++i)
         content += QByteArray("bad") + QByteArray::number(i) + "=" + damaged[i].c_str() + "\n";

@@ -73,9 +73,12 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     ASSERT_EQ(m_defaults.values.size(), 1U);
     platform::StoredValue& stored = m_defaults.values.begin()->second;
     using Array = platform::NumberArray;
-    for (const platform::StoredValue& damaged :
-         {platform::StoredValue{1.5}, {Array{}}, {Array{1.0, 2.0, 3.0}}, {Array{1.0, 2.0, 0.0, -5.0}},
-          {Array{1e300, 2.0, 300.0, 300.0}}, {Array{1.0, std::nan(""), 300.0, 300.0}}}) {
+    for (const platform::StoredValue& damaged : {platform::StoredValue{1.5},
+                                                 {Array{}},
+                                                 {Array{1.0, 2.0, 3.0}},
+                                                 {Array{1.0, 2.0, 0.0, -5.0}},
+                                                 {Array{1e300, 2.0, 300.0, 300.0}},
+                                                 {Array{1.0, std::nan(""), 300.0, 300.0}}}) {
         stored = damaged;
         m_windowSystem.restoreFrame("windowPosition");
         EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
