@@ -20,23 +20,23 @@ DesktopPlatform::DesktopPlatform(const Options& options)
 }
 
 platform::Platform DesktopPlatform::platform() {
-    return {lifecycle,
-            runLoop,
-            readerThread,
-            readerCapture,
-            mainCapture,
-            keyboard,
-            settings,
-            workspace,
-            windowSystem,
-            childProcesses,
-            sounds,
-            random,
-            systemLog,
-            processActivity,
-            modifiers,
-            app::builtBundle(),
-            settings.folder().toStdString()};
+    return {.application = lifecycle,
+            .runLoop = runLoop,
+            .readerThread = readerThread,
+            .readerCapture = readerCapture,
+            .mainCapture = mainCapture,
+            .ledDriver = keyboard,
+            .userDefaults = settings,
+            .workspace = workspace,
+            .windowSystem = windowSystem,
+            .childProcesses = childProcesses,
+            .sounds = sounds,
+            .random = random,
+            .systemLog = systemLog,
+            .processActivity = processActivity,
+            .modifiers = modifiers,
+            .bundle = app::builtBundle(),
+            .settingsFolder = settings.folder().toStdString()};
 }
 
 } // namespace glimra::desktop

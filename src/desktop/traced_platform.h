@@ -9,7 +9,7 @@ namespace glimra::desktop {
 /// A platform that writes a line for all that leaves the application through it.
 class TracedPlatform {
 public:
-    /// All three must outlive it; `nameOfWindow` names windows in lines.
+    /// `writer` and all that `traced` refers to must outlive it; `nameOfWindow` names windows in lines.
     TracedPlatform(const platform::Platform& traced, trace::TraceWriter& writer,
                    trace::TracedWindowSystem::WindowName nameOfWindow)
         : m_ledDriver(traced.ledDriver, writer),
@@ -19,23 +19,23 @@ public:
           m_sounds(traced.sounds, writer),
           m_systemLog(traced.systemLog, writer),
           m_processActivity(traced.processActivity, writer),
-          m_platform{traced.application,
-                     traced.runLoop,
-                     traced.readerThread,
-                     traced.readerCapture,
-                     traced.mainCapture,
-                     m_ledDriver,
-                     traced.userDefaults,
-                     m_workspace,
-                     m_windowSystem,
-                     m_childProcesses,
-                     m_sounds,
-                     traced.random,
-                     m_systemLog,
-                     m_processActivity,
-                     traced.modifiers,
-                     traced.bundle,
-                     traced.settingsFolder} {}
+          m_platform{.application = traced.application,
+                     .runLoop = traced.runLoop,
+                     .readerThread = traced.readerThread,
+                     .readerCapture = traced.readerCapture,
+                     .mainCapture = traced.mainCapture,
+                     .ledDriver = m_ledDriver,
+                     .userDefaults = traced.userDefaults,
+                     .workspace = m_workspace,
+                     .windowSystem = m_windowSystem,
+                     .childProcesses = m_childProcesses,
+                     .sounds = m_sounds,
+                     .random = traced.random,
+                     .systemLog = m_systemLog,
+                     .processActivity = m_processActivity,
+                     .modifiers = traced.modifiers,
+                     .bundle = traced.bundle,
+                     .settingsFolder = traced.settingsFolder} {}
 
     platform::Platform& platform() { return m_platform; }
 
