@@ -88,6 +88,12 @@ bool eventually(Condition&& condition) {
     return true;
 }
 
+/// A display number of this process alone: no server takes it of its own accord, not even while a test has
+/// killed its server and not yet started the next.
+inline int reservedDisplayNumber() {
+    return 1000 + static_cast<int>(::getpid() % 50000);
+}
+
 /// An Xvfb with one screen ("800x600x24": width, height, depth), on a free display number unless one is
 /// given.
 class XvfbServer {
