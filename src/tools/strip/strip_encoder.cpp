@@ -4,10 +4,11 @@ namespace glimra::tools {
 
 namespace {
 
-constexpr std::size_t kConfirmCell = 1;
-constexpr std::size_t kFirstDataCell = 2;
-constexpr int kDataCells = 7;
+using screenlink::kCellCount;
+using screenlink::kPrefixCharacters;
+
 constexpr std::array<std::size_t, 2> kMarkerCells = {0, 9};
+constexpr std::size_t kConfirmCell = 1;
 
 /// A colour at full strength, by three bits: 1 red, 2 green, 4 blue.
 constexpr Rgb colorOfBits(unsigned bits) {
@@ -17,51 +18,25 @@ constexpr Rgb colorOfBits(unsigned bits) {
 
 constexpr Rgb kWhite = colorOfBits(7);
 
-struct PrefixColor {
-    char prefix;
-    Rgb color;
-};
-
-constexpr std::array<PrefixColor, 5> kPrefixColors = {{
-    {'`', colorOfBits(1)}, // red
-    {'[', colorOfBits(4)}, // blue
-    {']', colorOfBits(2)}, // green
-    {'{', colorOfBits(5)}, // magenta
-    {'}', colorOfBits(6)}, // cyan
-}};
+/// Of the confirm frame's data cells, in the order of the prefix characters: red, blue, green, magenta, cyan.
+constexpr std::array<Rgb, kPrefixCharacters.size()> kPrefixColors = {
+    colorOfBits(1), colorOfBits(4), colorOfBits(2), colorOfBits(5), colorOfBits(6)};
 
 Rgb dataColor(const Token& token) {
-    for (const PrefixColor& entry : kPrefixColors)
-        if (entry.prefix == token.prefix)
-            return entry.color;
-    return kWhite;
+    return token.prefix ? kPrefixColors[kPrefixCharacters.find(*token.prefix)] : kWhite;
 }
 
 StripFrame frameOf(char character, Rgb color) {
     StripFrame frame{};
     for (const std::size_t cell : kMarkerCells)
         frame[cell] = kWhite;
-    for (int i = 0; i < kDataCells; ++i)
-        if ((character >> (kDataCells - 1 - i)) & 1)
-            frame[kFirstDataCell + static_cast<std::size_t>(i)] = color;
+    for (std::size_t cell = 0; cell < kCellCount; ++cell)
+        if (character & screenlink::scanDataFactor[cell])
+            frame[cell] = color;
     return frame;
 }
 
 } // namespace
-
-std::string Token::text() const {
-    std::string text;
-    if (prefix)
-        text += *prefix;
-    return text + character;
-}
-
-bool isPrefix(char character) {
-    for (const PrefixColor& entry : kPrefixColors)
-        if (entry.prefix == character)
-            return true;
-    return false;
-}
 
 bool isEncodable(const Token& token) {
     return !token.prefix || token.character != '\0';
@@ -74,7 +49,7 @@ TokenFrames encodeToken(const Token& token) {
 }
 
 StripFrame testPattern() {
-    constexpr std::array<unsigned, screenlink::kCellCount> bits = {1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0};
+    constexpr std::array<unsigned, kCellCount> bits = {1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0};
     StripFrame frame{};
     for (std::size_t i = 0; i < frame.size(); ++i)
         frame[i] = colorOfBits(bits[i]);

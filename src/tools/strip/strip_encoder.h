@@ -1,29 +1,19 @@
 #pragma once
 
 #include "lighting/color_conversion.h"
-#include "screenlink/strip_geometry.h"
+#include "screenlink/strip_decoder.h"
 
 #include <array>
-#include <optional>
-#include <string>
 
 namespace glimra::tools {
 
 using lighting::Rgb;
+using screenlink::Token;
 
 /// The strip as it is on the screen, one colour a cell.
 using StripFrame = std::array<Rgb, screenlink::kCellCount>;
 
-/// One step of the add-on's language. Both characters lie in U+0000 to U+007F.
-struct Token {
-    /// One of ` [ ] { }; travels as the colour of the data cells.
-    std::optional<char> prefix;
-    char character = '\0';
-
-    std::string text() const;
-
-    friend bool operator==(const Token&, const Token&) = default;
-};
+inline constexpr StripFrame kDarkFrame{};
 
 /// The two frames that carry a token: it counts once the second has confirmed the first.
 struct TokenFrames {
@@ -31,10 +21,8 @@ struct TokenFrames {
     StripFrame confirm;
 };
 
-bool isPrefix(char character);
-
-/// Whether the strip can carry the token: a prefix needs a lit data cell to show its colour on, and the
-/// character of value 0 lights none.
+/// Whether the strip can carry the token, whose characters lie in U+0000 to U+007F: a prefix needs a lit data
+/// cell to show its colour on, and the character of value 0 lights none.
 bool isEncodable(const Token& token);
 
 /// The frames of an encodable token.
@@ -42,7 +30,5 @@ TokenFrames encodeToken(const Token& token);
 
 /// What the add-on shows while the application looks for the strip on the screen.
 StripFrame testPattern();
-
-inline constexpr StripFrame kDarkFrame{};
 
 } // namespace glimra::tools

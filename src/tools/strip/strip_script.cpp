@@ -65,12 +65,13 @@ Token parseToken(std::string_view word) {
         throw CommandError(quoted(word) + " has a backslash that begins no escape: write \\xHH, \\0 or \\\\");
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
     const bool single = text->size() == 1;
-    const bool pair = text->size() == 2 && isPrefix(text->front());
+    const bool pair =
+        text->size() == 2 && screenlink::kPrefixCharacters.find(text->front()) != std::string_view::npos;
     if (!(single || pair) || !std::all_of(text->begin(), text->end(), isAscii))
         throw CommandError(quoted(word) +
                            " is no token: a token is one character U+0000 to U+007F, or one of "
                            "` [ ] { } and one such character");
-    const Token token = single ? Token{std::nullopt, text->front()} : Token{text->front(), text->back()};
+    const Token token{single ? std::nullopt : std::optional(text->front()), text->back()};
     if (!isEncodable(token))
         throw CommandError(quoted(word) +
                            " cannot be shown: a prefix is the colour of the lit data cells, and "
