@@ -1,12 +1,24 @@
 #pragma once
 
+#include "app/action_key_setter.h"
+#include "app/color_painter.h"
+#include "app/color_programmer.h"
+#include "app/launcher.h"
 #include "app/message_log.h"
 #include "app/outlets.h"
+#include "app/profile_transfer.h"
+#include "app/unsaved_edits.h"
+#include "app/window_closer.h"
+#include "events/cooldown_display.h"
 #include "events/dispatcher.h"
+#include "events/effects.h"
 #include "events/event_state.h"
 #include "lighting/lighting_output.h"
 #include "platform/platform.h"
+#include "profiles/action_key_map.h"
 #include "profiles/profile_state.h"
+#include "profiles/profile_store.h"
+#include "screenlink/calibration.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/message_queue.h"
 #include "screenlink/scan_settings.h"
@@ -16,8 +28,27 @@
 
 namespace glimra::app {
 
+/// All that the application remembers, in the parts in which its operations share it.
+struct State {
+    LogState log;
+    lighting::LightingState lighting;
+    profiles::ProfileState profile;
+    profiles::CanvasBuffer canvas;
+    profiles::CanvasKeyCodes canvasKeyCodes;
+    profiles::ActionKeyMap actionKeys;
+    events::EffectState effects;
+    events::OptionState options;
+    events::MessageState messages;
+    events::CooldownState cooldowns;
+    screenlink::ScanSettings scan;
+    screenlink::SharedStripGeometry stripGeometry;
+    screenlink::ReaderFlags readerFlags;
+    LauncherState launcher;
+};
+
 /// The application: owns all state for the whole run, makes the operations that work on it, and has one
-/// method for everything that the platform or the user can ask. Main thread only.
+/// method for everything that the platform or the user can ask. Main thread only, but for
+/// `appendToMessageQueue`.
 ///
 /// The platform calls `applicationDidFinishLaunching` once; to quit it calls `applicationShouldTerminate`,
 /// waits for the reply, and then calls `applicationWillTerminate`, after which nothing of the application
@@ -32,51 +63,96 @@ public:
     void applicationDidFinishLaunching();
     platform::TerminateReply applicationShouldTerminate();
     void applicationWillTerminate();
+    bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
     Outlets& outlets() { return m_outlets; }
+    const State& state() const { return m_state; }
+
     /// Takes a token as the reader does; any thread.
     void appendToMessageQueue(std::string_view token);
+    /// Draws the keyboard canvas; only while its window is shown.
+    void drawKeyboardCanvas(platform::Painter& painter);
 
-    // The state, to look at.
-    const LogState& logState() const { return m_logState; }
-    const lighting::LightingState& lightingState() const { return m_lightingState; }
-    const profiles::ProfileState& profileState() const { return m_profileState; }
-    const events::EffectState& effectState() const { return m_effectState; }
-    const events::OptionState& optionState() const { return m_optionState; }
-    const events::MessageState& messageState() const { return m_messageState; }
-    const events::CooldownState& cooldownState() const { return m_cooldownState; }
-    const screenlink::SharedStripGeometry& stripGeometry() const { return m_stripGeometry; }
-    const screenlink::ScanSettings& scanSettings() const { return m_scanSettings; }
-    const screenlink::ReaderFlags& readerFlags() const { return m_readerFlags; }
+    // User actions, by their selectors; `actions.h` lists them. What an action's control shows is set before.
+    void calibrateButton();
+    void calibrateMI();
+    void debugMenuItem();
+    void mouseDown(double x, double y);
+    void cooldownCheck();
+    void revealCooldownColors();
+    void blinkTimeChanged();
+    void setColorsMI();
+    void setColorsBtn();
+    void controlAllLightsCheck();
+    void singleColorModeCheck();
+    void autoToggleProfileClicked();
+    void combatChatWarningClicked();
+    void paintingColorPicker();
+    void colorWellDropped(const platform::ColorWell& well);
+    void colorOK();
+    void colorCancel();
+    void profileSelectPopup();
+    void profileChangeAnswer(int tag);
+    void copyProfileSameSame();
+    void testLightsMI();
+    void testButton();
+    void resetLightsMI();
+    void resetClicked();
+    void openWindowToMapKeys();
+    void actionKeyMenuClick(int number, std::string_view title);
+    void actionKeySetterOK();
+    void actionKeySetterCanx();
+    void ExportPreferencesMI();
+    void ImportPreferencesMI();
+    void autorunNoneMI();
+    void autorunBNetMI();
+    void autorunWowMI();
+    void autorunClassicMI();
+    void launchBNet();
+    void launchWow();
+    void launchClassic();
+    void editGameNamesMI();
+    void launchOptionsOK();
+    void aboutMenuItem();
+    void AboutLinkClicked();
+    void openDownloadsPage();
+    void helpMenuItem();
+    void myBtnClicked();
+    void windowShouldClose(platform::Window& window);
 
 private:
     void logVersions();
+    void showTestPattern();
     void startLedDriver();
     void loadCalibration();
+    void loadProfiles();
     void startReading();
     void screenAboutToSleep();
     void screenWakesUpFromSleep();
 
     platform::Platform& m_platform;
     Outlets m_outlets;
+    State m_state;
 
-    LogState m_logState;
-    lighting::LightingState m_lightingState;
-    profiles::ProfileState m_profileState;
-    events::EffectState m_effectState;
-    events::OptionState m_optionState;
-    events::MessageState m_messageState;
-    events::CooldownState m_cooldownState;
-    screenlink::ScanSettings m_scanSettings;
-    screenlink::SharedStripGeometry m_stripGeometry;
-    screenlink::ReaderFlags m_readerFlags;
-
+    // In building order: each is made from those above it.
     MessageLog m_log;
     lighting::LightingOutput m_lighting;
+    ColorPainter m_colorPainter;
+    profiles::ProfileStore m_profileStore;
+    events::Effects m_effects;
+    events::CooldownDisplay m_cooldownDisplay;
     events::Dispatcher m_dispatcher;
     screenlink::MessageQueue m_messageQueue;
     screenlink::MessagePump m_messagePump;
+    screenlink::Calibration m_calibration;
+    UnsavedEdits m_unsavedEdits;
+    WindowCloser m_windowCloser;
+    ActionKeySetter m_actionKeySetter;
+    ColorProgrammer m_colorProgrammer;
+    ProfileTransfer m_profileTransfer;
+    Launcher m_launcher;
     screenlink::ScreenReader activeScreenReader;
+
     std::optional<platform::TimerId> myTimer;
     std::optional<platform::TimerId> myTimer2;
 };

@@ -6,6 +6,7 @@
 namespace glimra::events {
 
 using lighting::KeyName;
+using lighting::Percentages;
 
 namespace {
 
@@ -14,6 +15,9 @@ constexpr std::array<KeyName, 18> combatKeys{0x2A, 0x1D,  0x15B, 0x38,  0x39,  0
                                              0x36, 0x148, 0x14B, 0x150, 0x14D, 0xFFFF1, 0xFFFF2, 0x3A,  0x1C};
 
 constexpr int kWhisperIntervalMs = 500;
+constexpr int kChatPulseMs = 200;
+constexpr int kChatProfile = 2;
+constexpr int kResetProfile = 1;
 
 std::string hexBytes(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789abcdef";
@@ -26,26 +30,105 @@ std::string hexBytes(std::string_view text) {
     return hex;
 }
 
+void pulseKeys(platform::LedDriver& driver, const Percentages& start, const Percentages& finish,
+               int periodMs) {
+    driver.LogiLedSetTargetDevice(lighting::kPerKeyDevices);
+    for (const KeyName key : combatKeys)
+        driver.LogiLedPulseSingleKey(key, start.red, start.green, start.blue, finish.red, finish.green,
+                                     finish.blue, periodMs, true);
+}
+
 } // namespace
+
+/// A message in its two parts.
+struct Dispatcher::Message {
+    char code;
+    std::string_view data;
+};
 
 struct Dispatcher::CodeAction {
     char code;
-    void (*run)(Dispatcher& dispatcher);
+    void (*run)(Dispatcher& self, const Message& message);
 };
 
 /// What each code does; the first row that matches is carried out.
-const Dispatcher::CodeAction Dispatcher::kCodeActions[] = {
-    {'C', [](Dispatcher& d) { d.startCombat(); }},
-    {'O', [](Dispatcher& d) { d.endCombat(); }},
-    {'D', [](Dispatcher& d) { d.startDeath(); }},
-    {'U', [](Dispatcher& d) { d.endDeath(); }},
-    {'w', [](Dispatcher& d) { d.setCombatPulsePeriod(400); }},
-    {'x', [](Dispatcher& d) { d.setCombatPulsePeriod(300); }},
-    {'y', [](Dispatcher& d) { d.setCombatPulsePeriod(200); }},
-    {'z', [](Dispatcher& d) { d.setCombatPulsePeriod(100); }},
-    {'I', [](Dispatcher& d) { d.signalWhisper(); }},
-    {'i', [](Dispatcher&) {}}, // known, so that it is not reported; the signal ends elsewhere
-};
+std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
+    using Self = Dispatcher&;
+    using In = const Message&;
+    constexpr auto animation = [](Self self, In message) {
+        static_cast<void>(self.playAnimation(message.code));
+    };
+    constexpr auto profile = [](Self self, In message) { self.chooseProfile(message.code - '0'); };
+    constexpr auto cooldowns = [](Self self, In message) {
+        self.m.cooldowns.updateCooldowns(message.code, message.data);
+    };
+    static constexpr CodeAction kActions[] = {
+        {'R', [](Self self, In) { self.resetLights(ResetNotice::Logged); }},
+        {'-', [](Self self, In) { self.resetLights(ResetNotice::Silent); }},
+        {'C', [](Self self, In) { self.startCombat(); }},
+        {'O', [](Self self, In) { self.endCombat(); }},
+        {'D', [](Self self, In) { self.startDeath(); }},
+        {'U', [](Self self, In) { self.endDeath(); }},
+        {'G', animation},
+        {'g', animation},
+        {'S', animation},
+        {'s', animation},
+        {'M', animation},
+        {'m', animation},
+        {'a', animation},
+        {'A', animation},
+        {'H', animation},
+        {'r', animation},
+        {'T', animation},
+        {'F', animation},
+        {'f', [](Self self, In) { self.flashWhite(); }},
+        {'N', animation},
+        {'n', animation},
+        {'h', animation},
+        {'J', animation},
+        {'W', [](Self self, In) { self.startGhost(); }},
+        {'V', [](Self self, In) { self.endGhost(); }},
+        {'w', [](Self self, In) { self.setCombatPulsePeriod(400); }},
+        {'x', [](Self self, In) { self.setCombatPulsePeriod(300); }},
+        {'y', [](Self self, In) { self.setCombatPulsePeriod(200); }},
+        {'z', [](Self self, In) { self.setCombatPulsePeriod(100); }},
+        {'p', [](Self self, In) { self.toggleProfile(); }},
+        {'j',
+         [](Self self, In) {
+             self.startShadow({183.0 / 360.0, 0.5, 0.6});
+         }},
+        {'k',
+         [](Self self, In) {
+             self.startShadow({220.0 / 360.0, 0.77, 0.52});
+         }},
+        {'l',
+         [](Self self, In) {
+             self.startShadow({137.0 / 360.0, 0.51, 0.73});
+         }},
+        {'K', [](Self self, In) { self.endShadow(); }},
+        {'L', animation},
+        {'B', animation},
+        {'1', profile},
+        {'2', profile},
+        {'3', profile},
+        {'4', profile},
+        {'5', profile},
+        {'6', profile},
+        {'7', profile},
+        {'8', profile},
+        {'9', profile},
+        {'E', [](Self self, In) { self.openChat(); }},
+        {'e', [](Self self, In) { self.closeChat(); }},
+        {'I', [](Self self, In) { self.signalWhisper(); }},
+        {'i', [](Self, In) {}}, // known, so that it is not reported; the signal ends where the queue is read
+        {'`', cooldowns},
+        {'[', cooldowns},
+        {']', cooldowns},
+        {'{', cooldowns},
+        {'}', cooldowns},
+    };
+    return kActions;
+}
 
 Dispatcher::Dispatcher(const Parts& parts) : m(parts) {
 }
@@ -55,18 +138,32 @@ void Dispatcher::evaluateMessage(std::string_view message) {
         m.log.appendDebugLog("ignoring message NULL (00)\n");
         return;
     }
-    // The trace is built only where someone wants it.
+    // Nothing is put together for a log that does not want it.
     const auto trace = [&](std::string_view before, std::string_view after) {
         if (m.log.debugMode())
             m.log.appendLog(std::string(before) + std::string(message) + " (" + hexBytes(message) + ")" +
                             std::string(after) + "\n");
     };
     trace("evaluating message ", "");
-    const auto* const action = std::ranges::find(kCodeActions, message.front(), &CodeAction::code);
-    if (action == std::end(kCodeActions))
+    const std::span<const CodeAction> actions = codeActions();
+    const auto action = std::ranges::find(actions, message.front(), &CodeAction::code);
+    if (action == actions.end())
         trace("Ignored message ", " from buffer");
     else
-        action->run(*this);
+        action->run(*this, {message.front(), message.substr(1)});
+}
+
+void Dispatcher::resetLights(ResetNotice notice) {
+    if (notice == ResetNotice::Logged)
+        m.log.appendLog("Reset the message queue, color profile, and animated keys.\n");
+    m.messages.messageQueue.set({});
+    m.messages.currentMessage.clear();
+    m.effects.combatAnimationPlaying = false;
+    m.effects.deadAnimationPlaying = false;
+    m.effects.shadowAnimationPlaying = false;
+    m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
+    m.messages.confirmCalibrate = true;
+    switchToProfile(kResetProfile);
 }
 
 void Dispatcher::startCombat() {
@@ -93,10 +190,65 @@ void Dispatcher::endDeath() {
     m.messages.WoWisInTheForeground = 1;
 }
 
+void Dispatcher::flashWhite() {
+    if (playAnimation('f'))
+        m.messages.WoWisInTheForeground = 2;
+}
+
+void Dispatcher::startGhost() {
+    if (playAnimation('W'))
+        m.effects.deadAnimationPlaying = true;
+}
+
+void Dispatcher::endGhost() {
+    if (playAnimation('V'))
+        m.effects.deadAnimationPlaying = false;
+}
+
+void Dispatcher::startShadow(const HsbColor& color) {
+    m.animations.shadowGlow(color);
+    m.effects.shadowAnimationPlaying = true;
+}
+
+void Dispatcher::endShadow() {
+    m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
+    m.effects.shadowAnimationPlaying = false;
+    playAnimation('f');
+}
+
 void Dispatcher::setCombatPulsePeriod(int milliseconds) {
     m.effects.combatPulseMs = milliseconds;
     if (m.effects.combatAnimationPlaying)
         pulseCombatKeys();
+}
+
+void Dispatcher::toggleProfile() {
+    switchToProfile(m.profile.activeColorProfile % 2 + 1);
+}
+
+void Dispatcher::chooseProfile(int profile) {
+    m.profile.chatReturnColorProfile = profile;
+    switchToProfile(profile);
+}
+
+void Dispatcher::openChat() {
+    if (m.effects.shadowAnimationPlaying)
+        return;
+    if (chatRecoloursCombat())
+        pulseKeys(m.driver, {100, 100, 100}, {25, 25, 25}, kChatPulseMs);
+    if (!chatSwitchesProfile())
+        return;
+    m.profile.chatReturnColorProfile = m.profile.activeColorProfile;
+    switchToProfile(kChatProfile);
+}
+
+void Dispatcher::closeChat() {
+    if (m.effects.shadowAnimationPlaying)
+        return;
+    if (chatRecoloursCombat())
+        pulseCombatKeys();
+    if (chatSwitchesProfile())
+        switchToProfile(m.profile.chatReturnColorProfile);
 }
 
 void Dispatcher::signalWhisper() {
@@ -106,10 +258,31 @@ void Dispatcher::signalWhisper() {
     m.effects.whisperLightActive = true;
 }
 
+bool Dispatcher::playAnimation(char code) {
+    // By value: what is served meanwhile may prepare the profile's bitmap anew.
+    const lighting::LedBitmap bitmap =
+        m.lightingState.keyboardColorBitmap.at(static_cast<std::size_t>(m.profile.activeColorProfile));
+    return m.animations.play(code, bitmap, m.options.useSingleColorMode);
+}
+
 void Dispatcher::pulseCombatKeys() {
-    m.driver.LogiLedSetTargetDevice(lighting::kPerKeyDevices);
-    for (const KeyName key : combatKeys)
-        m.driver.LogiLedPulseSingleKey(key, 100, 0, 0, 25, 0, 0, m.effects.combatPulseMs, true);
+    pulseKeys(m.driver, {100, 0, 0}, {25, 0, 0}, m.effects.combatPulseMs);
+}
+
+void Dispatcher::switchToProfile(int profile) {
+    m.profile.activeColorProfile = profile;
+    m.store.loadProfileWithCooldowns(profile);
+    m.lighting.showProfileLighting(profile);
+    if (m.options.useSingleColorMode)
+        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
+}
+
+bool Dispatcher::chatRecoloursCombat() const {
+    return m.effects.combatAnimationPlaying && m.options.combatChatWarning;
+}
+
+bool Dispatcher::chatSwitchesProfile() const {
+    return m.options.autoToggleProfile2 && !m.effects.deadAnimationPlaying;
 }
 
 } // namespace glimra::events

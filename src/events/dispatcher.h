@@ -1,42 +1,75 @@
 #pragma once
 
+#include "events/cooldown_display.h"
+#include "events/effects.h"
 #include "events/event_state.h"
 #include "lighting/lighting_output.h"
 #include "platform/message_log.h"
 #include "profiles/profile_state.h"
+#include "profiles/profile_store.h"
 
 #include <string_view>
 
 namespace glimra::events {
 
+enum class ResetNotice { Logged, Silent };
+
 /// Turns one message into one lighting action. It keeps no state of its own. Main thread.
 class Dispatcher {
 public:
     struct Parts {
+        platform::RunLoop& runLoop;
         platform::LedDriver& driver;
         platform::MessageLog& log;
         lighting::LightingOutput& lighting;
+        const lighting::LightingState& lightingState;
+        profiles::ProfileStore& store;
+        profiles::ProfileState& profile;
+        Effects& animations;
+        CooldownDisplay& cooldowns;
+        const OptionState& options;
         EffectState& effects;
         MessageState& messages;
     };
 
     explicit Dispatcher(const Parts& parts);
 
-    /// Carries out a message: its first character is the code, its second, if any, carries data. An unknown
-    /// code does nothing. Not empty.
+    /// Carries out a message: its first character is the code, the rest, if any, carries data. An unknown
+    /// code does nothing. Not empty. An animation returns when it is over, or when the application has
+    /// terminated.
     void evaluateMessage(std::string_view message);
 
+    /// Drops what waits, ends every effect and goes back to profile 1. The whisper signal, the combat pulse's
+    /// speed and the cooldowns stay.
+    void resetLights(ResetNotice notice);
+
 private:
+    struct Message;
     struct CodeAction;
-    static const CodeAction kCodeActions[];
+    static std::span<const CodeAction> codeActions();
 
     void startCombat();
     void endCombat();
     void startDeath();
     void endDeath();
+    void flashWhite();
+    void startGhost();
+    void endGhost();
+    void startShadow(const HsbColor& color);
+    void endShadow();
     void setCombatPulsePeriod(int milliseconds);
+    void toggleProfile();
+    void chooseProfile(int profile);
+    void openChat();
+    void closeChat();
     void signalWhisper();
+
+    /// False when the application terminated meanwhile.
+    bool playAnimation(char code);
     void pulseCombatKeys();
+    void switchToProfile(int profile);
+    bool chatSwitchesProfile() const;
+    bool chatRecoloursCombat() const;
 
     Parts m;
 };

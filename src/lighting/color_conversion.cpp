@@ -23,8 +23,4 @@ Rgb toRgb(const Color& color) {
     return {byte(color.red), byte(color.green), byte(color.blue)};
 }
 
-Color toColor(Rgb rgb) {
-    return {rgb.red / 255.0, rgb.green / 255.0, rgb.blue / 255.0};
-}
-
 } // namespace glimra::lighting

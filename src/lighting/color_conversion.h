@@ -32,6 +32,8 @@ Percentages toPercentages(const Color& color);
 Rgb toRgb(const Color& color);
 
 /// Bytes as fractions of 255.
-Color toColor(Rgb rgb);
+constexpr Color toColor(Rgb rgb) {
+    return {rgb.red / 255.0, rgb.green / 255.0, rgb.blue / 255.0};
+}
 
 } // namespace glimra::lighting

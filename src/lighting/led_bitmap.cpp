@@ -2,24 +2,27 @@
 
 namespace glimra::lighting {
 
-Color mappedColor(const ColorSet& colorSet, const KeyMap& keyMap, KeyCode code) {
-    if (code >= keyMap.size())
-        return {};
-    const auto slot = static_cast<std::size_t>(keyMap[code]);
-    return slot < colorSet.size() ? colorSet[slot] : Color{};
+Color slotColor(ColorSetView colorSet, int slot) {
+    const auto index = static_cast<std::size_t>(slot);
+    return index < colorSet.size() ? colorSet[index] : Color{};
 }
 
-LedBitmap buildColorBitmap(const ColorSet& colorSet, const KeyMap& keyMap) {
+Color mappedColor(ColorSetView colorSet, const KeyMap& keyMap, KeyCode code) {
+    return code < keyMap.size() ? slotColor(colorSet, keyMap[code]) : Color{};
+}
+
+LedBitmap buildColorBitmap(ColorSetView colorSet, const KeyMap& keyMap) {
     return buildColorBitmapWithCooldowns(colorSet, keyMap, false, {});
 }
 
-LedBitmap buildColorBitmapWithCooldowns(const ColorSet& colorSet, const KeyMap& keyMap, bool useCooldowns,
+LedBitmap buildColorBitmapWithCooldowns(ColorSetView colorSet, const KeyMap& keyMap, bool useCooldowns,
                                         const DimmedKeys& dimmedKeys) {
     LedBitmap bitmap = blankBitmap();
     for (const KeyBitmapOffset& key : keyBitmapOffsets) {
         const bool dimmed = useCooldowns && dimmedKeys.contains(key.code);
-        paintCell(bitmap, key.offset,
-                  toRgb(dimmed ? colorSet[kCooldownSlot] : mappedColor(colorSet, keyMap, key.code)));
+        paintCell(
+            bitmap, key.offset,
+            toRgb(dimmed ? slotColor(colorSet, kCooldownSlot) : mappedColor(colorSet, keyMap, key.code)));
     }
     return bitmap;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <set>
+#include <span>
 #include <vector>
 
 namespace glimra::lighting {
@@ -33,13 +34,18 @@ constexpr LedBitmap blankBitmap() {
     return bitmap;
 }
 
-/// A key's colour in a key map; black for a code beyond the map.
-Color mappedColor(const ColorSet& colorSet, const KeyMap& keyMap, KeyCode code);
+/// A colour set seen by those who only read it; may be shorter than a whole one while nothing was loaded.
+using ColorSetView = std::span<const Color>;
 
-LedBitmap buildColorBitmap(const ColorSet& colorSet, const KeyMap& keyMap);
+/// The colour of a slot; black for a slot beyond the set.
+Color slotColor(ColorSetView colorSet, int slot);
+/// A key's colour in a key map; black for a code beyond the map.
+Color mappedColor(ColorSetView colorSet, const KeyMap& keyMap, KeyCode code);
+
+LedBitmap buildColorBitmap(ColorSetView colorSet, const KeyMap& keyMap);
 
 /// The same, with the keys in `dimmedKeys` in the cooldown colour when `useCooldowns` is set.
-LedBitmap buildColorBitmapWithCooldowns(const ColorSet& colorSet, const KeyMap& keyMap, bool useCooldowns,
+LedBitmap buildColorBitmapWithCooldowns(ColorSetView colorSet, const KeyMap& keyMap, bool useCooldowns,
                                         const DimmedKeys& dimmedKeys);
 
 /// Writes blue, green and red of the cell at `offset`; alpha stays.

@@ -7,6 +7,9 @@ class Application {
 public:
     virtual ~Application() = default;
 
+    /// Asks to terminate, as the user's quit does, and returns; while such a request is pending, nothing.
+    virtual void terminate() = 0;
+
     /// Answers a request to terminate that `applicationShouldTerminate` put off. With true the program ends:
     /// it calls `applicationWillTerminate` and serves nothing more. Main thread.
     virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;

@@ -86,6 +86,8 @@ struct PopUp : Control {
     Property<std::vector<std::string>> titles;
     /// 0-based; may be beyond the titles, then no item is chosen.
     Property<int> selected{0};
+    /// Index of an item that only parts others and cannot be chosen; -1 for none.
+    int separator = -1;
 
     /// Title of the chosen item, empty when there is none.
     std::string selectedTitle() const;

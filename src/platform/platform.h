@@ -33,6 +33,8 @@ struct Platform {
     ProcessActivity& processActivity;
     Modifiers& modifiers;
     Bundle bundle;
+    /// The folder of the settings file; empty where the settings are in no file.
+    std::string settingsFolder;
 };
 
 } // namespace glimra::platform

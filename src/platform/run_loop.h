@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace glimra::platform {
 
@@ -20,6 +21,8 @@ public:
     virtual ~RunLoop() = default;
 
     virtual Time now() const = 0;
+    /// Date and time of a moment in UTC, as "2026-11-22 20:47:35 +0000".
+    virtual std::string dateAndTime(Time moment) const = 0;
 
     /// Runs `action` every `period` (above 0), first one period from now. The grid is kept whatever an action
     /// takes: it never runs inside itself, and grid points that passed meanwhile are skipped.

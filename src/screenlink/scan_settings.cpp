@@ -13,20 +13,22 @@ constexpr double kLargestPlausible = 1e6;
 
 } // namespace
 
-ScanSettings loadScanSettings(const platform::UserDefaults& defaults) {
+ScanSettings factoryScanSettings() {
+    return {kFactoryWidth, kFactoryOffset};
+}
+
+bool loadScanSettings(ScanSettings& settings, const platform::UserDefaults& defaults) {
     const double width = platform::storedDouble(defaults, "scanWidth").value_or(0.0);
     const std::int64_t offset = platform::storedInteger(defaults, "scanOffset").value_or(0);
-    const auto plausible = [](double value) {
+    const auto isPlausible = [](double value) {
         return value >= -kLargestPlausible && value <= kLargestPlausible;
     };
-    ScanSettings settings;
-    if (plausible(width))
-        settings.scanWidth = static_cast<double>(static_cast<float>(width));
-    if (plausible(static_cast<double>(offset)))
-        settings.scanOffset = static_cast<int>(offset);
-    if (static_cast<int>(settings.scanWidth) + settings.scanOffset == 0)
-        settings = {kFactoryWidth, kFactoryOffset, true};
-    return settings;
+    settings.scanWidth = isPlausible(width) ? static_cast<double>(static_cast<float>(width)) : 0.0;
+    settings.scanOffset = isPlausible(static_cast<double>(offset)) ? static_cast<int>(offset) : 0;
+    if (static_cast<int>(settings.scanWidth) + settings.scanOffset != 0)
+        return false;
+    settings = factoryScanSettings();
+    return true;
 }
 
 } // namespace glimra::screenlink

@@ -8,10 +8,12 @@ namespace glimra::screenlink {
 struct ScanSettings {
     double scanWidth = 0.0;
     int scanOffset = 0;
-    /// Nothing usable was stored, and these are the factory values.
-    bool notFound = false;
 };
 
-ScanSettings loadScanSettings(const platform::UserDefaults& defaults);
+/// What is read where no calibration was found.
+ScanSettings factoryScanSettings();
+
+/// Reads the calibration. True when nothing usable was stored, and the settings are the factory's.
+bool loadScanSettings(ScanSettings& settings, const platform::UserDefaults& defaults);
 
 } // namespace glimra::screenlink

@@ -1,5 +1,7 @@
 #include "screenlink/strip_geometry.h"
 
+#include "platform/decimal_text.h"
+
 #include <cmath>
 
 namespace glimra::screenlink {
@@ -14,6 +16,15 @@ PixelOffsets updatePixelOffsets(double scanWidth) {
     for (std::size_t i = 0; i < offsets.size(); ++i)
         offsets[i] = cellPosition(i, static_cast<float>(scanWidth));
     return offsets;
+}
+
+StripGeometry stripGeometry(double scanWidth, int scanOffset) {
+    return {{static_cast<double>(scanOffset), 0.0, scanWidth, 1.0}, updatePixelOffsets(scanWidth)};
+}
+
+std::string rectText(const platform::ScreenRect& rect) {
+    return "(" + platform::decimalText(rect.x) + ", " + platform::decimalText(rect.y) + ", " +
+           platform::decimalText(rect.width) + ", " + platform::decimalText(rect.height) + ")";
 }
 
 } // namespace glimra::screenlink

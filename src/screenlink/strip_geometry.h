@@ -4,6 +4,7 @@
 #include "platform/screen_capture.h"
 
 #include <array>
+#include <string>
 
 namespace glimra::screenlink {
 
@@ -26,5 +27,11 @@ using SharedStripGeometry = platform::Locked<StripGeometry>;
 int cellPosition(std::size_t index, float width);
 
 PixelOffsets updatePixelOffsets(double scanWidth);
+
+/// The geometry of a strip of `scanWidth` points that begins `scanOffset` points from the left.
+StripGeometry stripGeometry(double scanWidth, int scanOffset);
+
+/// A rectangle as "(2.0, 0.0, 80.0, 1.0)".
+std::string rectText(const platform::ScreenRect& rect);
 
 } // namespace glimra::screenlink

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "lighting/lighting_output.h"
+#include "platform/controls.h"
+#include "platform/painter.h"
+#include "profiles/canvas_buffer.h"
+#include "profiles/profile_state.h"
+
+namespace glimra::app {
+
+/// The on-screen keyboard on which a profile is painted. Every drawing also lights each key on the keyboard,
+/// so that the keyboard shows the profile while it is edited. Main thread.
+class ColorPainter {
+public:
+    struct Parts {
+        lighting::LightingOutput& lighting;
+        profiles::CanvasBuffer& buffer;
+        profiles::ProfileState& profile;
+        platform::CanvasView& view;
+        const bool& useSingleColorMode;
+    };
+
+    /// Appends the codes of its keys, ascending, to `canvasKeyCodes`.
+    ColorPainter(const Parts& parts, profiles::CanvasKeyCodes& canvasKeyCodes);
+
+    /// Draws all keys and lights them, in the order of their codes. Not before the editor was opened.
+    void drawRect(platform::Painter& painter);
+
+    /// Paints the key at a point, if there is one. A click beside the keys counts as an edit too.
+    void mouseDown(double x, double y);
+
+private:
+    lighting::Color keyColor(lighting::KeyCode code) const;
+
+    Parts m;
+};
+
+} // namespace glimra::app

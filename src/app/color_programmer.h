@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/outlets.h"
+#include "app/unsaved_edits.h"
+#include "events/cooldown_display.h"
+#include "platform/message_log.h"
+
+namespace glimra::app {
+
+/// The window in which a profile is painted: colours, wells, the nine profiles and the options around them.
+/// Main thread.
+class ColorProgrammer {
+public:
+    struct Parts {
+        platform::RunLoop& runLoop;
+        platform::WindowSystem& windows;
+        platform::UserDefaults& defaults;
+        Outlets& outlets;
+        UnsavedEdits& unsavedEdits;
+        lighting::LightingOutput& lighting;
+        lighting::LightingState& lightingState;
+        profiles::ProfileStore& store;
+        profiles::ProfileState& profile;
+        profiles::CanvasBuffer& canvas;
+        events::CooldownDisplay& cooldowns;
+        events::OptionState& options;
+        events::MessageState& messages;
+    };
+
+    explicit ColorProgrammer(const Parts& parts);
+
+    /// Takes the saved options and shows them.
+    void loadSingleColorMode();
+    void loadAutoToggleProfile();
+    void loadCombatChatWarning();
+
+    void openColorProgrammer();
+    /// Puts what is painted on the keyboard, and into the active profile's bitmap.
+    void applyCanvasColors();
+
+    void singleColorModeCheck();
+    void autoToggleProfileClicked();
+    void combatChatWarningClicked();
+
+    void paintingColorPicker();
+    void colorWellDropped(const platform::ColorWell& well);
+
+    void colorOK();
+    void colorCancel();
+
+    void profileSelectPopup();
+    void copyProfileSameSame();
+
+private:
+    void showSelectedProfile();
+    [[nodiscard]] bool copyProfile();
+    void showLoadedProfile();
+    void setAllToColorA();
+    void closeWindow();
+
+    Parts m;
+};
+
+} // namespace glimra::app

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/outlets.h"
+#include "app/window_closer.h"
+#include "events/event_state.h"
+#include "platform/bundle.h"
+#include "platform/message_log.h"
+#include "platform/system_services.h"
+#include "platform/user_defaults.h"
+#include "platform/window_system.h"
+#include "platform/workspace.h"
+
+namespace glimra::app {
+
+/// Names of the applications that can be launched, as the scripting command knows them.
+struct LauncherState {
+    std::string WowAppName = "World of Warcraft";
+    std::string WowClassicAppName = "World of Warcraft Classic";
+    std::string BNAppName = "Battle.net";
+};
+
+/// Brings up the game and its launcher, now or at each start. Main thread.
+class Launcher {
+public:
+    struct Parts {
+        platform::WindowSystem& windows;
+        platform::UserDefaults& defaults;
+        platform::ChildProcesses& childProcesses;
+        platform::Modifiers& modifiers;
+        platform::MessageLog& log;
+        Outlets& outlets;
+        WindowCloser& closer;
+        LauncherState& names;
+    };
+
+    explicit Launcher(const Parts& parts);
+
+    /// Takes the saved names and shows them.
+    void loadApplicationNames();
+    /// Marks the saved autorun choice and launches the application that was chosen.
+    void autorun();
+
+    /// From now on the application of this name is launched at each start; none for an empty name.
+    void setAutorun(const platform::MenuItem& item, const std::string& name);
+    /// Launches an application; with the Option key held, the names are edited instead.
+    void launchApp(const std::string& name);
+    void editGameNames();
+
+private:
+    void activate(const std::string& name);
+
+    Parts m;
+};
+
+/// The argument with which the scripting command activates an application. Quotes and backslashes of a name
+/// are escaped: whatever it is called, it stays a name.
+std::string activationScript(std::string_view name);
+
+} // namespace glimra::app

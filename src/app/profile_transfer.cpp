@@ -1,0 +1,161 @@
+#include "app/profile_transfer.h"
+
+#include "app/color_wells.h"
+#include "platform/stored_values.h"
+#include "platform/whole_file.h"
+
+#include <string>
+
+namespace glimra::app {
+
+namespace {
+
+constexpr std::string_view kSuggestedName = "Glimra Color Profiles";
+constexpr std::string_view kBackupName = "before-import.keycolormap";
+constexpr std::string_view kBlinkTimeKey = "blinkTimePref";
+
+std::string cooldownKey(int profile) {
+    return "useActionBarCooldowns" + std::to_string(profile);
+}
+
+std::string message(exportResult result, const std::string& supportAddress) {
+    switch (result) {
+    case exportResult::no_error:
+        return "Color profiles exported.\n";
+    case exportResult::too_little_storage_error:
+        return "Error: Profile data size exceeds buffer. Contact " + supportAddress + " for an update.\n";
+    case exportResult::docs_folder_access_error:
+        return "Unable to access your Documents folder.\n";
+    case exportResult::user_cancel:
+        return "Export cancelled.\n";
+    case exportResult::write_data_error:
+        return "Error: Could not save the file.\n";
+    }
+    return {};
+}
+
+std::string_view message(ImportResult result) {
+    switch (result) {
+    case ImportResult::Success:
+        return "Color profiles imported.\n";
+    case ImportResult::NotAProfileFile:
+        return "Error: File does not contain valid Color Presets for this version of Glimra.\n";
+    case ImportResult::NotReadable:
+        return "Error: Unable to access that file or folder.\n";
+    case ImportResult::Cancelled:
+        return "Import cancelled.\n";
+    }
+    return {};
+}
+
+} // namespace
+
+ProfileTransfer::ProfileTransfer(const Parts& parts) : m(parts) {
+}
+
+void ProfileTransfer::exportPreferences() {
+    m.log.appendLog(message(exportColorProfiles(), m.bundle.supportAddress));
+}
+
+void ProfileTransfer::importPreferences() {
+    m.windows.runAlert(
+        {"Import Warning",
+         "Import will replace all 9 of your current color settings.\n\nClick cancel on the next "
+         "screen if you want to export (save) them first.",
+         {"Got it"}});
+    const ImportResult result = importColorProfiles();
+    m.log.appendLog(message(result));
+    if (result == ImportResult::Success)
+        refresh();
+}
+
+profiles::ProfileRecord ProfileTransfer::storedProfiles() {
+    profiles::ProfileFileContent content;
+    content.applicationVersion = profiles::versionNumber(m.bundle.version);
+    content.blinkTime = platform::storedDouble(m.defaults, kBlinkTimeKey).value_or(0.0);
+    // One map serves all profiles: where one has no map of its own, it takes over what the one before left.
+    lighting::KeyMap map(lighting::kKeyCodeCount, 0);
+    for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
+        const int profile = static_cast<int>(i) + 1;
+        content.useCooldowns[i] = platform::storedBool(m.defaults, cooldownKey(profile)).value_or(false);
+        m.store.loadColorSet(content.colorSets[i], profile);
+        m.store.loadKeyMap(map, profile);
+        content.keyMaps[i] = map;
+    }
+    return profiles::encodeProfiles(content, m.canvasKeyCodes);
+}
+
+exportResult ProfileTransfer::exportColorProfiles() {
+    const profiles::ProfileRecord record = storedProfiles();
+    const std::optional<std::string> documents = m.windows.documentsFolder();
+    if (!documents)
+        return exportResult::docs_folder_access_error;
+    const std::optional<std::string> path = m.windows.runSavePanel(
+        {"Export", std::string(kSuggestedName), std::string(profiles::kProfileFileExtension), *documents});
+    if (!path)
+        return exportResult::user_cancel;
+    const std::string error = platform::writeWholeFile(*path, record.bytes());
+    if (!error.empty()) {
+        m.systemLog.write("Glimra data write error: " + error);
+        return exportResult::write_data_error;
+    }
+    return record.overflowed() ? exportResult::too_little_storage_error : exportResult::no_error;
+}
+
+ImportResult ProfileTransfer::importColorProfiles() {
+    const std::optional<std::string> path = m.windows.runOpenPanel(
+        {"Import", "Importing a color profile will replace all your existing colors and profiles.",
+         std::string(profiles::kProfileFileExtension)});
+    if (!path)
+        return ImportResult::Cancelled;
+    const platform::FileContent file =
+        platform::readWholeFile(*path, profiles::profileFileSize(m.canvasKeyCodes));
+    if (!file.error.empty()) {
+        m.systemLog.write("Glimra data read error: " + file.error);
+        return ImportResult::NotReadable;
+    }
+    const std::optional<profiles::ProfileFileContent> content =
+        profiles::decodeProfiles(file.bytes, m.canvasKeyCodes, m.systemLog);
+    if (!content)
+        return ImportResult::NotAProfileFile;
+    if (!keepProfilesAsTheyWere())
+        return ImportResult::NotReadable;
+    storeProfiles(*content);
+    return ImportResult::Success;
+}
+
+bool ProfileTransfer::keepProfilesAsTheyWere() {
+    if (m.settingsFolder.empty())
+        return true;
+    const std::string error =
+        platform::writeWholeFile(m.settingsFolder + "/" + std::string(kBackupName), storedProfiles().bytes());
+    if (!error.empty())
+        m.systemLog.write("Glimra data write error: " + error);
+    return error.empty();
+}
+
+void ProfileTransfer::storeProfiles(const profiles::ProfileFileContent& content) {
+    m.defaults.set(kBlinkTimeKey, content.blinkTime);
+    for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
+        const int profile = static_cast<int>(i) + 1;
+        m.store.saveCooldownFlag(content.useCooldowns[i], profile);
+        m.store.saveColorSet(content.colorSets[i], profile);
+        m.store.saveKeyMap(content.keyMaps[i], profile);
+    }
+}
+
+void ProfileTransfer::refresh() {
+    m.cooldowns.loadBlinkTime();
+    for (int profile = lighting::kProfileCount; profile >= 1; --profile)
+        m.store.loadProfile(profile);
+    m.store.loadProfile(m.profile.activeColorProfile);
+    applyColorSetToWells(m.outlets, m.lightingState.keyboardColorSet, m.canvas);
+    m.canvas.fillFrom(m.lightingState);
+    m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
+    if (m.options.useSingleColorMode)
+        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
+    m.outlets.keyboardCanvas.displayNeeded.emit();
+    m.profile.profileTouched = false;
+}
+
+} // namespace glimra::app

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "lighting/color_conversion.h"
+#include "platform/led_driver.h"
+#include "platform/run_loop.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <variant>
+
+namespace glimra::events {
+
+// An animation is data: the steps below, one after the other. Whoever plays it has the profile's bitmap and
+// a working copy of it that the frames paint on.
+
+using lighting::Color;
+using lighting::Rgb;
+using platform::Duration;
+
+/// Upright bands, `count` of them across the keyboard; bit i of `chosen` is band i, from the left.
+struct Bands {
+    int count;
+    std::uint32_t chosen;
+    Rgb color;
+};
+
+/// All cells of a row, 0 to 5 from the top; any other row is no cell at all.
+struct Row {
+    int row;
+    Rgb color;
+};
+
+/// Every other cell of a row, without the rightmost column: the even columns of an even row, the odd columns
+/// of an odd one.
+struct AlternateCells {
+    int row;
+    Rgb color;
+};
+
+/// A row gets the profile's colours back.
+struct ProfileRow {
+    int row;
+};
+
+/// Something painted on the working bitmap; at first nothing.
+using Paint = std::variant<std::monostate, Bands, Row, AlternateCells, ProfileRow>;
+
+/// What a frame is painted on.
+enum class Ground {
+    /// The working bitmap as the frame before left it; before the first frame, the profile.
+    Kept,
+    Profile,
+    White,
+};
+
+/// Paints on the working bitmap, in order, and shows it.
+struct Frame {
+    Ground ground = Ground::Profile;
+    std::array<Paint, 6> paints{};
+};
+
+/// Chooses the devices that are lit from now on.
+struct TargetDevices {
+    int devices = 0;
+};
+
+/// Lights every key in one colour.
+struct AllKeys {
+    Color color;
+};
+
+struct OneKey {
+    platform::KeyName key;
+    Color color;
+};
+
+struct Step {
+    std::variant<TargetDevices, AllKeys, OneKey, Frame> action;
+    /// Time until the next step; 0 does not wait at all.
+    Duration wait{0};
+};
+
+/// What one message code plays.
+struct Animation {
+    char code;
+    std::span<const Step> overProfile;
+    /// The form for single-colour mode; empty when that mode makes no difference.
+    std::span<const Step> singleColor{};
+};
+
+/// Every animation there is; a code occurs once.
+std::span<const Animation> animations();
+
+} // namespace glimra::events

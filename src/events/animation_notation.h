@@ -1,0 +1,46 @@
+#pragma once
+
+#include "events/animation.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+// What the tables of animations are written with.
+
+namespace glimra::events {
+
+template <std::size_t Count>
+using Steps = std::array<Step, Count>;
+
+template <std::size_t... Counts>
+constexpr auto joined(const Steps<Counts>&... parts) {
+    Steps<(Counts + ...)> steps;
+    auto end = steps.begin();
+    ((end = std::copy(parts.begin(), parts.end(), end)), ...);
+    return steps;
+}
+
+/// A step for each number from First to Last, as `make` makes it of the number.
+template <int First, int Last, class Make>
+constexpr auto counted(Duration wait, Make make) {
+    Steps<Last - First + 1> steps;
+    int number = First;
+    for (Step& step : steps)
+        step = {make(number++), wait};
+    return steps;
+}
+
+/// The bands of these numbers; numbers that no band has are left out.
+constexpr Bands bands(int count, std::initializer_list<int> numbers, Rgb color) {
+    Bands bands{count, 0, color};
+    for (const int number : numbers)
+        if (number >= 0 && number < count)
+            bands.chosen |= 1U << number;
+    return bands;
+}
+
+constexpr Bands bandsFrom(int count, int first, Rgb color) {
+    return {count, (1U << count) - (1U << first), color};
+}
+
+} // namespace glimra::events

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "events/animation.h"
+#include "lighting/lighting_output.h"
+#include "platform/led_driver.h"
+#include "platform/run_loop.h"
+#include "platform/system_services.h"
+
+namespace glimra::events {
+
+/// A colour by hue, saturation and brightness, 0 to 1 each.
+struct HsbColor {
+    double hue;
+    double saturation;
+    double brightness;
+};
+
+/// The effects of the whole keyboard. They keep nothing after they return; what they leave on the keyboard
+/// stays until something else is shown. Main thread.
+class Effects {
+public:
+    Effects(platform::RunLoop& runLoop, platform::LedDriver& driver, platform::RandomNumbers& random,
+            lighting::LightingOutput& lighting);
+
+    /// Plays the animation of a message code over a profile's bitmap, or its form for single-colour mode, and
+    /// returns when it is over. The run loop is served meanwhile, and what it serves may play another one:
+    /// the two then take turns on the keyboard. Returns false when the application has terminated inside.
+    /// A code without an animation shows nothing.
+    [[nodiscard]] bool play(char code, const lighting::LedBitmap& profile, bool singleColorMode);
+
+    /// Every key pulses around a colour, each row at its own pace, until `stopAllKeyEffects`.
+    void shadowGlow(const HsbColor& color);
+
+    /// Stops flashes and pulses on the 104 keys of the LED bitmap; in single-colour mode also those of whole
+    /// devices.
+    void stopAllKeyEffects(bool singleColorMode);
+
+private:
+    platform::RunLoop& m_runLoop;
+    platform::LedDriver& m_driver;
+    platform::RandomNumbers& m_random;
+    lighting::LightingOutput& m_lighting;
+};
+
+} // namespace glimra::events

@@ -1,0 +1,43 @@
+#include "platform/whole_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+namespace glimra::platform {
+
+namespace {
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::string lastError() {
+    return std::generic_category().message(errno);
+}
+
+} // namespace
+
+FileContent readWholeFile(const std::string& path, std::size_t limit) {
+    const File file(std::fopen(path.c_str(), "rb"));
+    if (!file)
+        return {{}, lastError()};
+    FileContent content;
+    content.bytes.resize(limit);
+    content.bytes.resize(std::fread(content.bytes.data(), 1, limit, file.get()));
+    if (std::ferror(file.get()) != 0)
+        return {{}, lastError()};
+    return content;
+}
+
+std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+    File file(std::fopen(path.c_str(), "wb"));
+    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size())
+        return lastError();
+    // What the system still holds back can fail as late as here.
+    return std::fclose(file.release()) == 0 ? std::string{} : lastError();
+}
+
+} // namespace glimra::platform

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "lighting/lighting_state.h"
+
+namespace glimra::profiles {
+
+/// The codes of the keys on the keyboard canvas, ascending; empty until the canvas exists.
+using CanvasKeyCodes = std::vector<lighting::KeyCode>;
+
+/// The profile as it is being edited. Painting changes only this; saving takes it from here.
+struct CanvasBuffer {
+    /// Colour slot that a click applies.
+    int paintColor = lighting::kColorASlot;
+    /// A whole colour set and key map once the editor was opened; until then one black colour and one key.
+    std::vector<lighting::Color> keyColorSet{lighting::Color{}};
+    lighting::KeyMap keysToColors{lighting::kColorASlot};
+    bool usingActionbarCooldowns = false;
+    /// Keys that the cooldown preview shows.
+    lighting::DimmedKeys dimmedKeys;
+
+    void fillFrom(const lighting::LightingState& lighting) {
+        keyColorSet.assign(lighting.keyboardColorSet.begin(), lighting.keyboardColorSet.end());
+        keysToColors = lighting.keyToColorMap;
+    }
+    /// For whoever reads or edits the buffer although the editor was never opened: no profile may be saved,
+    /// or shown, from an empty one.
+    void fillIfEmpty(const lighting::LightingState& lighting) {
+        if (keyColorSet.size() < lighting::kColorSlotCount)
+            fillFrom(lighting);
+    }
+};
+
+} // namespace glimra::profiles

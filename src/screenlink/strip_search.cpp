@@ -1,0 +1,212 @@
+#include "screenlink/strip_search.h"
+
+#include "platform/decimal_text.h"
+#include "screenlink/strip_decoder.h"
+
+#include <string>
+
+namespace glimra::screenlink {
+
+namespace {
+
+using platform::decimalText;
+
+/// What the add-on shows, cell by cell, as colour codes: red 1, green 2, blue 4.
+constexpr std::array<int, kCellCount> kPattern{1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0};
+constexpr int kPureRed = 1;
+constexpr int kBlack = 0;
+/// Shown in debug lines for a pixel without a colour.
+constexpr int kNoCode = 999;
+
+constexpr platform::ScreenRect kEdgeRect{0.0, 0.0, 25.0, 1.0};
+constexpr float kWidthLimit = 200.0F;
+constexpr float kRestartWidth = 11.0F;
+constexpr platform::Duration kTick = std::chrono::milliseconds(25);
+constexpr platform::Duration kFirstBeep = std::chrono::seconds(1);
+constexpr platform::Duration kBeepPeriod = std::chrono::seconds(2);
+constexpr std::string_view kBeep = "Tink";
+
+} // namespace
+
+StripSearch::StripSearch(const Parts& parts, platform::Duration searchTime)
+    : m(parts),
+      m_searchTime(searchTime) {
+}
+
+SearchResult StripSearch::searchScanStrip() {
+    m_nextBeep = m.runLoop.now() + kFirstBeep;
+    m_deadline = m.runLoop.now() + m_searchTime;
+    calibrationLog("CAL: timeout established at " + m.runLoop.dateAndTime(m_deadline));
+    calibrationLog("CAL: mainscreen backingScaleFactor is " + decimalText(m.capture.backingScaleFactor()));
+    calibrationLog("CAL: phase 1 test rect: " + rectText(kEdgeRect));
+
+    if (!waitForRed())
+        return SearchResult::Interrupted;
+    calibrationLog("CAL: dropped out of first loop with left edge equal to 0");
+
+    const std::optional<int> rightEdge = findRightEdge();
+    if (!rightEdge)
+        return SearchResult::Interrupted;
+    calibrationLog("CAL: dropped out of second loop with right edge equal to " + std::to_string(*rightEdge));
+    chooseOffset(*rightEdge);
+
+    const std::optional<float> smallest = findSmallestWidth();
+    if (!smallest)
+        return SearchResult::Interrupted;
+    calibrationLog("CAL: dropped out of third loop with min scan width equal to " + decimalText(*smallest));
+
+    const std::optional<float> largest = findLargestWidth(*smallest);
+    if (!largest)
+        return SearchResult::Interrupted;
+    calibrationLog("CAL: dropped out of forth loop with max scan width equal to " + decimalText(*largest));
+
+    m.settings.scanWidth = static_cast<double>((*smallest + *largest) * 0.5F);
+    return finish();
+}
+
+bool StripSearch::waitForRed() {
+    while (codeAt(0, kEdgeRect) != kPureRed) {
+        if (deadlineHasPassed()) {
+            logTimeout();
+            break;
+        }
+        if (!calibrationTick())
+            return false;
+    }
+    return true;
+}
+
+std::optional<int> StripSearch::findRightEdge() {
+    for (m_rightEdgeProbe = 1;; ++m_rightEdgeProbe) {
+        if (!calibrationTick())
+            return std::nullopt;
+        if (codeAt(m_rightEdgeProbe, kEdgeRect) == kBlack)
+            break;
+        if (deadlineHasPassed()) {
+            logTimeout();
+            break;
+        }
+    }
+    return deadlineHasPassed() ? m_rightEdgeProbe : countRedRun();
+}
+
+int StripSearch::countRedRun() {
+    int x = 0;
+    while (codeAt(x, kEdgeRect) == kPureRed)
+        ++x;
+    return x;
+}
+
+void StripSearch::chooseOffset(int rightEdge) {
+    // The middle of the first cell, so that a sample keeps away from the edges of its own.
+    m.settings.scanOffset = (rightEdge - 1) / 2;
+    calibrationLog("CAL: scanOffset is now: " + std::to_string(m.settings.scanOffset));
+    if (m.settings.scanOffset <= 0) {
+        m.settings.scanOffset = 1;
+        calibrationLog("CAL: **scanOffset adjusted to 1");
+    }
+}
+
+std::optional<float> StripSearch::findSmallestWidth() {
+    float width = static_cast<float>(m.settings.scanOffset) * static_cast<float>(kCellCount);
+    calibrationLog("CAL: scanning over range " + decimalText(width) + " \u2014 " + decimalText(kWidthLimit));
+    while (true) {
+        width += 1.0F;
+        if (width >= kWidthLimit) {
+            width = kRestartWidth;
+            calibrationLog("CAL: restarted scan search over range " + decimalText(kRestartWidth) + " and " +
+                           (m_rightEdgeProbe <= 11 ? "11" : "0"));
+        }
+        const platform::ScreenRect rect = stripRect(width);
+        calibrationLog("CAL loop: looking over " + rectText(rect));
+        logCells(width, rect);
+        if (!calibrationTick())
+            return std::nullopt;
+        if (stripPatternMatches(width, rect))
+            return width;
+        if (deadlineHasPassed()) {
+            logTimeout();
+            return width;
+        }
+    }
+}
+
+std::optional<float> StripSearch::findLargestWidth(float smallest) {
+    float width = smallest;
+    while (true) {
+        width = width + 1.0F >= kWidthLimit ? smallest : width + 1.0F;
+        const platform::ScreenRect rect = stripRect(width);
+        if (!calibrationTick())
+            return std::nullopt;
+        if (!stripPatternMatches(width, rect))
+            break;
+        if (deadlineHasPassed()) {
+            logTimeout();
+            break;
+        }
+    }
+    return width - 1.0F;
+}
+
+SearchResult StripSearch::finish() {
+    const bool found = !deadlineHasPassed();
+    m.defaults.set("scanWidth", found ? m.settings.scanWidth : 0.0);
+    m.defaults.set("scanOffset", std::int64_t{found ? m.settings.scanOffset : 0});
+    if (found)
+        return SearchResult::Found;
+    m.settings = factoryScanSettings();
+    return SearchResult::NotFound;
+}
+
+bool StripSearch::calibrationTick() {
+    if (!m.runLoop.runUntil(m.runLoop.now() + kTick))
+        return false;
+    if (m.runLoop.now() >= m_nextBeep) {
+        m.sounds.play(kBeep);
+        m_nextBeep += kBeepPeriod;
+    }
+    return true;
+}
+
+bool StripSearch::deadlineHasPassed() const {
+    return m.runLoop.now() >= m_deadline;
+}
+
+std::optional<int> StripSearch::codeAt(int x, const platform::ScreenRect& rect) {
+    const std::optional<platform::Image> image = m.capture.capture(rect);
+    const std::optional<platform::Color> color = image ? image->view().colorAt(x) : std::nullopt;
+    if (!color)
+        return std::nullopt;
+    return toCell(*color).colorCode();
+}
+
+bool StripSearch::stripPatternMatches(float width, const platform::ScreenRect& rect) {
+    for (std::size_t i = 0; i < kPattern.size(); ++i)
+        if (codeAt(cellPosition(i, width), rect) != kPattern[i])
+            return false;
+    return true;
+}
+
+platform::ScreenRect StripSearch::stripRect(float width) const {
+    return {static_cast<double>(m.settings.scanOffset), 0.0, static_cast<double>(width), 1.0};
+}
+
+void StripSearch::calibrationLog(std::string_view text) {
+    if (m.debugLog != nullptr)
+        m.debugLog->insertText(std::string(text) + "\n");
+}
+
+void StripSearch::logTimeout() {
+    calibrationLog("CAL: TIMED OUT!");
+}
+
+void StripSearch::logCells(float width, const platform::ScreenRect& rect) {
+    for (std::size_t i = 0; i < kPattern.size(); ++i) {
+        // Captured whether or not anyone reads the line, so that a search takes the same time in debug mode.
+        const int code = codeAt(cellPosition(i, width), rect).value_or(kNoCode);
+        calibrationLog("CAL loop: test width " + decimalText(width) + ": detectedPixelColor at " +
+                       std::to_string(i) + " was " + std::to_string(code));
+    }
+}
+
+} // namespace glimra::screenlink

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/message_log.h"
+#include "platform/run_loop.h"
+#include "platform/screen_capture.h"
+#include "platform/system_services.h"
+#include "platform/user_defaults.h"
+#include "screenlink/scan_settings.h"
+#include "screenlink/strip_geometry.h"
+
+#include <optional>
+#include <string_view>
+
+namespace glimra::screenlink {
+
+/// How long a search may take.
+inline constexpr platform::Duration kSearchTime = std::chrono::seconds(90);
+
+enum class SearchResult {
+    Found,
+    /// The time ran out.
+    NotFound,
+    /// The application terminated; nothing was stored.
+    Interrupted,
+};
+
+/// One search for the strip, while the add-on shows its test pattern. It looks at the screen again and again
+/// on the main thread and serves the run loop between its probes; a beep every two seconds tells that it
+/// works.
+///
+/// First it waits for the red first cell, then measures it to find where a sample may begin, and then tries
+/// one width after another: the smallest at which all eleven cells read as the pattern, and the largest.
+class StripSearch {
+public:
+    struct Parts {
+        platform::RunLoop& runLoop;
+        platform::ScreenCapture& capture;
+        platform::Sounds& sounds;
+        platform::UserDefaults& defaults;
+        /// Where debug lines go, or null.
+        platform::MessageLog* debugLog;
+        /// `scanOffset` is written part-way, `scanWidth` at the end, whatever the outcome.
+        ScanSettings& settings;
+    };
+
+    StripSearch(const Parts& parts, platform::Duration searchTime);
+
+    /// Runs the search and stores what it found, or zeros when it found nothing.
+    SearchResult searchScanStrip();
+
+private:
+    [[nodiscard]] bool calibrationTick();
+    bool deadlineHasPassed() const;
+    std::optional<int> codeAt(int x, const platform::ScreenRect& rect);
+    bool stripPatternMatches(float width, const platform::ScreenRect& rect);
+    platform::ScreenRect stripRect(float width) const;
+    void calibrationLog(std::string_view text);
+    void logTimeout();
+    void logCells(float width, const platform::ScreenRect& rect);
+
+    // The four phases. False or none: the application terminated.
+    [[nodiscard]] bool waitForRed();
+    [[nodiscard]] std::optional<int> findRightEdge();
+    [[nodiscard]] std::optional<float> findSmallestWidth();
+    [[nodiscard]] std::optional<float> findLargestWidth(float smallest);
+    int countRedRun();
+    void chooseOffset(int rightEdge);
+    SearchResult finish();
+
+    Parts m;
+    platform::Duration m_searchTime;
+    platform::Time m_deadline{};
+    platform::Time m_nextBeep{};
+    /// Where the second phase ended.
+    int m_rightEdgeProbe = 0;
+};
+
+} // namespace glimra::screenlink
