@@ -1,10 +1,9 @@
 #pragma once
 
+#include "desktop/x11/connection.h"
+#include "platform/screen_capture.h"
 #include "tools/strip/strip_encoder.h"
 
-#include <xcb/xcb.h>
-
-#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -40,25 +39,14 @@ public:
     void serveEvents();
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const;
-    };
-    struct ColorMasks {
-        std::uint32_t red = 0;
-        std::uint32_t green = 0;
-        std::uint32_t blue = 0;
-    };
-
-    void createWindow(const xcb_screen_t& screen);
-    std::uint32_t pixelOf(Rgb color) const;
+    void createWindow();
     void draw(const StripFrame& frame, xcb_pixmap_t pixmap);
     /// Waits until the server has done all that it was sent.
     void finish();
 
-    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
+    std::unique_ptr<desktop::Connection> m_connection;
     StripPlace m_place;
-    ColorMasks m_masks;
-    std::uint8_t m_depth = 0;
+    platform::PixelFormat m_format;
     xcb_window_t m_window = XCB_NONE;
     xcb_gcontext_t m_graphics = XCB_NONE;
 };

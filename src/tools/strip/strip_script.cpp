@@ -90,7 +90,7 @@ Rgb parseColor(const std::string& word) {
 Actions parseSend(Words words) {
     Actions actions;
     for (const std::string& word : words)
-        actions.push_back(SendToken{parseToken(word)});
+        actions.emplace_back(SendToken{parseToken(word)});
     return actions;
 }
 
