@@ -135,9 +135,8 @@ bool run(const Options& options) {
     const auto connection = desktop::Connection::open(server.display());
     if (!connection)
         throw std::runtime_error("no connection to " + server.display());
-    testing::ChildProcess application(folder / "glimra",
-                                      {"glimra", "--keyboard", "virtual", "--settings", settings},
-                                      server.display());
+    testing::ChildProcess application(
+        folder / "glimra", {"glimra", "--keyboard", "virtual", "--settings", settings}, server.display());
     const testing::ChildProcess reference(folder / "idle_reference", {"idle_reference"}, server.display());
     hideItsWindow(*connection);
     std::this_thread::sleep_for(kSettling);

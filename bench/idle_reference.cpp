@@ -20,11 +20,10 @@ int main(int argc, char** argv) {
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer, &QTimer::timeout, [&connection] {
-        std::free(
-            xcb_get_image_reply(connection->xcb(),
-                                xcb_get_image(connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP,
-                                              connection->root(), 2, 0, kStripWidth, 1, ~0U),
-                                nullptr));
+        std::free(xcb_get_image_reply(connection->xcb(),
+                                      xcb_get_image(connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP,
+                                                    connection->root(), 2, 0, kStripWidth, 1, ~0U),
+                                      nullptr));
     });
     timer.start(kPeriodMs);
     return QApplication::exec();

@@ -25,22 +25,20 @@ std::string frameKey(std::string_view frameName) {
 /// A point of the window's title bar that must be on a screen, so that the user can get hold of it.
 constexpr QPoint kGrip{60, 10};
 
-/// Left, top, width and height; none when it is no frame that a window can have.
-std::optional<QRect> frameFrom(const platform::StoredValue& stored) {
+/// From left, top, width and height; empty when it is no frame that a window can have.
+QRect frameFrom(const platform::StoredValue& stored) {
     const auto* const numbers = std::get_if<platform::NumberArray>(&stored);
     if (numbers == nullptr || numbers->size() != 4)
-        return std::nullopt;
+        return {};
     std::array<int, 4> frame{};
     for (std::size_t i = 0; i < frame.size(); ++i) {
         const std::optional<std::int64_t> number = platform::toInteger((*numbers)[i]);
         constexpr std::int64_t kFarthest = 1 << 15;
         if (!number || *number < -kFarthest || *number > kFarthest)
-            return std::nullopt;
+            return {};
         frame[i] = static_cast<int>(*number);
     }
-    if (frame[2] <= 0 || frame[3] <= 0)
-        return std::nullopt;
-    return QRect(frame[0], frame[1], frame[2], frame[3]);
+    return {frame[0], frame[1], frame[2], frame[3]};
 }
 
 std::unique_ptr<QMessageBox> messageBox(const platform::Alert& alert, QWidget* parent) {
@@ -80,14 +78,15 @@ void QtWindowSystem::addWindow(platform::Window& window, QWidget* widget) {
 
 void QtWindowSystem::restoreFrame(std::string_view frameName) {
     const std::optional<platform::StoredValue> stored = m_userDefaults.get(frameKey(frameName));
-    const std::optional<QRect> frame = stored ? frameFrom(*stored) : std::nullopt;
-    if (!m_mainWindow || !frame)
+    const QRect frame = stored ? frameFrom(*stored) : QRect();
+    if (!m_mainWindow || frame.isEmpty())
         return;
-    m_mainWindow->resize(frame->size());
+    m_mainWindow->resize(frame.size());
     // The screen that it was on may be gone.
-    if (const QScreen* const screen = QGuiApplication::screenAt(frame->topLeft() + kGrip))
-        if (screen->availableGeometry().contains(frame->topLeft() + kGrip))
-            m_mainWindow->move(frame->topLeft());
+    const QPoint grip = frame.topLeft() + kGrip;
+    const QScreen* const screen = QGuiApplication::screenAt(grip);
+    if (screen != nullptr && screen->availableGeometry().contains(grip))
+        m_mainWindow->move(frame.topLeft());
 }
 
 void QtWindowSystem::saveFrame(std::string_view frameName) {
