@@ -21,7 +21,7 @@ using XcbPointer = std::unique_ptr<Value, FreeMemory>;
 
 /// How long a server may take to answer before its client goes on without the answer. A healthy one needs a
 /// fraction of a millisecond, but it may stand still while it sets a mode or while a client has grabbed it.
-inline constexpr platform::Duration kReplyPatience = std::chrono::milliseconds(250);
+inline constexpr platform::Duration kReplyPatience = std::chrono::milliseconds(500);
 
 /// A connection of our own to an X server, with no wait that the server could prolong. One thread at a time.
 class Connection {

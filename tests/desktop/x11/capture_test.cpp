@@ -12,7 +12,6 @@ using glimra::testing::eventually;
 using glimra::testing::run;
 using glimra::testing::XClient;
 using glimra::testing::XvfbServer;
-using platform::Image;
 using platform::ScreenRect;
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
@@ -143,8 +142,8 @@ TEST(X11ScreenCaptureTest, SendsOneRequestForEachCycleAndNothingElse) {
 }
 
 TEST(X11ScreenCaptureTest, TakesALostServerForAnOutageAndFindsItAgain) {
-    auto server = std::make_unique<XvfbServer>();
-    const int number = server->number();
+    const int number = glimra::testing::reservedDisplayNumber();
+    auto server = std::make_unique<XvfbServer>("800x600x24", number);
     X11ScreenCapture capture(server->display());
     ASSERT_TRUE(capture.capture({0, 0, 80, 1}));
 

@@ -77,7 +77,7 @@ protected:
         application.processEvents(now);
     }
 
-    XvfbServer server;
+    XvfbServer server{"800x600x24", glimra::testing::reservedDisplayNumber()};
     XClient client{server.display()};
     int changes = 0;
     X11FrontmostApplication application{server.display(), [this] { ++changes; }};

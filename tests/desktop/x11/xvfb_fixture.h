@@ -88,6 +88,12 @@ bool eventually(Condition&& condition) {
     return true;
 }
 
+/// A display number of this process alone: no server takes it of its own accord, not even while a test has
+/// killed its server and not yet started the next.
+inline int reservedDisplayNumber() {
+    return 1000 + static_cast<int>(::getpid() % 50000);
+}
+
 /// An Xvfb with one screen ("800x600x24": width, height, depth), on a free display number unless one is
 /// given.
 class XvfbServer {
@@ -100,7 +106,7 @@ public:
                                            "-screen",  "0",          screen,
                                            "-noreset", "-nolisten",  "tcp"};
         if (number)
-            arguments.insert(arguments.begin() + 1, ":" + std::to_string(*number));
+            arguments.insert(arguments.begin() + 1, displayOf(*number));
         m_process = std::make_unique<ChildProcess>("Xvfb", std::move(arguments));
         ::close(ends[1]);
         m_number = readNumber(ends[0]);
@@ -118,11 +124,12 @@ public:
     XvfbServer& operator=(const XvfbServer&) = delete;
 
     int number() const { return m_number; }
-    std::string display() const { return ":" + std::to_string(m_number); }
+    std::string display() const { return displayOf(m_number); }
     ChildProcess& process() { return *m_process; }
     void kill() { m_process->end(SIGKILL); }
 
 private:
+    static std::string displayOf(int number) { return std::string(1, ':').append(std::to_string(number)); }
     /// The line that the server writes once it serves clients; -1 when it does not come.
     static int readNumber(int fileDescriptor) {
         std::string line;
