@@ -5,7 +5,7 @@ namespace glimra::simulated {
 platform::Platform SimulatedPlatform::platform() {
     return {application,  runLoop,         readerThread, readerCapture,  mainCapture, ledDriver,
             userDefaults, workspace,       windowSystem, childProcesses, sounds,      random,
-            systemLog,    processActivity, modifiers,    bundle};
+            systemLog,    processActivity, modifiers,    bundle,         {}};
 }
 
 } // namespace glimra::simulated

@@ -29,7 +29,8 @@ ReplayMachine::ReplayMachine(std::uint32_t seed, platform::LedDriver& keyboard, 
                systemLog,
                processActivity,
                outside.modifiers,
-               outside.bundle} {
+               outside.bundle,
+               {}} {
     platform.bundle.shortVersion = GLIMRA_VERSION;
     platform.bundle.ledFrameworkVersion = "9.0.0";
 }
