@@ -1,5 +1,7 @@
 #include "tools/replay/replay_machine.h"
 
+#include "app/built_bundle.h"
+
 #include <utility>
 
 namespace glimra::tools {
@@ -31,7 +33,7 @@ ReplayMachine::ReplayMachine(std::uint32_t seed, platform::LedDriver& keyboard, 
                outside.modifiers,
                outside.bundle,
                {}} {
-    platform.bundle.shortVersion = GLIMRA_VERSION;
+    platform.bundle = app::builtBundle();
     platform.bundle.ledFrameworkVersion = "9.0.0";
 }
 
