@@ -8,7 +8,7 @@ set -euo pipefail
 
 build=(cmake g++ libcli11-dev libgif-dev libpng-dev libxcb-randr0-dev libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
-test=(libbenchmark-dev libgmock-dev libgtest-dev openbox xvfb)
+test=(libbenchmark-dev libgmock-dev libgtest-dev openbox x11-xserver-utils xvfb)
 check=(clang-format clang-tidy)
 
 wanted=()

@@ -8,7 +8,9 @@ namespace glimra::tools {
 /// sent, so a stage is named only once the keyboard certainly shows it, and stands long enough for a picture.
 /// The combat pulse holds back most of what comes while it runs: the fight has to end before anything else.
 inline constexpr std::string_view kDemo = R"(
-    wait 300
+    # At rest the keyboard has the colours of the first profile; a silent reset puts them there.
+    send -
+    wait 600
     stage rest
     wait 800
 
@@ -30,7 +32,9 @@ inline constexpr std::string_view kDemo = R"(
     stage dead
     wait 1200
     send U
-    wait 700
+    wait 300
+    send -
+    wait 600
 
     # A whisper: Enter flashes until the next message.
     send I
