@@ -6,7 +6,7 @@
 #   check   to check the sources' form
 set -euo pipefail
 
-build=(cmake g++ libcli11-dev libxcb-randr0-dev libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
+build=(cmake g++ libcli11-dev libgif-dev libpng-dev libxcb-randr0-dev libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
 test=(libbenchmark-dev libgmock-dev libgtest-dev openbox x11-xserver-utils xvfb)
 check=(clang-format clang-tidy)

@@ -5,8 +5,8 @@
 #include "desktop/main_window.h"
 #include "desktop/quit_signals.h"
 #include "desktop/trace_file.h"
-#include "desktop/traced_platform.h"
 #include "trace/traced_outlets.h"
+#include "trace/traced_platform.h"
 
 #include <QApplication>
 
@@ -41,7 +41,7 @@ struct Tracing {
     /// The outlets have their names, but they come after the platform.
     trace::TracedWindowSystem::WindowName nameOfWindow;
     TraceFile file;
-    TracedPlatform platform;
+    trace::TracedPlatform platform;
 };
 
 } // namespace

@@ -23,6 +23,16 @@ bool isOutletOf(std::string_view name) {
     return control && std::holds_alternative<ControlType*>(*control);
 }
 
+/// The action that a control sends, if any.
+const app::ActionRow* actionOf(std::string_view outlet) {
+    // The action table names one sender of an action; this one has two.
+    if (outlet == "fromProfileMenu" || outlet == "toProfileMenu")
+        return app::findAction("copyProfileSameSame:");
+    const std::span<const app::ActionRow> actions = app::actionTable();
+    const auto found = std::ranges::find(actions, outlet, &app::ActionRow::outlet);
+    return found == actions.end() ? nullptr : &*found;
+}
+
 /// What the control's own action is given.
 app::ActionArgument argumentOf(const ModalSetting& setting, const ControlPointer& control) {
     app::ActionArgument argument;
@@ -51,16 +61,19 @@ bool isWindow(std::string_view outlet) {
 
 void applySetting(app::AppDelegate& delegate, const ModalSetting& setting) {
     const std::optional<ControlPointer> control = findOutlet(delegate.outlets(), setting.outlet);
-    const std::span<const app::ActionRow> actions = app::actionTable();
-    const auto action = std::ranges::find(actions, setting.outlet, &app::ActionRow::outlet);
-    if (action != actions.end()) {
-        app::sendAction(delegate, *action, argumentOf(setting, *control));
-    } else if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
-        if ((*field)->enabled.get())
-            (*field)->text.set(std::get<std::string>(setting.value));
-    } else if (platform::PopUp* const popUp = std::get<platform::PopUp*>(*control); popUp->enabled.get()) {
-        popUp->selected.set(std::get<int>(setting.value));
+    if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
+        if (!(*field)->enabled.get())
+            return;
+        (*field)->text.set(std::get<std::string>(setting.value));
+    } else {
+        platform::PopUp* const popUp = std::get<platform::PopUp*>(*control);
+        const int index = std::get<int>(setting.value);
+        if (!popUp->enabled.get() || index == popUp->separator)
+            return;
+        popUp->selected.set(index);
     }
+    if (const app::ActionRow* const action = actionOf(setting.outlet))
+        app::sendAction(delegate, *action, argumentOf(setting, *control));
 }
 
 } // namespace glimra::tools

@@ -4,14 +4,16 @@
 #include "trace/traced_led_driver.h"
 #include "trace/traced_services.h"
 
-namespace glimra::desktop {
+#include <utility>
+
+namespace glimra::trace {
 
 /// A platform that writes a line for all that leaves the application through it.
 class TracedPlatform {
 public:
     /// `writer` and all that `traced` refers to must outlive it; `nameOfWindow` names windows in lines.
-    TracedPlatform(const platform::Platform& traced, trace::TraceWriter& writer,
-                   trace::TracedWindowSystem::WindowName nameOfWindow)
+    TracedPlatform(const platform::Platform& traced, TraceWriter& writer,
+                   TracedWindowSystem::WindowName nameOfWindow)
         : m_ledDriver(traced.ledDriver, writer),
           m_workspace(traced.workspace, writer),
           m_windowSystem(traced.windowSystem, writer, std::move(nameOfWindow)),
@@ -40,14 +42,14 @@ public:
     platform::Platform& platform() { return m_platform; }
 
 private:
-    trace::TracedLedDriver m_ledDriver;
-    trace::TracedWorkspace m_workspace;
-    trace::TracedWindowSystem m_windowSystem;
-    trace::TracedChildProcesses m_childProcesses;
-    trace::TracedSounds m_sounds;
-    trace::TracedSystemLog m_systemLog;
-    trace::TracedProcessActivity m_processActivity;
+    TracedLedDriver m_ledDriver;
+    TracedWorkspace m_workspace;
+    TracedWindowSystem m_windowSystem;
+    TracedChildProcesses m_childProcesses;
+    TracedSounds m_sounds;
+    TracedSystemLog m_systemLog;
+    TracedProcessActivity m_processActivity;
     platform::Platform m_platform;
 };
 
-} // namespace glimra::desktop
+} // namespace glimra::trace
