@@ -61,4 +61,8 @@ std::optional<std::string> storedString(const UserDefaults& defaults, std::strin
     return std::get<std::string>(*value);
 }
 
+void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint) {
+    systemLog.write("Glimra: setting \"" + std::string(key) + "\" " + std::string(complaint));
+}
+
 } // namespace glimra::platform
