@@ -160,8 +160,10 @@ void CooldownDisplay::unrevealCooldownColors() {
 }
 
 void CooldownDisplay::loadBlinkTime() {
-    const double stored = platform::storedDouble(m.defaults, kBlinkTimeKey).value_or(0.0);
-    setBlinkTime(stored == 0.0 ? kFactoryBlinkTime : stored);
+    const std::optional<double> stored = platform::storedDouble(m.defaults, kBlinkTimeKey);
+    if (!stored && m.defaults.get(kBlinkTimeKey))
+        platform::reportSetting(m.systemLog, kBlinkTimeKey, "is no number; one second stands in for it.");
+    setBlinkTime(stored.value_or(0.0) == 0.0 ? kFactoryBlinkTime : *stored);
 }
 
 void CooldownDisplay::blinkTimeChanged() {

@@ -49,7 +49,7 @@ std::optional<double> storedDouble(const UserDefaults& defaults, std::string_vie
     if (!number)
         return std::nullopt;
     const double real = std::visit([](auto value) { return static_cast<double>(value); }, *number);
-    if (std::isnan(real))
+    if (!std::isfinite(real))
         return std::nullopt;
     return real;
 }

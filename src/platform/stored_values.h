@@ -7,7 +7,7 @@ namespace glimra::platform {
 
 // Settings read as the type that is wanted. Numbers and Booleans are converted among themselves (a double
 // read as an integer is truncated toward zero); text, data and arrays are not converted and count as absent,
-// and so does a double that is no number or does not fit.
+// and so does a double that is no finite number or does not fit.
 
 std::optional<bool> storedBool(const UserDefaults& defaults, std::string_view key);
 std::optional<std::int64_t> storedInteger(const UserDefaults& defaults, std::string_view key);

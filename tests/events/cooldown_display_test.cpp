@@ -163,7 +163,7 @@ TEST(CooldownDisplayTest, MessagesWaitWhileKeysBlink) {
     ASSERT_GE(calls.size(), 13U);
     EXPECT_EQ(calls[0], "0.4 SetLightingForKeyWithKeyName 2 0 0 50");
     EXPECT_EQ(calls[11], "0.7 FlashSingleKey 4 100 100 100 1000 75");
-    EXPECT_EQ(calls[12], "1.0 SetLightingFromBitmap");
+    EXPECT_EQ(calls[12], "1 SetLightingFromBitmap");
 }
 
 /// What the run loop serves while a key blinks.
@@ -240,10 +240,10 @@ TEST(CooldownDisplayTest, CheckBoxRebuildsTheActiveProfileFromTheCanvas) {
     const std::string on = painted + "wait 0.1\naction \"cooldownCheck:\" on\n";
     EXPECT_EQ(cellAfter(on, 1, 2), kCooldownCell);
     EXPECT_EQ(cellAfter(on, 1, 4), "0000ffff");
-    const Calls calls = ledCalls(on, 0.25);
-    EXPECT_EQ(calls.size(), 115U + 12); // the stroke's drawing, then bitmap and extra keys
-    EXPECT_EQ(calls[115], "0.3 SetLightingFromBitmap");
-    EXPECT_EQ(ledCalls(on + "wait 0", 0.25).size(), 115U + 12 + 115);
+    const Calls calls = ledCalls(on + "wait 0", 0.25);
+    ASSERT_EQ(calls.size(), 12U + 115); // bitmap and the keys outside it, then the canvas
+    EXPECT_EQ(calls[0], "0.3 SetLightingFromBitmap");
+    EXPECT_EQ(calls[12 + 3], "0.3 SetLightingForKeyWithKeyName 4 100 0 0");
 
     const auto state = stateAfter(on);
     EXPECT_EQ(state["useSpellCooldowns"][0], true);

@@ -97,7 +97,7 @@ TEST(DispatcherTest, CombatPulsesUntilItsEndAtTheSpeedLastSet) {
     const std::string fast = kStart + say("x") + say("C");
     EXPECT_EQ(ledCalls(fast, 0.1), redPulse("0.4", 300));
     EXPECT_EQ(ledCalls(fast + say("z") + say("y") + say("w"), 0.5),
-              redPulse("0.6", 100) + redPulse("0.8", 200) + redPulse("1.0", 400));
+              redPulse("0.6", 100) + redPulse("0.8", 200) + redPulse("1", 400));
     EXPECT_EQ(ledCalls(fast + say("O"), 0.5), onCombatKeys("0.6 StopEffectsOnKey ", ""));
     EXPECT_EQ(ledCalls(fast + say("O") + say("z"), 0.7), Calls{});
 }
