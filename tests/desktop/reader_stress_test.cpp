@@ -1,0 +1,164 @@
+#include "desktop/qt_run_loop.h"
+#include "desktop/thread_worker_loop.h"
+#include "screenlink/calibration.h"
+#include "screenlink/screen_reader.h"
+#include "tools/strip/strip_encoder.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+namespace glimra::desktop {
+namespace {
+
+using namespace std::chrono_literals;
+using tools::Token;
+
+constexpr std::size_t kTokens = 10000;
+
+/// Every third token jumps the queue; the others wait their turn.
+Token tokenAt(std::size_t index) {
+    constexpr std::string_view kOrdinary = "abdfghijklmnopqrstuvwxyzABFGHJKL";
+    if (index % 3 == 0)
+        return {'[', static_cast<char>(1 + index / 3 % 127)};
+    return {std::nullopt, kOrdinary[(index - index / 3) % kOrdinary.size()]};
+}
+
+/// A screen on which the add-on is as fast as the reader: each capture shows the next frame.
+class FastScreen final : public platform::ScreenCapture {
+public:
+    int activeDisplayCount() override { return 1; }
+    double backingScaleFactor() override { return 1.0; }
+    std::optional<platform::Image> capture(const platform::ScreenRect& rect) override {
+        platform::Image image;
+        image.pixels.resize(static_cast<std::size_t>(rect.width));
+        if (m_frame == 2 * kTokens) // and after the last one the strip is dark
+            return image;
+        const tools::TokenFrames frames = tools::encodeToken(tokenAt(m_frame / 2));
+        const tools::StripFrame& shown = m_frame % 2 == 0 ? frames.announce : frames.confirm;
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            const auto position =
+                static_cast<std::size_t>(screenlink::cellPosition(i, static_cast<float>(rect.width)));
+            image.pixels[position] =
+                static_cast<std::uint32_t>(shown[i].red << 16 | shown[i].green << 8 | shown[i].blue);
+        }
+        ++m_frame;
+        return image;
+    }
+
+private:
+    std::size_t m_frame = 0;
+};
+
+class BlackScreen final : public platform::ScreenCapture {
+public:
+    int activeDisplayCount() override { return 1; }
+    double backingScaleFactor() override { return 1.0; }
+    std::optional<platform::Image> capture(const platform::ScreenRect&) override { return std::nullopt; }
+};
+
+/// The reader's real thread, without its pauses.
+class HurriedThread final : public platform::WorkerLoop {
+public:
+    void start(platform::LoopBody& body, platform::Duration) override { m_thread.start(body, 1us); }
+    void join() { m_thread.join(); }
+
+private:
+    ThreadWorkerLoop m_thread;
+};
+
+struct Silence final : platform::MessageLog, platform::Sounds, platform::ChildProcesses {
+    bool debugMode() const override { return true; }
+    void appendLog(std::string_view) override {}
+    void appendDebugLog(std::string_view) override {}
+    void insertText(std::string_view) override {}
+    void play(std::string_view) override {}
+    void start(const std::string&, const std::vector<std::string>&) override {}
+};
+
+class NoSettings final : public platform::UserDefaults {
+public:
+    std::optional<platform::StoredValue> get(std::string_view) const override { return std::nullopt; }
+    void set(std::string_view, platform::StoredValue) override {}
+    std::map<std::string, platform::StoredValue, std::less<>> all() const override { return {}; }
+};
+
+struct Replied final : platform::Application {
+    explicit Replied(platform::RunLoop& runLoop) : loop(runLoop) {}
+    void terminate() override {}
+    void replyToApplicationShouldTerminate(bool) override { loop.terminate(); }
+    platform::RunLoop& loop;
+};
+
+/// Whether `taken` can come from a stack onto which `pushed` was put in order: the last one in front.
+bool couldComeFromTheFront(const std::vector<std::string>& pushed, const std::vector<std::string>& taken) {
+    std::vector<std::string> stack;
+    auto next = pushed.begin();
+    for (const std::string& token : taken) {
+        while ((stack.empty() || stack.back() != token) && next != pushed.end())
+            stack.push_back(*next++);
+        if (stack.empty() || stack.back() != token)
+            return false;
+        stack.pop_back();
+    }
+    return stack.empty() && next == pushed.end();
+}
+
+TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
+    QtRunLoop loop;
+    FastScreen screen;
+    BlackScreen black;
+    HurriedThread thread;
+    Silence silence;
+    NoSettings settings;
+    Replied application(loop);
+    events::MessageState messages;
+    events::EffectState effects;
+    events::CooldownState cooldowns;
+    screenlink::MessageQueue queue(messages, effects, cooldowns);
+    screenlink::SharedStripGeometry geometry(screenlink::stripGeometry(80.0, 2));
+    screenlink::ReaderFlags flags;
+    screenlink::ScanSettings scan;
+    screenlink::ScreenReader reader(screen, loop, silence, application, queue, geometry, flags);
+    screenlink::Calibration calibration(
+        {loop, black, silence, silence, settings, silence, messages, scan, geometry}, 40ms);
+
+    std::vector<std::string> ordinary;
+    std::vector<std::string> jumped;
+    const auto takeAll = [&] {
+        while (true) {
+            messages.currentMessage.clear();
+            queue.handleMessageQueue();
+            if (messages.currentMessage.empty())
+                return;
+            (messages.currentMessage.size() == 2 ? jumped : ordinary).push_back(messages.currentMessage);
+        }
+    };
+    int round = 0;
+    loop.repeat(1ms, [&] {
+        takeAll();
+        ++round;
+        geometry.set(screenlink::stripGeometry(60.0 + round % 100, round % 7));
+        flags.suspendScreenReads = round % 5 == 0;
+        if (ordinary.size() + jumped.size() >= kTokens)
+            flags.keepTheScannerRunning = false;
+    });
+    loop.repeat(100ms, [&] { calibration.calibrateScreen(); });
+    loop.after(60s, [&] { flags.keepTheScannerRunning = false; });
+
+    reader.recordColorsThread(thread);
+    while (loop.runUntil(loop.now() + 10ms)) {
+    }
+    thread.join();
+    takeAll();
+
+    std::vector<std::string> expectedOrdinary;
+    std::vector<std::string> expectedJumped;
+    for (std::size_t i = 0; i < kTokens; ++i)
+        (tokenAt(i).prefix ? expectedJumped : expectedOrdinary).push_back(tokenAt(i).text());
+    EXPECT_EQ(ordinary, expectedOrdinary);
+    EXPECT_TRUE(couldComeFromTheFront(expectedJumped, jumped));
+}
+
+} // namespace
+} // namespace glimra::desktop
