@@ -8,28 +8,19 @@ namespace {
 
 using app::ControlPointer;
 
-std::optional<ControlPointer> findOutlet(app::Outlets& outlets, std::string_view name) {
-    const std::vector<app::NamedOutlet> named = app::namedOutlets(outlets);
-    const auto found = std::ranges::find(named, name, &app::NamedOutlet::name);
-    if (found == named.end())
-        return std::nullopt;
-    return found->control;
-}
-
 template <class ControlType>
 bool isOutletOf(std::string_view name) {
     static app::Outlets outlets; // looked at for their names only
-    const std::optional<ControlPointer> control = findOutlet(outlets, name);
+    const std::optional<ControlPointer> control = app::findOutlet(outlets, name);
     return control && std::holds_alternative<ControlType*>(*control);
 }
 
 /// The action that a control sends, if any.
 const app::ActionRow* actionOf(std::string_view outlet) {
-    // The action table names one sender of an action; this one has two.
-    if (outlet == "fromProfileMenu" || outlet == "toProfileMenu")
-        return app::findAction("copyProfileSameSame:");
     const std::span<const app::ActionRow> actions = app::actionTable();
-    const auto found = std::ranges::find(actions, outlet, &app::ActionRow::outlet);
+    const auto found = std::ranges::find_if(actions, [outlet](const app::ActionRow& action) {
+        return std::ranges::find(action.outlets, outlet) != action.outlets.end();
+    });
     return found == actions.end() ? nullptr : &*found;
 }
 
@@ -60,7 +51,7 @@ bool isWindow(std::string_view outlet) {
 }
 
 void applySetting(app::AppDelegate& delegate, const ModalSetting& setting) {
-    const std::optional<ControlPointer> control = findOutlet(delegate.outlets(), setting.outlet);
+    const std::optional<ControlPointer> control = app::findOutlet(delegate.outlets(), setting.outlet);
     if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
         if (!(*field)->enabled.get())
             return;

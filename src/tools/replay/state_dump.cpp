@@ -24,7 +24,10 @@ ordered_json json(const lighting::DimmedKeys& keys) {
     return object;
 }
 
+/// Null before the launch, when there is no rectangle yet.
 ordered_json json(const platform::ScreenRect& rect) {
+    if (rect == platform::ScreenRect{})
+        return nullptr;
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
