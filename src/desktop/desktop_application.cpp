@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace glimra::desktop {
 
@@ -44,6 +45,20 @@ struct Tracing {
     trace::TracedPlatform platform;
 };
 
+/// Says what the machine's services cannot do: once, to whoever turns debug mode on.
+void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDelegate& delegate) {
+    outlets.debugMenuItem.on.changed.observe([&](bool debugMode) {
+        if (!debugMode)
+            return;
+        // Behind the lines that debug mode begins with.
+        machine.runLoop.post([&] {
+            for (const std::string& note : std::exchange(machine.notes, {}))
+                if (delegate.state().log.debugMode)
+                    outlets.myTextScroll.insertAtSelection(note + "\n");
+        });
+    });
+}
+
 } // namespace
 
 int runDesktopApplication(const Options& options) {
@@ -55,6 +70,7 @@ int runDesktopApplication(const Options& options) {
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
+    tellNotes(machine, outlets, delegate);
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)

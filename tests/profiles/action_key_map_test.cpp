@@ -1,7 +1,7 @@
 #include "profiles/action_key_map.h"
 
-#include "simulated/services.h"
 #include "simulated/user_defaults.h"
+#include "support/system_lines.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +17,7 @@ protected:
     ActionKeyMap load() { return loadActionKeyMap(defaults, systemLog); }
 
     simulated::InMemoryDefaults defaults;
-    simulated::RecordingSystemLog systemLog;
+    tests::SystemLines systemLog;
 };
 
 TEST_F(ActionKeyMapTest, EmptyStoreGivesTheFactoryKeys) {
@@ -25,7 +25,7 @@ TEST_F(ActionKeyMapTest, EmptyStoreGivesTheFactoryKeys) {
     EXPECT_THAT(keys.actionBar1Keys, ElementsAre(2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13));
     EXPECT_THAT(keys.actionBar5Keys, testing::Each(0U));
     EXPECT_THAT(keys.actionBar6Keys, ElementsAre(59, 60, 61, 62, 0, 63, 64, 65, 66, 0, 67, 68));
-    EXPECT_THAT(systemLog.lines(), IsEmpty());
+    EXPECT_THAT(systemLog.lines, IsEmpty());
 }
 
 TEST_F(ActionKeyMapTest, StoredKeysAreTakenSlotBySlot) {
@@ -40,7 +40,7 @@ TEST_F(ActionKeyMapTest, StoredKeysAreTakenSlotBySlot) {
     expected.actionBar5Keys[5] = 522;
     expected.actionBar1Keys[0] = 1;
     EXPECT_EQ(load(), expected);
-    EXPECT_THAT(systemLog.lines(), IsEmpty());
+    EXPECT_THAT(systemLog.lines, IsEmpty());
 }
 
 TEST_F(ActionKeyMapTest, WhatNamesNoKeyGivesTheFactoryKeyAndIsSaid) {
@@ -53,8 +53,8 @@ TEST_F(ActionKeyMapTest, WhatNamesNoKeyGivesTheFactoryKeyAndIsSaid) {
         defaults.set("key604", value);
         EXPECT_EQ(load().actionBar6Keys[3], 62U);
     }
-    EXPECT_EQ(systemLog.lines().size(), 8U);
-    EXPECT_THAT(systemLog.lines(), testing::Each(HasSubstr("\"key604\"")));
+    EXPECT_EQ(systemLog.lines.size(), 8U);
+    EXPECT_THAT(systemLog.lines, testing::Each(HasSubstr("\"key604\"")));
 }
 
 TEST_F(ActionKeyMapTest, AllThirtySlotsAreStored) {

@@ -1,8 +1,8 @@
 #include "profiles/profile_store.h"
 
 #include "profiles/color_archive.h"
-#include "simulated/services.h"
 #include "simulated/user_defaults.h"
+#include "support/system_lines.h"
 
 #include <gmock/gmock.h>
 
@@ -35,7 +35,7 @@ protected:
     }
 
     simulated::InMemoryDefaults defaults;
-    simulated::RecordingSystemLog systemLog;
+    tests::SystemLines systemLog;
     lighting::LightingState state;
     CanvasBuffer canvas;
     CanvasKeyCodes canvasKeyCodes;
@@ -63,7 +63,7 @@ TEST_F(ProfileStoreTest, FreshStoreGivesTheFactoryProfile) {
     for (const auto& [key, slot] : {std::pair{kW, 6}, {kEsc, 5}, {kTwo, 12}, {kF1, 8}, {kSpare, 4}})
         EXPECT_EQ(state.keyToColorMap[key], slot) << key;
     EXPECT_EQ(state.useSpellCooldowns, (std::array<bool, 10>{}));
-    EXPECT_THAT(systemLog.lines(), IsEmpty());
+    EXPECT_THAT(systemLog.lines, IsEmpty());
     EXPECT_THAT(keys(), IsEmpty());
 }
 
@@ -94,7 +94,7 @@ TEST_F(ProfileStoreTest, ShortMapsAreFilledUpAndWholeOnesKeepTheirLength) {
         expected.resize(static_cast<std::size_t>(loaded), 4);
         EXPECT_EQ(state.keyToColorMap, expected) << stored;
     }
-    EXPECT_THAT(systemLog.lines(), IsEmpty());
+    EXPECT_THAT(systemLog.lines, IsEmpty());
 }
 
 TEST_F(ProfileStoreTest, ALoadBuildsTheBitmapOfItsOwnProfile) {
@@ -170,7 +170,7 @@ TEST_F(ProfileStoreTest, DamagedAndForeignValuesCountAsAbsentAndAreSaidOnce) {
         }
         EXPECT_TRUE(state.useSpellCooldowns[2]);
     }
-    EXPECT_THAT(systemLog.lines(),
+    EXPECT_THAT(systemLog.lines,
                 ElementsAre(HasSubstr("\"colorAColor1\""), HasSubstr("\"colorBColor1\""),
                             HasSubstr("\"savedKeyToColorMap1\""), HasSubstr("\"useActionBarCooldowns1\""),
                             HasSubstr("\"savedKeyToColorMap2\""), HasSubstr("\"savedKeyToColorMap3\"")));

@@ -2,9 +2,9 @@
 
 #include "app/message_log.h"
 #include "events/dispatcher.h"
-#include "simulated/services.h"
 #include "simulated/user_defaults.h"
 #include "support/fake_driver.h"
+#include "support/system_lines.h"
 
 namespace glimra::tests {
 
@@ -15,7 +15,7 @@ struct EventsMachine {
     platform::RunLoop& runLoop;
     platform::LedDriver& driver;
     simulated::InMemoryDefaults defaults;
-    simulated::RecordingSystemLog systemLog;
+    tests::SystemLines systemLog;
     FixedRandom random;
 
     lighting::LightingState state;
