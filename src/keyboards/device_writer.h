@@ -51,7 +51,9 @@ public:
 
 private:
     struct Shared;
-    static void run(const std::shared_ptr<Shared>& shared, KeyboardDevice& device);
+    class Loop;
+
+    void askToStop();
 
     std::shared_ptr<Shared> m_shared;
     std::thread m_thread;

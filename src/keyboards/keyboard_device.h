@@ -53,7 +53,7 @@ class KeyboardDevice {
 public:
     virtual ~KeyboardDevice() = default;
 
-    /// Looks for the keyboard and takes it. Nothing is left open when there is none. Must return within 0.1 s
+    /// Looks for the keyboard and takes it. Nothing is left open when there is none. Must return within 0.3 s
     /// once `stop` is set; `stop` stays valid for the whole life of the device.
     virtual OpenResult open(const WakeEvent& stop) = 0;
 
