@@ -238,6 +238,16 @@ private:
     std::vector<LedOfKey> m_found;
 };
 
+/// Every maker calls the keys of its own differently.
+std::vector<std::string> gKeyNames(lighting::KeyCode code) {
+    const std::string number = std::to_string(code - lighting::kFirstIndividualCode + 1);
+    std::vector<std::string> names;
+    for (const char* const stem : {"G", "Macro G", "Macro ", "M"})
+        for (const std::string_view prefix : {kKeyPrefix, std::string_view()})
+            names.push_back(std::string(prefix).append(stem).append(number));
+    return names;
+}
+
 std::vector<LedOfKey> byName(const Controller& controller) {
     const LedNames leds(controller);
     Collector collector(controller.litLeds());
@@ -248,18 +258,10 @@ std::vector<LedOfKey> byName(const Controller& controller) {
                 names.push_back(std::string(kKeyPrefix).append(name));
         collector.addNamed(key.code, leds, names);
     }
-    // Every maker calls the keys of its own differently.
-    for (const lighting::IndividuallyLitKey& key : lighting::individuallyLitKeys) {
-        const std::string number = std::to_string(key.code - lighting::kFirstIndividualCode + 1);
-        std::vector<std::string> names;
-        for (const char* const stem : {"G", "Macro G", "Macro ", "M"})
-            for (const std::string_view prefix : {kKeyPrefix, std::string_view()})
-                names.push_back(std::string(prefix).append(stem).append(number));
+    for (const lighting::IndividuallyLitKey& key : lighting::individuallyLitKeys)
         if (key.code < kLogoCode)
-            collector.addNamed(key.code, leds, names);
-        else if (key.code == kLogoCode)
-            collector.add(key.code, leds.findLogo());
-    }
+            collector.addNamed(key.code, leds, gKeyNames(key.code));
+    collector.add(kLogoCode, leds.findLogo());
     return collector.found();
 }
 

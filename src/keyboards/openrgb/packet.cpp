@@ -102,12 +102,12 @@ ColorPacket::ColorPacket(std::uint32_t device, std::size_t ledCount) {
     m_bytes = packet(PacketId::UpdateLeds, device, payload);
 }
 
-void ColorPacket::set(std::size_t led, std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+void ColorPacket::set(std::size_t led, lighting::Rgb color) {
     const std::size_t at = kFirstColor + kColorBytes * led;
     assert(at + kColorBytes <= m_bytes.size());
-    m_bytes[at] = red;
-    m_bytes[at + 1] = green;
-    m_bytes[at + 2] = blue;
+    m_bytes[at] = color.red;
+    m_bytes[at + 1] = color.green;
+    m_bytes[at + 2] = color.blue;
 }
 
 std::optional<std::vector<std::uint32_t>> readControllerList(Bytes payload, std::uint32_t version) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "keyboards/openrgb/bytes.h"
+#include "lighting/color_conversion.h"
 
 #include <array>
 #include <cstdint>
@@ -76,7 +77,7 @@ public:
     /// At most 65535 LEDs, all dark.
     ColorPacket(std::uint32_t device, std::size_t ledCount);
 
-    void set(std::size_t led, std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+    void set(std::size_t led, lighting::Rgb color);
     Bytes bytes() const { return m_bytes; }
 
 private:
