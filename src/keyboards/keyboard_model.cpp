@@ -1,7 +1,6 @@
 #include "keyboards/keyboard_model.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace glimra::keyboards {
 
@@ -39,9 +38,12 @@ Rgb toBytes(const Percentages& color) {
     return {byte(color.red), byte(color.green), byte(color.blue)};
 }
 
-Rgb mixed(Rgb from, Rgb to, double share) {
-    const auto channel = [share](std::uint8_t a, std::uint8_t b) {
-        return static_cast<std::uint8_t>(a + (b - a) * share + 0.5);
+/// All of `to` in a mixture, in the fixed-point form in which shares are reckoned.
+constexpr int kWhole = 1 << 16;
+
+Rgb mixed(Rgb from, Rgb to, int shareOfTo) {
+    const auto channel = [shareOfTo](int a, int b) {
+        return static_cast<std::uint8_t>((a * kWhole + (b - a) * shareOfTo + kWhole / 2) / kWhole);
     };
     return {channel(from.red, to.red), channel(from.green, to.green), channel(from.blue, to.blue)};
 }
@@ -64,9 +66,11 @@ Rgb colorAt(const KeyEffect& effect, Time time, Rgb base) {
         const bool lit = effect.period == Duration::zero() || elapsed / effect.period % 2 == 0;
         return lit ? effect.start : base;
     }
-    const double phase =
-        static_cast<double>((elapsed % effect.period).count()) / static_cast<double>(effect.period.count());
-    return mixed(effect.start, effect.finish, 1.0 - std::abs(1.0 - 2.0 * phase));
+    const Duration position = elapsed % effect.period;
+    const Duration fromStart = std::min(position, effect.period - position);
+    const double share =
+        2.0 * static_cast<double>(fromStart.count()) / static_cast<double>(effect.period.count());
+    return mixed(effect.start, effect.finish, static_cast<int>(share * kWhole));
 }
 
 Time nextChangeOf(const KeyEffect& effect, Time after) {

@@ -32,9 +32,9 @@ struct Platform {
     SystemLog& systemLog;
     ProcessActivity& processActivity;
     Modifiers& modifiers;
-    Bundle bundle;
+    Bundle bundle{};
     /// The folder of the settings file; empty where the settings are in no file.
-    std::string settingsFolder;
+    std::string settingsFolder{};
 };
 
 } // namespace glimra::platform

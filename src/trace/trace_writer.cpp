@@ -19,19 +19,44 @@ constexpr std::array<std::string_view, kTraceKindCount> kKindNames{
     "led",   "log",    "system-log", "process",  "sound", "alert", "panel",
     "modal", "window", "url",        "activity", "frame", "quit",  "dump"};
 
+constexpr auto kHexOfByte = [] {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::array<std::array<char, 2>, 256> texts{};
+    for (std::size_t byte = 0; byte < texts.size(); ++byte)
+        texts[byte] = {kDigits[byte / 16], kDigits[byte % 16]};
+    return texts;
+}();
+
 // Each overload appends one value as JSON text.
 
 void append(std::string& line, const ordered_json& value) {
     line += value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-/// Texts and lists of texts.
-void append(std::string& line, const auto& value) {
-    append(line, ordered_json(value));
+void append(std::string& line, const std::vector<std::string>& texts) {
+    append(line, ordered_json(texts));
+}
+
+/// JSON shows the character as it is.
+bool isPlain(char character) {
+    return character >= ' ' && character <= '~' && character != '"' && character != '\\';
+}
+
+void append(std::string& line, const std::convertible_to<std::string_view> auto& value) {
+    const std::string_view text = value;
+    // Nearly every text is plain, and a DOM for each would cost more than all else in the line.
+    if (!std::ranges::all_of(text, isPlain))
+        return append(line, ordered_json(text));
+    line += '"';
+    line += text;
+    line += '"';
 }
 
 void append(std::string& line, const std::optional<std::string>& text) {
-    append(line, text ? ordered_json(*text) : ordered_json());
+    if (text)
+        append(line, *text);
+    else
+        line += "null";
 }
 
 void append(std::string& line, const bool& truth) {
@@ -45,16 +70,13 @@ void append(std::string& line, const std::integral auto& number) {
 }
 
 void append(std::string& line, const platform::LedBitmapView& bitmap) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::array<char, 2 * platform::kLedBitmapBytes + 2> text{};
-    char* next = text.data();
-    *next++ = '"';
-    for (const std::uint8_t byte : bitmap) {
-        *next++ = kDigits[byte >> 4U];
-        *next++ = kDigits[byte & 0xFU];
-    }
-    *next = '"';
-    line.append(text.data(), text.size());
+    std::array<char, 2 * platform::kLedBitmapBytes> digits;
+    char* next = digits.data();
+    for (const std::uint8_t byte : bitmap)
+        next = std::ranges::copy(kHexOfByte[byte], next).out;
+    line += '"';
+    line.append(digits.data(), digits.size());
+    line += '"';
 }
 
 void append(std::string& line, const std::initializer_list<LedArgument>& arguments) {

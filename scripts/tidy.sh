@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Runs clang-tidy over the sources: tidy.sh [FILE...], all of src/ when none is named.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh build test check
+# A build, since some sources include headers that it makes.
+cmake --preset debug >/dev/null
+cmake --build --preset debug >/dev/null
+if [ $# -gt 0 ]; then
+    printf '%s\0' "$@"
+else
+    git ls-files -z -- 'src/*.cpp'
+fi | xargs -0 -r -n 4 -P "$(nproc)" clang-tidy -p build/debug --quiet

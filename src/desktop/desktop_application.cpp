@@ -1,0 +1,94 @@
+#include "desktop/desktop_application.h"
+
+#include "app/app_delegate.h"
+#include "desktop/desktop_platform.h"
+#include "desktop/main_window.h"
+#include "desktop/quit_signals.h"
+#include "desktop/trace_file.h"
+#include "desktop/traced_platform.h"
+#include "trace/traced_outlets.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <functional>
+#include <optional>
+
+namespace glimra::desktop {
+
+namespace {
+
+void printLog(platform::TextView& log) {
+    log.replaced.observe([](std::size_t, std::size_t, std::string_view addition) {
+        std::fwrite(addition.data(), 1, addition.size(), stdout);
+        std::fflush(stdout);
+    });
+}
+
+/// The trace, where one is asked for: its file, and the platform that writes to it.
+struct Tracing {
+    Tracing(const std::string& path, const platform::Platform& traced)
+        : file(path),
+          platform(traced, file.writer(), [this](const platform::Window* window) {
+              return nameOfWindow ? nameOfWindow(window) : std::string{};
+          }) {}
+
+    void follow(app::Outlets& outlets) {
+        nameOfWindow = trace::windowNames(outlets);
+        trace::traceOutlets(outlets, file.writer());
+    }
+
+    /// The outlets have their names, but they come after the platform.
+    trace::TracedWindowSystem::WindowName nameOfWindow;
+    TraceFile file;
+    TracedPlatform platform;
+};
+
+} // namespace
+
+int runDesktopApplication(const Options& options) {
+    DesktopPlatform machine(options);
+    platform::Platform untraced = machine.platform();
+    std::optional<Tracing> tracing;
+    if (options.traceFile)
+        tracing.emplace(*options.traceFile, untraced);
+
+    app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
+    app::Outlets& outlets = delegate.outlets();
+    if (options.printLog)
+        printLog(outlets.myTextScroll);
+    if (tracing)
+        tracing->follow(outlets);
+
+    MainWindow mainWindow(
+        {outlets.mainWindow, outlets.myTextScroll, machine.keyboard, QtRunLoop::monotonicNow},
+        [&] { delegate.windowShouldClose(outlets.mainWindow); });
+    machine.windowSystem.setMainWindow(&mainWindow);
+    machine.windowSystem.addWindow(outlets.mainWindow, &mainWindow);
+    const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });
+
+    // From inside the event loop, since quitting can only end one that runs.
+    machine.runLoop.post([&] {
+        machine.lifecycle.launch({
+            .didFinishLaunching = [&] { delegate.applicationDidFinishLaunching(); },
+            .shouldTerminate =
+                [&] {
+                    const platform::TerminateReply reply = delegate.applicationShouldTerminate();
+                    machine.readerThread.wake();
+                    return reply;
+                },
+            .willTerminate =
+                [&] {
+                    delegate.applicationWillTerminate();
+                    if (tracing)
+                        tracing->file.writer().quit();
+                },
+        });
+    });
+    const int status = QApplication::exec();
+    // The reader is part of the delegate.
+    machine.readerThread.join();
+    return status;
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,53 @@
+#include "desktop/desktop_workspace.h"
+
+#include "desktop/qt_run_loop.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace glimra::desktop {
+
+DesktopWorkspace::DesktopWorkspace(const std::string& displayName) : m_frontmost(displayName) {
+    processEvents();
+}
+
+std::optional<platform::RunningApplication> DesktopWorkspace::frontmostApplication() const {
+    return m_frontmost.frontmost();
+}
+
+void DesktopWorkspace::observeSleep(std::function<void()>, std::function<void()>) {
+}
+
+bool DesktopWorkspace::openUrl(const std::string& address) {
+    const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
+    return url.isValid() && !url.isRelative() && QDesktopServices::openUrl(url);
+}
+
+void DesktopWorkspace::timerEvent(QTimerEvent*) {
+    processEvents();
+}
+
+void DesktopWorkspace::processEvents() {
+    const platform::Time now = QtRunLoop::monotonicNow();
+    m_frontmost.processEvents(now);
+
+    const int descriptor = m_frontmost.fileDescriptor();
+    if (descriptor != (m_notifier ? static_cast<int>(m_notifier->socket()) : -1)) {
+        m_notifier.reset();
+        if (descriptor >= 0) {
+            m_notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+            connect(m_notifier.get(), &QSocketNotifier::activated, this, &DesktopWorkspace::processEvents);
+        }
+    }
+
+    m_wakeUp.stop();
+    if (const std::optional<platform::Time> wakeUpAt = m_frontmost.wakeUpAt()) {
+        const auto delay = std::chrono::ceil<std::chrono::milliseconds>(*wakeUpAt - now);
+        constexpr std::chrono::milliseconds kLongest = std::chrono::hours(1);
+        m_wakeUp.start(static_cast<int>(std::clamp(delay, {}, kLongest).count()), Qt::PreciseTimer, this);
+    }
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "desktop/x11/frontmost_application.h"
+#include "platform/workspace.h"
+
+#include <QBasicTimer>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+
+namespace glimra::desktop {
+
+/// The desktop session around the application. It learns which application is in front from the X server's
+/// events; of sleep it is told nothing yet. Main thread.
+class DesktopWorkspace final : public QObject, public platform::Workspace {
+public:
+    /// An empty name stands for the display in the environment.
+    explicit DesktopWorkspace(const std::string& displayName);
+
+    std::optional<platform::RunningApplication> frontmostApplication() const override;
+    void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
+    bool openUrl(const std::string& address) override;
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void processEvents();
+
+    X11FrontmostApplication m_frontmost;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    QBasicTimer m_wakeUp;
+};
+
+} // namespace glimra::desktop

@@ -1,0 +1,57 @@
+#include "desktop/desktop_application.h"
+#include "desktop/options.h"
+
+#include <QApplication>
+
+#include <xcb/xcb.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+using namespace glimra::desktop;
+
+namespace {
+
+/// Qt aborts when there is no display to show windows on; a user should be told instead.
+bool canShowWindows() {
+    if (std::getenv("QT_QPA_PLATFORM") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr)
+        return true;
+    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+    const bool connected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return connected;
+}
+
+int run(const Options& options) {
+    try {
+        return runDesktopApplication(options);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "glimra: %s\n", error.what());
+        return kUsageError;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::variant<Options, ExitStatus> parsed = parseOptions(argc, argv);
+    if (const auto* exit = std::get_if<ExitStatus>(&parsed))
+        return exit->status;
+    if (!canShowWindows()) {
+        std::fputs("glimra: there is no display to show windows on. Set DISPLAY, or set "
+                   "QT_QPA_PLATFORM=offscreen to run without windows.\n",
+                   stderr);
+        return EXIT_FAILURE;
+    }
+    // Whoever reads the log may go away.
+    std::signal(SIGPIPE, SIG_IGN);
+    int argumentsForQt = 1;
+    QApplication application(argumentsForQt, argv);
+    QApplication::setApplicationName("glimra");
+    QApplication::setApplicationDisplayName("Glimra");
+    QApplication::setApplicationVersion(GLIMRA_VERSION);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return run(std::get<Options>(parsed));
+}

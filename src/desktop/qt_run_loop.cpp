@@ -1,0 +1,181 @@
+#include "desktop/qt_run_loop.h"
+
+#include "platform/date_text.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <algorithm>
+
+namespace glimra::desktop {
+
+using platform::Duration;
+using platform::Time;
+using platform::TimerId;
+
+namespace {
+
+const QEvent::Type kJobsPosted = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// First point after `moment` of the grid through `point`.
+Time nextGridPoint(Time point, Duration period, Time moment) {
+    if (moment < point)
+        return point;
+    return point + period * ((moment - point) / period + 1);
+}
+
+} // namespace
+
+Time QtRunLoop::monotonicNow() {
+    return std::chrono::duration_cast<Time>(std::chrono::steady_clock::now().time_since_epoch());
+}
+
+Time QtRunLoop::now() const {
+    return monotonicNow();
+}
+
+std::string QtRunLoop::dateAndTime(Time moment) const {
+    using std::chrono::system_clock;
+    const auto fromNow = std::chrono::duration_cast<system_clock::duration>(moment - now());
+    return platform::dateText(system_clock::now() + fromNow);
+}
+
+TimerId QtRunLoop::repeat(Duration period, std::function<void()> action) {
+    return enqueue(now() + period, {period, std::move(action)});
+}
+
+TimerId QtRunLoop::after(Duration delay, std::function<void()> action) {
+    return enqueue(now() + delay, {Duration::zero(), std::move(action)});
+}
+
+TimerId QtRunLoop::enqueue(Time due, Entry entry) {
+    const TimerId id = ++m_lastId;
+    if (m_terminated)
+        return id;
+    m_queue.emplace(Place{due, id}, std::move(entry));
+    m_dueTimes.emplace(id, due);
+    armWakeUp();
+    return id;
+}
+
+void QtRunLoop::cancel(TimerId timer) {
+    m_running.erase(timer);
+    const auto found = m_dueTimes.find(timer);
+    if (found == m_dueTimes.end())
+        return;
+    m_queue.erase({found->second, timer});
+    m_dueTimes.erase(found);
+    armWakeUp();
+}
+
+void QtRunLoop::post(std::function<void()> job) {
+    const std::scoped_lock lock(m_postedLock);
+    m_posted.push_back({monotonicNow(), std::move(job)});
+    // One event wakes the loop for all that is posted until it comes round.
+    if (m_posted.size() == 1)
+        QCoreApplication::postEvent(this, new QEvent(kJobsPosted));
+}
+
+void QtRunLoop::takePostedJobs() {
+    std::vector<PostedJob> jobs;
+    {
+        const std::scoped_lock lock(m_postedLock);
+        jobs.swap(m_posted);
+    }
+    // They join the queue rather than run from here, so that a job that waits does not hold up those behind
+    // it.
+    for (PostedJob& posted : jobs)
+        enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job)});
+}
+
+bool QtRunLoop::runUntil(Time deadline) {
+    if (m_terminated)
+        return false;
+    Wait wait;
+    m_waits.push_back(&wait);
+    const TimerId end = enqueue(deadline, {Duration::zero(), [&wait] {
+                                               wait.over = true;
+                                               wait.loop.quit();
+                                           }});
+    wait.loop.exec();
+    m_waits.pop_back();
+    // Qt ends all event loops at once when it quits on its own account; nothing may go on after that either.
+    if (!wait.over)
+        terminate();
+    cancel(end);
+    return !m_terminated;
+}
+
+void QtRunLoop::terminate() {
+    m_terminated = true;
+    m_wakeUp.stop();
+    m_queue.clear();
+    m_dueTimes.clear();
+    m_running.clear();
+    for (Wait* wait : m_waits) {
+        wait->over = true;
+        wait->loop.quit();
+    }
+}
+
+void QtRunLoop::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_wakeUp.timerId())
+        return;
+    m_wakeUp.stop();
+    serveDue();
+}
+
+void QtRunLoop::customEvent(QEvent* event) {
+    if (event->type() == kJobsPosted)
+        serveDue();
+}
+
+void QtRunLoop::serveDue() {
+    takePostedJobs();
+    // What falls due meanwhile waits for the next wake-up: a timer that takes longer than its period must not
+    // shut out the user's events.
+    const Time limit = now();
+    while (!m_queue.empty() && m_queue.begin()->first.first <= limit && !innermostWaitIsOver())
+        serveFront();
+    armWakeUp();
+}
+
+void QtRunLoop::serveFront() {
+    auto node = m_queue.extract(m_queue.begin());
+    const auto [due, id] = node.key();
+    Entry& entry = node.mapped();
+    m_dueTimes.erase(id);
+    if (entry.period == Duration::zero()) {
+        entry.action();
+        return;
+    }
+    m_running.insert(id);
+    entry.action();
+    if (m_running.erase(id) == 0)
+        return;
+    const Time next = nextGridPoint(due, entry.period, now());
+    node.key() = {next, id};
+    m_queue.insert(std::move(node));
+    m_dueTimes.emplace(id, next);
+}
+
+void QtRunLoop::armWakeUp() {
+    if (m_terminated || m_queue.empty()) {
+        m_wakeUp.stop();
+        return;
+    }
+    const Time first = m_queue.begin()->first.first;
+    const auto beyond = m_queue.upper_bound({first + kCoalescingSlack, ~TimerId{0}});
+    const Time wakeUpAt = std::prev(beyond)->first.first;
+    if (m_wakeUp.isActive() && m_wakeUpAt == wakeUpAt)
+        return;
+    m_wakeUpAt = wakeUpAt;
+    // Qt's timers count whole milliseconds; rounding up keeps them from waking us too early. Far ones wake us
+    // once in a while for nothing.
+    const auto delay = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - now());
+    constexpr std::chrono::milliseconds kLongest = std::chrono::hours(1);
+    const auto bounded = std::clamp(delay, std::chrono::milliseconds::zero(), kLongest);
+    m_wakeUp.start(static_cast<int>(bounded.count()), Qt::PreciseTimer, this);
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,88 @@
+#include "desktop/settings_file.h"
+
+#include "desktop/stored_value_text.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace glimra::desktop {
+
+using platform::StoredValue;
+
+namespace {
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
+    : m_systemLog(systemLog),
+      m_settings(path, QSettings::IniFormat) {
+    if (m_settings.status() == QSettings::FormatError)
+        setDamagedFileAside();
+}
+
+SettingsFile::~SettingsFile() {
+    save();
+}
+
+QString SettingsFile::defaultPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra/glimra.ini";
+}
+
+QString SettingsFile::folder() const {
+    return QFileInfo(m_settings.fileName()).absolutePath();
+}
+
+std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
+    return read(toQString(key));
+}
+
+std::optional<StoredValue> SettingsFile::read(const QString& key) const {
+    if (!m_settings.contains(key))
+        return std::nullopt;
+    std::optional<StoredValue> value = storedValueFromText(m_settings.value(key).toString().toStdString());
+    if (!value && m_reportedKeys.insert(key).second)
+        m_systemLog.write("Settings: the value of \"" + key.toStdString() +
+                          "\" can't be read and is ignored");
+    return value;
+}
+
+void SettingsFile::set(std::string_view key, StoredValue value) {
+    m_settings.setValue(toQString(key), toQString(toText(value)));
+    if (m_saveIsPending)
+        return;
+    m_saveIsPending = true;
+    QMetaObject::invokeMethod(
+        this, [this] { save(); }, Qt::QueuedConnection);
+}
+
+std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
+    std::map<std::string, StoredValue, std::less<>> values;
+    for (const QString& key : m_settings.allKeys())
+        if (std::optional<StoredValue> value = read(key))
+            values.emplace(key.toStdString(), std::move(*value));
+    return values;
+}
+
+void SettingsFile::save() {
+    m_saveIsPending = false;
+    m_settings.sync();
+    if (m_settings.status() != QSettings::AccessError || m_reportedWriteFailure)
+        return;
+    m_reportedWriteFailure = true;
+    m_systemLog.write("Settings: can't write " + m_settings.fileName().toStdString());
+}
+
+void SettingsFile::setDamagedFileAside() {
+    const QString copy = m_settings.fileName() + ".damaged";
+    QFile::remove(copy);
+    const bool copied = QFile::copy(m_settings.fileName(), copy);
+    m_systemLog.write("Settings: parts of " + m_settings.fileName().toStdString() + " can't be read" +
+                      (copied ? "; the whole file is kept as " + copy.toStdString() : ""));
+}
+
+} // namespace glimra::desktop

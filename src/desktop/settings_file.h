@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/system_services.h"
+#include "platform/user_defaults.h"
+
+#include <QObject>
+#include <QSettings>
+#include <QString>
+
+#include <set>
+
+namespace glimra::desktop {
+
+/// The settings in an INI file, each value in the form of stored_value_text.h. A change is written when the
+/// event loop comes round, and at the latest when the object goes; the file is replaced as a whole.
+///
+/// A value that cannot be read counts as absent and is said once in the system log. A file with lines that
+/// are no settings is copied to FILE.damaged before anything is written over it. Main thread.
+class SettingsFile final : public QObject, public platform::UserDefaults {
+public:
+    SettingsFile(const QString& path, platform::SystemLog& systemLog);
+    ~SettingsFile() override;
+
+    /// Where the settings are kept when nobody says otherwise, in the XDG configuration folder.
+    static QString defaultPath();
+
+    /// The folder that the file is in; it may not be there yet.
+    QString folder() const;
+
+    std::optional<platform::StoredValue> get(std::string_view key) const override;
+    void set(std::string_view key, platform::StoredValue value) override;
+    std::map<std::string, platform::StoredValue, std::less<>> all() const override;
+
+private:
+    std::optional<platform::StoredValue> read(const QString& key) const;
+    void save();
+    void setDamagedFileAside();
+
+    platform::SystemLog& m_systemLog;
+    QSettings m_settings;
+    mutable std::set<QString> m_reportedKeys;
+    bool m_saveIsPending = false;
+    bool m_reportedWriteFailure = false;
+};
+
+} // namespace glimra::desktop

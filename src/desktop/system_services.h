@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/system_services.h"
+
+#include <random>
+
+namespace glimra::desktop {
+
+/// Writes to standard error, which a desktop session keeps in its journal.
+class StderrSystemLog final : public platform::SystemLog {
+public:
+    void write(std::string_view line) override;
+};
+
+class RandomNumbers final : public platform::RandomNumbers {
+public:
+    std::uint32_t uniform(std::uint32_t upperBound) override;
+
+private:
+    std::mt19937 m_engine{std::random_device{}()};
+};
+
+/// Starts programs without a shell. A program that can't be started is said in the system log.
+class ChildProcesses final : public platform::ChildProcesses {
+public:
+    explicit ChildProcesses(platform::SystemLog& systemLog) : m_systemLog(systemLog) {}
+    void start(const std::string& path, const std::vector<std::string>& arguments) override;
+
+private:
+    platform::SystemLog& m_systemLog;
+};
+
+class Modifiers final : public platform::Modifiers {
+public:
+    /// The Alt key.
+    bool optionKeyIsDown() const override;
+};
+
+} // namespace glimra::desktop

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/worker_loop.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace glimra::desktop {
+
+/// A worker loop on a thread of its own. All methods are for the main thread.
+class ThreadWorkerLoop final : public platform::WorkerLoop {
+public:
+    ThreadWorkerLoop() = default;
+    ~ThreadWorkerLoop() override;
+
+    ThreadWorkerLoop(const ThreadWorkerLoop&) = delete;
+    ThreadWorkerLoop& operator=(const ThreadWorkerLoop&) = delete;
+
+    void start(platform::LoopBody& body, platform::Duration pause) override;
+
+    /// Ends a pause that is under way, or the next one, early: the body's `goesOn` is asked at once.
+    void wake();
+    /// Waits until the body has left, which its own `goesOn` decides. Without a thread, nothing.
+    void join();
+
+private:
+    void run(platform::LoopBody& body, platform::Duration pause);
+    void waitFor(platform::Duration pause);
+
+    std::mutex m_mutex;
+    std::condition_variable m_woken;
+    bool m_wakeAsked = false;
+    std::thread m_thread;
+};
+
+} // namespace glimra::desktop

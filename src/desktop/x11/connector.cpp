@@ -1,0 +1,77 @@
+#include "desktop/x11/connector.h"
+
+#include <algorithm>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace glimra::desktop {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr platform::Duration kShortestPause = 250ms;
+constexpr platform::Duration kLongestPause = 8s;
+/// Between two looks at an attempt under way.
+constexpr platform::Duration kLookPause = 100ms;
+
+} // namespace
+
+Connector::Connector(std::string displayName)
+    : m_displayName(std::move(displayName)),
+      m_pause(kShortestPause) {
+    // Taken here, on the owner's thread: the attempts must not read an environment that may be changing.
+    if (m_displayName.empty())
+        if (const char* name = std::getenv("DISPLAY"))
+            m_displayName = name;
+}
+
+std::unique_ptr<Connection> Connector::connect(platform::Duration patience) {
+    startAttempt();
+    if (m_attempt.valid())
+        m_attempt.wait_for(patience);
+    m_retryAt = monotonicNow();
+    return retry(m_retryAt);
+}
+
+std::unique_ptr<Connection> Connector::retry(platform::Time now) {
+    if (now < m_retryAt)
+        return nullptr;
+    if (!m_attempt.valid()) {
+        if (now - m_retryAt > kLongestPause)
+            m_pause = kShortestPause;
+        startAttempt();
+        m_retryAt = now + kLookPause;
+        return nullptr;
+    }
+    if (m_attempt.wait_for(0s) != std::future_status::ready) {
+        m_retryAt = now + kLookPause;
+        return nullptr;
+    }
+    // Also after a success: a server that drops its clients at once must not be asked any faster.
+    m_retryAt = now + m_pause;
+    m_pause = std::min(2 * m_pause, kLongestPause);
+    return m_attempt.get();
+}
+
+void Connector::startAttempt() {
+    // The thread is left alone, since nothing can interrupt it; a connection that comes too late goes with
+    // the promise.
+    std::promise<std::unique_ptr<Connection>> promise;
+    m_attempt = promise.get_future();
+    try {
+        std::thread([name = m_displayName, result = std::move(promise)]() mutable {
+            result.set_value(Connection::open(name));
+        }).detach();
+    } catch (const std::system_error&) {
+        // No thread to be had: the next attempt may find one.
+        m_attempt = {};
+    }
+}
+
+platform::Time monotonicNow() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "desktop/x11/application_identity.h"
+#include "desktop/x11/connection.h"
+
+#include <optional>
+#include <vector>
+
+namespace glimra::desktop {
+
+/// The names of the properties and messages that window managers share (Extended Window Manager Hints).
+struct WindowAtoms {
+    xcb_atom_t activeWindow = XCB_NONE;
+    xcb_atom_t clientList = XCB_NONE;
+    xcb_atom_t windowName = XCB_NONE;
+    xcb_atom_t processId = XCB_NONE;
+};
+
+/// None when the server does not answer.
+std::optional<WindowAtoms> internWindowAtoms(Connection& connection);
+
+/// The first `limit` windows of a property that lists windows; none when it is absent or of another kind.
+std::vector<xcb_window_t> windowsProperty(Connection& connection, xcb_window_t window, xcb_atom_t property,
+                                          std::uint32_t limit);
+
+/// What a window tells of itself, each text cut after 1024 bytes; none when there is no such window.
+std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowAtoms& atoms,
+                                           xcb_window_t window);
+
+} // namespace glimra::desktop

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/window_system.h"
+
+#include <deque>
+#include <functional>
+#include <utility>
+
+namespace glimra::simulated {
+
+/// What the user will do in a modal session: settings to make in it, one after the other, and the button to
+/// end it with.
+struct ModalAnswer {
+    int code = 0;
+    std::vector<std::function<void()>> settings;
+};
+
+/// Windows without a screen, before a user whose answers are known beforehand. Nothing here waits: a modal
+/// session is over as soon as its answer has been carried out, and one without an answer ends with 0.
+class SimulatedWindowSystem final : public platform::WindowSystem {
+public:
+    void queueAnswer(ModalAnswer answer) { m_answers.push_back(std::move(answer)); }
+    /// For the next panel, of either kind; without one a panel is cancelled.
+    void queuePath(std::string path) { m_paths.push_back(std::move(path)); }
+    void setDocumentsFolder(std::optional<std::string> folder) { m_documentsFolder = std::move(folder); }
+
+    void restoreFrame(std::string_view) override {}
+    void saveFrame(std::string_view) override {}
+    int runModal(platform::Window& window) override;
+    /// Nothing: outside a session there is none to end, and inside one the answer's code ends it.
+    void stopModal(int) override {}
+    std::optional<std::string> runSavePanel(const platform::SavePanel&) override { return nextPath(); }
+    std::optional<std::string> runOpenPanel(const platform::OpenPanel&) override { return nextPath(); }
+    void runAlert(const platform::Alert&) override {}
+    void showSheet(const platform::Alert&) override {}
+    void hideColorPanel() override {}
+    std::optional<std::string> documentsFolder() override { return m_documentsFolder; }
+
+private:
+    std::optional<std::string> nextPath();
+
+    std::deque<ModalAnswer> m_answers;
+    std::deque<std::string> m_paths;
+    std::optional<std::string> m_documentsFolder = "/home/player/Documents";
+};
+
+} // namespace glimra::simulated

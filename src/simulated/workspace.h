@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/workspace.h"
+
+#include <utility>
+#include <vector>
+
+namespace glimra::simulated {
+
+/// A desktop that does what it is told.
+class SimulatedWorkspace final : public platform::Workspace {
+public:
+    std::optional<platform::RunningApplication> frontmostApplication() const override { return m_frontmost; }
+    void setFrontmostApplication(std::optional<platform::RunningApplication> application) {
+        m_frontmost = std::move(application);
+    }
+
+    void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override {
+        m_aboutToSleep = std::move(aboutToSleep);
+        m_screensDidWake = std::move(screensDidWake);
+    }
+    /// The notifications; nothing while nobody observes them.
+    void sleep() const {
+        if (m_aboutToSleep)
+            m_aboutToSleep();
+    }
+    void wake() const {
+        if (m_screensDidWake)
+            m_screensDidWake();
+    }
+
+    bool openUrl(const std::string& address) override {
+        m_openedUrls.push_back(address);
+        return true;
+    }
+    const std::vector<std::string>& openedUrls() const { return m_openedUrls; }
+
+private:
+    std::optional<platform::RunningApplication> m_frontmost;
+    std::function<void()> m_aboutToSleep;
+    std::function<void()> m_screensDidWake;
+    std::vector<std::string> m_openedUrls;
+};
+
+} // namespace glimra::simulated

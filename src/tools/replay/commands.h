@@ -1,0 +1,11 @@
+#pragma once
+
+#include "tools/replay/line_cursor.h"
+#include "tools/replay/script.h"
+
+namespace glimra::tools {
+
+/// Understands one line, which is not blank. Throws LineError.
+Command parseCommand(std::string_view line);
+
+} // namespace glimra::tools

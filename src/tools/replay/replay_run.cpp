@@ -1,0 +1,175 @@
+#include "tools/replay/replay_run.h"
+
+#include "tools/replay/modal_setting.h"
+#include "tools/replay/state_dump.h"
+#include "trace/traced_outlets.h"
+
+#include <nlohmann/json.hpp>
+
+#include <stdexcept>
+
+namespace glimra::tools {
+
+namespace {
+
+constexpr platform::Duration kFrameOfToken = std::chrono::milliseconds(100);
+/// Much longer than the reader takes to leave.
+constexpr platform::Duration kLongestQuit = std::chrono::seconds(10);
+
+/// Draws nothing: nobody sees the canvas.
+class NoPainter final : public platform::Painter {
+public:
+    void fillRect(int, int, int, int, const platform::Color&, double) override {}
+};
+
+/// The frame that the add-on shows for a character: both markers, the confirm flag, and the character's bits
+/// in the data cells, the highest first.
+PaintStrip tokenFrame(unsigned character, bool isConfirm, std::uint32_t dataColor) {
+    constexpr std::uint32_t kWhite = 0xFFFFFF;
+    constexpr std::size_t kFirstDataCell = 2;
+    constexpr std::size_t kLastDataCell = 8;
+    PaintStrip frame{};
+    frame.cells[0] = kWhite;
+    frame.cells[1] = isConfirm ? kWhite : 0;
+    for (std::size_t cell = kFirstDataCell; cell <= kLastDataCell; ++cell)
+        frame.cells[cell] = (character >> (kLastDataCell - cell) & 1U) != 0 ? dataColor : 0;
+    frame.cells[kLastDataCell + 1] = kWhite;
+    return frame;
+}
+
+} // namespace
+
+ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
+    : m_keyboard([this] { return now(); }),
+      m_writer([this] { return now(); }, std::move(sink), options.kinds),
+      m_machine(options.seed, m_keyboard, m_writer,
+                [this](const platform::Window* window) {
+                    return trace::windowNames(m_delegate.outlets())(window);
+                }),
+      m_delegate(m_machine.platform),
+      m_canvasDisplay(m_machine.outside.runLoop, m_delegate.outlets().keyboardCanvas,
+                      m_delegate.outlets().colorProgrammerWindow, [this] {
+                          NoPainter painter;
+                          m_delegate.drawKeyboardCanvas(painter);
+                      }) {
+    trace::traceOutlets(m_delegate.outlets(), m_writer);
+    m_machine.outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
+                                              [this] {
+                                                  m_delegate.applicationWillTerminate();
+                                                  m_writer.quit();
+                                              });
+}
+
+void ReplayRun::run(const Script& script) {
+    for (const Command& command : script) {
+        std::visit([this](const auto& arguments) { execute(arguments); }, command);
+        if (hasEnded())
+            return;
+    }
+}
+
+void ReplayRun::advance(platform::Duration duration) {
+    // Whether the application has ended is looked at after each command.
+    static_cast<void>(m_machine.outside.runLoop.runUntil(now() + duration));
+}
+
+void ReplayRun::execute(const SetDefault& command) {
+    m_machine.outside.userDefaults.set(command.key, command.value);
+}
+
+void ReplayRun::execute(const ConnectDisplay& command) {
+    m_machine.outside.screen.connectDisplay(command.width, command.height, command.scale);
+}
+
+void ReplayRun::execute(const DisconnectDisplay&) {
+    m_machine.outside.screen.disconnectDisplay();
+}
+
+void ReplayRun::execute(const SetStripGeometry& command) {
+    m_machine.outside.screen.setStripGeometry(command.left, command.width);
+}
+
+void ReplayRun::execute(const PaintStrip& command) {
+    m_machine.outside.screen.paintStrip(command.cells);
+}
+
+void ReplayRun::execute(const ShowToken& command) {
+    constexpr std::uint32_t kWhite = 0xFFFFFF;
+    execute(tokenFrame(command.character, false, kWhite));
+    advance(kFrameOfToken);
+    execute(tokenFrame(command.character, true, command.confirmColor));
+    advance(kFrameOfToken);
+    execute(PaintStrip{});
+}
+
+void ReplayRun::execute(const HandOverToken& command) {
+    m_delegate.appendToMessageQueue(command.token);
+}
+
+void ReplayRun::execute(const Start&) {
+    m_delegate.applicationDidFinishLaunching();
+}
+
+void ReplayRun::execute(const Wait& command) {
+    advance(command.duration);
+}
+
+void ReplayRun::execute(const SetFrontmost& command) {
+    m_machine.outside.workspace.setFrontmostApplication(command.application);
+}
+
+void ReplayRun::execute(PowerEvent event) {
+    if (event == PowerEvent::Sleep)
+        m_machine.outside.workspace.sleep();
+    else
+        m_machine.outside.workspace.wake();
+}
+
+void ReplayRun::execute(const SetOptionKey& command) {
+    m_machine.outside.modifiers.setOptionKeyIsDown(command.down);
+}
+
+void ReplayRun::execute(const QueueAnswer& command) {
+    simulated::ModalAnswer answer{command.code, {}};
+    for (const ModalSetting& setting : command.settings)
+        answer.settings.push_back([this, setting] { applySetting(m_delegate, setting); });
+    m_machine.outside.windowSystem.queueAnswer(std::move(answer));
+}
+
+void ReplayRun::execute(const QueuePath& command) {
+    m_machine.outside.windowSystem.queuePath(command.path);
+}
+
+void ReplayRun::execute(const PerformAction& command) {
+    app::sendAction(m_delegate, *command.action, command.argument);
+}
+
+void ReplayRun::execute(const Quit&) {
+    m_machine.outside.application.terminate();
+    advance(kLongestQuit);
+    if (!hasEnded())
+        throw std::logic_error("the application did not grant the request to terminate");
+}
+
+void ReplayRun::execute(const Dump& command) {
+    if (!m_writer.wants(trace::TraceKind::Dump))
+        return;
+    const auto value = [&]() -> nlohmann::ordered_json {
+        switch (command.kind) {
+        case DumpKind::State:
+            return dumpState(m_delegate.state());
+        case DumpKind::Defaults:
+            return dumpDefaults(m_machine.outside.userDefaults);
+        case DumpKind::Log:
+            return m_delegate.outlets().myTextScroll.text;
+        case DumpKind::Controls:
+            return dumpControls(m_delegate.outlets());
+        case DumpKind::Bitmap:
+            return dumpBitmap(m_delegate.state(), command.profile);
+        }
+        return {};
+    };
+    m_writer.dump(command.what, value());
+}
+
+} // namespace glimra::tools

@@ -1,0 +1,182 @@
+#include "desktop/qt_run_loop.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace glimra::desktop {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::Time;
+using platform::TimerId;
+using testing::ElementsAre;
+
+// What is due is due already when the loop begins to serve, wherever that can be, so that these tests wait
+// for next to nothing and depend on no machine's speed.
+
+TEST(QtRunLoop, ServesByTimeThenByCreation) {
+    QtRunLoop loop;
+    std::string order;
+    loop.after(2ms, [&] { order += 'c'; });
+    loop.after(1ms, [&] { order += 'b'; });
+    loop.post([&] { order += 'a'; });
+    const Time deadline = loop.now() + 3ms;
+    const auto beforeDeadline = [&](char name) { return [&order, name] { order += name; }; };
+    loop.after(3ms - 1us, beforeDeadline('d'));
+    loop.after(20ms, beforeDeadline('x'));
+    std::this_thread::sleep_for(4ms);
+
+    EXPECT_TRUE(loop.runUntil(deadline));
+    EXPECT_EQ(order, "abcd");
+    // Due at or before now, but behind the deadline: not in this wait.
+    EXPECT_TRUE(loop.runUntil(deadline));
+    EXPECT_EQ(order, "abcd");
+}
+
+TEST(QtRunLoop, ARepeatingTimerKeepsItsGridAndNeverRunsInsideItself) {
+    QtRunLoop loop;
+    constexpr auto kPeriod = 5ms;
+    std::vector<std::int64_t> gridPoints;
+    int depth = 0;
+    int otherRuns = 0;
+    const Time before = loop.now();
+    loop.repeat(kPeriod, [&] {
+        EXPECT_EQ(++depth, 1);
+        gridPoints.push_back((loop.now() - before) / kPeriod);
+        if (gridPoints.size() == 1) {
+            EXPECT_TRUE(loop.runUntil(loop.now() + 2 * kPeriod));
+        }
+        if (gridPoints.size() == 2)
+            std::this_thread::sleep_for(2 * kPeriod + 1ms);
+        --depth;
+    });
+    loop.repeat(1ms, [&] { otherRuns += depth; });
+    EXPECT_TRUE(loop.runUntil(before + 9 * kPeriod));
+
+    // Each point at most once, and what passed inside an action is skipped, not made up for.
+    ASSERT_GE(gridPoints.size(), 3U);
+    EXPECT_GE(gridPoints[0], 1);
+    EXPECT_GE(gridPoints[1], gridPoints[0] + 2);
+    EXPECT_GE(gridPoints[2], gridPoints[1] + 2);
+    for (std::size_t i = 1; i < gridPoints.size(); ++i)
+        EXPECT_GT(gridPoints[i], gridPoints[i - 1]);
+    EXPECT_GE(otherRuns, 2) << "other timers run while one of them waits";
+}
+
+TEST(QtRunLoop, CancelledTimersAreForgottenAtOnce) {
+    QtRunLoop loop;
+    std::string order;
+    TimerId repeating = 0;
+    TimerId victim = 0;
+    repeating = loop.repeat(1ms, [&] {
+        order += 'r';
+        loop.cancel(repeating);
+        loop.cancel(victim);
+        // Gone also for the wait inside the action that cancelled it.
+        EXPECT_TRUE(loop.runUntil(loop.now() + 3ms));
+    });
+    victim = loop.after(1ms + 500us, [&] { order += 'v'; });
+    const TimerId expired = loop.after(0ms, [&] { order += 'o'; });
+    std::this_thread::sleep_for(2ms);
+    EXPECT_TRUE(loop.runUntil(loop.now() + 5ms));
+    loop.cancel(expired);
+    loop.cancel(12345);
+    EXPECT_EQ(order, "or");
+}
+
+TEST(QtRunLoop, PostedJobsKeepTheirOrderAndDoNotWaitForAWaitingOne) {
+    QtRunLoop loop;
+    constexpr int kJobs = 2000;
+    std::vector<int> fromThread;
+    bool waited = false;
+    loop.post([&] {
+        EXPECT_TRUE(loop.runUntil(loop.now() + 1ms));
+        waited = !fromThread.empty();
+    });
+    std::thread poster([&] {
+        for (int i = 0; i < kJobs; ++i)
+            loop.post([&fromThread, i] { fromThread.push_back(i); });
+    });
+    poster.join();
+    EXPECT_TRUE(loop.runUntil(loop.now() + 2ms));
+
+    EXPECT_TRUE(waited) << "the jobs behind the waiting one ran during its wait";
+    ASSERT_EQ(fromThread.size(), static_cast<std::size_t>(kJobs));
+    EXPECT_TRUE(std::ranges::is_sorted(fromThread));
+}
+
+TEST(QtRunLoop, WaitsServeTheUsersEventsAndEndAtTheirOwnDeadlines) {
+    QtRunLoop loop;
+    std::string order;
+    QTimer::singleShot(0, [&] { order += 'u'; });
+    const Time outer = loop.now() + 3ms;
+    const Time inner = loop.now() + 6ms;
+    loop.post([&] {
+        EXPECT_TRUE(loop.runUntil(inner));
+        EXPECT_GE(loop.now(), inner);
+        order += 'i';
+    });
+    EXPECT_TRUE(loop.runUntil(outer));
+    order += 'o';
+    EXPECT_EQ(order, "uio");
+}
+
+TEST(QtRunLoop, AfterTerminationEveryWaitReturnsFalseAndNothingStarts) {
+    QtRunLoop loop;
+    std::string order;
+    loop.repeat(1ms, [&] { order += 'r'; });
+    loop.post([&] {
+        EXPECT_FALSE(loop.runUntil(loop.now() + 1h));
+        order += 'i';
+        loop.after(0ms, [&] { order += 'x'; });
+    });
+    loop.post([&] {
+        order = "t";
+        loop.terminate();
+        loop.post([&] { order += 'p'; });
+    });
+    loop.post([&] { order += 'q'; });
+    EXPECT_FALSE(loop.runUntil(loop.now() + 1h));
+    EXPECT_TRUE(loop.isTerminated());
+    EXPECT_FALSE(loop.runUntil(loop.now() + 1h));
+    std::this_thread::sleep_for(2ms);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(order, "ti");
+}
+
+TEST(QtRunLoop, TimersThatFallTogetherShareAWakeUp) {
+    struct CountTimerEvents : QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            count += event->type() == QEvent::Timer ? 1 : 0;
+            return false;
+        }
+        int count = 0;
+    } wakeUps;
+    QtRunLoop loop;
+    loop.installEventFilter(&wakeUps);
+    int runs = 0;
+    const TimerId first = loop.repeat(5ms, [&] { ++runs; });
+    std::this_thread::sleep_for(200us);
+    const TimerId second = loop.repeat(5ms, [&] { ++runs; });
+    EXPECT_TRUE(loop.runUntil(loop.now() + 52ms));
+    loop.cancel(first);
+    loop.cancel(second);
+
+    EXPECT_GE(runs, 4);
+    EXPECT_LE(wakeUps.count, runs * 3 / 4 + 1);
+    // With nothing to do it sleeps.
+    const int before = wakeUps.count;
+    QTimer::singleShot(10, &wakeUps, [&] { EXPECT_EQ(wakeUps.count, before); });
+    EXPECT_TRUE(loop.runUntil(loop.now() + 15ms));
+}
+
+} // namespace
+} // namespace glimra::desktop

@@ -1,0 +1,151 @@
+#include "desktop/settings_file.h"
+#include "desktop/stored_value_text.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <limits>
+
+namespace glimra::desktop {
+namespace {
+
+using platform::Data;
+using platform::NumberArray;
+using platform::StoredValue;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class LinesLog final : public platform::SystemLog {
+public:
+    void write(std::string_view line) override { lines.emplace_back(line); }
+    std::vector<std::string> lines;
+};
+
+class SettingsTest : public testing::Test {
+protected:
+    QString path() const { return m_folder.filePath("new/folder/settings.ini"); }
+    void writeFile(const QByteArray& content) {
+        QDir().mkpath(m_folder.filePath("new/folder"));
+        QFile file(path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    static QByteArray contentOf(const QString& name) {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+
+    QTemporaryDir m_folder;
+    LinesLog m_log;
+};
+
+TEST_F(SettingsTest, EveryValueComesBackAsItWasStored) {
+    const double pi = 3.141592653589793;
+    const std::map<std::string, StoredValue, std::less<>> values{
+        {"on", true},
+        {"off", false},
+        {"zero", std::int64_t{0}},
+        {"least", std::numeric_limits<std::int64_t>::min()},
+        {"whole double", 5.0},
+        {"third", 1.0 / 3.0},
+        {"negative zero", -0.0},
+        {"smallest", std::numeric_limits<double>::denorm_min()},
+        {"largest", std::numeric_limits<double>::max()},
+        {"infinite", -std::numeric_limits<double>::infinity()},
+        {"empty text", std::string()},
+        {"name", std::string("Battle.net; \"B\", \\ = [x] % 日本 \U0001F5B1\n\ttrue ")},
+        {"looks like a number", std::string("12")},
+        {"looks like Qt's", std::string("@Invalid()")},
+        {"key with = and / and ü", std::string("x")},
+        {"map", NumberArray{std::int64_t{4}, -2.5, 3.0, pi, std::int64_t{-1}}},
+        {"empty map", NumberArray{}},
+        {"colour", Data{'1', ' ', '0', '.', '5', ',', '"'}},
+        {"bytes", Data{0x00, 0xFF, 0x0A, 0x80}},
+        {"no bytes", Data{}},
+    };
+    {
+        SettingsFile settings(path(), m_log);
+        for (const auto& [key, value] : values)
+            settings.set(key, value);
+        EXPECT_EQ(settings.all(), values) << "before it is written, too";
+    }
+    const SettingsFile settings(path(), m_log);
+    EXPECT_EQ(settings.all(), values);
+    EXPECT_TRUE(std::signbit(std::get<double>(*settings.get("negative zero"))));
+    EXPECT_EQ(settings.get("missing"), std::nullopt);
+    EXPECT_THAT(m_log.lines, ElementsAre());
+}
+
+TEST_F(SettingsTest, AChangeReachesTheDiskWhenTheEventLoopComesRound) {
+    SettingsFile settings(path(), m_log);
+    settings.set("scanWidth", 80.5);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(contentOf(path()).toStdString(), HasSubstr("scanWidth=80.5\n"));
+}
+
+TEST_F(SettingsTest, DamagedValuesCountAsAbsentAndAreSaidOnce) {
+    // What hands, other programs and broken disks leave behind: each line on its own is no value.
+    const std::vector<std::string> damaged{"",
+                                           "tru",
+                                           "1.5.5",
+                                           "0x10",
+                                           "99999999999999999999",
+                                           "1e999",
+                                           "- 5",
+                                           "+5",
+                                           "[1 2",
+                                           "[1 two]",
+                                           "hex:0g",
+                                           "hex:0",
+                                           "HEX:00",
+                                           "text",
+                                           "@ByteArray(x)",
+                                           "1, 2",
+                                           "\"\\x0\"",
+                                           "@Variant(\\0\\0\\0\\x7f\\0\\0\\0)"};
+    QByteArray content = "[General]\ngood=7\n";
+    for (std::size_t i = 0; i < damaged.size(); ++i)
+        content += QByteArray("bad") + QByteArray::number(i) + "=" + damaged[i].c_str() + "\n";
+    writeFile(content);
+
+    const SettingsFile settings(path(), m_log);
+    for (int round = 0; round < 2; ++round)
+        for (std::size_t i = 0; i < damaged.size(); ++i)
+            EXPECT_EQ(settings.get("bad" + std::to_string(i)), std::nullopt) << damaged[i];
+    EXPECT_EQ(settings.all(), (std::map<std::string, StoredValue, std::less<>>{{"good", std::int64_t{7}}}));
+    EXPECT_EQ(m_log.lines.size(), damaged.size());
+    EXPECT_THAT(m_log.lines.front(), HasSubstr("\"bad0\""));
+}
+
+TEST_F(SettingsTest, ADamagedFileIsKeptBesideTheNewOne) {
+    const QByteArray content = "[General\ngood=7\n\x01\xFF no line of settings\nother=true\n";
+    writeFile(content);
+    {
+        SettingsFile settings(path(), m_log);
+        settings.set("new", std::int64_t{1});
+    }
+    EXPECT_EQ(contentOf(path() + ".damaged"), content);
+    EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr(".damaged")));
+    EXPECT_EQ(SettingsFile(path(), m_log).get("new"), StoredValue{std::int64_t{1}});
+}
+
+TEST_F(SettingsTest, AFileThatCannotBeWrittenIsSaidOnceAndTheRunGoesOn) {
+    writeFile("");
+    // Where the folder should be there is a file.
+    SettingsFile settings(path() + "/settings.ini", m_log);
+    settings.set("a", true);
+    QCoreApplication::processEvents();
+    settings.set("b", true);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(settings.get("a"), StoredValue{true});
+    EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr("can't write")));
+}
+
+} // namespace
+} // namespace glimra::desktop

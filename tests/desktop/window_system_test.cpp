@@ -1,0 +1,116 @@
+#include "desktop/main_window.h"
+#include "desktop/qt_run_loop.h"
+#include "desktop/qt_window_system.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+
+namespace glimra::desktop {
+namespace {
+
+class MemoryDefaults final : public platform::UserDefaults {
+public:
+    std::optional<platform::StoredValue> get(std::string_view key) const override {
+        const auto found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void set(std::string_view key, platform::StoredValue value) override {
+        values.insert_or_assign(std::string(key), std::move(value));
+    }
+    std::map<std::string, platform::StoredValue, std::less<>> all() const override { return values; }
+
+    std::map<std::string, platform::StoredValue, std::less<>> values;
+};
+
+class WindowSystemTest : public testing::Test {
+protected:
+    WindowSystemTest() {
+        m_windowSystem.setMainWindow(&m_mainWindow);
+        m_windowSystem.addWindow(m_window, &m_mainWindow);
+    }
+
+    keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
+    platform::Window m_window;
+    platform::TextView m_log;
+    int m_closeRequests = 0;
+    MainWindow m_mainWindow{{m_window, m_log, m_keyboard, QtRunLoop::monotonicNow},
+                            [this] { ++m_closeRequests; }};
+    MemoryDefaults m_defaults;
+    QtWindowSystem m_windowSystem{m_defaults};
+};
+
+TEST_F(WindowSystemTest, TheMainWindowFollowsItsOutletAndLeavesClosingToTheApplication) {
+    EXPECT_FALSE(m_mainWindow.isVisible());
+    m_window.bringToFront();
+    EXPECT_TRUE(m_mainWindow.isVisible());
+    EXPECT_FALSE(m_mainWindow.close());
+    EXPECT_EQ(m_closeRequests, 1);
+    EXPECT_TRUE(m_mainWindow.isVisible());
+    m_window.visible.set(false);
+    EXPECT_FALSE(m_mainWindow.isVisible());
+}
+
+TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
+    m_windowSystem.restoreFrame("windowPosition");
+    const QSize untouched = m_mainWindow.size();
+    m_mainWindow.setGeometry(40, 50, 720, 560);
+    m_windowSystem.saveFrame("windowPosition");
+    m_mainWindow.setGeometry({{7, 8}, untouched});
+    m_windowSystem.restoreFrame("otherName");
+    EXPECT_EQ(m_mainWindow.geometry(), QRect({7, 8}, untouched));
+    m_windowSystem.restoreFrame("windowPosition");
+    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
+
+    ASSERT_EQ(m_defaults.values.size(), 1U);
+    platform::StoredValue& stored = m_defaults.values.begin()->second;
+    using Array = platform::NumberArray;
+    for (const platform::StoredValue& damaged : {platform::StoredValue{1.5},
+                                                 {Array{}},
+                                                 {Array{1.0, 2.0, 3.0}},
+                                                 {Array{1.0, 2.0, 0.0, -5.0}},
+                                                 {Array{1e300, 2.0, 300.0, 300.0}},
+                                                 {Array{1.0, std::nan(""), 300.0, 300.0}}}) {
+        stored = damaged;
+        m_windowSystem.restoreFrame("windowPosition");
+        EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
+    }
+    stored = Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}};
+    m_windowSystem.restoreFrame("windowPosition");
+    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
+}
+
+TEST_F(WindowSystemTest, AModalSessionEndsWithItsCodeOrWithItsWindow) {
+    m_windowSystem.stopModal(3); // no session: nothing
+    QTimer::singleShot(0, [this] { m_windowSystem.stopModal(2); });
+    EXPECT_EQ(m_windowSystem.runModal(m_window), 2);
+    EXPECT_TRUE(m_window.visible.get()) << "hiding is the caller's";
+    QTimer::singleShot(0, [this] { m_window.visible.set(false); });
+    EXPECT_EQ(m_windowSystem.runModal(m_window), 0);
+}
+
+TEST_F(WindowSystemTest, AnAlertShowsItsTextAsItIsAndWaits) {
+    QString text;
+    QTimer::singleShot(0, [&text] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        for (const QLabel* label : box->findChildren<QLabel*>())
+            if (!label->text().isEmpty() && label->textFormat() != Qt::PlainText)
+                ADD_FAILURE() << "markup would show in " << label->text().toStdString();
+        text = box->text() + "|" + box->informativeText() + "|" + box->buttons().constFirst()->text();
+        QTest::mouseClick(box->buttons().constFirst(), Qt::LeftButton);
+    });
+    m_windowSystem.runAlert({"Title", "<b>text</b>", {"OK"}});
+    EXPECT_EQ(text, "Title|<b>text</b>|OK");
+}
+
+} // namespace
+} // namespace glimra::desktop

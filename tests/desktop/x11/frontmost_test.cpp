@@ -1,0 +1,195 @@
+#include "desktop/x11/frontmost_application.h"
+#include "desktop/x11/raise_window.h"
+#include "desktop/x11/utf8.h"
+#include "desktop/x11/xvfb_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace glimra::desktop {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using glimra::testing::ChildProcess;
+using glimra::testing::eventually;
+using glimra::testing::XClient;
+using glimra::testing::XvfbServer;
+using platform::RunningApplication;
+using ::testing::Optional;
+
+const RunningApplication kGame{std::string(kGameIdentifier)};
+const RunningApplication kEditor{"Editor"};
+const RunningApplication kNameless{};
+
+TEST(IdentifyTest, KnowsTheGameByItsWindowsProgram) {
+    EXPECT_EQ(identify({"wow.exe", "wow.exe", "", 0}), kGame);
+    EXPECT_EQ(identify({"WowClassic.exe", "Wine", "", 0}), kGame);
+    EXPECT_EQ(identify({"editor", "Editor", "World of Warcraft", 0}), kEditor);
+    EXPECT_EQ(identify({"wow.exe.exe", "Editor", "", 0}), kEditor);
+    EXPECT_EQ(identify({"editor", "", "Editor", 0}), kNameless);
+
+    // Proton's class does not tell the program: the process does, and the title where there is no process.
+    const std::string proton = "steam_app_default";
+    EXPECT_EQ(identify({proton, proton, "World of Warcraft", 0}), kGame);
+    EXPECT_EQ(identify({proton, proton, "World of Warcraft forum", 0}), RunningApplication{proton});
+    EXPECT_EQ(identify({proton, proton, "World of Warcraft", 0xFFFFFFFF}), kGame);
+    ChildProcess game("sleep", {"C:\\Games\\_retail_\\Wow.exe", "60"});
+    ChildProcess launcher("sleep", {"Z:/games/Launcher.exe", "60"});
+    const auto idOf = [](const ChildProcess& process) { return static_cast<std::uint32_t>(process.pid()); };
+    ASSERT_TRUE(eventually([&] { return windowsProgram(idOf(game)) == "Wow.exe"; }));
+    ASSERT_TRUE(eventually([&] { return windowsProgram(idOf(launcher)) == "Launcher.exe"; }));
+    EXPECT_EQ(identify({proton, proton, "", idOf(game)}), kGame);
+    EXPECT_EQ(identify({proton, proton, "World of Warcraft", idOf(launcher)}), RunningApplication{proton});
+}
+
+TEST(Utf8Test, ReplacesOnlyWhatIsNotUtf8) {
+    const std::string bad = "\xEF\xBF\xBD";
+    EXPECT_EQ(validUtf8("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xAE\0z"s),
+              "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xAE\0z"s);
+    EXPECT_EQ(validUtf8("\xE9t\xE9"), bad + "t" + bad);
+    // Overlong, surrogate, beyond the last character, cut off.
+    EXPECT_EQ(validUtf8("\xC0\xAF|\xED\xA0\x80|\xF4\x90\x80\x80"),
+              bad + bad + "|" + bad + bad + bad + "|" + bad + bad + bad + bad);
+    EXPECT_EQ(validUtf8("a\xF0\x9F\x8E"), "a" + bad);
+}
+
+/// Lets the application in front be told by its own descriptor and time, as a program's event loop does.
+bool serveUntil(X11FrontmostApplication& application, const std::function<bool()>& condition) {
+    const auto deadline = monotonicNow() + 10s;
+    while (!condition()) {
+        const auto wakeUpAt = std::min(application.wakeUpAt().value_or(deadline), deadline);
+        pollfd waiting{application.fileDescriptor(), POLLIN, 0};
+        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - monotonicNow());
+        ::poll(&waiting, 1, static_cast<int>(std::max(wait, 0ms).count()));
+        if (monotonicNow() >= deadline)
+            return false;
+        application.processEvents(monotonicNow());
+    }
+    return true;
+}
+
+/// A server without a window manager, whose part the test plays.
+class FrontmostTest : public ::testing::Test {
+protected:
+    void activate(xcb_window_t window) {
+        client.setNumber(client.root(), client.atom("_NET_ACTIVE_WINDOW"), window);
+        now += 1s;
+        application.processEvents(now);
+    }
+
+    XvfbServer server{"800x600x24", glimra::testing::reservedDisplayNumber()};
+    XClient client{server.display()};
+    int changes = 0;
+    X11FrontmostApplication application{server.display(), [this] { ++changes; }};
+    platform::Time now = monotonicNow() + 1h;
+};
+
+TEST_F(FrontmostTest, FollowsTheActiveWindow) {
+    EXPECT_EQ(application.frontmost(), std::nullopt);
+    const auto editor = client.createWindow("editor\0Editor\0"s);
+    activate(editor);
+    EXPECT_THAT(application.frontmost(), Optional(kEditor));
+    activate(editor);
+    EXPECT_EQ(changes, 1);
+    activate(client.createWindow("wow.exe\0wow.exe\0"s));
+    EXPECT_THAT(application.frontmost(), Optional(kGame));
+    activate(client.createWindow(""));
+    EXPECT_THAT(application.frontmost(), Optional(kNameless));
+
+    activate(editor);
+    client.setText(editor, XCB_ATOM_WM_CLASS, "x\0Viewer\0"s);
+    application.processEvents(now += 1s);
+    EXPECT_THAT(application.frontmost(), Optional(RunningApplication{"Viewer"}));
+    EXPECT_EQ(changes, 5);
+}
+
+TEST_F(FrontmostTest, IgnoresAShortTimeWithoutAWindow) {
+    const auto editor = client.createWindow("editor\0Editor\0"s);
+    activate(editor);
+    activate(XCB_NONE);
+    EXPECT_EQ(application.wakeUpAt(), now + 100ms);
+    application.processEvents(now + 99ms);
+    EXPECT_THAT(application.frontmost(), Optional(kEditor));
+    activate(editor);
+    EXPECT_EQ(changes, 1);
+
+    // A window that has gone is none.
+    client.destroy(editor);
+    activate(editor);
+    EXPECT_THAT(application.frontmost(), Optional(kEditor));
+    application.processEvents(now + 100ms);
+    EXPECT_EQ(application.frontmost(), std::nullopt);
+    EXPECT_EQ(application.wakeUpAt(), std::nullopt);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(FrontmostTest, BoundsAndCleansWhatAWindowTells) {
+    activate(client.createWindow("x\0"s + std::string(60000, '\xFF')));
+    ASSERT_TRUE(application.frontmost() && application.frontmost()->bundleIdentifier);
+    EXPECT_EQ(application.frontmost()->bundleIdentifier->substr(0, 3), "\xEF\xBF\xBD");
+    EXPECT_LE(application.frontmost()->bundleIdentifier->size(), 3 * 1024);
+    for (const std::string& halfClass : {"only"s, "only\0"s, "\0"s, "\0\0\0\0"s}) {
+        activate(client.createWindow(halfClass));
+        EXPECT_THAT(application.frontmost(), Optional(kNameless)) << halfClass;
+    }
+    const auto odd = client.createWindow("");
+    client.setNumber(odd, XCB_ATOM_WM_CLASS, 7);
+    client.setText(odd, client.atom("_NET_WM_PID"), "text");
+    activate(odd);
+    EXPECT_THAT(application.frontmost(), Optional(kNameless));
+
+    // A window that changes its class all the time is not read every time.
+    for (int i = 0; i < 50; ++i) {
+        client.setText(odd, XCB_ATOM_WM_CLASS, "x\0Class"s + std::to_string(i));
+        application.processEvents(now);
+    }
+    EXPECT_THAT(application.frontmost(), Optional(kNameless));
+    ASSERT_TRUE(application.wakeUpAt());
+    application.processEvents(*application.wakeUpAt());
+    EXPECT_THAT(application.frontmost(), Optional(RunningApplication{"Class49"}));
+}
+
+TEST_F(FrontmostTest, OutlivesTheServer) {
+    activate(client.createWindow("editor\0Editor\0"s));
+    server.kill();
+    ASSERT_TRUE(serveUntil(application, [&] { return !application.frontmost(); }));
+    EXPECT_EQ(application.fileDescriptor(), -1);
+    EXPECT_EQ(changes, 2);
+
+    XvfbServer again("800x600x24", server.number());
+    XClient other(again.display());
+    other.setNumber(other.root(), other.atom("_NET_ACTIVE_WINDOW"),
+                    other.createWindow("wow.exe\0wow.exe\0"s));
+    EXPECT_TRUE(serveUntil(application, [&] { return application.frontmost() == kGame; }));
+}
+
+TEST(WindowManagerTest, TellsTheWindowInFrontAndRaisesAnother) {
+    XvfbServer server;
+    ChildProcess windowManager("openbox", {"openbox"}, server.display());
+    XClient client(server.display());
+    X11FrontmostApplication application(server.display());
+    const auto becomes = [&](const RunningApplication& expected) {
+        return serveUntil(application, [&] { return application.frontmost() == expected; });
+    };
+
+    ASSERT_TRUE(client.showManaged(client.createWindow("editor\0Editor\0"s, "some text")));
+    ASSERT_TRUE(client.showManaged(client.createWindow("wow.exe\0wow.exe\0"s, "World of Warcraft")));
+    ASSERT_TRUE(raiseWindow(server.display(), "EDITOR"));
+    ASSERT_TRUE(becomes(kEditor));
+    ASSERT_TRUE(raiseWindow(server.display(), "World of Warcraft"));
+    ASSERT_TRUE(becomes(kGame));
+    ASSERT_TRUE(raiseWindow(server.display(), "editor"));
+    ASSERT_TRUE(becomes(kEditor));
+
+    EXPECT_FALSE(raiseWindow(server.display(), "Nobody"));
+    EXPECT_FALSE(raiseWindow(server.display(), ""));
+    EXPECT_FALSE(raiseWindow(":987", "Editor"));
+
+    // Nothing happens, nothing wakes us.
+    serveUntil(application, [&] { return !application.wakeUpAt(); });
+    pollfd waiting{application.fileDescriptor(), POLLIN, 0};
+    EXPECT_EQ(::poll(&waiting, 1, 300), 0);
+}
+
+} // namespace
+} // namespace glimra::desktop

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tools/replay/replay_run.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <initializer_list>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace glimra::test {
+
+/// Runs a script and gives the lines of these kinds (all when none is named) as text, without line ends. A
+/// script that can't be understood is a test failure.
+inline std::vector<std::string> replayText(std::string_view script,
+                                           std::initializer_list<trace::TraceKind> kinds = {}) {
+    std::istringstream text{std::string(script)};
+    const auto read = tools::readScript(text);
+    std::vector<std::string> lines;
+    if (const auto* error = std::get_if<tools::ScriptError>(&read)) {
+        ADD_FAILURE() << "line " << error->line << ": " << error->message;
+        return lines;
+    }
+    tools::ReplayRun::Options options;
+    if (kinds.size() > 0)
+        options.kinds = {};
+    for (const trace::TraceKind kind : kinds)
+        options.kinds.add(kind);
+    tools::ReplayRun run(
+        options, [&lines](std::string_view line) { lines.emplace_back(line.substr(0, line.size() - 1)); });
+    run.run(std::get<tools::Script>(read));
+    return lines;
+}
+
+/// The same as JSON values.
+inline std::vector<nlohmann::ordered_json> replay(std::string_view script,
+                                                  std::initializer_list<trace::TraceKind> kinds = {}) {
+    std::vector<nlohmann::ordered_json> values;
+    for (const std::string& line : replayText(script, kinds))
+        values.push_back(nlohmann::ordered_json::parse(line));
+    return values;
+}
+
+} // namespace glimra::test

@@ -1,0 +1,171 @@
+#include "desktop/x11/screen_capture.h"
+#include "desktop/x11/xvfb_fixture.h"
+#include "tools/strip/strip_encoder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+#include <sstream>
+
+namespace glimra::tools {
+namespace {
+
+using glimra::testing::ChildProcess;
+using glimra::testing::eventually;
+using glimra::testing::XvfbServer;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+/// A shell command that runs while the test goes on.
+class Shell {
+public:
+    explicit Shell(const std::string& command) : m_output(::popen(command.c_str(), "r")) {}
+
+    std::string readOutput() {
+        std::string output;
+        for (int c = 0; (c = std::fgetc(m_output)) != EOF;)
+            output += static_cast<char>(c);
+        return output;
+    }
+    int exitStatus() { return WEXITSTATUS(::pclose(m_output)); }
+
+private:
+    std::FILE* m_output;
+};
+
+struct Result {
+    int status;
+    std::string output;
+};
+
+/// Runs the program, without a display unless the arguments name one, with both outputs in one.
+Result run(const std::string& arguments, const std::string& before = "") {
+    Shell shell("unset DISPLAY; " + before + STRIP_PROGRAM " " + arguments + " 2>&1");
+    const std::string output = shell.readOutput();
+    return {shell.exitStatus(), output};
+}
+
+TEST(StripProgram, BadArgumentsEndWithUsageAndTwo) {
+    for (const char* arguments : {"",
+                                  "--bogus send C",
+                                  "--left",
+                                  "--left -1 send C",
+                                  "--left 99999999999999999999 send C",
+                                  "--left 1.5 send C",
+                                  "--width 10 send C",
+                                  "--width 16384 send C",
+                                  "--hold 0 send C",
+                                  "--hold 60001 demo",
+                                  "--hold '' demo",
+                                  "send",
+                                  "send --",
+                                  "send C --hold 5",
+                                  "send CC",
+                                  "send \"$(printf '\\377')\"",
+                                  "frame ff0000",
+                                  "bogus",
+                                  "''",
+                                  "- x",
+                                  "demo demo"}) {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.status, 2) << arguments;
+        EXPECT_THAT(result.output, HasSubstr("\nUsage: glimra-strip")) << arguments;
+        EXPECT_THAT(result.output, StartsWith("glimra-strip: ")) << arguments;
+    }
+}
+
+TEST(StripProgram, WithoutADisplayItSaysSo) {
+    for (const char* arguments : {"send - [] \\\\0", "demo", "-", "--display :4242 calibrate"}) {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.status, 1) << arguments;
+        EXPECT_THAT(result.output, HasSubstr("X display")) << arguments;
+        EXPECT_THAT(result.output, Not(HasSubstr("Usage"))) << arguments;
+    }
+}
+
+TEST(StripProgram, CommandsComeFromStandardInput) {
+    XvfbServer server;
+    const std::string arguments = "--display " + server.display() + " -";
+    const auto good =
+        run(arguments, "printf 'stage a\\n\\n# note\\nwait 1\\nframe 1\\n' | sed '/frame/d' | ");
+    EXPECT_EQ(good.output, "stage a\n");
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(run(arguments, "printf 'stage a\\noff\\nstage b' | ").output, "stage a\nstage b\n");
+
+    const auto bad = run(arguments, "printf 'stage a\\n\\nsend \\0\\377\\nstage b\\n' | ");
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_THAT(bad.output, StartsWith("stage a\nglimra-strip: line 3: "));
+    EXPECT_THAT(bad.output, Not(HasSubstr("stage b")));
+    const auto endless = run(arguments, "head -c 1000000 /dev/zero | ");
+    EXPECT_EQ(endless.status, 2);
+    EXPECT_THAT(endless.output, HasSubstr("line 1: "));
+}
+
+/// What the application's reader would see at the factory settings.
+class Screen {
+public:
+    explicit Screen(const std::string& display) : m_capture(display) {}
+
+    std::optional<screenlink::Cells> cells() {
+        const auto image = m_capture.capture({2, 0, 80, 1});
+        return image ? screenlink::sampleCells(image->view(), screenlink::updatePixelOffsets(80))
+                     : std::nullopt;
+    }
+
+private:
+    desktop::X11ScreenCapture m_capture;
+};
+
+double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+TEST(StripProgram, TheReaderSeesTheTokensWhenTheProgramSaysSo) {
+    XvfbServer server;
+    Screen screen(server.display());
+    const double begin = now();
+    Shell shell(STRIP_PROGRAM " --hold 80 --timestamps --display " + server.display() +
+                " send C C '`A' '[]' '\\x22' '}\\x7f'");
+    screenlink::TokenAssembler assembler;
+    std::vector<std::string> seen;
+    EXPECT_TRUE(eventually([&] {
+        const auto cells = screen.cells();
+        const auto frame = cells ? screenlink::decodeFrame(*cells) : std::nullopt;
+        if (const auto token = frame ? assembler.accept(*frame) : std::nullopt)
+            seen.push_back(token->text());
+        return seen.size() == 6;
+    }));
+    EXPECT_THAT(seen, ElementsAre("C", "C", "`A", "[]", "\"", "}\x7f"));
+
+    std::istringstream lines(shell.readOutput());
+    EXPECT_EQ(shell.exitStatus(), 0);
+    std::vector<std::string> told;
+    double last = begin;
+    for (std::string line; std::getline(lines, line);) {
+        const auto said = nlohmann::json::parse(line);
+        told.push_back(said.at("token"));
+        const double time = said.at("t");
+        EXPECT_GE(time - last, 0.08 * (told.size() == 1 ? 1 : 2));
+        last = time;
+    }
+    EXPECT_EQ(told, seen);
+    EXPECT_LE(last, now());
+}
+
+TEST(StripProgram, TheTestPatternStandsUntilStopped) {
+    XvfbServer server;
+    Screen screen(server.display());
+    for (const int signal : {SIGINT, SIGTERM}) {
+        ChildProcess program(STRIP_PROGRAM, {"glimra-strip", "calibrate"}, server.display());
+        EXPECT_TRUE(eventually([&] { return screen.cells() && (*screen.cells())[2].colorCode() == 6; }));
+        program.signal(signal);
+        EXPECT_EQ(program.wait(), 0);
+        EXPECT_TRUE(eventually([&] { return screen.cells() == screenlink::Cells{}; }));
+    }
+}
+
+} // namespace
+} // namespace glimra::tools
