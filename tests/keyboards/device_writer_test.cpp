@@ -208,21 +208,23 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
 }
 
 TEST(DeviceWriter, LeavesAHangingDeviceBehind) {
-    auto bench = std::make_unique<Bench>();
-    bench->with([](Bench::State& s) { s.hangs = true; });
-    auto writer = std::make_unique<DeviceWriter>(bench->device(), bench->report());
-    writer->show(modelWithEsc({100, 0, 0}));
-    ASSERT_TRUE(bench->waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
+    Bench bench;
+    bench.with([](Bench::State& s) { s.hangs = true; });
+    DeviceWriter writer(bench.device(), bench.report());
+    writer.show(modelWithEsc({100, 0, 0}));
+    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
     const Time begin = monotonicNow();
-    writer->stop();
+    writer.stop();
     EXPECT_LT(monotonicNow() - begin, DeviceWriter::kStopLimit + 300ms);
-    writer.reset();
-    bench->with([](Bench::State& s) { s.events.clear(); });
+    bench.with([](Bench::State& s) { s.events.clear(); });
+    const std::shared_ptr<const WakeEvent> done = writer.leave();
     BenchDevice::m_release.set();
     // It is still closed properly when it comes to itself, and nobody is told any more.
-    EXPECT_TRUE(bench->waitFor([](const Bench::State& s) { return s.closed == 1; }));
-    bench->with([](const Bench::State& s) { EXPECT_TRUE(s.events.empty()); });
-    std::ignore = bench.release(); // the thread may still be on its way out of it
+    EXPECT_TRUE(waitForInput(done->fd(), -1, monotonicNow() + 20s).first);
+    bench.with([](const Bench::State& s) {
+        EXPECT_EQ(s.closed, 1);
+        EXPECT_TRUE(s.events.empty());
+    });
     BenchDevice::m_release.clear();
 }
 

@@ -20,7 +20,7 @@ struct ServerMode {
     std::uint32_t value = 0;
     std::uint32_t speed = 0;
     std::uint32_t brightness = 0;
-    std::vector<Rgb> colors;
+    std::vector<Rgb> colors{};
 };
 
 struct ServerSegment {
@@ -35,8 +35,8 @@ struct ServerZone {
     std::uint32_t flags = 0;
     std::uint32_t height = 0;
     std::uint32_t width = 0;
-    std::vector<std::uint32_t> cells;
-    std::vector<ServerSegment> segments;
+    std::vector<std::uint32_t> cells{};
+    std::vector<ServerSegment> segments{};
 };
 
 struct ServerDevice {
@@ -48,7 +48,7 @@ struct ServerDevice {
     std::int32_t activeMode = 0;
     std::vector<ServerZone> zones;
     std::vector<std::string> leds;
-    std::vector<Rgb> colors;
+    std::vector<Rgb> colors{};
     std::vector<std::string> alternateNames;
 };
 

@@ -3,10 +3,9 @@
 #include "keyboards/openrgb/bytes.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <stdexcept>
+#include <utility>
 
-#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
