@@ -47,6 +47,8 @@ public:
     Lights lights(const std::string& device) const;
     std::vector<std::string> complaints() const;
     std::string clientName() const;
+    /// A client will send nothing more but waits for its answers.
+    bool clientSaidGoodbye() const;
     /// Requests that have come, by their ids.
     std::vector<std::uint32_t> requests() const;
 
@@ -75,6 +77,7 @@ private:
         std::uint32_t version = 0;
         Bytes received;
         Bytes unsent;
+        bool saidGoodbye = false;
     };
     struct Request {
         std::uint32_t device = 0;
@@ -83,6 +86,7 @@ private:
     };
 
     void run();
+    bool isRead(const Client& client) const;
     void accept();
     void read(Client& client);
     std::optional<Request> takeRequest(Client& client);
