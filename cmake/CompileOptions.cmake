@@ -13,3 +13,11 @@ if(GLIMRA_SANITIZE)
     add_compile_options(-fsanitize=${GLIMRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${GLIMRA_SANITIZE})
 endif()
+
+if(GLIMRA_FUZZ)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+        message(FATAL_ERROR "GLIMRA_FUZZ needs Clang")
+    endif()
+    # The fuzzer finds its way by what the code under test does, so that is instrumented too.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

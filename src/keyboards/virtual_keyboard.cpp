@@ -13,8 +13,29 @@ template <class Change>
 bool VirtualKeyboard::take(Change change) {
     if (!m_open || !change(m_model))
         return false;
+    if (m_writer)
+        m_writer->show(m_model);
     changed.emit();
     return true;
+}
+
+void VirtualKeyboard::attach(std::unique_ptr<KeyboardDevice> device, DeviceWriter::Report report) {
+    detach();
+    m_writer = std::make_unique<DeviceWriter>(std::move(device), std::move(report), m_detached);
+    if (m_open)
+        m_writer->show(m_model);
+}
+
+void VirtualKeyboard::detach() {
+    if (!m_writer)
+        return;
+    m_detached = m_writer->leave();
+    m_writer.reset();
+}
+
+void VirtualKeyboard::resendAll() {
+    if (m_writer)
+        m_writer->resendAll();
 }
 
 bool VirtualKeyboard::LogiLedInit() {
@@ -91,6 +112,10 @@ bool VirtualKeyboard::LogiLedStopEffects() {
 }
 
 void VirtualKeyboard::LogiLedShutdown() {
+    // First of all: the keyboard is handed back as it was found, it does not go dark.
+    detach();
+    if (m_detached)
+        waitForInput(m_detached->fd(), -1, monotonicNow() + DeviceWriter::kStopLimit);
     take([](KeyboardModel& model) {
         model = {};
         return true;

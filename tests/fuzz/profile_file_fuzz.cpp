@@ -3,11 +3,11 @@
 #include "profiles/profile_file.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
 using namespace glimra;
+using glimra::tests::must;
 
 struct NoLog final : platform::SystemLog {
     void write(std::string_view) override {}
@@ -24,11 +24,6 @@ const profiles::CanvasKeyCodes& canvasKeyCodes() {
     return codes;
 }
 
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
 bool isFraction(double component) {
     return component >= 0.0 && component <= 1.0;
 }
@@ -41,21 +36,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto content = profiles::decodeProfiles({data, size}, canvasKeyCodes(), log);
     if (!content)
         return 0;
-    require(content->blinkTime >= 0.0 && content->blinkTime <= 5.0);
+    must(content->blinkTime >= 0.0 && content->blinkTime <= 5.0, "the blink time is limited");
     for (const lighting::ColorSet& set : content->colorSets)
         for (const lighting::Color& color : set)
-            require(isFraction(color.red) && isFraction(color.green) && isFraction(color.blue));
+            must(isFraction(color.red) && isFraction(color.green) && isFraction(color.blue),
+                 "a colour is limited");
     for (const lighting::KeyMap& map : content->keyMaps)
         for (const int slot : map)
-            require(slot >= 0 && slot <= 12);
+            must(slot >= 0 && slot <= 12, "a slot is one of thirteen");
     const auto again = profiles::decodeProfiles(profiles::encodeProfiles(*content, canvasKeyCodes()).bytes(),
                                                 canvasKeyCodes(), log);
-    require(again && again->colorSets == content->colorSets && again->keyMaps == content->keyMaps &&
-            again->useCooldowns == content->useCooldowns);
+    must(again && again->colorSets == content->colorSets && again->keyMaps == content->keyMaps &&
+             again->useCooldowns == content->useCooldowns,
+         "what is accepted comes back as it was");
     return 0;
 }
 
-std::vector<FuzzInput> fuzzSeeds() {
+std::vector<glimra::tests::FuzzSeed> glimra::tests::fuzzSeeds() {
     profiles::ProfileFileContent content;
     content.applicationVersion = 1.2F;
     content.blinkTime = 1.5;
@@ -64,5 +61,6 @@ std::vector<FuzzInput> fuzzSeeds() {
         content.colorSets[i].fill({0.25, 0.5, 1.0});
         content.keyMaps[i].assign(lighting::kKeyCodeCount, static_cast<int>(i));
     }
-    return {profiles::encodeProfiles(content, canvasKeyCodes()).bytes(), {0x10, 0xBF, 0x1F, 0x49}};
+    return {{"whole", profiles::encodeProfiles(content, canvasKeyCodes()).bytes()},
+            {"marker", {0x10, 0xBF, 0x1F, 0x49}}};
 }

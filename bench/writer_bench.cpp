@@ -1,0 +1,299 @@
+// What a real keyboard costs the application: how long the main thread is held up while a slow device is
+// written to, how much less than everything is sent, and the writer's CPU time. Ends with 1 when a goal is
+// missed.
+
+#include "events/effects.h"
+#include "keyboards/openrgb/openrgb_device.h"
+#include "keyboards/openrgb/stand_in_server.h"
+#include "keyboards/virtual_keyboard.h"
+#include "keyboards/writer_plan.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using namespace glimra;
+using namespace glimra::keyboards;
+using namespace std::chrono_literals;
+
+constexpr Duration kWritingTime = 10ms;
+constexpr auto kLongestStall = 1ms;
+constexpr double kMostCpuPercent = 2.0;
+constexpr int kStormRounds = 20;
+
+/// Takes `kWritingTime` for a frame, as a keyboard on a wire does.
+class SlowDevice final : public KeyboardDevice {
+public:
+    static inline std::atomic<int> frames = 0;
+
+    OpenResult open(const WakeEvent&) override { return {true, {}}; }
+    DeviceStatus write(std::span<const KeyColor>) override {
+        std::this_thread::sleep_for(kWritingTime);
+        ++frames;
+        return {};
+    }
+    void close() override {}
+    DevicePace pace() const override { return {}; }
+    int watchedFd() const override { return -1; }
+    DeviceStatus serve() override { return {}; }
+};
+
+class NoRandom final : public platform::RandomNumbers {
+public:
+    std::uint32_t uniform(std::uint32_t) override { return 0; }
+};
+
+/// Time that passes at once, and somebody who is told how far it goes.
+class HastyRunLoop final : public platform::RunLoop {
+public:
+    std::function<void(Time deadline)> pass = [](Time) {};
+
+    Time now() const override { return m_now; }
+    std::string dateAndTime(Time) const override { return {}; }
+    bool runUntil(Time deadline) override {
+        pass(deadline);
+        m_now = deadline;
+        return true;
+    }
+    void terminate() override {}
+    bool isTerminated() const override { return false; }
+    platform::TimerId repeat(Duration, std::function<void()>) override { return 0; }
+    platform::TimerId after(Duration, std::function<void()>) override { return 0; }
+    void cancel(platform::TimerId) override {}
+    void post(std::function<void()>) override {}
+
+private:
+    Time m_now{1h};
+};
+
+/// Every animation there is, one after the other.
+void playAll(HastyRunLoop& runLoop, platform::LedDriver& keyboard) {
+    NoRandom random;
+    const lighting::LightingState state;
+    lighting::LightingOutput output(keyboard, random, state);
+    events::Effects effects(runLoop, keyboard, random, output);
+    for (const events::Animation& animation : events::animations())
+        if (!effects.play(animation.code, lighting::blankBitmap(), false))
+            throw std::runtime_error("an animation did not end");
+}
+
+struct Stalls {
+    int frames = 0;
+    Duration longest{};
+    /// Among the frames in the middle of which the system gave the processor to nobody else.
+    Duration longestOfOurs{};
+};
+
+/// The time that the main thread spends on each frame of a storm, when it need not wait for anything.
+Stalls storm(bool withDevice) {
+    VirtualKeyboard keyboard(monotonicNow);
+    keyboard.LogiLedInit();
+    if (withDevice)
+        keyboard.attach(std::make_unique<SlowDevice>(), {});
+    const auto switches = [] {
+        rusage usage{};
+        getrusage(RUSAGE_THREAD, &usage);
+        return usage.ru_nivcsw;
+    };
+    Stalls stalls;
+    long switchesBefore = 0;
+    Time begin{};
+    HastyRunLoop runLoop;
+    runLoop.pass = [&](Time) {
+        const Duration duration = monotonicNow() - begin;
+        ++stalls.frames;
+        stalls.longest = std::max(stalls.longest, duration);
+        if (switches() == switchesBefore)
+            stalls.longestOfOurs = std::max(stalls.longestOfOurs, duration);
+        // Some real time, so that the device is in the middle of a frame at every stage of the storm.
+        std::this_thread::sleep_for(100us);
+        switchesBefore = switches();
+        begin = monotonicNow();
+    };
+    begin = monotonicNow();
+    for (int round = 0; round < kStormRounds; ++round)
+        playAll(runLoop, keyboard);
+    keyboard.LogiLedShutdown();
+    return stalls;
+}
+
+double microseconds(Duration duration) {
+    return std::chrono::duration<double, std::micro>(duration).count();
+}
+
+bool benchStalls() {
+    std::printf("Main thread, over a storm of all animations\n"
+                "%-38s %10s %14s %22s\n",
+                "", "frames", "longest us", "longest, undisturbed us");
+    Stalls with;
+    for (const bool withDevice : {false, true}) {
+        const int before = SlowDevice::frames;
+        const Stalls stalls = storm(withDevice);
+        std::printf("%-38s %10d %14.0f %22.0f\n", withDevice ? "device of 10 ms a frame" : "no device",
+                    stalls.frames, microseconds(stalls.longest), microseconds(stalls.longestOfOurs));
+        if (withDevice)
+            std::printf("  the device was given %d frames\n", SlowDevice::frames - before);
+        with = stalls;
+    }
+    return with.longestOfOurs < kLongestStall;
+}
+
+/// A keyboard that takes 14 keys in a report of 64 bytes, and commits with one of 20.
+std::size_t reportBytes(std::size_t keys) {
+    return (keys + 13) / 14 * 64 + 20;
+}
+
+struct Traffic {
+    std::size_t frames = 0;
+    std::size_t keys = 0;
+    std::size_t bytes = 0;
+};
+
+/// What the plan sends while the animations run at their own pace, reckoned without real time.
+Traffic trafficOfAnimations() {
+    HastyRunLoop runLoop;
+    VirtualKeyboard keyboard([&] { return runLoop.now(); });
+    keyboard.LogiLedInit();
+    WriterPlan plan;
+    plan.next(runLoop.now());
+    plan.found({}, runLoop.now());
+    keyboard.changed.observe([&] { plan.show(keyboard.model(), runLoop.now()); });
+    Traffic traffic;
+    runLoop.pass = [&](Time deadline) {
+        for (Time now = runLoop.now(); now < deadline;) {
+            const WriterPlan::Step step = plan.next(now);
+            if (step.kind == WriterPlan::Step::Kind::Write) {
+                ++traffic.frames;
+                traffic.keys += step.keys.size();
+                traffic.bytes += reportBytes(step.keys.size());
+            } else {
+                now = step.until.value_or(deadline);
+            }
+        }
+    };
+    playAll(runLoop, keyboard);
+    return traffic;
+}
+
+void benchTraffic() {
+    const Traffic sent = trafficOfAnimations();
+    const auto perFrame = [&](std::size_t sum) {
+        return static_cast<double>(sum) / static_cast<double>(sent.frames);
+    };
+    const std::size_t all = reportBytes(kKeyCount);
+    std::printf("\nSent per frame, over all animations (%zu frames)\n%-38s %10s %14s\n", sent.frames, "",
+                "keys", "bytes (USB)");
+    std::printf("%-38s %10zu %14zu\n", "every key", kKeyCount, all);
+    std::printf("%-38s %10.1f %14.1f   %.0f %%\n", "changed keys only", perFrame(sent.keys),
+                perFrame(sent.bytes), 100.0 * perFrame(sent.bytes) / static_cast<double>(all));
+}
+
+/// A stand-in OpenRGB server in a process of its own, so that its work is not counted.
+class ServerProcess {
+public:
+    ServerProcess() {
+        int toChild[2];
+        int toParent[2];
+        if (pipe(toChild) != 0 || pipe(toParent) != 0)
+            throw std::runtime_error("no pipe");
+        m_child = fork();
+        if (m_child == 0) {
+            close(toChild[1]);
+            serve(toChild[0], toParent[1]);
+        }
+        close(toChild[0]);
+        close(toParent[1]);
+        m_hold = toChild[1];
+        if (read(toParent[0], &m_port, sizeof m_port) != sizeof m_port)
+            throw std::runtime_error("no stand-in server");
+        close(toParent[0]);
+    }
+    ~ServerProcess() {
+        close(m_hold);
+        waitpid(m_child, nullptr, 0);
+    }
+    std::uint16_t port() const { return m_port; }
+
+private:
+    [[noreturn]] static void serve(int lifeline, int answer) {
+        {
+            const tests::StandInServer server({tests::fullKeyboard()});
+            const std::uint16_t port = server.port();
+            char unused = 0;
+            if (write(answer, &port, sizeof port) == sizeof port)
+                while (read(lifeline, &unused, 1) > 0) {
+                }
+        }
+        _exit(0);
+    }
+
+    pid_t m_child = 0;
+    int m_hold = -1;
+    std::uint16_t m_port = 0;
+};
+
+struct Load {
+    double cpuPercent = 0;
+    /// How often a thread went to sleep in that time, by waking which it must have been.
+    long sleeps = 0;
+};
+
+/// What this process uses while the main thread sleeps.
+Load loadOver(Duration duration) {
+    const auto usage = [] {
+        rusage u{};
+        getrusage(RUSAGE_SELF, &u);
+        return u;
+    };
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    const rusage before = usage();
+    std::this_thread::sleep_for(duration);
+    const rusage after = usage();
+    const double cpu = seconds(after.ru_utime) + seconds(after.ru_stime) - seconds(before.ru_utime) -
+                       seconds(before.ru_stime);
+    // One of them is the main thread's own.
+    return {100.0 * cpu / std::chrono::duration<double>(duration).count(),
+            after.ru_nvcsw - before.ru_nvcsw - 1};
+}
+
+bool benchCpu(const char* name, std::unique_ptr<KeyboardDevice> device) {
+    VirtualKeyboard keyboard(monotonicNow);
+    keyboard.LogiLedInit();
+    keyboard.attach(std::move(device), {});
+    keyboard.LogiLedSetLighting(10, 20, 30);
+    std::this_thread::sleep_for(1s);
+    const Load rest = loadOver(5s);
+    for (const lighting::KeyRect& key : lighting::kKeyboardLayout)
+        keyboard.LogiLedPulseSingleKey(lighting::driverKeyName(key.code), 0, 0, 0, 100, 100, 100, 800, true);
+    std::this_thread::sleep_for(1s);
+    const Load pulse = loadOver(10s);
+    keyboard.LogiLedShutdown();
+    std::printf("%-38s %10.3f %14ld %14.3f\n", name, rest.cpuPercent, rest.sleeps, pulse.cpuPercent);
+    return rest.sleeps <= 0 && pulse.cpuPercent < kMostCpuPercent;
+}
+
+} // namespace
+
+int main() {
+    const ServerProcess server; // before there are threads
+    bool isGood = benchStalls();
+    benchTraffic();
+    std::printf("\nWriter's CPU, %% of a core\n%-38s %10s %14s %14s\n", "", "at rest", "wake-ups",
+                "full pulse");
+    isGood &= benchCpu("device of 10 ms a frame", std::make_unique<SlowDevice>());
+    isGood &= benchCpu("OpenRGB, 104 keys", std::make_unique<openrgb::OpenRgbDevice>(
+                                                openrgb::Options{{"127.0.0.1", server.port()}, {}, {}}));
+    std::printf("\n%s\n", isGood ? "All goals are met." : "A goal is missed.");
+    return isGood ? 0 : 1;
+}

@@ -1,0 +1,205 @@
+#include "keyboards/openrgb/session.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace glimra::keyboards::openrgb {
+
+namespace {
+
+/// What released servers speak. More is offered only to one that says it has it.
+constexpr std::uint32_t kFirstOffer = 5;
+constexpr char kClientName[] = "Glimra";
+
+/// How long a server that never stops talking is listened to at one go.
+constexpr Duration kLongestDrain = std::chrono::milliseconds(20);
+
+} // namespace
+
+bool Session::start(const ServerAddress& server, std::uint32_t newestVersion) {
+    const std::string problem =
+        m_connection.connect(server.host, server.port, monotonicNow() + m_timing.connection);
+    if (!problem.empty())
+        return fail("cannot be reached (" + problem + ")");
+    return negotiate(newestVersion) && send(clientNamePacket(kClientName));
+}
+
+bool Session::negotiate(std::uint32_t newestVersion) {
+    const std::uint32_t first = std::min(kFirstOffer, newestVersion);
+    const std::optional<std::uint32_t> newest = offer(first);
+    m_version = std::min(newest.value_or(0), first);
+    if (isOver() || newest.value_or(0) <= first || newestVersion <= first)
+        return !isOver();
+    if (!offer(newestVersion))
+        return fail("did not answer");
+    m_version = std::min(*newest, newestVersion);
+    return true;
+}
+
+/// The server's newest version; none when it does not answer.
+std::optional<std::uint32_t> Session::offer(std::uint32_t version) {
+    if (!send(numberPacket(PacketId::ProtocolVersion, 0, version)))
+        return std::nullopt;
+    const std::optional<Packet> answer =
+        await(PacketId::ProtocolVersion, std::nullopt, m_timing.versionAnswer);
+    if (!answer)
+        return std::nullopt;
+    ByteReader reader(answer->payload);
+    const std::uint32_t newest = reader.u32();
+    if (!reader.atEnd()) {
+        misunderstood();
+        return std::nullopt;
+    }
+    return newest;
+}
+
+std::optional<std::vector<std::uint32_t>> Session::controllerList() {
+    const std::optional<Packet> answer =
+        ask(packet(PacketId::ControllerCount, 0), PacketId::ControllerCount, std::nullopt);
+    if (!answer)
+        return std::nullopt;
+    auto list = readControllerList(answer->payload, m_version);
+    if (!list)
+        misunderstood();
+    return list;
+}
+
+std::optional<Controller> Session::controller(std::uint32_t device) {
+    const std::optional<Packet> answer =
+        ask(m_version == 0 ? packet(PacketId::ControllerData, device)
+                           : numberPacket(PacketId::ControllerData, device, m_version),
+            PacketId::ControllerData, device);
+    if (!answer)
+        return std::nullopt;
+    auto controller = readController(answer->payload, m_version);
+    if (!controller)
+        misunderstood();
+    return controller;
+}
+
+bool Session::send(Bytes packet) {
+    if (isOver())
+        return false;
+    if (m_connection.send(packet, monotonicNow() + m_timing.sending))
+        return true;
+    // Part of a packet may be on its way: nothing behind it would be understood.
+    m_connection.close();
+    return fail("closed the connection or does not listen any more");
+}
+
+bool Session::drain() {
+    const Time deadline = monotonicNow() + kLongestDrain;
+    while (const std::optional<Packet> packet = nextPacket()) {
+        takeNotice(*packet);
+        if (monotonicNow() >= deadline)
+            break;
+    }
+    return !isOver();
+}
+
+bool Session::waitForQuiet() {
+    const Time giveUp = monotonicNow() + m_timing.unrest;
+    do {
+        m_listHasChanged = false;
+        const Time quiet = monotonicNow() + m_timing.quiet;
+        while (!m_listHasChanged && waitForInput(quiet, Connection::Wait::UntilStopped))
+            if (!drain())
+                return false;
+    } while (m_listHasChanged && monotonicNow() < giveUp);
+    m_listHasChanged = false;
+    return true;
+}
+
+void Session::end() {
+    if (!m_connection.isOpen())
+        return;
+    fail("was left");
+    m_connection.finishSending();
+    listen(m_timing.farewell);
+    m_connection.close();
+}
+
+void Session::listen(Duration duration) {
+    const Time deadline = monotonicNow() + duration;
+    while (m_connection.isOpen() && waitForInput(deadline, Connection::Wait::Anyway))
+        drain();
+}
+
+std::optional<Packet> Session::ask(Bytes question, PacketId id, std::optional<std::uint32_t> device) {
+    if (!send(question))
+        return std::nullopt;
+    std::optional<Packet> answer = await(id, device, m_timing.answer);
+    if (!answer && !m_listHasChanged)
+        fail("did not answer");
+    return answer;
+}
+
+/// The answer to a request, whatever else the server says before it.
+std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> device, Duration limit) {
+    const Time deadline = monotonicNow() + limit;
+    do {
+        while (std::optional<Packet> packet = nextPacket()) {
+            if (packet->is(id) && packet->device == device.value_or(packet->device))
+                return packet;
+            takeNotice(*packet);
+            // A device that is gone is not answered for at all.
+            const bool isInVain = m_listHasChanged && id == PacketId::ControllerData;
+            if (isInVain || monotonicNow() >= deadline)
+                return std::nullopt;
+        }
+    } while (!isOver() && waitForInput(deadline, Connection::Wait::UntilStopped));
+    return std::nullopt;
+}
+
+/// The next of the packets that have come.
+std::optional<Packet> Session::nextPacket() {
+    while (m_connection.isOpen()) {
+        if (std::optional<Packet> packet = m_reader.take(m_unread))
+            return packet;
+        const std::optional<Bytes> received = m_reader.failed() ? std::nullopt : m_connection.receive();
+        if (!received) {
+            if (m_reader.failed())
+                misunderstood();
+            fail("closed the connection");
+            m_connection.close();
+            break;
+        }
+        if (received->empty())
+            break;
+        m_unread = *received;
+    }
+    return std::nullopt;
+}
+
+void Session::takeNotice(const Packet& packet) {
+    if (packet.is(PacketId::DeviceListUpdated))
+        m_listHasChanged = true;
+    // It took too long and counts as one of the servers without versions; only a new start can tell it
+    // better.
+    if (packet.is(PacketId::ProtocolVersion) && m_version == 0)
+        fail("answered too late");
+    if (packet.is(PacketId::Acknowledgement)) {
+        ByteReader reader(packet.payload);
+        const bool isForColors = reader.u32() == static_cast<std::uint32_t>(PacketId::UpdateLeds);
+        m_wasRefused |= isForColors && reader.u32() != 0;
+    }
+}
+
+/// Something may have come before `deadline`.
+bool Session::waitForInput(Time deadline, Connection::Wait wait) {
+    // Input that never ceases must not put the deadline off.
+    return monotonicNow() < deadline && m_connection.waitForInput(deadline, wait);
+}
+
+bool Session::fail(const std::string& problem) {
+    if (m_problem.empty())
+        m_problem = problem;
+    return false;
+}
+
+void Session::misunderstood() {
+    m_wasMisunderstood = true;
+    fail("sent something that is not of its protocol");
+}
+
+} // namespace glimra::keyboards::openrgb

@@ -1,0 +1,116 @@
+#include "keyboards/openrgb/key_names.h"
+
+#include "keyboards/keyboard_model.h"
+#include "keyboards/openrgb/encoder.h"
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <set>
+
+namespace glimra::keyboards::openrgb {
+namespace {
+
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+Controller withLeds(std::vector<std::string> names) {
+    Controller controller;
+    controller.leds = std::move(names);
+    controller.colors.resize(controller.leds.size());
+    return controller;
+}
+
+/// The LEDs of one key.
+std::vector<std::size_t> ledsOf(const Controller& controller, KeyName name) {
+    std::vector<std::size_t> leds;
+    for (const LedOfKey& led : ledsOfKeys(controller))
+        if (led.key == keyIndex(name))
+            leds.push_back(led.led);
+    return leds;
+}
+
+Controller fullKeyboard() {
+    return *readController(tests::encodeDevice(tests::fullKeyboard(), 5), 5);
+}
+
+TEST(KeyNames, EveryKeyOfAFullKeyboardHasItsLed) {
+    const Controller controller = fullKeyboard();
+    std::set<std::size_t> leds;
+    std::set<std::size_t> keys;
+    for (const LedOfKey& led : ledsOfKeys(controller)) {
+        leds.insert(led.led);
+        keys.insert(led.key);
+    }
+    EXPECT_EQ(leds.size(), 104U);
+    EXPECT_EQ(keys.size(), 104U);
+    EXPECT_EQ(controller.leds[ledsOf(controller, 0x148).at(0)], "Key: Up Arrow");
+    EXPECT_EQ(controller.leds[ledsOf(controller, 0x11C).at(0)], "Key: Number Pad Enter");
+    EXPECT_EQ(controller.leds[ledsOf(controller, 0x15C).at(0)], "Key: Right Fn")
+        << "for want of a Windows key";
+}
+
+TEST(KeyNames, PlacesFindTheSameLedsWhenNamesSayNothing) {
+    const Controller named = fullKeyboard();
+    Controller nameless = named;
+    for (std::string& led : nameless.leds)
+        led = "LED";
+    EXPECT_THAT(ledsOfKeys(nameless), testing::UnorderedElementsAreArray(ledsOfKeys(named)));
+
+    // Without a number pad the first columns are the same.
+    Matrix& matrix = nameless.zones[0].matrix;
+    std::vector<std::uint32_t> cells;
+    for (std::size_t cell = 0; cell < matrix.cells.size(); ++cell)
+        if (cell % matrix.width < 17)
+            cells.push_back(matrix.cells[cell]);
+    matrix.cells = cells;
+    matrix.width = 17;
+    EXPECT_EQ(ledsOfKeys(nameless).size(), 87U);
+
+    matrix.cells.assign(matrix.cells.size(), 5000); // beyond the zone
+    EXPECT_THAT(ledsOfKeys(nameless), IsEmpty());
+}
+
+TEST(KeyNames, ExactNamesComeBeforeSimilarOnesAndBestBeforeOthers) {
+    const Controller controller =
+        withLeds({" key: ENTER (iso) ", "key: w", "Key: W", "Key: Right Fn", "Key: Right Windows",
+                  "Key: Space", "Key: Space LED 2", "Key: #"});
+    EXPECT_THAT(ledsOf(controller, 0x1C), UnorderedElementsAre(0));
+    EXPECT_THAT(ledsOf(controller, 0x11), UnorderedElementsAre(2));
+    EXPECT_THAT(ledsOf(controller, 0x15C), UnorderedElementsAre(4));
+    EXPECT_THAT(ledsOf(controller, 0x39), UnorderedElementsAre(5, 6)) << "both lights of a wide key";
+    EXPECT_THAT(ledsOf(controller, 0x2B), UnorderedElementsAre(7)) << "where European keyboards have it";
+}
+
+TEST(KeyNames, KeysOfTheMakersOwnAreFoundUnderAllTheirNames) {
+    const Controller plain = withLeds({"Key: G1", "G2", "Key: M1", "Logo", "Key: Logo Left", "Mode Logo"});
+    EXPECT_THAT(ledsOf(plain, 0xFFF1), UnorderedElementsAre(0)) << "not M1, which is another key there";
+    EXPECT_THAT(ledsOf(plain, 0xFFF2), UnorderedElementsAre(1));
+    EXPECT_THAT(ledsOf(plain, 0xFFFF1), UnorderedElementsAre(3, 4));
+    EXPECT_THAT(ledsOf(withLeds({"Key: Macro G9"}), 0xFFF9), UnorderedElementsAre(0));
+    EXPECT_THAT(ledsOf(withLeds({"Key: Macro 3"}), 0xFFF3), UnorderedElementsAre(0));
+    EXPECT_THAT(ledsOf(withLeds({"Key: M5"}), 0xFFF5), UnorderedElementsAre(0));
+    EXPECT_THAT(ledsOf(withLeds({"Key: M10"}), 0xFFF1), IsEmpty());
+}
+
+TEST(KeyNames, LedsWithoutAColourAreNotLit) {
+    Controller controller = fullKeyboard();
+    controller.colors.resize(10);
+    for (const LedOfKey& led : ledsOfKeys(controller))
+        EXPECT_LT(led.led, 10U);
+    controller.colors.clear();
+    EXPECT_THAT(ledsOfKeys(controller), IsEmpty());
+}
+
+TEST(KeyNames, KeyboardsAreKnownByTypeOrByTheirKeys) {
+    Controller laptop = fullKeyboard();
+    laptop.type = 19;
+    EXPECT_TRUE(isKeyboard(laptop));
+    laptop.leds.resize(19);
+    EXPECT_FALSE(isKeyboard(laptop));
+    laptop.type = kKeyboardType;
+    EXPECT_TRUE(isKeyboard(laptop));
+}
+
+} // namespace
+} // namespace glimra::keyboards::openrgb

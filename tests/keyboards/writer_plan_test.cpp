@@ -1,0 +1,243 @@
+#include "keyboards/writer_plan.h"
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+namespace glimra::keyboards {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+constexpr KeyName kEsc = 0x01;
+constexpr KeyName kG1 = 0xFFF1;
+constexpr Percentages kRed{100, 0, 0};
+constexpr Percentages kBlack{0, 0, 0};
+
+/// A plan in the company of a device that needs some time for each frame, at times that only this tells.
+class Scene {
+public:
+    struct Frame {
+        Time at;
+        std::vector<KeyColor> keys;
+    };
+
+    WriterPlan plan;
+    KeyboardModel model;
+    Time now = 100s;
+    DevicePace pace;
+    Duration writingTime{};
+    bool isThere = true;
+    std::vector<Time> searches;
+    std::vector<Frame> frames;
+    /// How often the writer would have been awake.
+    int steps = 0;
+
+    void show() { plan.show(model, now); }
+
+    /// Goes through everything up to `deadline`.
+    void runUntil(Time deadline) {
+        while (now <= deadline) {
+            ++steps;
+            const WriterPlan::Step step = plan.next(now);
+            if (step.kind == WriterPlan::Step::Kind::Search) {
+                search();
+            } else if (step.kind == WriterPlan::Step::Kind::Write) {
+                frames.push_back({now, {step.keys.begin(), step.keys.end()}});
+                now += writingTime;
+            } else if (step.until && *step.until <= deadline) {
+                ASSERT_GT(*step.until, now) << "the writer would spin";
+                now = *step.until;
+            } else {
+                now = deadline;
+                return;
+            }
+        }
+    }
+    void runFor(Duration duration) { runUntil(now + duration); }
+
+    /// Open, with everything sent and the record empty.
+    void settle() {
+        show();
+        runFor(1s);
+        frames.clear();
+        steps = 0;
+    }
+
+private:
+    void search() {
+        searches.push_back(now);
+        if (isThere)
+            plan.found(pace, now);
+        else
+            plan.notFound(now);
+    }
+};
+
+KeyColor lit(KeyName name, Rgb color) {
+    return {keyIndex(name).value(), color};
+}
+
+TEST(WriterPlan, SendsAllKeysOnceThenOnlyWhatChanges) {
+    Scene scene;
+    scene.runFor(10s);
+    EXPECT_TRUE(scene.frames.empty()) << "nobody has shown anything yet";
+    scene.show();
+    scene.runFor(1s);
+    ASSERT_EQ(scene.frames.size(), 1U);
+    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
+
+    scene.model.setKey(kEsc, kRed);
+    scene.model.setKey(kG1, kRed);
+    scene.show();
+    scene.model.setKey(kG1, kBlack);
+    scene.show();
+    scene.runFor(1s);
+    ASSERT_EQ(scene.frames.size(), 2U) << "calls that follow one another are one frame";
+    EXPECT_THAT(scene.frames[1].keys, ElementsAre(lit(kEsc, {255, 0, 0})));
+}
+
+TEST(WriterPlan, RestsWhileNoColourChanges) {
+    Scene scene;
+    scene.settle();
+    scene.runFor(1h);
+    EXPECT_EQ(scene.steps, 1);
+    EXPECT_TRUE(scene.frames.empty());
+
+    scene.show();
+    scene.model.setKey(kEsc, kBlack);
+    scene.show();
+    scene.runFor(1h);
+    EXPECT_TRUE(scene.frames.empty()) << "shown anew, but no colour is another one";
+}
+
+TEST(WriterPlan, WakesForTheEdgesOfAFlashOnly) {
+    Scene scene;
+    scene.settle();
+    const Time begin = scene.now;
+    scene.model.flash(kEsc, kRed, 2s, 500ms, begin);
+    scene.show();
+    scene.runFor(1min);
+    ASSERT_EQ(scene.frames.size(), 4U);
+    EXPECT_THAT(scene.frames[0].keys, ElementsAre(lit(kEsc, {255, 0, 0})));
+    EXPECT_EQ(scene.frames[1].at, begin + 500ms);
+    EXPECT_EQ(scene.frames[3].at, begin + 1500ms);
+    EXPECT_THAT(scene.frames[3].keys, ElementsAre(lit(kEsc, {0, 0, 0})));
+    EXPECT_LE(scene.steps, 14);
+}
+
+TEST(WriterPlan, SendsThirtyFramesASecondAtMostWhateverIsShown) {
+    Scene scene;
+    scene.settle();
+    const Time end = scene.now + 10s;
+    for (int call = 0; scene.now < end; ++call) {
+        scene.model.setKey(kEsc, {call % 101, 0, 0});
+        scene.show();
+        scene.runFor(3ms);
+    }
+    EXPECT_LE(scene.frames.size(), 301U);
+    EXPECT_GE(scene.frames.size(), 270U);
+    for (std::size_t i = 1; i < scene.frames.size(); ++i)
+        EXPECT_GE(scene.frames[i].at - scene.frames[i - 1].at, WriterPlan::kFrameInterval);
+}
+
+TEST(WriterPlan, GivesASlowDeviceTheNewestFrameOnly) {
+    for (const bool isSlowByItself : {false, true}) {
+        Scene scene;
+        scene.settle();
+        scene.writingTime = isSlowByItself ? 200ms : 0ms;
+        if (!isSlowByItself) {
+            scene.plan.lost(scene.now);
+            scene.pace.interval = 200ms;
+            scene.runFor(2s);
+            scene.frames.clear();
+        }
+        const Time begin = scene.now;
+        scene.model.pulse(kEsc, kBlack, kRed, 2s, Repeat::UntilStopped, begin);
+        scene.show();
+        scene.runFor(2s);
+        EXPECT_LE(scene.frames.size(), 11U);
+        EXPECT_GE(scene.frames.size(), 9U);
+        for (const Scene::Frame& frame : scene.frames)
+            EXPECT_EQ(frame.keys[0].color, scene.model.colorsAt(frame.at)[frame.keys[0].key])
+                << "the colours are those of the moment of sending";
+    }
+}
+
+TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
+    Scene scene;
+    scene.pace.repeatAfter = 100ms;
+    scene.settle();
+    scene.model.pulse(kEsc, kBlack, kRed, 1s, Repeat::Once, scene.now);
+    scene.model.pulse(kG1, kBlack, kRed, 1s, Repeat::Once, scene.now);
+    scene.show();
+    scene.runFor(1min);
+    ASSERT_GE(scene.frames.size(), 25U);
+    const Scene::Frame& last = scene.frames.back();
+    const Scene::Frame& before = scene.frames[scene.frames.size() - 2];
+    EXPECT_EQ(last.keys, before.keys);
+    EXPECT_EQ(last.at, before.at + 100ms);
+    EXPECT_LT(scene.frames.size(), 33U) << "in the middle of the series nothing is repeated";
+}
+
+TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
+    Scene scene;
+    scene.settle();
+    scene.model.setKey(kEsc, kRed);
+    scene.show();
+    scene.isThere = false;
+    scene.searches.clear();
+    scene.runFor(20s);
+    const Time lostAt = scene.now;
+    scene.plan.lost(lostAt);
+    scene.runFor(125s);
+    std::vector<Duration> pauses;
+    for (Time last = lostAt; const Time search : scene.searches) {
+        pauses.push_back(search - last);
+        last = search;
+    }
+    EXPECT_THAT(pauses, ElementsAre(1s, 2s, 4s, 8s, 16s, 30s, 30s, 30s));
+
+    scene.frames.clear();
+    scene.isThere = true;
+    scene.runFor(30s);
+    ASSERT_EQ(scene.frames.size(), 1U);
+    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
+    EXPECT_THAT(scene.frames[0].keys, testing::Contains(lit(kEsc, {255, 0, 0})));
+}
+
+TEST(WriterPlan, DoesNotRushAtADeviceThatComesAndGoes) {
+    Scene scene;
+    scene.settle();
+    scene.searches.clear();
+    for (int i = 0; i < 5; ++i) {
+        scene.plan.lost(scene.now);
+        scene.runUntil(scene.now + WriterPlan::kLongestPause);
+        scene.plan.lost(scene.now);
+        while (!scene.plan.isOpen())
+            scene.runFor(100ms);
+    }
+    const std::size_t quick = scene.searches.size();
+    scene.searches.clear();
+    const Time end = scene.now + 10min;
+    while (scene.now < end) {
+        if (scene.plan.isOpen())
+            scene.plan.lost(scene.now);
+        scene.runFor(100ms);
+    }
+    EXPECT_LE(quick, 10U);
+    EXPECT_LE(scene.searches.size(), 25U);
+}
+
+TEST(WriterPlan, SendsEverythingAgainWhenAsked) {
+    Scene scene;
+    scene.settle();
+    scene.plan.resendAll(scene.now);
+    scene.runFor(1h);
+    ASSERT_EQ(scene.frames.size(), 1U);
+    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
+}
+
+} // namespace
+} // namespace glimra::keyboards
