@@ -1,0 +1,176 @@
+#include "keyboards/sdk/sdk_driver.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <dlfcn.h>
+
+namespace glimra::keyboards {
+
+namespace {
+
+constexpr std::string_view kLibraryName = "libLogitechLED.so";
+constexpr std::array<std::string_view, 4> kSystemFolders{"/usr/local/lib", "/usr/local/lib64", "/usr/lib",
+                                                         "/usr/lib64"};
+
+bool exists(const std::filesystem::path& file) {
+    std::error_code error;
+    return std::filesystem::exists(file, error);
+}
+
+std::string listed(const std::vector<std::filesystem::path>& files) {
+    std::string text;
+    for (const std::filesystem::path& file : files)
+        text += (text.empty() ? "" : " or ") + file.string();
+    return text;
+}
+
+/// The loader's own words about what went wrong last.
+std::string loaderError() {
+    const char* text = dlerror();
+    return text != nullptr ? text : "unknown error";
+}
+
+/// Puts all functions into `functions`; returns the name of the first that the library lacks, or none.
+const char* findFunctions(void* library, SdkFunctions& functions) {
+    const char* missing = nullptr;
+    const auto find = [&]<class Function>(Function*& function, const char* name) {
+        function = reinterpret_cast<Function*>(dlsym(library, name));
+        if (function == nullptr && missing == nullptr)
+            missing = name;
+    };
+    find(functions.init, "LogiLedInit");
+    find(functions.getSdkVersion, "LogiLedGetSdkVersion");
+    find(functions.setTargetDevice, "LogiLedSetTargetDevice");
+    find(functions.setLighting, "LogiLedSetLighting");
+    find(functions.setLightingFromBitmap, "LogiLedSetLightingFromBitmap");
+    find(functions.setLightingForKeyWithKeyName, "LogiLedSetLightingForKeyWithKeyName");
+    find(functions.flashSingleKey, "LogiLedFlashSingleKey");
+    find(functions.pulseSingleKey, "LogiLedPulseSingleKey");
+    find(functions.stopEffectsOnKey, "LogiLedStopEffectsOnKey");
+    find(functions.stopEffects, "LogiLedStopEffects");
+    find(functions.shutdown, "LogiLedShutdown");
+    return missing;
+}
+
+/// The library takes a key's name as an enumeration.
+int asInt(platform::KeyName keyName) {
+    return static_cast<int>(keyName);
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> usualSdkLibraries(const std::filesystem::path& home) {
+    std::vector<std::filesystem::path> libraries;
+    if (!home.empty())
+        libraries.push_back(home / ".local/lib" / kLibraryName);
+    for (const std::string_view folder : kSystemFolders)
+        libraries.push_back(std::filesystem::path(folder) / kLibraryName);
+    return libraries;
+}
+
+SdkDriver::SdkDriver(std::vector<std::filesystem::path> candidates) : m_candidates(std::move(candidates)) {
+}
+
+SdkDriver::~SdkDriver() {
+    LogiLedShutdown();
+}
+
+bool SdkDriver::load() {
+    const auto found = std::ranges::find_if(m_candidates, exists);
+    if (found == m_candidates.end()) {
+        m_reason = "There is no library " + listed(m_candidates) + ".";
+        return false;
+    }
+    // Without a slash the loader would look in its own folders.
+    std::error_code error;
+    m_library = std::filesystem::absolute(*found, error);
+    void* library = dlopen(m_library.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    if (library == nullptr) {
+        m_reason = "The library does not load: " + loaderError() + ".";
+        return false;
+    }
+    SdkFunctions functions;
+    const char* missing = findFunctions(library, functions);
+    dlclose(library);
+    if (missing != nullptr) {
+        m_reason = "The library " + m_library.string() + " has no function " + missing + ".";
+        return false;
+    }
+    m_functions = functions;
+    return true;
+}
+
+bool SdkDriver::LogiLedInit() {
+    if (m_functions)
+        return true;
+    m_reason.clear();
+    if (!load())
+        return false;
+    if (m_functions->init())
+        return true;
+    m_functions.reset();
+    m_reason = "The library " + m_library.string() + " refused to start.";
+    return false;
+}
+
+bool SdkDriver::LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) {
+    return m_functions && m_functions->getSdkVersion(&majorNumber, &minorNumber, &buildNumber);
+}
+
+bool SdkDriver::LogiLedSetTargetDevice(int targetDevice) {
+    return m_functions && m_functions->setTargetDevice(targetDevice);
+}
+
+bool SdkDriver::LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) {
+    return m_functions && m_functions->setLighting(redPercentage, greenPercentage, bluePercentage);
+}
+
+bool SdkDriver::LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) {
+    if (!m_functions)
+        return false;
+    // The library does not promise to leave the bitmap as it is.
+    std::array<unsigned char, platform::kLedBitmapBytes> copy;
+    std::ranges::copy(bitmap, copy.begin());
+    return m_functions->setLightingFromBitmap(copy.data());
+}
+
+bool SdkDriver::LogiLedSetLightingForKeyWithKeyName(platform::KeyName keyName, int redPercentage,
+                                                    int greenPercentage, int bluePercentage) {
+    return m_functions && m_functions->setLightingForKeyWithKeyName(asInt(keyName), redPercentage,
+                                                                    greenPercentage, bluePercentage);
+}
+
+bool SdkDriver::LogiLedFlashSingleKey(platform::KeyName keyName, int redPercentage, int greenPercentage,
+                                      int bluePercentage, int msDuration, int msInterval) {
+    return m_functions && m_functions->flashSingleKey(asInt(keyName), redPercentage, greenPercentage,
+                                                      bluePercentage, msDuration, msInterval);
+}
+
+bool SdkDriver::LogiLedPulseSingleKey(platform::KeyName keyName, int startRedPercentage,
+                                      int startGreenPercentage, int startBluePercentage,
+                                      int finishRedPercentage, int finishGreenPercentage,
+                                      int finishBluePercentage, int msDuration, bool isInfinite) {
+    return m_functions &&
+           m_functions->pulseSingleKey(asInt(keyName), startRedPercentage, startGreenPercentage,
+                                       startBluePercentage, finishRedPercentage, finishGreenPercentage,
+                                       finishBluePercentage, msDuration, isInfinite);
+}
+
+bool SdkDriver::LogiLedStopEffectsOnKey(platform::KeyName keyName) {
+    return m_functions && m_functions->stopEffectsOnKey(asInt(keyName));
+}
+
+bool SdkDriver::LogiLedStopEffects() {
+    return m_functions && m_functions->stopEffects();
+}
+
+void SdkDriver::LogiLedShutdown() {
+    if (m_functions)
+        std::exchange(m_functions, std::nullopt)->shutdown();
+}
+
+} // namespace glimra::keyboards

@@ -1,0 +1,74 @@
+#include "keyboards/usb/hid_nodes.h"
+
+#include "hid_tree.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace glimra::keyboards {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::string kNone = "There is no keyboard that the USB driver knows.";
+
+TEST(HidNodes, TellsNoKeyboardFromOneWithoutPermission) {
+    EXPECT_EQ(whyNoUsbKeyboard({"/nowhere/hidraw", "/nowhere/dev"}), kNone);
+
+    const HidTree tree;
+    tree.add("hidraw0", "0003:0000046D:0000C52B");
+    tree.add("hidraw1", "0003:00001532:0000C331");
+    tree.add("hidraw2", "0005:0000046D:0000C331");
+    EXPECT_EQ(whyNoUsbKeyboard(tree.folders()), kNone);
+
+    tree.add("hidraw3", "0003:0000046D:0000C331");
+    EXPECT_EQ(whyNoUsbKeyboard(tree.folders()), "");
+
+    tree.addWithoutFile("hidraw4", "0003:0000046D:0000C331");
+    EXPECT_THAT(whyNoUsbKeyboard(tree.folders()),
+                AllOf(HasSubstr("G810 (046d:c331)"), HasSubstr((tree.folders().devices / "hidraw4").string()),
+                      HasSubstr(std::filesystem::path(UDEV_RULE).filename().string())));
+}
+
+TEST(HidNodes, ReadingAloneIsNoPermission) {
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root may open everything";
+    const HidTree tree;
+    tree.add("hidraw0", "0003:0000046D:0000C331");
+    chmod((tree.folders().devices / "hidraw0").c_str(), S_IRUSR);
+    EXPECT_THAT(whyNoUsbKeyboard(tree.folders()), HasSubstr("permission"));
+}
+
+TEST(HidNodes, TakesNoHarmFromOtherTexts) {
+    const HidTree tree;
+    for (const char* id :
+         {"", ":", "0003:", "0003::", "0003:46D", "0003:046D:", "0003:046D:C331:1", "0003:046D:1C331",
+          "0003:046D:-C331", "0003:046D:FFFFFFFFFFFFFFFFF", "C331:046D:0003"})
+        tree.add("hidraw" + std::to_string(std::hash<std::string>()(id)), id);
+    EXPECT_THAT(findHidNodes(tree.folders()), IsEmpty());
+}
+
+TEST(UdevRule, GivesAccessToTheProductsOfTheTable) {
+    std::string products;
+    for (const UsbModel& model : kUsbModels)
+        products += (products.empty() ? "" : "|") + describe(model).substr(describe(model).size() - 5, 4);
+    std::ifstream file(UDEV_RULE);
+    std::string rule;
+    while (std::getline(file, rule) && rule.starts_with('#')) {
+    }
+    EXPECT_THAT(rule,
+                AllOf(HasSubstr("SUBSYSTEM==\"hidraw\""), HasSubstr("ATTRS{idVendor}==\"046d\""),
+                      HasSubstr("ATTRS{idProduct}==\"" + products + "\""), HasSubstr("TAG+=\"uaccess\"")));
+    EXPECT_LT(std::filesystem::path(UDEV_RULE).filename().string(), "73-seat-late.rules");
+}
+
+} // namespace
+} // namespace glimra::keyboards
