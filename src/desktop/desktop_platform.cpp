@@ -22,7 +22,8 @@ DesktopPlatform::DesktopPlatform(const Options& options)
             [this](const std::string& note) { notes.push_back(note); }),
       workspace(options.captureDisplay, power),
       childProcesses(
-          voice, [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
+          voice,
+          [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
           systemLog) {
 }
 

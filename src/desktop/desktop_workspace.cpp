@@ -19,7 +19,8 @@ std::optional<platform::RunningApplication> DesktopWorkspace::frontmostApplicati
     return m_frontmost.frontmost();
 }
 
-void DesktopWorkspace::observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) {
+void DesktopWorkspace::observeSleep(std::function<void()> aboutToSleep,
+                                    std::function<void()> screensDidWake) {
     m_power.observeSleep(std::move(aboutToSleep), std::move(screensDidWake));
 }
 

@@ -73,13 +73,15 @@ StandInServer::~StandInServer() {
 
 void StandInServer::install(std::vector<ServerDevice> devices) {
     m_devices.clear();
-    for (ServerDevice& spec : devices) {
+    for (ServerDevice& description : devices) {
         Device device;
         device.id = m_nextId++;
-        device.lights = {spec.modes.empty() ? "" : spec.modes[static_cast<std::size_t>(spec.activeMode)].name,
-                         spec.colors, 0};
-        device.stored = spec.colors;
-        device.spec = std::move(spec);
+        device.lights = {description.modes.empty()
+                             ? ""
+                             : description.modes[static_cast<std::size_t>(description.activeMode)].name,
+                         description.colors, 0};
+        device.stored = description.colors;
+        device.description = std::move(description);
         m_devices.push_back(std::move(device));
     }
 }
@@ -87,7 +89,7 @@ void StandInServer::install(std::vector<ServerDevice> devices) {
 StandInServer::Lights StandInServer::lights(const std::string& name) const {
     const std::scoped_lock lock(m_mutex);
     for (const Device& device : m_devices)
-        if (device.spec.name == name)
+        if (device.description.name == name)
             return device.lights;
     return {};
 }
@@ -278,10 +280,11 @@ void StandInServer::serve(Client& client, const Request& request) {
         return;
     case 1100:
         if (Device* const device = find(client, request.device)) {
-            const auto direct = std::ranges::find(device->spec.modes, "Direct", &ServerMode::name);
+            const auto direct = std::ranges::find(device->description.modes, "Direct", &ServerMode::name);
             // Known to the server only: nobody tells the device.
-            if (direct != device->spec.modes.end())
-                device->spec.activeMode = static_cast<std::int32_t>(direct - device->spec.modes.begin());
+            if (direct != device->description.modes.end())
+                device->description.activeMode =
+                    static_cast<std::int32_t>(direct - device->description.modes.begin());
         }
         break;
     case 1101:
@@ -310,9 +313,9 @@ void StandInServer::describe(Client& client, const Request& request) {
         m_complaints.push_back("asked in another version than agreed");
     // Nothing is said of a device that there is not.
     if (const Device* const device = find(client, request.device)) {
-        ServerDevice spec = device->spec;
-        spec.colors = device->stored;
-        answer(client, request.device, 1, encodeDevice(spec, version));
+        ServerDevice description = device->description;
+        description.colors = device->stored;
+        answer(client, request.device, 1, encodeDevice(description, version));
     }
     acknowledge(client, request, 0);
 }
@@ -359,14 +362,14 @@ void StandInServer::changeMode(Client& client, const Request& request) {
     if (!device)
         return;
     const bool isKnown =
-        size == request.payload.size() && index < device->spec.modes.size() &&
-        std::ranges::equal(reader.rest(), encodeMode(device->spec.modes[index], client.version));
+        size == request.payload.size() && index < device->description.modes.size() &&
+        std::ranges::equal(reader.rest(), encodeMode(device->description.modes[index], client.version));
     if (!isKnown) {
         m_complaints.push_back("a mode that is none of the device's");
         return;
     }
-    device->spec.activeMode = static_cast<std::int32_t>(index);
-    device->lights.mode = device->spec.modes[index].name;
+    device->description.activeMode = static_cast<std::int32_t>(index);
+    device->lights.mode = device->description.modes[index].name;
 }
 
 void StandInServer::answer(Client& client, std::uint32_t device, std::uint32_t id, const Bytes& payload) {

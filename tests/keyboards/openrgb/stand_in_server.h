@@ -66,7 +66,7 @@ public:
 
 private:
     struct Device {
-        ServerDevice spec;
+        ServerDevice description;
         std::uint32_t id = 0;
         Lights lights;
         std::vector<Rgb> stored;
