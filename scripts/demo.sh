@@ -56,6 +56,17 @@ await_flash() {
     sleep "$(awk -v began="${began:-0}" '{ since = ($1 - began) % 1; print (1.1 - since) % 1 }' /proc/uptime)"
 }
 
+frames() { grep -c LogiLedSetLightingFromBitmap "$trace" || true; }
+
+# An animation is under way when some frames more than so many have been shown.
+await_animation() {
+    local before=$1
+    for _ in $(seq 100); do
+        [ "$(frames)" -lt $((before + 6)) ] || return 0
+        sleep 0.02
+    done
+}
+
 Xvfb -displayfd 3 -screen 0 1280x720x24 -fbdir "$folder" -noreset -nolisten tcp 3>"$folder/display" 2>/dev/null &
 background+=($!)
 await test -s "$folder/display" || fail "Xvfb did not start."
@@ -64,8 +75,8 @@ export DISPLAY
 unset WAYLAND_DISPLAY
 export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder/runtime
 
-# Clear of the strip.
-echo 'frame.windowPosition=[150 40 980 640]' >"$folder/settings.ini"
+# The window clear of the strip; and the first profile shows cooldowns.
+printf '%s\n' 'frame.windowPosition=[150 40 980 640]' 'useActionBarCooldowns1=true' >"$folder/settings.ini"
 "$bin/glimra" --keyboard virtual --settings "$folder/settings.ini" --trace "$trace" --log "$@" &
 glimra=$!
 background+=("$glimra")
@@ -78,9 +89,13 @@ if ! runs; then
     exit $?
 fi
 
-timeout 20 "$bin/glimra-strip" demo | while read -r _ stage; do
+# Frames that stay for three of the reader's cycles come through on a busy machine too.
+timeout 27 "$bin/glimra-strip" --hold 150 demo | while read -r _ stage; do
     echo "Stage: $stage"
-    [ "$stage" != whisper ] || await_flash
+    case $stage in
+        whisper) await_flash ;;
+        rainbow) await_animation "$(frames)" ;;
+    esac
     picture "$stage" || exit
 done || fail "the strip or the pictures could not be made."
 
@@ -88,14 +103,23 @@ kill "$glimra"
 wait "$glimra" || fail "glimra did not quit in the orderly way."
 
 expect 2 LogiLedSetLightingFromBitmap '"[0-9a-f]{1008}"' "the profile did not come on"
-expect 36 LogiLedPulseSingleKey '[0-9]+,100,0,0,25,0,0,400,true' "the fight did not pulse red"
-expect 18 LogiLedPulseSingleKey '[0-9]+,100,0,0,25,0,0,300,true' "the pulse did not become faster"
+expect 18 LogiLedPulseSingleKey '[0-9]+,100,0,0,25,0,0,400,true' "the fight did not pulse red"
+expect 18 LogiLedPulseSingleKey '[0-9]+,100,0,0,25,0,0,100,true' "low health did not make the pulse race"
+for key in 2 3 4 8 9 10; do
+    expect 1 LogiLedSetLightingForKeyWithKeyName "$key,30,0,0" "an ability on cooldown did not darken its key"
+done
+for key in 3 4; do
+    expect 1 LogiLedFlashSingleKey "$key,100,100,100,1000,75" "an ability that was ready again did not blink"
+done
 expect 27 LogiLedPulseSingleKey '[0-9]+,50,40,50,[0-9]+,[0-9]+,[0-9]+,[0-9]+,true' "death did not glow"
 expect 45 LogiLedStopEffectsOnKey '[0-9]+' "the end of the fight and of death did not stop the effects"
+expect 1 LogiLedSetLightingForKeyWithKeyName '1,50,100,50' "the ghost's Esc did not light"
 expect 1 LogiLedFlashSingleKey '28,100,0,100,0,500' "the whisper did not flash Enter"
 # The end of the fight stops Enter too.
 expect 2 LogiLedStopEffectsOnKey '28' "the next message did not end the flash"
-for stage in combat dead whisper; do
+# Seven frames of the ghost going, seven of it coming back, twelve of the rainbow, and the profile twice.
+[ "$(frames)" -ge 28 ] || fail "the animations did not play to their end ($(frames) frames)."
+for stage in combat cooldown dead ghost whisper rainbow; do
     ! cmp -s "$folder/rest.png" "$folder/$stage.png" || fail "the keyboard looks the same at rest and in stage $stage."
 done
 echo "The keyboard lit as it should. Pictures and trace are in $folder."

@@ -6,9 +6,10 @@
 #   check   to check the sources' form
 set -euo pipefail
 
-build=(cmake g++ libcli11-dev libxcb-randr0-dev libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
+build=(cmake g++ libcli11-dev libgif-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
+    libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
-test=(libbenchmark-dev libgmock-dev libgtest-dev openbox x11-xserver-utils xvfb)
+test=(dbus libbenchmark-dev libgmock-dev libgtest-dev openbox python3-dbusmock x11-xserver-utils xvfb)
 check=(clang-format clang-tidy)
 
 wanted=()

@@ -37,12 +37,12 @@ void ActionKeySetter::openWindowToMapKeys() {
 
 void ActionKeySetter::fillMenus() {
     const std::vector<std::string> names = lighting::sortedKeyDisplayNames();
-    saveActionBarKeyMap.clear();
+    m.saveActionBarKeyMap.clear();
     for (std::size_t i = 0; i < keyMenusArray.size(); ++i) {
         const lighting::KeyCode key = profiles::keyOfSlot(m.keys, profiles::actionSlots()[i]);
         keyMenusArray[i]->titles.set(names);
         keyMenusArray[i]->selectTitle(lighting::displayNameOfKey(key).value_or(""));
-        saveActionBarKeyMap.push_back(key);
+        m.saveActionBarKeyMap.push_back(key);
     }
 }
 
@@ -61,8 +61,8 @@ void ActionKeySetter::actionKeySetterOK() {
 }
 
 void ActionKeySetter::actionKeySetterCanx() {
-    for (std::size_t i = 0; i < saveActionBarKeyMap.size(); ++i)
-        profiles::keyOfSlot(m.keys, profiles::actionSlots()[i]) = saveActionBarKeyMap[i];
+    for (std::size_t i = 0; i < m.saveActionBarKeyMap.size(); ++i)
+        profiles::keyOfSlot(m.keys, profiles::actionSlots()[i]) = m.saveActionBarKeyMap[i];
     m.closer.close(m.outlets.actionKeySetterWindow);
 }
 

@@ -21,6 +21,8 @@ public:
         profiles::CanvasBuffer& canvas;
         const lighting::LightingState& lightingState;
         profiles::ActionKeyMap& keys;
+        /// The thirty keys as they were when the window was opened; empty until then.
+        std::vector<lighting::KeyCode>& saveActionBarKeyMap;
     };
 
     explicit ActionKeySetter(const Parts& parts);
@@ -40,8 +42,6 @@ private:
 
     Parts m;
     std::vector<platform::PopUp*> keyMenusArray;
-    /// The thirty keys as they were when the window was opened; empty until then.
-    std::vector<lighting::KeyCode> saveActionBarKeyMap;
 };
 
 } // namespace glimra::app

@@ -10,106 +10,100 @@ namespace {
 
 using Argument = ActionArgument;
 
-template <class ControlType>
-ControlType* outletOfType(AppDelegate& delegate, std::string_view name) {
-    for (const NamedOutlet& outlet : namedOutlets(delegate.outlets()))
-        if (outlet.name == name)
-            if (auto* const* control = std::get_if<ControlType*>(&outlet.control))
-                return *control;
-    return nullptr;
-}
-
-ActionRow plain(std::string selector, void (AppDelegate::*method)(), std::string outlet = {}) {
-    return {std::move(selector), ArgumentKind::None, std::move(outlet),
-            [method](AppDelegate& delegate, const Argument&) { (delegate.*method)(); }};
-}
-
-ActionRow withControl(std::string selector, ArgumentKind kind, std::string outlet,
-                      void (AppDelegate::*method)()) {
-    return {std::move(selector), kind, std::move(outlet),
+/// A row for a method that looks for itself at what its control shows.
+ActionRow row(std::string selector, void (AppDelegate::*method)(), std::vector<std::string> outlets = {},
+              ArgumentKind kind = ArgumentKind::None) {
+    return {std::move(selector), kind, std::move(outlets),
             [method](AppDelegate& delegate, const Argument&) { (delegate.*method)(); }};
 }
 
 std::vector<ActionRow> makeTable() {
     using D = AppDelegate;
     std::vector<ActionRow> table{
-        plain("calibrateButton:", &D::calibrateButton),
-        plain("calibrateMI:", &D::calibrateMI),
-        plain("debugMenuItem:", &D::debugMenuItem),
-        plain("resetLightsMI:", &D::resetLightsMI),
-        plain("resetClicked:", &D::resetClicked),
-        plain("testLightsMI:", &D::testLightsMI),
-        plain("testButton:", &D::testButton),
+        row("calibrateButton:", &D::calibrateButton),
+        row("calibrateMI:", &D::calibrateMI),
+        row("debugMenuItem:", &D::debugMenuItem),
+        row("resetLightsMI:", &D::resetLightsMI),
+        row("resetClicked:", &D::resetClicked),
+        row("testLightsMI:", &D::testLightsMI),
+        row("testButton:", &D::testButton),
 
-        plain("setColorsMI:", &D::setColorsMI),
-        plain("setColorsBtn:", &D::setColorsBtn),
-        withControl("controlAllLightsCheck:", ArgumentKind::State, "controlAllLightsCheckbox",
-                    &D::controlAllLightsCheck),
-        withControl("singleColorModeCheck:", ArgumentKind::State, "singleColorModeBtn",
-                    &D::singleColorModeCheck),
-        withControl("autoToggleProfileClicked:", ArgumentKind::State, "autoChatProfileCheckbox",
-                    &D::autoToggleProfileClicked),
-        withControl("combatChatWarningClicked:", ArgumentKind::State, "combatChatAlertCheckbox",
-                    &D::combatChatWarningClicked),
-        withControl("cooldownCheck:", ArgumentKind::State, "actionBarEffectCheckbox", &D::cooldownCheck),
-        plain("revealCooldownColors:", &D::revealCooldownColors, "cooldownPreviewBtn"),
-        withControl("blinkTimeChanged:", ArgumentKind::Text, "blinkTimeTextbox", &D::blinkTimeChanged),
-        withControl("paintingColorPicker:", ArgumentKind::RadioTag, "colorButtonGroup",
-                    &D::paintingColorPicker),
-        {"colorWellDropped:", ArgumentKind::Well, "",
+        row("setColorsMI:", &D::setColorsMI),
+        row("setColorsBtn:", &D::setColorsBtn),
+        row("controlAllLightsCheck:", &D::controlAllLightsCheck, {"controlAllLightsCheckbox"},
+            ArgumentKind::State),
+        row("singleColorModeCheck:", &D::singleColorModeCheck, {"singleColorModeBtn"}, ArgumentKind::State),
+        row("autoToggleProfileClicked:", &D::autoToggleProfileClicked, {"autoChatProfileCheckbox"},
+            ArgumentKind::State),
+        row("combatChatWarningClicked:", &D::combatChatWarningClicked, {"combatChatAlertCheckbox"},
+            ArgumentKind::State),
+        row("cooldownCheck:", &D::cooldownCheck, {"actionBarEffectCheckbox"}, ArgumentKind::State),
+        row("revealCooldownColors:", &D::revealCooldownColors, {"cooldownPreviewBtn"}),
+        row("blinkTimeChanged:", &D::blinkTimeChanged, {"blinkTimeTextbox"}, ArgumentKind::Text),
+        row("paintingColorPicker:", &D::paintingColorPicker, {"colorButtonGroup"}, ArgumentKind::RadioTag),
+        {"colorWellDropped:",
+         ArgumentKind::Well,
+         {},
          [](D& delegate, const Argument& argument) {
              delegate.colorWellDropped(wellOfTag(delegate.outlets(), argument.number));
          }},
-        withControl("profileSelectPopup:", ArgumentKind::Index, "currentProfilePopup",
-                    &D::profileSelectPopup),
-        {"profileChangeAnswer:", ArgumentKind::ButtonTag, "",
+        row("profileSelectPopup:", &D::profileSelectPopup, {"currentProfilePopup"}, ArgumentKind::Index),
+        {"profileChangeAnswer:",
+         ArgumentKind::ButtonTag,
+         {},
          [](D& delegate, const Argument& argument) { delegate.profileChangeAnswer(argument.number); }},
-        plain("copyProfileSameSame:", &D::copyProfileSameSame),
-        plain("colorOK:", &D::colorOK),
-        plain("colorCancel:", &D::colorCancel),
+        row("copyProfileSameSame:", &D::copyProfileSameSame, {"fromProfileMenu", "toProfileMenu"}),
+        row("colorOK:", &D::colorOK),
+        row("colorCancel:", &D::colorCancel),
 
-        plain("openWindowToMapKeys:", &D::openWindowToMapKeys),
-        plain("actionKeySetterOK:", &D::actionKeySetterOK),
-        plain("actionKeySetterCanx:", &D::actionKeySetterCanx),
+        row("openWindowToMapKeys:", &D::openWindowToMapKeys),
+        row("actionKeySetterOK:", &D::actionKeySetterOK),
+        row("actionKeySetterCanx:", &D::actionKeySetterCanx),
 
-        plain("ExportPreferencesMI:", &D::ExportPreferencesMI),
-        plain("ImportPreferencesMI:", &D::ImportPreferencesMI),
+        row("ExportPreferencesMI:", &D::ExportPreferencesMI),
+        row("ImportPreferencesMI:", &D::ImportPreferencesMI),
 
-        plain("autorunNoneMI:", &D::autorunNoneMI, "autorunNoneMI"),
-        plain("autorunBNetMI:", &D::autorunBNetMI, "autorunBNetMI"),
-        plain("autorunWowMI:", &D::autorunWowMI, "autorunWowMI"),
-        plain("autorunClassicMI:", &D::autorunClassicMI, "autorunClassicMI"),
-        plain("launchBNetMI:", &D::launchBNet),
-        plain("BNLaunchBtnClicked:", &D::launchBNet),
-        plain("launchWowMI:", &D::launchWow),
-        plain("launchWoWBtnClicked:", &D::launchWow),
-        plain("launchClassicMI:", &D::launchClassic),
-        plain("launchWoWClassicBtnClicked:", &D::launchClassic),
-        plain("handleLauncherOptionsMI:", &D::editGameNamesMI),
-        plain("editGameNamesMI:", &D::editGameNamesMI),
-        plain("launchOptionsOK:", &D::launchOptionsOK),
+        row("autorunNoneMI:", &D::autorunNoneMI, {"autorunNoneMI"}),
+        row("autorunBNetMI:", &D::autorunBNetMI, {"autorunBNetMI"}),
+        row("autorunWowMI:", &D::autorunWowMI, {"autorunWowMI"}),
+        row("autorunClassicMI:", &D::autorunClassicMI, {"autorunClassicMI"}),
+        row("launchBNetMI:", &D::launchBNet),
+        row("BNLaunchBtnClicked:", &D::launchBNet),
+        row("launchWowMI:", &D::launchWow),
+        row("launchWoWBtnClicked:", &D::launchWow),
+        row("launchClassicMI:", &D::launchClassic),
+        row("launchWoWClassicBtnClicked:", &D::launchClassic),
+        row("handleLauncherOptionsMI:", &D::editGameNamesMI),
+        row("editGameNamesMI:", &D::editGameNamesMI),
+        row("launchOptionsOK:", &D::launchOptionsOK),
 
-        plain("aboutMenuItem:", &D::aboutMenuItem),
-        plain("AboutLinkClicked:", &D::AboutLinkClicked),
-        plain("openDownloadsPage:", &D::openDownloadsPage),
-        plain("helpMenuItem:", &D::helpMenuItem),
-        plain("myBtnClicked:", &D::myBtnClicked),
+        row("aboutMenuItem:", &D::aboutMenuItem),
+        row("AboutLinkClicked:", &D::AboutLinkClicked),
+        row("openDownloadsPage:", &D::openDownloadsPage),
+        row("helpMenuItem:", &D::helpMenuItem),
+        row("myBtnClicked:", &D::myBtnClicked),
 
-        {"windowShouldClose:", ArgumentKind::WindowName, "",
+        {"windowShouldClose:",
+         ArgumentKind::WindowName,
+         {},
          [](D& delegate, const Argument& argument) {
-             if (auto* window = outletOfType<platform::Window>(delegate, argument.text))
-                 delegate.windowShouldClose(*window);
+             if (const auto outlet = findOutlet(delegate.outlets(), argument.text))
+                 if (auto* const* window = std::get_if<platform::Window*>(&*outlet))
+                     delegate.windowShouldClose(**window);
          }},
     };
     for (const std::string selector : {"mouseDown:", "mouseDragged:"})
-        table.push_back({selector, ArgumentKind::Point, "keyboardCanvas",
+        table.push_back({selector,
+                         ArgumentKind::Point,
+                         {"keyboardCanvas"},
                          [](AppDelegate& delegate, const Argument& argument) {
                              delegate.mouseDown(argument.x, argument.y);
                          }});
     for (const profiles::ActionSlot& slot : profiles::actionSlots()) {
         const int number = slot.number;
-        table.push_back({"actionKeyMenuClick" + std::to_string(number) + ":", ArgumentKind::Title,
-                         "menu" + std::to_string(number),
+        table.push_back({"actionKeyMenuClick" + std::to_string(number) + ":",
+                         ArgumentKind::Title,
+                         {"menu" + std::to_string(number)},
                          [number](AppDelegate& delegate, const Argument& argument) {
                              delegate.actionKeyMenuClick(number, argument.text);
                          }});
@@ -117,20 +111,54 @@ std::vector<ActionRow> makeTable() {
     return table;
 }
 
-bool isSendable(AppDelegate& delegate, const ActionRow& action) {
-    if (action.kind == ArgumentKind::Point)
+/// The control that sends the action; none where it is no outlet, or one of several that change nothing.
+std::optional<ControlPointer> senderOf(AppDelegate& delegate, const ActionRow& action,
+                                       const Argument& argument) {
+    if (action.kind == ArgumentKind::Well)
+        return &wellOfTag(delegate.outlets(), argument.number);
+    if (action.outlets.size() != 1)
+        return std::nullopt;
+    return findOutlet(delegate.outlets(), action.outlets.front());
+}
+
+/// Whether the control lets the user do this.
+bool canSend(AppDelegate& delegate, const ControlPointer& sender, ArgumentKind kind,
+             const Argument& argument) {
+    if (kind == ArgumentKind::Point)
         return delegate.outlets().colorProgrammerWindow.visible.get();
-    for (const NamedOutlet& outlet : namedOutlets(delegate.outlets()))
-        if (outlet.name == action.outlet)
-            return std::visit(
-                [](const auto* control) {
-                    if constexpr (std::is_base_of_v<platform::Control, std::decay_t<decltype(*control)>>)
-                        return control->enabled.get();
-                    else
-                        return true;
-                },
-                outlet.control);
-    return true;
+    if (kind == ArgumentKind::Index && std::get<platform::PopUp*>(sender)->separator == argument.number)
+        return false;
+    return std::visit(
+        [](const auto* control) {
+            if constexpr (std::is_base_of_v<platform::Control, std::decay_t<decltype(*control)>>)
+                return control->enabled.get();
+            else
+                return true;
+        },
+        sender);
+}
+
+/// The control takes the state that the user gives it.
+void change(const ControlPointer& control, ArgumentKind kind, const Argument& argument) {
+    switch (kind) {
+    case ArgumentKind::State:
+        return std::get<platform::CheckBox*>(control)->on.set(argument.state);
+    case ArgumentKind::Index:
+        return std::get<platform::PopUp*>(control)->selected.set(argument.number);
+    case ArgumentKind::Title:
+        return std::get<platform::PopUp*>(control)->selectTitle(argument.text);
+    case ArgumentKind::Text:
+        return std::get<platform::TextField*>(control)->text.set(argument.text);
+    case ArgumentKind::RadioTag:
+        return std::get<platform::RadioGroup*>(control)->selectedTag.set(argument.number);
+    case ArgumentKind::Well:
+        return std::get<platform::ColorWell*>(control)->color.set(argument.color);
+    case ArgumentKind::None:
+    case ArgumentKind::ButtonTag:
+    case ArgumentKind::Point:
+    case ArgumentKind::WindowName:
+        return;
+    }
 }
 
 } // namespace
@@ -147,36 +175,10 @@ const ActionRow* findAction(std::string_view selector) {
 }
 
 void sendAction(AppDelegate& delegate, const ActionRow& action, const ActionArgument& argument) {
-    if (!isSendable(delegate, action))
-        return;
-    switch (action.kind) {
-    case ArgumentKind::State:
-        outletOfType<platform::CheckBox>(delegate, action.outlet)->on.set(argument.state);
-        break;
-    case ArgumentKind::Index: {
-        auto* const popUp = outletOfType<platform::PopUp>(delegate, action.outlet);
-        if (argument.number == popUp->separator)
+    if (const std::optional<ControlPointer> sender = senderOf(delegate, action, argument)) {
+        if (!canSend(delegate, *sender, action.kind, argument))
             return;
-        popUp->selected.set(argument.number);
-        break;
-    }
-    case ArgumentKind::Title:
-        outletOfType<platform::PopUp>(delegate, action.outlet)->selectTitle(argument.text);
-        break;
-    case ArgumentKind::Text:
-        outletOfType<platform::TextField>(delegate, action.outlet)->text.set(argument.text);
-        break;
-    case ArgumentKind::RadioTag:
-        outletOfType<platform::RadioGroup>(delegate, action.outlet)->selectedTag.set(argument.number);
-        break;
-    case ArgumentKind::Well:
-        wellOfTag(delegate.outlets(), argument.number).color.set(argument.color);
-        break;
-    case ArgumentKind::None:
-    case ArgumentKind::ButtonTag:
-    case ArgumentKind::Point:
-    case ArgumentKind::WindowName:
-        break;
+        change(*sender, action.kind, argument);
     }
     action.perform(delegate, argument);
 }

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace glimra::app {
 
@@ -45,8 +46,8 @@ struct ActionRow {
     /// With its colon.
     std::string selector;
     ArgumentKind kind;
-    /// The control that sends it, by outlet name; empty where none is an outlet.
-    std::string outlet;
+    /// The controls that send it, by outlet name; empty where none is an outlet.
+    std::vector<std::string> outlets;
     std::function<void(AppDelegate&, const ActionArgument&)> perform;
 };
 

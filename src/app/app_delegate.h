@@ -36,6 +36,7 @@ struct State {
     profiles::CanvasBuffer canvas;
     profiles::CanvasKeyCodes canvasKeyCodes;
     profiles::ActionKeyMap actionKeys;
+    std::vector<lighting::KeyCode> saveActionBarKeyMap;
     events::EffectState effects;
     events::OptionState options;
     events::MessageState messages;

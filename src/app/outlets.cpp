@@ -1,5 +1,7 @@
 #include "app/outlets.h"
 
+#include <algorithm>
+
 namespace glimra::app {
 
 namespace {
@@ -68,6 +70,14 @@ std::vector<NamedOutlet> namedOutlets(Outlets& outlets) {
     appendMenus(named, 5, outlets.menu5);
     appendMenus(named, 6, outlets.menu6);
     return named;
+}
+
+std::optional<ControlPointer> findOutlet(Outlets& outlets, std::string_view name) {
+    const std::vector<NamedOutlet> named = namedOutlets(outlets);
+    const auto found = std::ranges::find(named, name, &NamedOutlet::name);
+    if (found == named.end())
+        return std::nullopt;
+    return found->control;
 }
 
 } // namespace glimra::app

@@ -3,7 +3,9 @@
 #include "platform/controls.h"
 
 #include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -85,5 +87,8 @@ struct NamedOutlet {
 /// All outlets with their names ("menu101" for the first entry of `menu1`), in the order in which they stand
 /// above, without `debugMenuItem`.
 std::vector<NamedOutlet> namedOutlets(Outlets& outlets);
+
+/// The outlet of a name; none for an unknown one.
+std::optional<ControlPointer> findOutlet(Outlets& outlets, std::string_view name);
 
 } // namespace glimra::app

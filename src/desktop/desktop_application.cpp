@@ -5,14 +5,15 @@
 #include "desktop/main_window.h"
 #include "desktop/quit_signals.h"
 #include "desktop/trace_file.h"
-#include "desktop/traced_platform.h"
 #include "trace/traced_outlets.h"
+#include "trace/traced_platform.h"
 
 #include <QApplication>
 
 #include <cstdio>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace glimra::desktop {
 
@@ -41,8 +42,22 @@ struct Tracing {
     /// The outlets have their names, but they come after the platform.
     trace::TracedWindowSystem::WindowName nameOfWindow;
     TraceFile file;
-    TracedPlatform platform;
+    trace::TracedPlatform platform;
 };
+
+/// Says what the machine's services cannot do: once, to whoever turns debug mode on.
+void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDelegate& delegate) {
+    outlets.debugMenuItem.on.changed.observe([&](bool debugMode) {
+        if (!debugMode)
+            return;
+        // Behind the lines that debug mode begins with.
+        machine.runLoop.post([&] {
+            for (const std::string& note : std::exchange(machine.notes, {}))
+                if (delegate.state().log.debugMode)
+                    outlets.myTextScroll.insertAtSelection(note + "\n");
+        });
+    });
+}
 
 } // namespace
 
@@ -55,6 +70,7 @@ int runDesktopApplication(const Options& options) {
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
+    tellNotes(machine, outlets, delegate);
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)

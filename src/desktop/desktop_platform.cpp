@@ -1,6 +1,8 @@
 #include "desktop/desktop_platform.h"
 
 #include "app/built_bundle.h"
+#include "desktop/services/x11_display_sleep.h"
+#include "desktop/x11/raise_window.h"
 
 namespace glimra::desktop {
 
@@ -16,7 +18,12 @@ DesktopPlatform::DesktopPlatform(const Options& options)
     : settings(settingsPath(options), systemLog),
       readerCapture(options.captureDisplay),
       mainCapture(options.captureDisplay),
-      workspace(options.captureDisplay) {
+      power(std::make_unique<X11DisplaySleep>(options.captureDisplay),
+            [this](const std::string& note) { notes.push_back(note); }),
+      workspace(options.captureDisplay, power),
+      childProcesses(
+          voice, [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
+          systemLog) {
 }
 
 platform::Platform DesktopPlatform::platform() {
@@ -33,7 +40,7 @@ platform::Platform DesktopPlatform::platform() {
             .sounds = sounds,
             .random = random,
             .systemLog = systemLog,
-            .processActivity = processActivity,
+            .processActivity = power.processActivity(),
             .modifiers = modifiers,
             .bundle = app::builtBundle(),
             .settingsFolder = settings.folder().toStdString()};

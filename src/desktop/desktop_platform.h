@@ -3,16 +3,20 @@
 #include "desktop/desktop_workspace.h"
 #include "desktop/lifecycle.h"
 #include "desktop/options.h"
-#include "desktop/process_activity.h"
 #include "desktop/qt_run_loop.h"
 #include "desktop/qt_window_system.h"
+#include "desktop/services/linux_commands.h"
+#include "desktop/services/power_services.h"
+#include "desktop/services/theme_sounds.h"
 #include "desktop/settings_file.h"
-#include "desktop/sounds.h"
 #include "desktop/system_services.h"
 #include "desktop/thread_worker_loop.h"
 #include "desktop/x11/screen_capture.h"
 #include "keyboards/virtual_keyboard.h"
 #include "platform/platform.h"
+
+#include <string>
+#include <vector>
 
 namespace glimra::desktop {
 
@@ -31,12 +35,16 @@ struct DesktopPlatform {
     X11ScreenCapture mainCapture;
     ThreadWorkerLoop readerThread;
     keyboards::VirtualKeyboard keyboard{QtRunLoop::monotonicNow};
+    /// What the services of the machine cannot do here, for whoever debugs.
+    std::vector<std::string> notes;
+    PowerServices power;
     DesktopWorkspace workspace;
     QtWindowSystem windowSystem{settings};
-    ChildProcesses childProcesses{systemLog};
-    Sounds sounds;
+    /// Speaks and beeps: one thing after the other, and nothing that is long past.
+    BackgroundWorker voice{2};
+    LinuxCommands childProcesses;
+    ThemeSounds sounds{voice};
     RandomNumbers random;
-    ProcessActivity processActivity;
     Modifiers modifiers;
 };
 

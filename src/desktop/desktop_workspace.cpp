@@ -9,7 +9,9 @@
 
 namespace glimra::desktop {
 
-DesktopWorkspace::DesktopWorkspace(const std::string& displayName) : m_frontmost(displayName) {
+DesktopWorkspace::DesktopWorkspace(const std::string& displayName, PowerServices& power)
+    : m_power(power),
+      m_frontmost(displayName) {
     processEvents();
 }
 
@@ -17,7 +19,8 @@ std::optional<platform::RunningApplication> DesktopWorkspace::frontmostApplicati
     return m_frontmost.frontmost();
 }
 
-void DesktopWorkspace::observeSleep(std::function<void()>, std::function<void()>) {
+void DesktopWorkspace::observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) {
+    m_power.observeSleep(std::move(aboutToSleep), std::move(screensDidWake));
 }
 
 bool DesktopWorkspace::openUrl(const std::string& address) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/services/power_services.h"
 #include "desktop/x11/frontmost_application.h"
 #include "platform/workspace.h"
 
@@ -13,11 +14,11 @@
 namespace glimra::desktop {
 
 /// The desktop session around the application. It learns which application is in front from the X server's
-/// events; of sleep it is told nothing yet. Main thread.
+/// events, and of sleep from the power services. Main thread.
 class DesktopWorkspace final : public QObject, public platform::Workspace {
 public:
     /// An empty name stands for the display in the environment.
-    explicit DesktopWorkspace(const std::string& displayName);
+    DesktopWorkspace(const std::string& displayName, PowerServices& power);
 
     std::optional<platform::RunningApplication> frontmostApplication() const override;
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
@@ -29,6 +30,7 @@ protected:
 private:
     void processEvents();
 
+    PowerServices& m_power;
     X11FrontmostApplication m_frontmost;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QBasicTimer m_wakeUp;

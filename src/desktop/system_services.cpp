@@ -1,8 +1,6 @@
 #include "desktop/system_services.h"
 
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStringList>
 
 #include <string>
 
@@ -18,14 +16,6 @@ void StderrSystemLog::write(std::string_view line) {
 
 std::uint32_t RandomNumbers::uniform(std::uint32_t upperBound) {
     return std::uniform_int_distribution<std::uint32_t>(0, upperBound - 1)(m_engine);
-}
-
-void ChildProcesses::start(const std::string& path, const std::vector<std::string>& arguments) {
-    QStringList list;
-    for (const std::string& argument : arguments)
-        list.append(QString::fromStdString(argument));
-    if (!QProcess::startDetached(QString::fromStdString(path), list))
-        m_systemLog.write("Can't start " + path);
 }
 
 bool Modifiers::optionKeyIsDown() const {

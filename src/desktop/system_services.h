@@ -20,16 +20,6 @@ private:
     std::mt19937 m_engine{std::random_device{}()};
 };
 
-/// Starts programs without a shell. A program that can't be started is said in the system log.
-class ChildProcesses final : public platform::ChildProcesses {
-public:
-    explicit ChildProcesses(platform::SystemLog& systemLog) : m_systemLog(systemLog) {}
-    void start(const std::string& path, const std::vector<std::string>& arguments) override;
-
-private:
-    platform::SystemLog& m_systemLog;
-};
-
 class Modifiers final : public platform::Modifiers {
 public:
     /// The Alt key.

@@ -43,18 +43,17 @@ int toMilliseconds(double seconds) {
     return milliseconds < kLongest ? static_cast<int>(milliseconds) : std::numeric_limits<int>::max();
 }
 
-/// The low seven bits of the first character. Bits above them mean nothing, and those of a character outside
-/// ASCII are its lowest six, in its last byte, and the lowest of the byte before.
+/// The lowest bits of the first character's code. What its bytes hold besides ends up above them, where no
+/// slot has a bit.
 unsigned dataBits(std::string_view data) {
-    const auto byte = [data](std::size_t index) {
-        return static_cast<unsigned>(static_cast<unsigned char>(data[index]));
-    };
-    if (byte(0) < 0x80U)
-        return byte(0);
-    std::size_t last = 0;
-    while (last + 1 < data.size() && (byte(last + 1) & 0xC0U) == 0x80U)
-        ++last;
-    return last == 0 ? 0U : ((byte(last - 1) & 1U) << 6U) | (byte(last) & 0x3FU);
+    unsigned bits = static_cast<unsigned char>(data.front());
+    for (const char c : data.substr(1)) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte & 0xC0U) != 0x80U) // the next character
+            break;
+        bits = bits << 6U | (byte & 0x3FU);
+    }
+    return bits;
 }
 
 } // namespace
@@ -161,8 +160,10 @@ void CooldownDisplay::unrevealCooldownColors() {
 }
 
 void CooldownDisplay::loadBlinkTime() {
-    const double stored = platform::storedDouble(m.defaults, kBlinkTimeKey).value_or(0.0);
-    setBlinkTime(stored == 0.0 ? kFactoryBlinkTime : stored);
+    const std::optional<double> stored = platform::storedDouble(m.defaults, kBlinkTimeKey);
+    if (!stored && m.defaults.get(kBlinkTimeKey))
+        platform::reportSetting(m.systemLog, kBlinkTimeKey, "is no number; one second stands in for it.");
+    setBlinkTime(stored.value_or(0.0) == 0.0 ? kFactoryBlinkTime : *stored);
 }
 
 void CooldownDisplay::blinkTimeChanged() {

@@ -19,6 +19,7 @@ public:
         platform::RunLoop& runLoop;
         platform::LedDriver& driver;
         platform::UserDefaults& defaults;
+        platform::SystemLog& systemLog;
         lighting::LightingOutput& lighting;
         lighting::LightingState& lightingState;
         profiles::ProfileStore& store;

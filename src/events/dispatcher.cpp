@@ -47,11 +47,12 @@ struct Dispatcher::Message {
 };
 
 struct Dispatcher::CodeAction {
-    char code;
+    /// All codes that are carried out alike.
+    std::string_view codes;
     void (*run)(Dispatcher& self, const Message& message);
 };
 
-/// What each code does; the first row that matches is carried out.
+/// What each code does.
 std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
     using Self = Dispatcher&;
     using In = const Message&;
@@ -63,69 +64,42 @@ std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
         self.m.cooldowns.updateCooldowns(message.code, message.data);
     };
     static constexpr CodeAction kActions[] = {
-        {'R', [](Self self, In) { self.resetLights(ResetNotice::Logged); }},
-        {'-', [](Self self, In) { self.resetLights(ResetNotice::Silent); }},
-        {'C', [](Self self, In) { self.startCombat(); }},
-        {'O', [](Self self, In) { self.endCombat(); }},
-        {'D', [](Self self, In) { self.startDeath(); }},
-        {'U', [](Self self, In) { self.endDeath(); }},
-        {'G', animation},
-        {'g', animation},
-        {'S', animation},
-        {'s', animation},
-        {'M', animation},
-        {'m', animation},
-        {'a', animation},
-        {'A', animation},
-        {'H', animation},
-        {'r', animation},
-        {'T', animation},
-        {'F', animation},
-        {'f', [](Self self, In) { self.flashWhite(); }},
-        {'N', animation},
-        {'n', animation},
-        {'h', animation},
-        {'J', animation},
-        {'W', [](Self self, In) { self.startGhost(); }},
-        {'V', [](Self self, In) { self.endGhost(); }},
-        {'w', [](Self self, In) { self.setCombatPulsePeriod(400); }},
-        {'x', [](Self self, In) { self.setCombatPulsePeriod(300); }},
-        {'y', [](Self self, In) { self.setCombatPulsePeriod(200); }},
-        {'z', [](Self self, In) { self.setCombatPulsePeriod(100); }},
-        {'p', [](Self self, In) { self.toggleProfile(); }},
-        {'j',
+        {"R", [](Self self, In) { self.resetLights(ResetNotice::Logged); }},
+        {"-", [](Self self, In) { self.resetLights(ResetNotice::Silent); }},
+        {"C", [](Self self, In) { self.startCombat(); }},
+        {"O", [](Self self, In) { self.endCombat(); }},
+        {"D", [](Self self, In) { self.startDeath(); }},
+        {"U", [](Self self, In) { self.endDeath(); }},
+        {"GgSsMmaAHrTF", animation},
+        {"f", [](Self self, In) { self.flashWhite(); }},
+        {"NnhJ", animation},
+        {"W", [](Self self, In) { self.startGhost(); }},
+        {"V", [](Self self, In) { self.endGhost(); }},
+        {"w", [](Self self, In) { self.setCombatPulsePeriod(400); }},
+        {"x", [](Self self, In) { self.setCombatPulsePeriod(300); }},
+        {"y", [](Self self, In) { self.setCombatPulsePeriod(200); }},
+        {"z", [](Self self, In) { self.setCombatPulsePeriod(100); }},
+        {"p", [](Self self, In) { self.toggleProfile(); }},
+        {"j",
          [](Self self, In) {
              self.startShadow({183.0 / 360.0, 0.5, 0.6});
          }},
-        {'k',
+        {"k",
          [](Self self, In) {
              self.startShadow({220.0 / 360.0, 0.77, 0.52});
          }},
-        {'l',
+        {"l",
          [](Self self, In) {
              self.startShadow({137.0 / 360.0, 0.51, 0.73});
          }},
-        {'K', [](Self self, In) { self.endShadow(); }},
-        {'L', animation},
-        {'B', animation},
-        {'1', profile},
-        {'2', profile},
-        {'3', profile},
-        {'4', profile},
-        {'5', profile},
-        {'6', profile},
-        {'7', profile},
-        {'8', profile},
-        {'9', profile},
-        {'E', [](Self self, In) { self.openChat(); }},
-        {'e', [](Self self, In) { self.closeChat(); }},
-        {'I', [](Self self, In) { self.signalWhisper(); }},
-        {'i', [](Self, In) {}}, // known, so that it is not reported; the signal ends where the queue is read
-        {'`', cooldowns},
-        {'[', cooldowns},
-        {']', cooldowns},
-        {'{', cooldowns},
-        {'}', cooldowns},
+        {"K", [](Self self, In) { self.endShadow(); }},
+        {"LB", animation},
+        {"123456789", profile},
+        {"E", [](Self self, In) { self.openChat(); }},
+        {"e", [](Self self, In) { self.closeChat(); }},
+        {"I", [](Self self, In) { self.signalWhisper(); }},
+        {"i", [](Self, In) {}}, // known, so that it is not reported; the signal ends where the queue is read
+        {"`[]{}", cooldowns},
     };
     return kActions;
 }
@@ -146,7 +120,9 @@ void Dispatcher::evaluateMessage(std::string_view message) {
     };
     trace("evaluating message ", "");
     const std::span<const CodeAction> actions = codeActions();
-    const auto action = std::ranges::find(actions, message.front(), &CodeAction::code);
+    const auto action = std::ranges::find_if(actions, [code = message.front()](const CodeAction& row) {
+        return row.codes.find(code) != std::string_view::npos;
+    });
     if (action == actions.end())
         trace("Ignored message ", " from buffer");
     else

@@ -18,7 +18,6 @@ enum class ResetNotice { Logged, Silent };
 class Dispatcher {
 public:
     struct Parts {
-        platform::RunLoop& runLoop;
         platform::LedDriver& driver;
         platform::MessageLog& log;
         lighting::LightingOutput& lighting;

@@ -1,9 +1,9 @@
 #include "platform/decimal_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace glimra::platform {
 
@@ -34,28 +34,14 @@ std::string decimalText(float value) {
 }
 
 double leadingNumber(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(" \t\n\r\f\v");
-    if (start == std::string_view::npos)
-        return 0.0;
-    text.remove_prefix(start);
-    bool negative = false;
-    if (text.front() == '+' || text.front() == '-') {
-        negative = text.front() == '-';
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\r\f\v"), text.size()));
+    if (text.starts_with('+') && !text.starts_with("+-"))
         text.remove_prefix(1);
-    }
-    // Words that mean a number to the library ("inf", "nan") mean none to a user.
-    if (text.empty() || text.find_first_of("0123456789.") != 0)
-        return 0.0;
+    // Stays 0 where no number is read.
     double value = 0.0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        const std::string_view number(text.data(), static_cast<std::size_t>(result.ptr - text.data()));
-        const bool tiny = number.find("e-") != std::string_view::npos ||
-                          number.find("E-") != std::string_view::npos || number.front() == '0' ||
-                          number.front() == '.';
-        value = tiny ? 0.0 : std::numeric_limits<double>::max();
-    }
-    return negative ? -value : value;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    // Words that mean a number to the library ("inf", "nan") mean none to a user.
+    return std::isfinite(value) ? value : 0.0;
 }
 
 } // namespace glimra::platform

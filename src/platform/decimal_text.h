@@ -10,8 +10,8 @@ namespace glimra::platform {
 std::string decimalText(double value);
 std::string decimalText(float value);
 
-/// The number that a text begins with, after blanks ("1.5 s" is 1.5); 0 when it begins with none. A number
-/// too large for a double is the largest one.
+/// The number that a text begins with, after blanks ("1.5 s" is 1.5); 0 when it begins with none, or with one
+/// that no double can hold.
 double leadingNumber(std::string_view text);
 
 } // namespace glimra::platform

@@ -49,7 +49,7 @@ std::optional<double> storedDouble(const UserDefaults& defaults, std::string_vie
     if (!number)
         return std::nullopt;
     const double real = std::visit([](auto value) { return static_cast<double>(value); }, *number);
-    if (std::isnan(real))
+    if (!std::isfinite(real))
         return std::nullopt;
     return real;
 }
@@ -59,6 +59,10 @@ std::optional<std::string> storedString(const UserDefaults& defaults, std::strin
     if (!value || !std::holds_alternative<std::string>(*value))
         return std::nullopt;
     return std::get<std::string>(*value);
+}
+
+void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint) {
+    systemLog.write("Glimra: setting \"" + std::string(key) + "\" " + std::string(complaint));
 }
 
 } // namespace glimra::platform

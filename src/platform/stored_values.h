@@ -1,17 +1,22 @@
 #pragma once
 
+#include "platform/system_services.h"
 #include "platform/user_defaults.h"
 
 namespace glimra::platform {
 
 // Settings read as the type that is wanted. Numbers and Booleans are converted among themselves (a double
 // read as an integer is truncated toward zero); text, data and arrays are not converted and count as absent,
-// and so does a double that is no number or does not fit.
+// and so does a double that is no finite number or does not fit.
 
 std::optional<bool> storedBool(const UserDefaults& defaults, std::string_view key);
 std::optional<std::int64_t> storedInteger(const UserDefaults& defaults, std::string_view key);
 std::optional<double> storedDouble(const UserDefaults& defaults, std::string_view key);
 std::optional<std::string> storedString(const UserDefaults& defaults, std::string_view key);
+
+/// Says in the system log that a setting cannot be used as it is stored: `complaint` is what is wrong with it
+/// and what stands in for it.
+void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint);
 
 /// A number as an integer, truncated toward zero; none when it is no number or does not fit.
 std::optional<std::int64_t> toInteger(const Number& number);

@@ -59,8 +59,7 @@ ActionKeyMap loadActionKeyMap(const platform::UserDefaults& defaults, platform::
         const std::string key = slotKey(slot);
         const std::optional<lighting::KeyCode> stored = toKeyCode(platform::storedInteger(defaults, key));
         if (!stored && defaults.get(key))
-            systemLog.write("Glimra: setting \"" + key +
-                            "\" names no key; the factory key stands in for it.");
+            platform::reportSetting(systemLog, key, "names no key; the factory key stands in for it.");
         keyOfSlot(map, slot) = stored.value_or(slot.factoryKey);
     }
     return map;

@@ -41,7 +41,7 @@ void ProfileStore::loadColorSet(lighting::ColorSet& set, int profile) {
         if (const std::optional<lighting::Color> color = data ? unarchiveColor(*data) : std::nullopt)
             set[slot] = *color;
         else
-            reportUnusable(key, "no colour");
+            report(key, "holds no colour; the factory colour stands in for it.");
     }
 }
 
@@ -60,7 +60,7 @@ std::optional<lighting::KeyMap> ProfileStore::storedKeyMap(const std::string& ke
         return std::nullopt;
     const auto* numbers = std::get_if<platform::NumberArray>(&*value);
     if (!numbers || numbers->size() > kLongestStoredMap) {
-        reportUnusable(key, numbers ? "too many keys" : "no list of colour slots");
+        report(key, "holds no list of colour slots; the factory key map stands in for it.");
         return std::nullopt;
     }
     lighting::KeyMap map;
@@ -68,7 +68,7 @@ std::optional<lighting::KeyMap> ProfileStore::storedKeyMap(const std::string& ke
     for (const platform::Number& number : *numbers) {
         const std::optional<std::int64_t> slot = platform::toInteger(number);
         if (!isSlot(slot))
-            reportUnusable(key, "a key without a colour slot from 0 to 12");
+            report(key, "has keys without a colour slot from 0 to 12; they take colour A.");
         map.push_back(isSlot(slot) ? static_cast<int>(*slot) : lighting::kColorASlot);
     }
     return map;
@@ -80,7 +80,7 @@ void ProfileStore::loadIntoMemory(int profile) {
     const std::string key = profileKey(kCooldownKey, profile);
     const std::optional<bool> useCooldowns = platform::storedBool(m.defaults, key);
     if (!useCooldowns && m.defaults.get(key))
-        reportUnusable(key, "neither yes nor no");
+        report(key, "is neither yes nor no; no stands in for it.");
     m.lighting.useSpellCooldowns[0] = useCooldowns.value_or(false);
     m.canvas.usingActionbarCooldowns = m.lighting.useSpellCooldowns[0];
     m.lighting.useSpellCooldowns.at(static_cast<std::size_t>(profile)) = m.lighting.useSpellCooldowns[0];
@@ -122,10 +122,9 @@ void ProfileStore::saveCooldownFlag(bool useCooldowns, int profile) {
     m.defaults.set(profileKey(kCooldownKey, profile), useCooldowns);
 }
 
-void ProfileStore::reportUnusable(const std::string& key, std::string_view reason) {
+void ProfileStore::report(const std::string& key, std::string_view complaint) {
     if (m_reportedKeys.insert(key).second)
-        m.systemLog.write("Glimra: setting \"" + key + "\" cannot be used (" + std::string(reason) +
-                          "); the factory value stands in for it.");
+        platform::reportSetting(m.systemLog, key, complaint);
 }
 
 } // namespace glimra::profiles

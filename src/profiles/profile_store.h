@@ -45,7 +45,7 @@ public:
 private:
     void loadIntoMemory(int profile);
     std::optional<lighting::KeyMap> storedKeyMap(const std::string& key);
-    void reportUnusable(const std::string& key, std::string_view reason);
+    void report(const std::string& key, std::string_view complaint);
 
     Parts m;
     std::set<std::string> m_reportedKeys;

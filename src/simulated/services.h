@@ -2,56 +2,29 @@
 
 #include "platform/system_services.h"
 
-#include <utility>
-
 namespace glimra::simulated {
 
-// What would leave the machine is kept instead, in the order in which it came.
+// What would leave the machine ends here.
 
-struct StartedProcess {
-    std::string path;
-    std::vector<std::string> arguments;
-
-    friend bool operator==(const StartedProcess&, const StartedProcess&) = default;
+class NoChildProcesses final : public platform::ChildProcesses {
+public:
+    void start(const std::string&, const std::vector<std::string>&) override {}
 };
 
-class RecordingChildProcesses final : public platform::ChildProcesses {
+class NoSounds final : public platform::Sounds {
 public:
-    void start(const std::string& path, const std::vector<std::string>& arguments) override {
-        m_started.push_back({path, arguments});
-    }
-    const std::vector<StartedProcess>& started() const { return m_started; }
-
-private:
-    std::vector<StartedProcess> m_started;
+    void play(std::string_view) override {}
 };
 
-class RecordingSounds final : public platform::Sounds {
+class NoSystemLog final : public platform::SystemLog {
 public:
-    void play(std::string_view name) override { m_played.emplace_back(name); }
-    const std::vector<std::string>& played() const { return m_played; }
-
-private:
-    std::vector<std::string> m_played;
+    void write(std::string_view) override {}
 };
 
-class RecordingSystemLog final : public platform::SystemLog {
+class NoActivity final : public platform::ProcessActivity {
 public:
-    void write(std::string_view line) override { m_lines.emplace_back(line); }
-    const std::vector<std::string>& lines() const { return m_lines; }
-
-private:
-    std::vector<std::string> m_lines;
-};
-
-class SimulatedActivity final : public platform::ProcessActivity {
-public:
-    void begin(std::string_view) override { m_active = true; }
-    void end(std::string_view) override { m_active = false; }
-    bool isActive() const { return m_active; }
-
-private:
-    bool m_active = false;
+    void begin(std::string_view) override {}
+    void end(std::string_view) override {}
 };
 
 class SimulatedModifiers final : public platform::Modifiers {

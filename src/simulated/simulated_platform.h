@@ -2,7 +2,6 @@
 
 #include "platform/platform.h"
 #include "simulated/application.h"
-#include "simulated/led_driver.h"
 #include "simulated/run_loop.h"
 #include "simulated/screen.h"
 #include "simulated/seeded_random.h"
@@ -14,15 +13,15 @@
 
 namespace glimra::simulated {
 
-/// A whole machine in memory. Its members are there to be looked at and to be told what happens outside.
+/// A machine in memory, all but its keyboard. Its members are there to be told what happens outside.
 struct SimulatedPlatform {
-    explicit SimulatedPlatform(std::uint32_t seed = 0) : random(seed) {}
+    explicit SimulatedPlatform(std::uint32_t seed) : random(seed) {}
 
     SimulatedPlatform(const SimulatedPlatform&) = delete;
     SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
 
-    /// What the application is given. It must not outlive this object, nor the application the result.
-    platform::Platform platform();
+    /// What the application is given. It must not outlive this object.
+    platform::Platform platform(platform::LedDriver& keyboard, platform::Bundle bundle);
 
     SimulatedRunLoop runLoop;
     SimulatedApplication application{runLoop};
@@ -30,17 +29,15 @@ struct SimulatedPlatform {
     SimulatedScreen screen;
     SimulatedCapture readerCapture{screen};
     SimulatedCapture mainCapture{screen};
-    RecordingLedDriver ledDriver;
     InMemoryDefaults userDefaults;
     SimulatedWorkspace workspace;
     SimulatedWindowSystem windowSystem;
-    RecordingChildProcesses childProcesses;
-    RecordingSounds sounds;
+    NoChildProcesses childProcesses;
+    NoSounds sounds;
     SeededRandom random;
-    RecordingSystemLog systemLog;
-    SimulatedActivity processActivity;
+    NoSystemLog systemLog;
+    NoActivity processActivity;
     SimulatedModifiers modifiers;
-    platform::Bundle bundle;
 };
 
 } // namespace glimra::simulated

@@ -22,7 +22,6 @@ public:
     void queueAnswer(ModalAnswer answer) { m_answers.push_back(std::move(answer)); }
     /// For the next panel, of either kind; without one a panel is cancelled.
     void queuePath(std::string path) { m_paths.push_back(std::move(path)); }
-    void setDocumentsFolder(std::optional<std::string> folder) { m_documentsFolder = std::move(folder); }
 
     void restoreFrame(std::string_view) override {}
     void saveFrame(std::string_view) override {}
@@ -34,14 +33,13 @@ public:
     void runAlert(const platform::Alert&) override {}
     void showSheet(const platform::Alert&) override {}
     void hideColorPanel() override {}
-    std::optional<std::string> documentsFolder() override { return m_documentsFolder; }
+    std::optional<std::string> documentsFolder() override { return "/home/player/Documents"; }
 
 private:
     std::optional<std::string> nextPath();
 
     std::deque<ModalAnswer> m_answers;
     std::deque<std::string> m_paths;
-    std::optional<std::string> m_documentsFolder = "/home/player/Documents";
 };
 
 } // namespace glimra::simulated

@@ -3,7 +3,6 @@
 #include "platform/workspace.h"
 
 #include <utility>
-#include <vector>
 
 namespace glimra::simulated {
 
@@ -29,17 +28,12 @@ public:
             m_screensDidWake();
     }
 
-    bool openUrl(const std::string& address) override {
-        m_openedUrls.push_back(address);
-        return true;
-    }
-    const std::vector<std::string>& openedUrls() const { return m_openedUrls; }
+    bool openUrl(const std::string&) override { return true; }
 
 private:
     std::optional<platform::RunningApplication> m_frontmost;
     std::function<void()> m_aboutToSleep;
     std::function<void()> m_screensDidWake;
-    std::vector<std::string> m_openedUrls;
 };
 
 } // namespace glimra::simulated

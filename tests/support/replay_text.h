@@ -44,4 +44,44 @@ inline std::vector<nlohmann::ordered_json> replay(std::string_view script,
     return values;
 }
 
+/// What a run does to the keyboard from a moment on, each call as its moment, the function's name without
+/// "LogiLed" and the arguments, those of a bitmap left out: "0.4 StopEffectsOnKey 30".
+inline std::vector<std::string> ledCalls(std::string_view script, double since) {
+    std::vector<std::string> calls;
+    for (const auto& line : replay(script, {trace::TraceKind::Led})) {
+        if (line["t"].get<double>() < since)
+            continue;
+        const auto function = line["call"].get<std::string>().substr(std::string_view("LogiLed").size());
+        std::string call = line["t"].dump() + " " + function;
+        if (function != "SetLightingFromBitmap")
+            for (const auto& argument : line["args"])
+                call += " " + argument.dump();
+        calls.push_back(std::move(call));
+    }
+    return calls;
+}
+
+/// What the last dump of a script shows.
+inline nlohmann::ordered_json dumped(std::string_view script) {
+    const auto lines = replay(script, {trace::TraceKind::Dump});
+    return lines.empty() ? nlohmann::ordered_json{} : lines.back()["value"];
+}
+inline nlohmann::ordered_json stateAfter(std::string_view script) {
+    return dumped(std::string(script) + "\ndump state");
+}
+
+/// What a run writes to the system log.
+inline std::vector<std::string> systemLog(std::string_view script) {
+    std::vector<std::string> texts;
+    for (const auto& line : replay(script, {trace::TraceKind::SystemLog}))
+        texts.push_back(line["text"]);
+    return texts;
+}
+
+/// Script lines for a token (as JSON writes it) that finds the queue and the buffer empty: dispatched at the
+/// end of the two tenths of a second that it takes.
+inline std::string say(std::string_view token) {
+    return "token \"" + std::string(token) + "\"\nwait 0.2\n";
+}
+
 } // namespace glimra::test

@@ -1,3 +1,4 @@
+#include "tools/replay/film_output.h"
 #include "tools/replay/replay_run.h"
 #include "tools/replay/terminal_keyboard.h"
 
@@ -17,6 +18,8 @@ struct CommandLine {
     std::string script;
     tools::ReplayRun::Options run;
     bool drawKeyboard = false;
+    /// Where the film goes; empty for none.
+    std::string film;
 };
 
 /// Throws CLI::Error.
@@ -32,6 +35,8 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
             return trace::traceKindNamed(name) ? std::string() : "no kind of line is called " + name;
         });
     app.add_flag("--keyboard", line.drawKeyboard, "Draw the keyboard as it is at the end");
+    app.add_option("--film", line.film, "Write a picture of the keyboard for each change, or an animated one")
+        ->type_name("DIR|FILE.gif");
     app.add_option("SCRIPT", line.script, "What happens outside the application; - is standard input")
         ->required();
     app.parse(argc, argv);
@@ -55,6 +60,17 @@ std::variant<tools::Script, tools::ScriptError> readScriptFrom(const std::string
     return script;
 }
 
+void runFilmed(tools::ReplayRun& run, const tools::Script& script, const std::string& path) {
+    const std::unique_ptr<tools::FilmOutput> output = tools::openFilm(path);
+    tools::Film film([&output](const keyboards::KeyColors& colors, platform::Time begin, platform::Time end) {
+        output->show(colors, begin, end);
+    });
+    run.keyboard().changed().observe([&] { film.change(run.keyboard().model(), run.now()); });
+    run.run(script);
+    film.end(run.now());
+    output->finish();
+}
+
 int replay(const CommandLine& line) {
     const auto script = readScriptFrom(line.script);
     if (const auto* error = std::get_if<tools::ScriptError>(&script)) {
@@ -62,7 +78,10 @@ int replay(const CommandLine& line) {
         return kNotUnderstood;
     }
     tools::ReplayRun run(line.run, [](std::string_view text) { std::cout << text; });
-    run.run(std::get<tools::Script>(script));
+    if (line.film.empty())
+        run.run(std::get<tools::Script>(script));
+    else
+        runFilmed(run, std::get<tools::Script>(script), line.film);
     if (line.drawKeyboard)
         std::cout << tools::drawOnTerminal(run.keyboard().model().colorsAt(run.now()));
     if (!std::cout.flush()) {

@@ -8,19 +8,20 @@ namespace {
 
 using app::ControlPointer;
 
-std::optional<ControlPointer> findOutlet(app::Outlets& outlets, std::string_view name) {
-    const std::vector<app::NamedOutlet> named = app::namedOutlets(outlets);
-    const auto found = std::ranges::find(named, name, &app::NamedOutlet::name);
-    if (found == named.end())
-        return std::nullopt;
-    return found->control;
-}
-
 template <class ControlType>
 bool isOutletOf(std::string_view name) {
     static app::Outlets outlets; // looked at for their names only
-    const std::optional<ControlPointer> control = findOutlet(outlets, name);
+    const std::optional<ControlPointer> control = app::findOutlet(outlets, name);
     return control && std::holds_alternative<ControlType*>(*control);
+}
+
+/// The action that a control sends, if any.
+const app::ActionRow* actionOf(std::string_view outlet) {
+    const std::span<const app::ActionRow> actions = app::actionTable();
+    const auto found = std::ranges::find_if(actions, [outlet](const app::ActionRow& action) {
+        return std::ranges::find(action.outlets, outlet) != action.outlets.end();
+    });
+    return found == actions.end() ? nullptr : &*found;
 }
 
 /// What the control's own action is given.
@@ -50,17 +51,20 @@ bool isWindow(std::string_view outlet) {
 }
 
 void applySetting(app::AppDelegate& delegate, const ModalSetting& setting) {
-    const std::optional<ControlPointer> control = findOutlet(delegate.outlets(), setting.outlet);
-    const std::span<const app::ActionRow> actions = app::actionTable();
-    const auto action = std::ranges::find(actions, setting.outlet, &app::ActionRow::outlet);
-    if (action != actions.end()) {
-        app::sendAction(delegate, *action, argumentOf(setting, *control));
-    } else if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
-        if ((*field)->enabled.get())
-            (*field)->text.set(std::get<std::string>(setting.value));
-    } else if (platform::PopUp* const popUp = std::get<platform::PopUp*>(*control); popUp->enabled.get()) {
-        popUp->selected.set(std::get<int>(setting.value));
+    const std::optional<ControlPointer> control = app::findOutlet(delegate.outlets(), setting.outlet);
+    if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
+        if (!(*field)->enabled.get())
+            return;
+        (*field)->text.set(std::get<std::string>(setting.value));
+    } else {
+        platform::PopUp* const popUp = std::get<platform::PopUp*>(*control);
+        const int index = std::get<int>(setting.value);
+        if (!popUp->enabled.get() || index == popUp->separator)
+            return;
+        popUp->selected.set(index);
     }
+    if (const app::ActionRow* const action = actionOf(setting.outlet))
+        app::sendAction(delegate, *action, argumentOf(setting, *control));
 }
 
 } // namespace glimra::tools

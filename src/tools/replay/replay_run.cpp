@@ -1,5 +1,6 @@
 #include "tools/replay/replay_run.h"
 
+#include "app/built_bundle.h"
 #include "tools/replay/modal_setting.h"
 #include "tools/replay/state_dump.h"
 #include "trace/traced_outlets.h"
@@ -22,6 +23,13 @@ public:
     void fillRect(int, int, int, int, const platform::Color&, double) override {}
 };
 
+/// As built, and with the framework that belongs to the simulated keyboard's version.
+platform::Bundle bundle() {
+    platform::Bundle built = app::builtBundle();
+    built.ledFrameworkVersion = "9.0.0";
+    return built;
+}
+
 /// The frame that the add-on shows for a character: both markers, the confirm flag, and the character's bits
 /// in the data cells, the highest first.
 PaintStrip tokenFrame(unsigned character, bool isConfirm, std::uint32_t dataColor) {
@@ -40,24 +48,25 @@ PaintStrip tokenFrame(unsigned character, bool isConfirm, std::uint32_t dataColo
 } // namespace
 
 ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
-    : m_keyboard([this] { return now(); }),
+    : m_outside(options.seed),
+      m_keyboard([this] { return now(); }),
       m_writer([this] { return now(); }, std::move(sink), options.kinds),
-      m_machine(options.seed, m_keyboard, m_writer,
-                [this](const platform::Window* window) {
-                    return trace::windowNames(m_delegate.outlets())(window);
-                }),
-      m_delegate(m_machine.platform),
-      m_canvasDisplay(m_machine.outside.runLoop, m_delegate.outlets().keyboardCanvas,
+      m_traced(m_outside.platform(m_keyboard, bundle()), m_writer,
+               [this](const platform::Window* window) {
+                   return trace::windowNames(m_delegate.outlets())(window);
+               }),
+      m_delegate(m_traced.platform()),
+      m_canvasDisplay(m_outside.runLoop, m_delegate.outlets().keyboardCanvas,
                       m_delegate.outlets().colorProgrammerWindow, [this] {
                           NoPainter painter;
                           m_delegate.drawKeyboardCanvas(painter);
                       }) {
     trace::traceOutlets(m_delegate.outlets(), m_writer);
-    m_machine.outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
-                                              [this] {
-                                                  m_delegate.applicationWillTerminate();
-                                                  m_writer.quit();
-                                              });
+    m_outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
+                                      [this] {
+                                          m_delegate.applicationWillTerminate();
+                                          m_writer.quit();
+                                      });
 }
 
 void ReplayRun::run(const Script& script) {
@@ -70,27 +79,27 @@ void ReplayRun::run(const Script& script) {
 
 void ReplayRun::advance(platform::Duration duration) {
     // Whether the application has ended is looked at after each command.
-    static_cast<void>(m_machine.outside.runLoop.runUntil(now() + duration));
+    static_cast<void>(m_outside.runLoop.runUntil(now() + duration));
 }
 
 void ReplayRun::execute(const SetDefault& command) {
-    m_machine.outside.userDefaults.set(command.key, command.value);
+    m_outside.userDefaults.set(command.key, command.value);
 }
 
 void ReplayRun::execute(const ConnectDisplay& command) {
-    m_machine.outside.screen.connectDisplay(command.width, command.height, command.scale);
+    m_outside.screen.connectDisplay(command.width, command.height, command.scale);
 }
 
 void ReplayRun::execute(const DisconnectDisplay&) {
-    m_machine.outside.screen.disconnectDisplay();
+    m_outside.screen.disconnectDisplay();
 }
 
 void ReplayRun::execute(const SetStripGeometry& command) {
-    m_machine.outside.screen.setStripGeometry(command.left, command.width);
+    m_outside.screen.setStripGeometry(command.left, command.width);
 }
 
 void ReplayRun::execute(const PaintStrip& command) {
-    m_machine.outside.screen.paintStrip(command.cells);
+    m_outside.screen.paintStrip(command.cells);
 }
 
 void ReplayRun::execute(const ShowToken& command) {
@@ -115,29 +124,29 @@ void ReplayRun::execute(const Wait& command) {
 }
 
 void ReplayRun::execute(const SetFrontmost& command) {
-    m_machine.outside.workspace.setFrontmostApplication(command.application);
+    m_outside.workspace.setFrontmostApplication(command.application);
 }
 
 void ReplayRun::execute(PowerEvent event) {
     if (event == PowerEvent::Sleep)
-        m_machine.outside.workspace.sleep();
+        m_outside.workspace.sleep();
     else
-        m_machine.outside.workspace.wake();
+        m_outside.workspace.wake();
 }
 
 void ReplayRun::execute(const SetOptionKey& command) {
-    m_machine.outside.modifiers.setOptionKeyIsDown(command.down);
+    m_outside.modifiers.setOptionKeyIsDown(command.down);
 }
 
 void ReplayRun::execute(const QueueAnswer& command) {
     simulated::ModalAnswer answer{command.code, {}};
     for (const ModalSetting& setting : command.settings)
         answer.settings.push_back([this, setting] { applySetting(m_delegate, setting); });
-    m_machine.outside.windowSystem.queueAnswer(std::move(answer));
+    m_outside.windowSystem.queueAnswer(std::move(answer));
 }
 
 void ReplayRun::execute(const QueuePath& command) {
-    m_machine.outside.windowSystem.queuePath(command.path);
+    m_outside.windowSystem.queuePath(command.path);
 }
 
 void ReplayRun::execute(const PerformAction& command) {
@@ -145,7 +154,7 @@ void ReplayRun::execute(const PerformAction& command) {
 }
 
 void ReplayRun::execute(const Quit&) {
-    m_machine.outside.application.terminate();
+    m_outside.application.terminate();
     advance(kLongestQuit);
     if (!hasEnded())
         throw std::logic_error("the application did not grant the request to terminate");
@@ -159,7 +168,7 @@ void ReplayRun::execute(const Dump& command) {
         case DumpKind::State:
             return dumpState(m_delegate.state());
         case DumpKind::Defaults:
-            return dumpDefaults(m_machine.outside.userDefaults);
+            return dumpDefaults(m_outside.userDefaults);
         case DumpKind::Log:
             return m_delegate.outlets().myTextScroll.text;
         case DumpKind::Controls:

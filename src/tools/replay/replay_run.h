@@ -2,10 +2,11 @@
 
 #include "app/app_delegate.h"
 #include "simulated/canvas_display.h"
-#include "tools/replay/replay_machine.h"
+#include "simulated/simulated_platform.h"
 #include "tools/replay/script.h"
 #include "tools/replay/shown_keyboard.h"
 #include "trace/trace_writer.h"
+#include "trace/traced_platform.h"
 
 #include <cstdint>
 
@@ -30,7 +31,7 @@ public:
     /// Carries out the script, to its end or to that of the application. Once only.
     void run(const Script& script);
 
-    platform::Time now() const { return m_machine.outside.runLoop.now(); }
+    platform::Time now() const { return m_outside.runLoop.now(); }
     ShownKeyboard& keyboard() { return m_keyboard; }
 
 private:
@@ -52,12 +53,13 @@ private:
     void execute(const Quit& command);
     void execute(const Dump& command);
 
-    bool hasEnded() const { return m_machine.outside.runLoop.isTerminated(); }
+    bool hasEnded() const { return m_outside.runLoop.isTerminated(); }
     void advance(platform::Duration duration);
 
+    simulated::SimulatedPlatform m_outside;
     ShownKeyboard m_keyboard;
     trace::TraceWriter m_writer;
-    ReplayMachine m_machine;
+    trace::TracedPlatform m_traced;
     app::AppDelegate m_delegate;
     simulated::CanvasDisplay m_canvasDisplay;
 };

@@ -24,7 +24,10 @@ ordered_json json(const lighting::DimmedKeys& keys) {
     return object;
 }
 
+/// Null before the launch, when there is no rectangle yet.
 ordered_json json(const platform::ScreenRect& rect) {
+    if (rect == platform::ScreenRect{})
+        return nullptr;
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
@@ -147,11 +150,15 @@ ordered_json dumpState(const app::State& state) {
         {"useSpellCooldowns", state.lighting.useSpellCooldowns},
         {"blinkTime", state.cooldowns.blinkTime},
         {"WoWisInTheForeground", state.messages.WoWisInTheForeground},
+        {"WowAppName", state.launcher.WowAppName},
+        {"WowClassicAppName", state.launcher.WowClassicAppName},
+        {"BNAppName", state.launcher.BNAppName},
         {"autoToggleProfile2", state.options.autoToggleProfile2},
         {"combatChatWarning", state.options.combatChatWarning},
         {"confirmCalibrate", state.messages.confirmCalibrate},
         {"useSingleColorMode", state.options.useSingleColorMode},
         {"supressCooldownBlinkCounter", state.cooldowns.supressCooldownBlinkCounter},
+        {"saveActionBarKeyMap", state.saveActionBarKeyMap},
         {"combatPulseMs", state.effects.combatPulseMs},
         {"blinkPeriod", state.cooldowns.blinkPeriod},
         {"singleColorFlag", state.lighting.singleColorFlag},

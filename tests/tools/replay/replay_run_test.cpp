@@ -71,6 +71,86 @@ TEST(ReplayRunTest, QuitRightAfterStartLetsTheReaderLookOnce) {
     EXPECT_EQ(lines.back()["t"], 0.05);
 }
 
+TEST(ReplayRunTest, QuitEndsAnAnimationInItsWait) {
+    // At 0.8 the message is dispatched before the reader, whose answer is served in the animation's first
+    // wait.
+    const auto lines = replayText("start\nwait 0.55\ntoken \"A\"\nwait 0.22\nquit");
+    EXPECT_EQ(lines.back(), R"({"t":0.8,"kind":"quit"})");
+    const auto frames = replay("start\nwait 0.55\ntoken \"A\"\nwait 0.22\nquit", {TraceKind::Led});
+    EXPECT_THAT(momentsOf("LogiLedSetLightingFromBitmap", frames), ElementsAre(0.8));
+}
+
+TEST(ReplayRunTest, ClosingTheLastWindowEndsTheRunInTheNextWait) {
+    const auto lines = replayText(R"(
+        start
+        action "windowShouldClose:" "mainWindow"
+        dump bitmap 1
+        wait 5
+        dump bitmap 1
+    )",
+                                  {TraceKind::Window, TraceKind::Dump, TraceKind::Quit});
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[1], R"({"t":0,"kind":"window","window":"mainWindow","visible":false})");
+    EXPECT_EQ(lines[3], R"({"t":0.05,"kind":"quit"})");
+    // A quit meanwhile asks for nothing new.
+    EXPECT_THAT(replayText("start\naction \"windowShouldClose:\" \"mainWindow\"\nquit", {TraceKind::Quit}),
+                SizeIs(1));
+}
+
+TEST(ReplayRunTest, ModalSessionMakesItsSettingsAndSendsTheirActions) {
+    const auto lines = replay(R"(
+        start
+        answer 0 fromProfileMenu=4 toProfileMenu=4
+        action "profileSelectPopup:" 10
+        action "profileSelectPopup:" 10
+        answer 5 WoWAppNameField="My game"
+        action "editGameNamesMI:"
+        action "editGameNamesMI:"
+        dump controls
+        dump state
+    )",
+                              {TraceKind::Modal, TraceKind::Dump});
+    ASSERT_EQ(lines.size(), 6U);
+    EXPECT_EQ(lines[0]["window"], "copyProfileDialog");
+    EXPECT_EQ(lines[2].dump(), R"({"t":0,"kind":"modal","window":"launchOptionWindow","answer":5})");
+    EXPECT_EQ(lines[3]["answer"], 0); // nothing queued
+    EXPECT_EQ(lines[5]["value"]["WowAppName"], "My game");
+    const auto enabled = [](const std::string& answer) {
+        const auto dumps = replay("start\n" + answer + "\naction \"profileSelectPopup:\" 10\ndump controls",
+                                  {TraceKind::Dump});
+        return dumps.at(0)["value"]["copyProfileCopyBtn"]["enabled"].get<bool>();
+    };
+    EXPECT_TRUE(enabled("answer 0 toProfileMenu=7"));
+    EXPECT_FALSE(enabled("answer 0 fromProfileMenu=4 toProfileMenu=4"));
+}
+
+TEST(ReplayRunTest, CanvasIsDrawnOncePerMomentAndOnlyWhileItShows) {
+    const auto drawings = [](const std::string& script) {
+        const auto lines = replay("start\n" + script, {TraceKind::Led});
+        const auto isDrawingOfEscape = [](const auto& line) {
+            return line["call"] == "LogiLedSetLightingForKeyWithKeyName" && line["args"][0] == 1;
+        };
+        return std::ranges::count_if(lines, isDrawingOfEscape);
+    };
+    const std::string open = "action \"setColorsMI:\"\nwait 0\n";
+    const std::string paint = "action \"mouseDown:\" 50 160\n";
+    EXPECT_EQ(drawings("action \"setColorsMI:\""), 0);
+    EXPECT_EQ(drawings(open), 1);
+    EXPECT_EQ(drawings(open + open), 2);
+    EXPECT_EQ(drawings(paint + "wait 0\n" + open), 1);
+    EXPECT_EQ(drawings(open + paint + paint + "wait 0"), 2);
+    EXPECT_EQ(drawings(open + paint + "action \"colorOK:\"\nwait 1"), 1);
+}
+
+TEST(ReplayRunTest, DisabledControlsSendNothing) {
+    const auto flag = [](const std::string& script) {
+        const auto lines = replay("start\n" + script + "\ndump state", {TraceKind::Dump});
+        return lines.at(0)["value"]["useSpellCooldowns"][0].get<bool>();
+    };
+    EXPECT_TRUE(flag("action \"cooldownCheck:\" on"));
+    EXPECT_FALSE(flag("action \"singleColorModeCheck:\" on\naction \"cooldownCheck:\" on"));
+}
+
 TEST(ReplayRunTest, StartsWhenTheScriptSaysSo) {
     // Both message timers and the reader have their grids from the start on.
     EXPECT_THAT(combatStarts("wait 0.03\nstart\ntoken \"C\"\nwait 0.19"), IsEmpty());
@@ -116,6 +196,7 @@ TEST(ReplayRunTest, PrefixIsTheColourOfTheConfirmFrame) {
 TEST(ReplayRunTest, DumpsNameWhatTheyShow) {
     const auto lines = replay(R"(
         default "text" "a"
+        default-color "tint" 0.25 1 0
         default-data "raw" 00ff
         dump defaults
         dump bitmap 0
@@ -124,8 +205,9 @@ TEST(ReplayRunTest, DumpsNameWhatTheyShow) {
     )",
                               {TraceKind::Dump});
     ASSERT_EQ(lines.size(), 3U);
-    EXPECT_EQ(lines[0].dump(),
-              R"({"t":0,"kind":"dump","what":"defaults","value":{"raw":"00ff","text":"a"}})");
+    EXPECT_EQ(
+        lines[0].dump(),
+        R"({"t":0,"kind":"dump","what":"defaults","value":{"raw":"00ff","text":"a","tint":[0.25,1.0,0.0]}})");
     EXPECT_EQ(lines[1]["what"], "bitmap 0");
     EXPECT_EQ(lines[1]["value"], std::string(1008, 'f'));
     EXPECT_EQ(lines[2]["value"]["mainWindow"].dump(), R"({"visible":true})");

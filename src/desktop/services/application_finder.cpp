@@ -1,0 +1,113 @@
+#include "desktop/services/application_finder.h"
+
+#include "desktop/services/desktop_entry.h"
+#include "desktop/services/unique_fd.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace glimra::desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Real entries have some dozen kilobytes at most, real folders some hundred entries a few levels deep. The
+/// limits end loops of links, too.
+constexpr std::size_t kMostBytes = 256 * 1024;
+constexpr int kMostLevels = 4;
+constexpr int kMostFiles = 20000;
+
+/// A whole regular file; none for anything else, a pipe above all, which would wait for its other end.
+std::optional<std::string> readEntryFile(const fs::path& path) {
+    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    std::string content(kMostBytes + 1, '\0');
+    std::size_t size = 0;
+    for (ssize_t count = 1; count > 0 && size < content.size(); size += static_cast<std::size_t>(count))
+        count = std::max<ssize_t>(::read(file.get(), content.data() + size, content.size() - size), 0);
+    content.resize(size);
+    return size <= kMostBytes ? std::optional(std::move(content)) : std::nullopt;
+}
+
+/// The entries in and below a folder, by their ids: the path with its slashes made hyphens.
+std::map<std::string, fs::path> entryFiles(const fs::path& folder) {
+    std::map<std::string, fs::path> files;
+    std::error_code error;
+    constexpr auto kOptions =
+        fs::directory_options::follow_directory_symlink | fs::directory_options::skip_permission_denied;
+    auto each = fs::recursive_directory_iterator(folder, kOptions, error);
+    for (int count = 0; !error && each != fs::end(each) && count < kMostFiles; ++count) {
+        if (each.depth() >= kMostLevels)
+            each.disable_recursion_pending();
+        if (each->path().extension() == ".desktop") {
+            std::string id = each->path().lexically_relative(folder).string();
+            std::replace(id.begin(), id.end(), '/', '-');
+            files.emplace(std::move(id), each->path());
+        }
+        each.increment(error);
+    }
+    return files;
+}
+
+/// A path stands as it is, if need be below the working folder; a bare name is left to PATH.
+std::string programPath(const std::string& program, const std::string& workingFolder) {
+    const bool isRelativePath = program.find('/') != std::string::npos && !program.starts_with('/');
+    return isRelativePath ? (fs::path(workingFolder) / program).string() : program;
+}
+
+std::optional<Command> commandOf(const DesktopEntry& entry, const fs::path& file) {
+    if (entry.hidden || entry.noDisplay || entry.terminal)
+        return std::nullopt;
+    if (!entry.tryExec.empty() && !findProgram(entry.tryExec))
+        return std::nullopt;
+    std::optional<std::vector<std::string>> words = execArguments(entry, file.string());
+    if (!words)
+        return std::nullopt;
+    Command command{programPath(words->front(), entry.path), {words->begin() + 1, words->end()}, entry.path};
+    return findProgram(command.program) ? std::optional(std::move(command)) : std::nullopt;
+}
+
+bool isSameButForCase(std::string_view left, std::string_view right) {
+    const auto text = [](std::string_view utf8) {
+        return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    };
+    return text(left).compare(text(right), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+std::optional<Command> findApplication(std::string_view name, const std::vector<fs::path>& dataFolders) {
+    std::optional<Command> nearly;
+    std::set<std::string> seen;
+    for (const fs::path& folder : dataFolders) {
+        for (const auto& [id, path] : entryFiles(folder / "applications")) {
+            // An entry stands for all of its id in later folders, also when it says that there is none.
+            const std::optional<std::string> content =
+                seen.insert(id).second ? readEntryFile(path) : std::nullopt;
+            const std::optional<DesktopEntry> entry = content ? parseDesktopEntry(*content) : std::nullopt;
+            if (!entry || !isSameButForCase(entry->name, name))
+                continue;
+            std::optional<Command> command = commandOf(*entry, path);
+            if (command && entry->name == name)
+                return command;
+            if (!nearly)
+                nearly = std::move(command);
+        }
+    }
+    return nearly;
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,159 @@
+#include "desktop/services/bus.h"
+
+#include <QDBusError>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+
+#include <utility>
+
+namespace glimra::desktop {
+
+namespace {
+
+const QString kBusService = QStringLiteral("org.freedesktop.DBus");
+const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
+
+QDBusMessage busCall(const QString& method) {
+    return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, method);
+}
+
+/// A bus connection is made by asking the bus for a name and waiting for it; a peer connection only opens the
+/// socket, so that the asking can be done without the waiting.
+QDBusConnection openConnection(const QString& address, const QString& name) {
+    return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToPeer(address, name);
+}
+
+} // namespace
+
+QString systemBusAddress() {
+    const QString address = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");
+    return address.isEmpty() ? QStringLiteral("unix:path=/var/run/dbus/system_bus_socket") : address;
+}
+
+QString sessionBusAddress() {
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    // To launch a bus means to run a program and wait for it, and nobody would be on that bus.
+    if (address.contains(QLatin1String("autolaunch:")))
+        return {};
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    if (!address.isEmpty() || folder.isEmpty())
+        return address;
+    return QStringLiteral("unix:path=") + QString::fromLatin1(folder.toPercentEncoding("/")) +
+           QStringLiteral("/bus");
+}
+
+Bus::Bus(const QString& address)
+    : m_name(QStringLiteral("glimra-%1").arg(reinterpret_cast<quintptr>(this))),
+      m_connection(openConnection(address, m_name)) {
+    if (m_connection.isConnected())
+        greet();
+}
+
+Bus::~Bus() {
+    QDBusConnection::disconnectFromPeer(m_name);
+}
+
+void Bus::greet() {
+    // The bus serves nobody who has not asked for a name; it takes what follows in the order of sending.
+    send(busCall(QStringLiteral("Hello")));
+    m_connection.connect(QString(), kBusPath, kBusService, QStringLiteral("NameOwnerChanged"), this,
+                         SLOT(changeOwner(QDBusMessage)));
+    m_connection.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                         SLOT(lose()));
+}
+
+void Bus::call(const QDBusMessage& message, QObject* context, MessageHandler onReply) {
+    if (!m_connection.isConnected()) {
+        const auto error =
+            QDBusMessage::createError(QDBusError::Disconnected, QStringLiteral("There is no bus"));
+        QMetaObject::invokeMethod(
+            context, [handler = std::move(onReply), error] { handler(error); }, Qt::QueuedConnection);
+        return;
+    }
+    auto* const watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
+    connect(
+        watcher, &QDBusPendingCallWatcher::finished, context,
+        [handler = std::move(onReply)](QDBusPendingCallWatcher* finished) { handler(finished->reply()); });
+    // The watcher goes in any case, as a reply holds a reference to the descriptors that came with it. And it
+    // may finish twice, when the reply comes while the watcher is being made.
+    connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [](QDBusPendingCallWatcher* finished) {
+        finished->disconnect();
+        finished->deleteLater();
+    });
+}
+
+void Bus::send(const QDBusMessage& message) {
+    m_connection.send(message);
+}
+
+void Bus::subscribe(const Signal& signal, QObject* context, MessageHandler onSignal) {
+    follow(signal.service);
+    m_subscriptions.push_back({signal, context, std::move(onSignal)});
+    m_connection.connect(QString(), signal.path, signal.interface, signal.member, this,
+                         SLOT(receive(QDBusMessage)));
+    addMatch(QStringLiteral("type='signal',sender='%1',path='%2',interface='%3',member='%4'")
+                 .arg(signal.service, signal.path, signal.interface, signal.member));
+}
+
+void Bus::watchService(const QString& service, QObject* context, ServiceHandler onChange) {
+    follow(service);
+    m_watches.push_back({service, context, std::move(onChange)});
+}
+
+void Bus::receive(const QDBusMessage& signal) {
+    const auto isMeant = [&signal](const Subscription& each) {
+        return each.context && each.signal.path == signal.path() &&
+               each.signal.interface == signal.interface() && each.signal.member == signal.member();
+    };
+    // The match rule lets through nobody but the service, yet anyone may address a signal to us directly.
+    const std::vector<Subscription> subscriptions = m_subscriptions;
+    for (const Subscription& each : subscriptions)
+        if (isMeant(each) && !signal.service().isEmpty() &&
+            signal.service() == m_owners.value(each.signal.service))
+            each.handler(signal);
+}
+
+void Bus::changeOwner(const QDBusMessage& signal) {
+    const QVariantList arguments = signal.arguments();
+    if (signal.service() == kBusService && arguments.size() == 3)
+        setOwner(arguments[0].toString(), arguments[2].toString());
+}
+
+void Bus::lose() {
+    for (const QString& service : m_owners.keys())
+        setOwner(service, {});
+}
+
+void Bus::addMatch(const QString& rule) {
+    QDBusMessage message = busCall(QStringLiteral("AddMatch"));
+    message << rule;
+    send(message);
+}
+
+void Bus::follow(const QString& service) {
+    if (m_owners.contains(service))
+        return;
+    m_owners.insert(service, {});
+    addMatch(QStringLiteral("type='signal',sender='%1',interface='%1',member='NameOwnerChanged',arg0='%2'")
+                 .arg(kBusService, service));
+    QDBusMessage question = busCall(QStringLiteral("GetNameOwner"));
+    question << service;
+    call(question, this, [this, service](const QDBusMessage& reply) {
+        if (reply.type() == QDBusMessage::ReplyMessage)
+            m_owners[service] = reply.arguments().value(0).toString();
+    });
+}
+
+void Bus::setOwner(const QString& service, const QString& owner) {
+    const auto known = m_owners.find(service);
+    if (known == m_owners.end() || *known == owner)
+        return;
+    *known = owner;
+    const std::vector<Watch> watches = m_watches;
+    for (const Watch& each : watches)
+        if (each.context && each.service == service)
+            each.handler(!owner.isEmpty());
+}
+
+} // namespace glimra::desktop

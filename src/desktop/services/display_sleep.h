@@ -1,0 +1,19 @@
+#pragma once
+
+#include "desktop/services/sleep_watch.h"
+
+#include <functional>
+
+namespace glimra::desktop {
+
+/// Knows when the displays are blanked or switched off while the machine runs.
+class DisplaySleep {
+public:
+    using Teller = std::function<void(SleepSource source, bool asleep)>;
+
+    virtual ~DisplaySleep() = default;
+    /// Calls `tell` with what it learns, first with what is so already. Once, main thread.
+    virtual void observe(Teller tell) = 0;
+};
+
+} // namespace glimra::desktop

@@ -1,0 +1,36 @@
+#include "desktop/services/machine_sleep.h"
+
+#include <utility>
+
+namespace glimra::desktop {
+
+namespace {
+
+const QString kReason = QStringLiteral("Stop reading the screen");
+
+} // namespace
+
+MachineSleep::MachineSleep(LoginManager& manager, Teller tell)
+    : m_tell(std::move(tell)),
+      m_delay(manager, QStringLiteral("sleep"), QStringLiteral("delay")) {
+    manager.observeSleep(this, [this](bool isAboutToSleep) { prepareForSleep(isAboutToSleep); });
+    // Whoever would have told of the waking is gone, but we are running.
+    manager.observePresence(this, [this](bool isThere) {
+        if (isThere && !m_delay.isWanted())
+            m_delay.take(kReason);
+        m_tell(false);
+    });
+    m_delay.take(kReason);
+}
+
+void MachineSleep::prepareForSleep(bool isAboutToSleep) {
+    if (isAboutToSleep) {
+        m_tell(true);
+        m_delay.drop();
+    } else {
+        m_delay.take(kReason);
+        m_tell(false);
+    }
+}
+
+} // namespace glimra::desktop

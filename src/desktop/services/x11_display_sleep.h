@@ -1,0 +1,56 @@
+#pragma once
+
+#include "desktop/services/display_sleep.h"
+
+#include <QBasicTimer>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <xcb/xcb.h>
+
+namespace glimra::desktop {
+
+/// The sleep of the displays as an X server tells it, on a connection of its own: its screen saver's events
+/// (MIT-SCREEN-SAVER), and the power state of the displays (DPMS), which has no events in the version that
+/// all servers speak and is therefore asked for now and then. A server may lack both, and then all is awake.
+class X11DisplaySleep final : public QObject, public DisplaySleep {
+public:
+    /// An empty name stands for the display in the environment. Without a server it tells nothing.
+    explicit X11DisplaySleep(const std::string& displayName = {});
+
+    void observe(Teller tell) override;
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    void watchScreenSaver();
+    void watchDisplayPower();
+    void askForDisplayPower();
+    void takeDisplayPower();
+    void read();
+    void readEvents();
+    void giveUp();
+    bool isLost() const { return xcb_connection_has_error(m_connection.get()) != 0; }
+    xcb_window_t root() const;
+
+    int m_screenNumber = 0;
+    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
+    /// The response type of the screen saver's event; 0, which is none of an event, without the extension.
+    std::uint8_t m_screenSaverEvent = 0;
+    /// The question after the displays' power that has not been answered.
+    std::optional<unsigned int> m_question;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    QBasicTimer m_askAgain;
+    Teller m_tell;
+};
+
+} // namespace glimra::desktop

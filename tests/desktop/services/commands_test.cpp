@@ -1,0 +1,187 @@
+#include "app/launcher.h"
+#include "desktop/services/linux_commands.h"
+#include "desktop/services/theme_sounds.h"
+#include "platform/locked.h"
+
+#include "script_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace glimra::desktop {
+namespace {
+
+using glimra::testing::millisecondsOf;
+using glimra::testing::soon;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::string kSay = "/usr/bin/say";
+const std::string kScripting = "/usr/bin/osascript";
+
+class RecordedLog final : public platform::SystemLog {
+public:
+    void write(std::string_view line) override {
+        m_lines.with([&](auto& lines) { lines.emplace_back(line); });
+    }
+    std::vector<std::string> lines() const { return m_lines.copy(); }
+
+private:
+    platform::Locked<std::vector<std::string>> m_lines;
+};
+
+class CommandsTest : public ::testing::Test {
+protected:
+    CommandsTest() {
+        folder.addScript("sentinel", "sleep 0.2; echo > \"$OUT/sentinel.txt\"");
+        folder.addScript("record",
+                         "printf '%s\\n' \"$@\" > \"$OUT/part\" && mv \"$OUT/part\" \"$OUT/record.txt\"");
+    }
+
+    void startCommands() {
+        voice = std::make_unique<BackgroundWorker>(2);
+        commands = std::make_unique<LinuxCommands>(
+            *voice,
+            [this](const std::string& name) {
+                raised.push_back(name);
+                return hasWindow;
+            },
+            log);
+    }
+    void activate(const std::string& name) { commands->start(kScripting, {app::activationScript(name)}); }
+    /// What "record" has been started with, if anything, once all that was asked for must have been started.
+    std::string recorded() {
+        commands->start(folder.path("sentinel"), {});
+        EXPECT_TRUE(soon([&] { return !folder.content("sentinel.txt").empty(); }));
+        return folder.content("record.txt");
+    }
+    std::string recordedSoon() {
+        EXPECT_TRUE(soon([&] { return !folder.content("record.txt").empty(); }));
+        return folder.content("record.txt");
+    }
+
+    glimra::testing::ScriptFolder folder;
+    RecordedLog log;
+    std::vector<std::string> raised;
+    bool hasWindow = false;
+    std::unique_ptr<BackgroundWorker> voice;
+    std::unique_ptr<LinuxCommands> commands;
+};
+
+TEST_F(CommandsTest, SpeaksAnyTextAsText) {
+    folder.addScript("spd-say", "exec record \"$@\"");
+    startCommands();
+    commands->start(kSay, {"--version; $(x)"});
+    EXPECT_EQ(recordedSoon(), "--\n--version; $(x)\n");
+    EXPECT_THAT(raised, IsEmpty());
+}
+
+TEST_F(CommandsTest, NobodyWaitsForAVoiceThatHangs) {
+    folder.addScript("spd-say", "echo \"$@\" >> \"$OUT/spoken\"\nexec sleep 100");
+    startCommands();
+    EXPECT_LT(millisecondsOf([&] {
+                  for (int i = 0; i < 20; ++i)
+                      commands->start(kSay, {std::to_string(i)});
+              }),
+              200);
+    EXPECT_TRUE(soon([&] { return !folder.content("spoken").empty(); }));
+    // Programs are started all the same.
+    commands->start(folder.path("record"), {"started"});
+    EXPECT_EQ(recordedSoon(), "started\n");
+    EXPECT_LT(millisecondsOf([&] {
+                  commands.reset();
+                  voice.reset();
+              }),
+              1000);
+}
+
+TEST_F(CommandsTest, RaisesAWindowBeforeItStartsAnything) {
+    folder.addFile("first/applications/game.desktop",
+                   "[Desktop Entry]\nType=Application\nName=Game\nExec=record started\n");
+    startCommands();
+    hasWindow = true;
+    activate("Game");
+    EXPECT_EQ(recorded(), "");
+    hasWindow = false;
+    activate("Game");
+    EXPECT_EQ(recordedSoon(), "started\n");
+    EXPECT_THAT(raised, ElementsAre("Game", "Game"));
+}
+
+TEST_F(CommandsTest, UnderstandsEveryNameThatIsEscaped) {
+    const std::string hostile = R"(" to activate\" & (do shell script "x") \\)";
+    folder.addFile("home/applications/game.desktop", "[Desktop Entry]\nType=Application\nName="
+                                                     R"(" to activate\\" & (do shell script "x") \\\\)"
+                                                     "\nExec=record started\n");
+    startCommands();
+    activate(hostile);
+    EXPECT_THAT(raised, ElementsAre(hostile));
+    EXPECT_EQ(recordedSoon(), "started\n");
+}
+
+TEST_F(CommandsTest, IgnoresWhatIsNoActivation) {
+    startCommands();
+    activate("");
+    activate("No such application");
+    for (const char* const argument :
+         {"", "-e tell application \"", "-e tell application \"Game\" to quit",
+          "-e tell application \" to activate", "-e tell application \"Ga\"me\" to activate",
+          "-e tell application \"Game\\\" to activate", "-e tell application \"Game\" to activate "})
+        commands->start(kScripting, {argument});
+    EXPECT_EQ(recorded(), "");
+    EXPECT_THAT(raised, ElementsAre("No such application"));
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(CommandsTest, StartsAnyOtherPathAndSaysWhenItCannot) {
+    startCommands();
+    commands->start(folder.path("record"), {"a b", "", "*"});
+    EXPECT_EQ(recordedSoon(), "a b\n\n*\n");
+    commands->start(folder.path("nothing"), {});
+    EXPECT_TRUE(soon([&] { return !log.lines().empty(); }));
+    EXPECT_THAT(log.lines(), ElementsAre("Can't start " + folder.path("nothing")));
+}
+
+class ThemeSoundsTest : public ::testing::Test {
+protected:
+    /// Plays three times, with everything done when it returns.
+    void playThrice() {
+        BackgroundWorker worker(8);
+        ThemeSounds sounds(worker);
+        for (int i = 0; i < 3; ++i)
+            sounds.play("Tink");
+        sounds.play("Another");
+        std::atomic<bool> isDone = false;
+        worker.post([&](const std::stop_token&) { isDone = true; });
+        EXPECT_TRUE(soon([&] { return isDone.load(); }));
+    }
+
+    glimra::testing::ScriptFolder folder;
+};
+
+TEST_F(ThemeSoundsTest, PlaysTheThemesSoundWithThePlayerThatIsThere) {
+    folder.addFile("second/sounds/freedesktop/stereo/bell.oga", "sound");
+    folder.addScript("paplay", "echo \"$@\" >> \"$OUT/played\"");
+    playThrice();
+    const std::string line = folder.path("second/sounds/freedesktop/stereo/bell.oga") + "\n";
+    EXPECT_EQ(folder.content("played"), line + line + line);
+}
+
+TEST_F(ThemeSoundsTest, GivesUpAPlayerThatFails) {
+    folder.addScript("canberra-gtk-play", "echo \"$@\" >> \"$OUT/played\"\nexit 1");
+    playThrice();
+    EXPECT_EQ(folder.content("played"), "-i bell\n");
+}
+
+TEST_F(ThemeSoundsTest, IsSilentWithoutAPlayer) {
+    ::setenv("PATH", folder.path("nothing").c_str(), 1);
+    playThrice();
+}
+
+} // namespace
+} // namespace glimra::desktop

@@ -1,0 +1,75 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+struct Outcome {
+    int status;
+    std::string output;
+};
+
+/// Runs the program with a script on its standard input. What it writes on standard error counts only where
+/// `arguments` say so.
+Outcome run(const std::string& script, const std::string& arguments) {
+    const std::string command = "printf '" + script + "' | " GLIMRA_REPLAY " " + arguments;
+    std::FILE* const pipe = popen(command.c_str(), "r");
+    Outcome outcome{-1, {}};
+    std::array<char, 4096> buffer{};
+    for (std::size_t size = 0; (size = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
+        outcome.output.append(buffer.data(), size);
+    outcome.status = WEXITSTATUS(pclose(pipe));
+    return outcome;
+}
+
+TEST(ReplayCommandLineTest, PrintsTheWantedKinds) {
+    const Outcome outcome = run("start\nwait 1\nquit", "--only activity,quit -");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, R"({"t":0,"kind":"activity","action":"begin","reason":"Reading the screen"}
+{"t":1.05,"kind":"activity","action":"end","reason":"Reading the screen"}
+{"t":1.05,"kind":"quit"}
+)");
+}
+
+TEST(ReplayCommandLineTest, RunsNothingOfAScriptWithAnError) {
+    const Outcome outcome = run("start\nfly", "- 2>/dev/null");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.output, IsEmpty());
+    EXPECT_EQ(run("start\nfly", "- 2>&1").output, "-:2: unknown command \"fly\"\n");
+}
+
+TEST(ReplayCommandLineTest, RefusesWhatItDoesNotUnderstand) {
+    for (const std::string arguments :
+         {"", "--only nonsense -", "--seed -1 -", "--fly -", "/proc/no-such-script", "/proc"})
+        EXPECT_EQ(run("", arguments + " 2>/dev/null").status, 2) << arguments;
+    EXPECT_THAT(run("", "/proc/no-such-script 2>&1").output, StartsWith("/proc/no-such-script:1: "));
+}
+
+TEST(ReplayCommandLineTest, SeedDecidesWhatIsRandom) {
+    const std::string death = "start\ntoken \"D\"\nwait 1";
+    EXPECT_EQ(run(death, "--seed 7 -").output, run(death, "--seed 7 -").output);
+    EXPECT_NE(run(death, "--seed 7 -").output, run(death, "--seed 8 -").output);
+}
+
+TEST(ReplayCommandLineTest, DrawsTheKeyboardAsItIsBeforeItIsHandedBack) {
+    const std::string lit = "start\nfront \"com.blizzard.worldofwarcraft\"\nwait 1\n";
+    const Outcome outcome = run(lit + "quit", "--only quit --keyboard -");
+    EXPECT_THAT(outcome.output, HasSubstr("\x1b[48;2;255;255;0m\x1b[38;2;0;0;0mEsc\x1b[0m"));
+    EXPECT_THAT(outcome.output, EndsWith(run(lit, "--only quit --keyboard -").output));
+}
+
+TEST(ReplayCommandLineTest, NoticesThatItsOutputIsLost) {
+    EXPECT_EQ(run("start\nwait 10", "- 2>/dev/null >/dev/full").status, 1);
+}
+
+} // namespace
