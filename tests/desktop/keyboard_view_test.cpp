@@ -28,8 +28,19 @@ protected:
     void show() {
         m_view.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_view));
-        QTest::qWait(50);
-        m_paints.clear();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return m_paints.count > 0; }));
+        ASSERT_TRUE(comesToRest());
+    }
+    /// Whether the view stops painting, and no timer of its own runs on.
+    bool comesToRest() {
+        constexpr int kAttempts = 50;
+        for (int i = 0; i < kAttempts; ++i) {
+            m_paints.clear();
+            QTest::qWait(80);
+            if (m_paints.count + m_paints.timers == 0)
+                return true;
+        }
+        return false;
     }
     static QRect placeOf(platform::KeyName keyName, const QSize& size) {
         const KeyboardPainter painter(QRect({}, size), {}, {});
@@ -65,11 +76,11 @@ protected:
 TEST_F(KeyboardViewTest, AStillKeyboardCostsNothing) {
     m_keyboard.LogiLedSetLighting(100, 50, 0);
     show();
-    QTest::qWait(100);
+    m_now += 1s;
     m_keyboard.LogiLedSetLighting(100, 50, 0); // a call, but no change
-    QTest::qWait(100);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_paints.timers > 0; }));
     EXPECT_EQ(m_paints.count, 0);
-    EXPECT_LE(m_paints.timers, 1);
+    EXPECT_TRUE(comesToRest());
 }
 
 TEST_F(KeyboardViewTest, OnlyWhatChangesIsPaintedAndACallStormOnce) {
@@ -85,6 +96,7 @@ TEST_F(KeyboardViewTest, OnlyWhatChangesIsPaintedAndACallStormOnce) {
     m_now += 1s;
     for (const lighting::KeyRect& key : lighting::kKeyboardLayout)
         m_keyboard.LogiLedSetLightingForKeyWithKeyName(lighting::driverKeyName(key.code), 0, 0, 100);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_paints.count > 0; }));
     QTest::qWait(50);
     EXPECT_EQ(m_paints.count, 1);
     EXPECT_TRUE(m_paints.region.contains(placeOf(kLogo)));
@@ -103,10 +115,7 @@ TEST_F(KeyboardViewTest, EffectsMoveWhileTheyRunAndRestWhenTheyAreOver) {
     EXPECT_TRUE(shows({0, 0, 0}));
     m_now += 200ms;
     EXPECT_TRUE(shows({0, 0, 0}));
-    QTest::qWait(100);
-    m_paints.clear();
-    QTest::qWait(100);
-    EXPECT_EQ(m_paints.count + m_paints.timers, 0);
+    EXPECT_TRUE(comesToRest());
 }
 
 TEST_F(KeyboardViewTest, AHiddenKeyboardRestsAndIsRightWhenItShowsAgain) {

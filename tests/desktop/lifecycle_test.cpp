@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <functional>
 #include <string>
 
 namespace glimra::desktop {
@@ -23,6 +24,8 @@ protected:
             .shouldTerminate =
                 [this] {
                     m_events += "asked ";
+                    if (m_whenAsked)
+                        m_runLoop.post(m_whenAsked);
                     return m_reply;
                 },
             .willTerminate = [this] { m_events += "ending "; },
@@ -37,6 +40,7 @@ protected:
     QtRunLoop m_runLoop;
     Lifecycle m_lifecycle{m_runLoop};
     TerminateReply m_reply = TerminateReply::Later;
+    std::function<void()> m_whenAsked;
     std::string m_events;
 };
 
@@ -76,9 +80,8 @@ TEST_F(LifecycleTest, ASignalEndsTheProgramFromInsideAWait) {
     const QuitSignals signals([this] { m_lifecycle.terminate(); });
     m_runLoop.post([this] {
         launch();
+        m_whenAsked = [this] { m_lifecycle.replyToApplicationShouldTerminate(true); };
         m_runLoop.after(0ms, [] { std::raise(SIGTERM); });
-        // As the reader does, from behind the wait that the signal comes into.
-        m_runLoop.after(5ms, [this] { m_lifecycle.replyToApplicationShouldTerminate(true); });
         m_events += m_runLoop.runUntil(m_runLoop.now() + 1h) ? "on" : "unwound";
     });
     EXPECT_EQ(exec(), 0);

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace glimra::desktop {
 namespace {
 
@@ -123,17 +125,17 @@ TEST_F(LogViewTest, StaysQuickWithManyLines) {
     for (int i = 0; i < 100000; ++i)
         lines += "A line of the log that is as long as most lines are, number " + std::to_string(i) + "\n";
     log(lines);
-    const auto secondsFor = [](auto work) {
-        const auto begin = std::chrono::steady_clock::now();
+    const auto cpuSecondsFor = [](auto work) {
+        const std::clock_t begin = std::clock();
         work();
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
     };
     // The bounds are far from what is needed, and farther from what a new layout of it all would take.
-    EXPECT_LT(secondsFor([this] { logLines(1000); }), 2.0);
+    EXPECT_LT(cpuSecondsFor([this] { logLines(1000); }), 2.0);
     EXPECT_TRUE(isScrolledToEnd());
     press(Qt::Key_Up, {}, 10);
-    EXPECT_LT(secondsFor([this] { logLines(10); }), 2.0);
-    EXPECT_LT(secondsFor([this] { press(Qt::Key_Left, Qt::ShiftModifier, 10); }), 2.0);
+    EXPECT_LT(cpuSecondsFor([this] { logLines(10); }), 2.0);
+    EXPECT_LT(cpuSecondsFor([this] { press(Qt::Key_Left, Qt::ShiftModifier, 10); }), 2.0);
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "desktop/qt_run_loop.h"
 
 #include <QCoreApplication>
+#include <QTest>
 #include <QTimer>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,7 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 using platform::Time;
 using platform::TimerId;
-using testing::ElementsAre;
 
 // What is due is due already when the loop begins to serve, wherever that can be, so that these tests wait
 // for next to nothing and depend on no machine's speed.
@@ -28,15 +27,14 @@ TEST(QtRunLoop, ServesByTimeThenByCreation) {
     loop.after(2ms, [&] { order += 'c'; });
     loop.after(1ms, [&] { order += 'b'; });
     loop.post([&] { order += 'a'; });
+    loop.after(3ms, [&] { order += 'd'; });
     const Time deadline = loop.now() + 3ms;
-    const auto beforeDeadline = [&](char name) { return [&order, name] { order += name; }; };
-    loop.after(3ms - 1us, beforeDeadline('d'));
-    loop.after(20ms, beforeDeadline('x'));
-    std::this_thread::sleep_for(4ms);
+    loop.after(3ms, [&] { order += 'x'; });
+    std::this_thread::sleep_for(10ms);
 
     EXPECT_TRUE(loop.runUntil(deadline));
     EXPECT_EQ(order, "abcd");
-    // Due at or before now, but behind the deadline: not in this wait.
+    // The last is due by now, but behind the deadline: not in this wait.
     EXPECT_TRUE(loop.runUntil(deadline));
     EXPECT_EQ(order, "abcd");
 }
@@ -59,16 +57,17 @@ TEST(QtRunLoop, ARepeatingTimerKeepsItsGridAndNeverRunsInsideItself) {
         --depth;
     });
     loop.repeat(1ms, [&] { otherRuns += depth; });
-    EXPECT_TRUE(loop.runUntil(before + 9 * kPeriod));
+    while (gridPoints.size() < 5 && loop.now() < before + 10s)
+        EXPECT_TRUE(loop.runUntil(loop.now() + kPeriod));
 
     // Each point at most once, and what passed inside an action is skipped, not made up for.
-    ASSERT_GE(gridPoints.size(), 3U);
+    ASSERT_GE(gridPoints.size(), 5U);
     EXPECT_GE(gridPoints[0], 1);
     EXPECT_GE(gridPoints[1], gridPoints[0] + 2);
     EXPECT_GE(gridPoints[2], gridPoints[1] + 2);
     for (std::size_t i = 1; i < gridPoints.size(); ++i)
         EXPECT_GT(gridPoints[i], gridPoints[i - 1]);
-    EXPECT_GE(otherRuns, 2) << "other timers run while one of them waits";
+    EXPECT_GE(otherRuns, 1) << "other timers run while one of them waits";
 }
 
 TEST(QtRunLoop, CancelledTimersAreForgottenAtOnce) {
@@ -161,21 +160,30 @@ TEST(QtRunLoop, TimersThatFallTogetherShareAWakeUp) {
         int count = 0;
     } wakeUps;
     QtRunLoop loop;
-    loop.installEventFilter(&wakeUps);
     int runs = 0;
-    const TimerId first = loop.repeat(5ms, [&] { ++runs; });
-    std::this_thread::sleep_for(200us);
-    const TimerId second = loop.repeat(5ms, [&] { ++runs; });
-    EXPECT_TRUE(loop.runUntil(loop.now() + 52ms));
+    // On a busy machine even two lines can lie apart.
+    Time begin{};
+    TimerId first = 0;
+    TimerId second = 0;
+    do {
+        loop.cancel(first);
+        loop.cancel(second);
+        begin = loop.now();
+        first = loop.repeat(5ms, [&] { ++runs; });
+        second = loop.repeat(5ms, [&] { ++runs; });
+    } while (loop.now() - begin > QtRunLoop::kCoalescingSlack / 2);
+    loop.installEventFilter(&wakeUps);
+    while (runs < 20 && loop.now() < begin + 10s)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_GE(runs, 20);
+    EXPECT_LE(wakeUps.count, runs * 3 / 4);
+
+    // With nothing to do it sleeps.
     loop.cancel(first);
     loop.cancel(second);
-
-    EXPECT_GE(runs, 4);
-    EXPECT_LE(wakeUps.count, runs * 3 / 4 + 1);
-    // With nothing to do it sleeps.
-    const int before = wakeUps.count;
-    QTimer::singleShot(10, &wakeUps, [&] { EXPECT_EQ(wakeUps.count, before); });
-    EXPECT_TRUE(loop.runUntil(loop.now() + 15ms));
+    wakeUps.count = 0;
+    QTest::qWait(20);
+    EXPECT_EQ(wakeUps.count, 0);
 }
 
 } // namespace
