@@ -39,12 +39,24 @@ TEST(HidNodes, TellsNoKeyboardFromOneWithoutPermission) {
 }
 
 TEST(HidNodes, ReadingAloneIsNoPermission) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "root may open everything";
+    constexpr uid_t kNobody = 65534;
+    constexpr uid_t kAsBefore = static_cast<uid_t>(-1);
     const HidTree tree;
     tree.add("hidraw0", "0003:0000046D:0000C331");
-    chmod((tree.folders().devices / "hidraw0").c_str(), S_IRUSR);
-    EXPECT_THAT(whyNoUsbKeyboard(tree.folders()), HasSubstr("permission"));
+    const std::filesystem::path file = tree.folders().devices / "hidraw0";
+    const std::filesystem::path root = tree.folders().devices.parent_path();
+    chmod(root.c_str(), S_IRWXU | S_IXGRP | S_IXOTH);
+    const auto reasonWithMode = [&](mode_t mode) {
+        chmod(file.c_str(), mode);
+        const uid_t before = getuid();
+        // Root may open everything.
+        EXPECT_TRUE(before != 0 || setreuid(kNobody, kAsBefore) == 0);
+        const std::string reason = whyNoUsbKeyboard(tree.folders());
+        EXPECT_TRUE(before != 0 || setreuid(before, kAsBefore) == 0);
+        return reason;
+    };
+    EXPECT_EQ(reasonWithMode(0666), "");
+    EXPECT_THAT(reasonWithMode(0444), HasSubstr("permission"));
 }
 
 TEST(HidNodes, TakesNoHarmFromOtherTexts) {
