@@ -54,9 +54,12 @@ void ScreenReader::recordColors() {
     }
     m_reportedMissingImage = false;
 
-    if (const std::optional<Frame> frame = decodeFrame(*cells))
-        if (const std::optional<Token> token = m_assembler.accept(*frame))
-            m_queue.appendToMessageQueue(token->text());
+    const std::optional<Frame> frame = decodeFrame(*cells);
+    if (!frame)
+        return;
+    ++m_validFrames;
+    if (const std::optional<Token> token = m_assembler.accept(*frame))
+        m_queue.appendToMessageQueue(token->text());
 }
 
 void ScreenReader::reportMissingDisplay() {
