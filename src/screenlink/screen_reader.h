@@ -33,7 +33,7 @@ public:
     /// pending request to terminate. Main thread.
     void recordColorsThread(platform::WorkerLoop& thread);
 
-    /// How many valid frames of the strip were read so far. Any thread.
+    /// How many frames were read so far that look like the strip. Any thread.
     std::uint64_t validFrames() const { return m_validFrames; }
 
 private:

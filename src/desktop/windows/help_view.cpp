@@ -3,7 +3,6 @@
 #include "app/rich_text.h"
 
 #include <QFontDatabase>
-#include <QScrollBar>
 #include <QTextCursor>
 
 namespace glimra::desktop {
@@ -46,7 +45,8 @@ void HelpView::showRichText(std::string_view rtf) {
         for (const app::TextRun& run : paragraph.runs)
             cursor.insertText(QString::fromStdString(run.text), formatOf(run, font()));
     }
-    verticalScrollBar()->setValue(0);
+    // From the beginning, also where the view has no size yet.
+    moveCursor(QTextCursor::Start);
 }
 
 } // namespace glimra::desktop

@@ -69,7 +69,7 @@ void StatusLine::takeSample() {
                                   m_messages.back() - m_messages.front(),
                                   m_delegate.state().profile.activeColorProfile};
     m_wasInFront = isInFront;
-    if (!m_window->isVisible())
+    if (!m_window->isVisible() && !m_label->text().isEmpty())
         return;
     const QString text = statusText(snapshot);
     if (text != m_label->text())

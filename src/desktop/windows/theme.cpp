@@ -30,12 +30,12 @@ unsigned preferenceIn(QVariant value) {
 
 QPalette themePalette(bool isDark) {
     const QColor window = isDark ? "#202226" : "#f4f5f7";
-    const QColor base = isDark ? "#17181b" : "#ffffff";
+    const QColor base = isDark ? "#2b2e34" : "#ffffff";
     const QColor text = isDark ? "#e8eaee" : "#1d2025";
     const QColor faint = isDark ? "#858b96" : "#83888f";
     QPalette palette(isDark ? "#33363c" : "#fbfbfc", window);
     palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, isDark ? "#1d1f23" : "#eef0f3");
+    palette.setColor(QPalette::AlternateBase, isDark ? "#31343b" : "#eef0f3");
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(role, text);
     palette.setColor(QPalette::BrightText, Qt::white);
