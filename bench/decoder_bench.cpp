@@ -15,16 +15,17 @@ std::atomic<std::size_t> allocations = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: seen together, GCC takes malloc and delete for a mismatched pair.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size))
         return memory;
     throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 

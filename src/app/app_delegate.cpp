@@ -94,6 +94,14 @@ void AppDelegate::drawKeyboardCanvas(platform::Painter& painter) {
     m_colorPainter.drawRect(painter);
 }
 
+void AppDelegate::restoreCanvasKeyMap(const lighting::KeyMap& map) {
+    if (map.size() != m_state.canvas.keysToColors.size())
+        return;
+    m_state.canvas.keysToColors = map;
+    m_state.profile.profileTouched = true;
+    m_outlets.keyboardCanvas.displayNeeded.emit();
+}
+
 void AppDelegate::mouseDown(double x, double y) {
     m_colorPainter.mouseDown(x, y);
 }

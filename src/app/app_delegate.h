@@ -73,6 +73,13 @@ public:
     void appendToMessageQueue(std::string_view token);
     /// Draws the keyboard canvas; only while its window is shown.
     void drawKeyboardCanvas(platform::Painter& painter);
+    /// Gives the canvas back an earlier key map of its own, of the same size, and has it drawn. An edit, as
+    /// painting is.
+    void restoreCanvasKeyMap(const lighting::KeyMap& map);
+
+    // What the desktop tells the user about the run.
+    std::uint64_t validFrames() const { return activeScreenReader.validFrames(); }
+    std::uint64_t dispatchedMessages() const { return m_messagePump.dispatchedMessages(); }
 
     // User actions, by their selectors; `actions.h` lists them. What an action's control shows is set before.
     void calibrateButton();

@@ -2,9 +2,11 @@
 
 #include "app/app_delegate.h"
 #include "desktop/desktop_platform.h"
-#include "desktop/main_window.h"
 #include "desktop/quit_signals.h"
 #include "desktop/trace_file.h"
+#include "desktop/windows/theme.h"
+#include "desktop/windows/tray.h"
+#include "desktop/windows/windows.h"
 #include "trace/traced_outlets.h"
 #include "trace/traced_platform.h"
 
@@ -76,11 +78,16 @@ int runDesktopApplication(const Options& options) {
     if (tracing)
         tracing->follow(outlets);
 
-    MainWindow mainWindow(
-        {outlets.mainWindow, outlets.myTextScroll, machine.keyboard, QtRunLoop::monotonicNow},
-        [&] { delegate.windowShouldClose(outlets.mainWindow); });
-    machine.windowSystem.setMainWindow(&mainWindow);
-    machine.windowSystem.addWindow(outlets.mainWindow, &mainWindow);
+    const DesktopTheme theme;
+    Windows windows({.delegate = delegate,
+                     .windowSystem = machine.windowSystem,
+                     .runLoop = machine.runLoop,
+                     .userDefaults = machine.settings,
+                     .keyboard = machine.keyboard,
+                     .now = QtRunLoop::monotonicNow,
+                     .quit = [&machine] { machine.lifecycle.terminate(); },
+                     .keyboardName = "keyboard in this window"});
+    const Tray tray(windows.binder(), delegate, [&machine] { machine.lifecycle.terminate(); });
     const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });
 
     // From inside the event loop, since quitting can only end one that runs.

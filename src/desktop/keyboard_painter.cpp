@@ -168,6 +168,11 @@ QRect KeyboardPainter::reachOfKey(std::size_t index) const {
     return m_toView.mapRect(grown(faceOf(kKeyboardLayout[index]), kGlow + 1.0)).toAlignedRect();
 }
 
+QPointF KeyboardPainter::toLayout(const QPointF& point) const {
+    const QPointF downwardsPoint = m_toView.inverted().map(point);
+    return {downwardsPoint.x(), lighting::kKeyboardHeight - downwardsPoint.y()};
+}
+
 QRectF KeyboardPainter::faceOfKey(std::size_t index) const {
     return m_toView.mapRect(lightOf(kKeyboardLayout[index]));
 }

@@ -43,6 +43,8 @@ public:
 
     /// Where anything can look different when the key at this place of the layout changes its colour.
     QRect reachOfKey(std::size_t index) const;
+    /// A point of the drawing in the layout's own coordinates, y upwards.
+    QPointF toLayout(const QPointF& point) const;
     /// Where the key's rectangle of the layout is.
     QRectF faceOfKey(std::size_t index) const;
 

@@ -40,6 +40,7 @@ void MessagePump::handOver() {
             return;
         }
     }
+    ++m_dispatchedMessages;
     m.dispatcher.evaluateMessage(message);
     m.messages.currentMessage.clear();
 }

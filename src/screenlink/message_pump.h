@@ -4,6 +4,8 @@
 #include "platform/run_loop.h"
 #include "platform/workspace.h"
 
+#include <cstdint>
+
 namespace glimra::screenlink {
 
 /// Hands the buffered message to the dispatcher, and watches which application is in front so that the
@@ -28,12 +30,16 @@ public:
     /// One tick. Never called inside itself: the buffer is emptied only after the dispatcher has returned.
     void readMsgQueue();
 
+    /// How many messages went to the dispatcher so far.
+    std::uint64_t dispatchedMessages() const { return m_dispatchedMessages; }
+
 private:
     void handOver();
     void watchFront();
     void refresh();
 
     Parts m;
+    std::uint64_t m_dispatchedMessages = 0;
 };
 
 } // namespace glimra::screenlink

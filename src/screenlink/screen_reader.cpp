@@ -1,5 +1,8 @@
 #include "screenlink/screen_reader.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace glimra::screenlink {
 
 namespace {
@@ -54,9 +57,14 @@ void ScreenReader::recordColors() {
     }
     m_reportedMissingImage = false;
 
-    if (const std::optional<Frame> frame = decodeFrame(*cells))
-        if (const std::optional<Token> token = m_assembler.accept(*frame))
-            m_queue.appendToMessageQueue(token->text());
+    const std::optional<Frame> frame = decodeFrame(*cells);
+    if (!frame)
+        return;
+    // Any evenly bright line has the marker cells too; the add-on's never has all cells alike.
+    if (std::ranges::adjacent_find(*cells, std::not_equal_to<>()) != cells->end())
+        ++m_validFrames;
+    if (const std::optional<Token> token = m_assembler.accept(*frame))
+        m_queue.appendToMessageQueue(token->text());
 }
 
 void ScreenReader::reportMissingDisplay() {

@@ -9,6 +9,7 @@
 #include "screenlink/strip_decoder.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace glimra::screenlink {
 
@@ -32,6 +33,9 @@ public:
     /// pending request to terminate. Main thread.
     void recordColorsThread(platform::WorkerLoop& thread);
 
+    /// How many frames were read so far that look like the strip. Any thread.
+    std::uint64_t validFrames() const { return m_validFrames; }
+
 private:
     void pass() override;
     bool goesOn() const override;
@@ -51,6 +55,7 @@ private:
     const ReaderFlags& m_flags;
 
     TokenAssembler m_assembler;
+    std::atomic<std::uint64_t> m_validFrames = 0;
     /// The notice for the current outage of displays stands in the log. Set on the main thread.
     std::atomic<bool> showedDisplayErrorMsg = false;
     /// The current outage of images was reported. Reader's thread.

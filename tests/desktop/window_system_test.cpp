@@ -1,4 +1,3 @@
-#include "desktop/main_window.h"
 #include "desktop/qt_run_loop.h"
 #include "desktop/qt_window_system.h"
 
@@ -38,26 +37,11 @@ protected:
         m_windowSystem.addWindow(m_window, &m_mainWindow);
     }
 
-    keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
     platform::Window m_window;
-    platform::TextView m_log;
-    int m_closeRequests = 0;
-    MainWindow m_mainWindow{{m_window, m_log, m_keyboard, QtRunLoop::monotonicNow},
-                            [this] { ++m_closeRequests; }};
+    QWidget m_mainWindow;
     MemoryDefaults m_defaults;
     QtWindowSystem m_windowSystem{m_defaults};
 };
-
-TEST_F(WindowSystemTest, TheMainWindowFollowsItsOutletAndLeavesClosingToTheApplication) {
-    EXPECT_FALSE(m_mainWindow.isVisible());
-    m_window.bringToFront();
-    EXPECT_TRUE(m_mainWindow.isVisible());
-    EXPECT_FALSE(m_mainWindow.close());
-    EXPECT_EQ(m_closeRequests, 1);
-    EXPECT_TRUE(m_mainWindow.isVisible());
-    m_window.visible.set(false);
-    EXPECT_FALSE(m_mainWindow.isVisible());
-}
 
 TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     m_windowSystem.restoreFrame("windowPosition");

@@ -1,0 +1,91 @@
+#include "desktop/windows/first_steps.h"
+
+#include "platform/stored_values.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+#include <array>
+
+namespace glimra::desktop {
+
+namespace {
+
+constexpr std::string_view kDoneKey = "firstStepsDone";
+
+struct Step {
+    const char* title;
+    /// "%1" is the keyboard.
+    const char* text;
+    /// Text of the button that does the step, and the main window's button that it presses; empty for none.
+    const char* act = "";
+    const char* button = "";
+};
+
+constexpr std::array<Step, 4> kSteps{{
+    {"Welcome to Glimra",
+     "What happens in your game becomes light on your keyboard. Glimra lights the %1; what "
+     "it shows is drawn below."},
+    {"Calibrate",
+     "Copy the folder Glimraxmit into Interface/AddOns of your game, start the game and log in. Then press "
+     "Calibrate here twice, go back to the game and type /glimracal in the chat box. The log below tells "
+     "when "
+     "it is done.",
+     "Calibrate", "calibrateButton"},
+    {"Test", "The test pattern lets the whole keyboard flash red. If it does, the keyboard works.",
+     "Show Test Pattern", "testButton"},
+    {"Ready",
+     "Choose your colors with Set Colors, and tell Glimra your keys with Map Action Keys in the menu "
+     "Profiles. Help has the rest."},
+}};
+
+} // namespace
+
+FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults, const QString& keyboardName)
+    : m_window(mainWindow),
+      m_userDefaults(userDefaults),
+      m_keyboardName(keyboardName) {
+    const bool isDone = platform::storedBool(m_userDefaults, kDoneKey).value_or(false);
+    m_window->findChild<QWidget*>("guidePanel")->setVisible(!isDone);
+    show();
+}
+
+void FirstSteps::act() {
+    const Step& step = kSteps[m_step];
+    if (auto* const button = m_window->findChild<QPushButton*>(step.button))
+        button->click();
+}
+
+void FirstSteps::next() {
+    if (m_step + 1 == kSteps.size())
+        return dismiss();
+    ++m_step;
+    show();
+}
+
+void FirstSteps::dismiss() {
+    m_userDefaults.set(kDoneKey, true);
+    m_window->findChild<QWidget*>("guidePanel")->hide();
+}
+
+void FirstSteps::showAgain() {
+    m_step = 0;
+    show();
+    m_window->findChild<QWidget*>("guidePanel")->show();
+}
+
+void FirstSteps::show() {
+    const Step& step = kSteps[m_step];
+    const bool isLast = m_step + 1 == kSteps.size();
+    m_window->findChild<QLabel*>("guideTitle")
+        ->setText(QString("%1 (%2 of %3)").arg(step.title).arg(m_step + 1).arg(kSteps.size()));
+    const QString text(step.text);
+    m_window->findChild<QLabel*>("guideText")->setText(text.contains("%1") ? text.arg(m_keyboardName) : text);
+    auto* const act = m_window->findChild<QPushButton*>("guideAct");
+    act->setText(step.act);
+    act->setVisible(step.act[0] != '\0');
+    m_window->findChild<QPushButton*>("guideNext")->setText(isLast ? "Done" : "Next");
+    m_window->findChild<QPushButton*>("guideDismiss")->setVisible(!isLast);
+}
+
+} // namespace glimra::desktop

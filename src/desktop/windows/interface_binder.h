@@ -1,0 +1,80 @@
+#pragma once
+
+#include "app/actions.h"
+#include "app/outlets.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace glimra::desktop {
+
+class KeyboardCanvas;
+
+/// Ties the windows that a designer drew to the application's controls and operations, in both directions. A
+/// widget's object name is its outlet, its dynamic property `action` the selector that it sends; a number
+/// that goes with it is its property `tag`. What serves the desktop alone has a `command` instead.
+///
+/// No control may change after the windows are gone. Main thread.
+class InterfaceBinder final : public QObject {
+public:
+    explicit InterfaceBinder(app::AppDelegate& delegate);
+
+    /// What a command does; before `bind`.
+    void setCommand(const std::string& name, std::function<void()> perform);
+    /// Binds a window and all that is in it. Widgets that stand for others must have been replaced by now.
+    void bind(QWidget* window);
+
+    /// Sends a selector as a control does, and shows on `sender` what came of it.
+    void send(const app::ActionRow& row, const app::ActionArgument& argument, QObject* sender = nullptr);
+    void send(std::string_view selector, const app::ActionArgument& argument = {});
+
+    /// The widget of an outlet; none when no window has it.
+    QObject* widgetOf(const std::string& outlet) const;
+
+    /// Where windows and tables disagree: an outlet or selector without a widget, a widget with an unknown
+    /// one or of the wrong kind, a control that does nothing. One sentence each; none in a sound program.
+    std::vector<std::string> problems() const;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void bindObject(QObject* object);
+    void bindOutlet(QObject* object, const app::NamedOutlet& outlet);
+    void bindAction(QObject* object, const app::ActionRow& row);
+    void bindCommand(QObject* object);
+    bool isPartOfRadioGroup(const QObject* object) const;
+
+    bool attach(QWidget* widget, platform::Window& control);
+    bool attach(QObject* object, platform::TextView& control);
+    bool attach(QObject* object, platform::CanvasView& control);
+    bool attach(QObject* object, platform::RadioGroup& control);
+    bool attach(QObject* object, platform::ColorWell& control);
+    bool attach(QObject* object, platform::PopUp& control);
+    bool attach(QObject* object, platform::TextField& control);
+    bool attach(QObject* object, platform::Label& control);
+    bool attach(QObject* object, platform::CheckBox& control);
+    bool attach(QObject* object, platform::Button& control);
+    bool attach(QObject* object, platform::MenuItem& control);
+
+    void follow(QWidget* widget, platform::Control& control);
+    void sendClose(QObject* window);
+    void complain(const QObject* object, const std::string& what);
+
+    app::AppDelegate& m_delegate;
+    std::map<std::string, app::NamedOutlet> m_outlets;
+    std::map<std::string, QPointer<QObject>> m_bound;
+    std::set<std::string> m_sentSelectors;
+    std::map<std::string, std::function<void()>> m_commands;
+    /// Puts a widget back to what its control says.
+    std::map<const QObject*, std::function<void()>> m_show;
+    std::vector<std::string> m_complaints;
+};
+
+} // namespace glimra::desktop

@@ -1,0 +1,321 @@
+#include "desktop/windows/keyboard_canvas.h"
+
+#include "lighting/keyboard_layout.h"
+
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace glimra::desktop {
+
+using lighting::kKeyboardLayout;
+
+namespace {
+
+constexpr std::size_t kMostStrokes = 200;
+/// Points of the layout between two places where a drag is tested; less than the narrowest key.
+constexpr double kDragStep = 4.0;
+
+/// Keeps the colours that keys are filled with.
+class ColorCollector final : public platform::Painter {
+public:
+    explicit ColorCollector(keyboards::KeyColors& colors) : m_colors(colors) {}
+
+    void fillRect(int x, int y, int, int, const platform::Color& color, double) override {
+        for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
+            if (kKeyboardLayout[index].x == x && kKeyboardLayout[index].y == y)
+                m_colors[index] = lighting::toRgb(color);
+    }
+
+private:
+    keyboards::KeyColors& m_colors;
+};
+
+QPointF centerOf(std::size_t index) {
+    const lighting::KeyRect& key = kKeyboardLayout[index];
+    return {key.x + key.width / 2.0, key.y + key.height / 2.0};
+}
+
+} // namespace
+
+KeyboardCanvas::KeyboardCanvas(QWidget* parent) : QWidget(parent), m_painter({}, {}, {}) {
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void KeyboardCanvas::setSource(Source source) {
+    m_source = std::move(source);
+}
+
+QSize KeyboardCanvas::sizeHint() const {
+    return {960, static_cast<int>(960 / KeyboardPainter::aspectRatio())};
+}
+
+QSize KeyboardCanvas::minimumSizeHint() const {
+    return {520, static_cast<int>(520 / KeyboardPainter::aspectRatio())};
+}
+
+void KeyboardCanvas::redraw() {
+    const keyboards::KeyColors before = m_colors;
+    ColorCollector collector(m_colors);
+    m_source.draw(collector);
+    for (std::size_t index = 0; index < m_colors.size(); ++index)
+        if (m_colors[index] != before[index])
+            update(m_painter.reachOfKey(index));
+    if (strokesChanged)
+        strokesChanged();
+}
+
+QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {
+    for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
+        if (kKeyboardLayout[index].code == code)
+            return m_painter.faceOfKey(index);
+    return {};
+}
+
+// ---- strokes
+
+bool KeyboardCanvas::isOwnMap() const {
+    return m_source.keyMap && m_source.keyMap() == m_own;
+}
+
+void KeyboardCanvas::beginStroke() {
+    if (!isOwnMap())
+        forgetStrokes();
+    m_beforeStroke = m_source.keyMap();
+}
+
+void KeyboardCanvas::endStroke() {
+    if (!m_beforeStroke)
+        return;
+    m_own = m_source.keyMap();
+    // The editor may have been filled only by the stroke; what was before it was no keyboard.
+    if (*m_beforeStroke != m_own && m_beforeStroke->size() == m_own.size()) {
+        m_undo.push_back(std::move(*m_beforeStroke));
+        if (m_undo.size() > kMostStrokes)
+            m_undo.erase(m_undo.begin());
+        m_redo.clear();
+    }
+    m_beforeStroke.reset();
+    if (strokesChanged)
+        strokesChanged();
+}
+
+void KeyboardCanvas::undo() {
+    if (canUndo())
+        step(m_undo, m_redo);
+}
+
+void KeyboardCanvas::redo() {
+    if (canRedo())
+        step(m_redo, m_undo);
+}
+
+void KeyboardCanvas::step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to) {
+    to.push_back(m_source.keyMap());
+    m_own = std::move(from.back());
+    from.pop_back();
+    m_source.restore(m_own);
+    if (strokesChanged)
+        strokesChanged();
+}
+
+void KeyboardCanvas::forgetStrokes() {
+    m_undo.clear();
+    m_redo.clear();
+    if (strokesChanged)
+        strokesChanged();
+}
+
+// ---- mouse
+
+void KeyboardCanvas::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !pressed)
+        return;
+    m_lastPoint = m_painter.toLayout(event->position());
+    beginStroke();
+    pressed(m_lastPoint);
+}
+
+void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
+    setHovered(keyAt(event->position()));
+    if (!m_beforeStroke || !dragged)
+        return;
+    // A quick hand leaves keys out between two events; the way between is painted too.
+    const QPointF target = m_painter.toLayout(event->position());
+    const QPointF way = target - m_lastPoint;
+    const int steps = std::max(1, static_cast<int>(std::ceil(std::hypot(way.x(), way.y()) / kDragStep)));
+    for (int i = 1; i <= steps; ++i)
+        dragged(m_lastPoint + way * i / steps);
+    m_lastPoint = target;
+}
+
+void KeyboardCanvas::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        endStroke();
+}
+
+void KeyboardCanvas::leaveEvent(QEvent* event) {
+    QWidget::leaveEvent(event);
+    setHovered(std::nullopt);
+}
+
+KeyboardCanvas::Index KeyboardCanvas::keyAt(const QPointF& point) const {
+    const QPointF place = m_painter.toLayout(point);
+    for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
+        if (kKeyboardLayout[index].contains(place.x(), place.y()))
+            return index;
+    return std::nullopt;
+}
+
+void KeyboardCanvas::setHovered(Index key) {
+    if (key == m_hovered)
+        return;
+    for (const Index changed : {m_hovered, key})
+        if (changed)
+            update(m_painter.reachOfKey(*changed));
+    m_hovered = key;
+}
+
+bool KeyboardCanvas::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* const help = static_cast<QHelpEvent*>(event);
+        if (const Index key = keyAt(help->pos()))
+            QToolTip::showText(help->globalPos(), nameOfKey(*key), this,
+                               m_painter.faceOfKey(*key).toAlignedRect());
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+QString KeyboardCanvas::nameOfKey(std::size_t index) const {
+    const lighting::KeyCode code = kKeyboardLayout[index].code;
+    // The sign in some names is for the menus.
+    const std::string_view name = lighting::displayNameOfKey(code).value_or("");
+    const QString plain =
+        QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).remove(QChar(0xA9)).trimmed();
+    const QString color = m_source.colorName ? m_source.colorName(code) : QString();
+    return color.isEmpty() ? plain : plain + " – " + color;
+}
+
+// ---- keyboard
+
+void KeyboardCanvas::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return moveFocus(-1, 0);
+    case Qt::Key_Right:
+        return moveFocus(1, 0);
+    case Qt::Key_Up:
+        return moveFocus(0, 1);
+    case Qt::Key_Down:
+        return moveFocus(0, -1);
+    case Qt::Key_Space:
+        if (!m_beforeStroke && pressed) {
+            beginStroke();
+            pressed(centerOf(m_focused));
+            endStroke();
+        }
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void KeyboardCanvas::moveFocus(int dx, int dy) {
+    const QPointF here = centerOf(m_focused);
+    Index best;
+    double shortest = 0.0;
+    for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index) {
+        const QPointF way = centerOf(index) - here;
+        const double along = way.x() * dx + way.y() * dy;
+        const double across = std::abs(way.x() * dy) + std::abs(way.y() * dx);
+        // Within a cone ahead; straight on counts most.
+        if (along <= 4.0 || across > 2.5 * along)
+            continue;
+        const double distance = along + 2.0 * across;
+        if (!best || distance < shortest) {
+            best = index;
+            shortest = distance;
+        }
+    }
+    if (!best)
+        return;
+    update(m_painter.reachOfKey(m_focused));
+    m_focused = *best;
+    update(m_painter.reachOfKey(m_focused));
+    sayFocus();
+}
+
+void KeyboardCanvas::sayFocus() {
+    setAccessibleDescription(nameOfKey(m_focused));
+    QAccessibleEvent described(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&described);
+}
+
+void KeyboardCanvas::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    sayFocus();
+    update(m_painter.reachOfKey(m_focused));
+}
+
+void KeyboardCanvas::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update(m_painter.reachOfKey(m_focused));
+}
+
+// ---- drawing
+
+void KeyboardCanvas::paintEvent(QPaintEvent* event) {
+    const double ratio = devicePixelRatioF();
+    if (m_body.isNull() || m_body.devicePixelRatio() != ratio) {
+        m_body = QPixmap(size() * ratio);
+        m_body.setDevicePixelRatio(ratio);
+        m_body.fill(Qt::transparent);
+        QPainter body(&m_body);
+        m_painter.paintBody(body);
+    }
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    painter.drawPixmap(0, 0, m_body);
+    m_painter.paintKeys(painter, event->region(), m_colors);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_hovered)
+        paintMark(painter, *m_hovered, Qt::white, 1.5);
+    if (hasFocus())
+        paintMark(painter, m_focused, palette().color(QPalette::Highlight), 2.5);
+}
+
+void KeyboardCanvas::paintMark(QPainter& painter, std::size_t index, const QColor& color,
+                               double width) const {
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width));
+    painter.drawRoundedRect(m_painter.faceOfKey(index).adjusted(-2, -2, 2, 2), 5, 5);
+}
+
+void KeyboardCanvas::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    prepareDrawing();
+}
+
+void KeyboardCanvas::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        prepareDrawing();
+}
+
+void KeyboardCanvas::prepareDrawing() {
+    m_painter =
+        KeyboardPainter(rect(), KeyboardTheme::forBackground(palette().color(QPalette::Window)), font());
+    m_body = {};
+    update();
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "desktop/keyboard_painter.h"
+#include "lighting/lighting_state.h"
+#include "platform/painter.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace glimra::desktop {
+
+/// The keyboard on which a profile is painted: with the mouse, or with arrow keys and the space bar. It shows
+/// what the application draws and leaves hitting a key and colouring it to the application; its own is what a
+/// stroke is, and taking one back.
+class KeyboardCanvas final : public QWidget {
+public:
+    /// What the canvas works on; all of it outlives the canvas.
+    struct Source {
+        /// Draws every key once.
+        std::function<void(platform::Painter&)> draw;
+        std::function<const lighting::KeyMap&()> keyMap;
+        std::function<void(const lighting::KeyMap&)> restore;
+        /// What a key's colour is called.
+        std::function<QString(lighting::KeyCode)> colorName;
+    };
+
+    explicit KeyboardCanvas(QWidget* parent = nullptr);
+
+    void setSource(Source source);
+
+    /// The pointer went down at, or was dragged to, a point of the layout.
+    std::function<void(QPointF)> pressed;
+    std::function<void(QPointF)> dragged;
+    /// What can be undone or redone has changed.
+    std::function<void()> strokesChanged;
+
+    /// Has the application draw all keys.
+    void redraw();
+
+    bool canUndo() const { return !m_undo.empty() && isOwnMap(); }
+    bool canRedo() const { return !m_redo.empty() && isOwnMap(); }
+    void undo();
+    void redo();
+    /// Another profile is on the canvas; no earlier stroke belongs to it.
+    void forgetStrokes();
+
+    const keyboards::KeyColors& shownColors() const { return m_colors; }
+    /// Where a key is, for whoever wants to point at it; empty for an unknown one.
+    QRectF faceOfKey(lighting::KeyCode code) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    using Index = std::optional<std::size_t>;
+
+    bool isOwnMap() const;
+    void beginStroke();
+    void endStroke();
+    void step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to);
+    Index keyAt(const QPointF& point) const;
+    void setHovered(Index key);
+    void moveFocus(int dx, int dy);
+    void sayFocus();
+    QString nameOfKey(std::size_t index) const;
+    void prepareDrawing();
+    void paintMark(QPainter& painter, std::size_t index, const QColor& color, double width) const;
+
+    Source m_source;
+    keyboards::KeyColors m_colors{};
+    KeyboardPainter m_painter;
+    QPixmap m_body;
+
+    Index m_hovered;
+    std::size_t m_focused = 0;
+    QPointF m_lastPoint;
+    /// The map as it was when the stroke under way began.
+    std::optional<lighting::KeyMap> m_beforeStroke;
+    /// The map that the last stroke, undo or redo left; any other came from elsewhere.
+    lighting::KeyMap m_own;
+    std::vector<lighting::KeyMap> m_undo;
+    std::vector<lighting::KeyMap> m_redo;
+};
+
+} // namespace glimra::desktop

@@ -1,0 +1,186 @@
+#include "desktop/windows/windows.h"
+
+#include "app/palette_check.h"
+#include "desktop/keyboard_view.h"
+#include "desktop/log_view.h"
+#include "desktop/windows/application_icon.h"
+#include "desktop/windows/keyboard_canvas.h"
+#include "profiles/color_slots.h"
+
+#include "ui_about.h"
+#include "ui_action_key_setter.h"
+#include "ui_color_programmer.h"
+#include "ui_copy_profile_dialog.h"
+#include "ui_help.h"
+#include "ui_launch_options.h"
+#include "ui_main_window.h"
+#include "ui_profile_change_alert.h"
+
+#include <QApplication>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace glimra::desktop {
+
+namespace {
+
+/// Puts a widget that needs more than a designer can give where a plain one stands for it.
+void replace(QWidget* window, QWidget* replacement, const QString& name) {
+    auto* const placeholder = window->findChild<QWidget*>(name);
+    replacement->setObjectName(name);
+    placeholder->parentWidget()->layout()->replaceWidget(placeholder, replacement);
+    delete placeholder;
+}
+
+/// Headings are larger by a factor, whatever size the desktop's font has.
+void scaleFonts(QWidget* window) {
+    for (QLabel* const label : window->findChildren<QLabel*>()) {
+        const QString kind = label->property("fontScale").toString();
+        if (kind.isEmpty())
+            continue;
+        QFont font = label->font();
+        font.setPointSizeF(font.pointSizeF() * (kind == "title" ? 1.8 : 1.2));
+        font.setWeight(QFont::DemiBold);
+        label->setFont(font);
+    }
+}
+
+QString letterOfSlot(int slot) {
+    if (slot == lighting::kCooldownSlot)
+        return "cooldown color";
+    const auto tag = std::ranges::find(profiles::kSlotOfTag, slot);
+    if (tag == profiles::kSlotOfTag.end())
+        return {};
+    return QString("color ") + QChar('A' + static_cast<int>(tag - profiles::kSlotOfTag.begin()));
+}
+
+} // namespace
+
+Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
+    buildMainWindow();
+    buildProgrammer();
+    buildOthers();
+    bindAll();
+    m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
+    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName);
+    showStrokes();
+}
+
+Windows::~Windows() = default;
+
+QWidget* Windows::window(const std::string& outlet) const {
+    return qobject_cast<QWidget*>(m_binder.widgetOf(outlet));
+}
+
+template <class Design, class Widget>
+Widget* Windows::add(QWidget* parent) {
+    auto widget = std::make_unique<Widget>(parent);
+    if (parent != nullptr)
+        widget->setWindowFlag(Qt::Dialog);
+    Design().setupUi(widget.get());
+    scaleFonts(widget.get());
+    widget->setWindowIcon(applicationIcon());
+    Widget* const raw = widget.get();
+    // Where there is a parent, it deletes the widget.
+    if (parent == nullptr)
+        m_windows.push_back(std::move(widget));
+    else
+        (void)widget.release();
+    return raw;
+}
+
+void Windows::buildMainWindow() {
+    m_mainWindow = add<Ui::MainWindow, QMainWindow>();
+    replace(m_mainWindow, new KeyboardView(m.keyboard, m.now), "keyboardView");
+    replace(m_mainWindow, new LogView(m.delegate.outlets().myTextScroll), "myTextScroll");
+}
+
+void Windows::buildProgrammer() {
+    m_programmer = add<Ui::ColorProgrammer, QWidget>();
+    m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
+    m_canvas->setSource(
+        {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },
+         .keyMap = [this]() -> const lighting::KeyMap& { return m.delegate.state().canvas.keysToColors; },
+         .restore = [this](const lighting::KeyMap& map) { m.delegate.restoreCanvasKeyMap(map); },
+         .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
+    m_canvas->strokesChanged = [this] { showStrokes(); };
+    m.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
+}
+
+void Windows::buildOthers() {
+    add<Ui::ProfileChangeAlert, QDialog>(m_mainWindow);
+    add<Ui::CopyProfileDialog, QDialog>(m_mainWindow);
+    add<Ui::LaunchOptions, QDialog>(m_mainWindow);
+    add<Ui::ActionKeySetter, QWidget>();
+    auto* const about = add<Ui::About, QWidget>();
+    about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
+    add<Ui::Help, QWidget>();
+}
+
+void Windows::bindAll() {
+    m_binder.setCommand("quit", m.quit);
+    m_binder.setCommand("undo", [this] { m_canvas->undo(); });
+    m_binder.setCommand("redo", [this] { m_canvas->redo(); });
+    m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
+    m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
+    m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
+    m_binder.setCommand("showGuide", [this] { m_firstSteps->showAgain(); });
+    for (const auto& window : m_windows)
+        m_binder.bind(window.get());
+    for (const app::NamedOutlet& outlet : app::namedOutlets(m.delegate.outlets()))
+        if (auto* const* control = std::get_if<platform::Window*>(&outlet.control))
+            if (QWidget* const widget = window(outlet.name))
+                m.windowSystem.addWindow(**control, widget);
+    m.windowSystem.setMainWindow(m_mainWindow);
+}
+
+void Windows::askForCanvas() {
+    const platform::Window& window = m.delegate.outlets().colorProgrammerWindow;
+    if (m_canvasIsAsked || !window.visible.get())
+        return;
+    // However often it is asked for within one operation, one drawing shows all of it.
+    m_canvasIsAsked = true;
+    m.runLoop.post([this, &window] {
+        m_canvasIsAsked = false;
+        if (!window.visible.get())
+            return;
+        const int profile = m.delegate.state().profile.activeColorProfile;
+        if (profile != m_canvasProfile)
+            m_canvas->forgetStrokes();
+        m_canvasProfile = profile;
+        m_canvas->redraw();
+    });
+}
+
+void Windows::showStrokes() {
+    m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m_canvas->canUndo());
+    m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m_canvas->canRedo());
+    showPaletteWarning();
+}
+
+void Windows::showPaletteWarning() {
+    const app::State& state = m.delegate.state();
+    QStringList sentences;
+    if (state.canvas.usingActionbarCooldowns)
+        for (const app::PaletteWarning& warning :
+             app::checkPalette(state.canvas.keyColorSet, state.canvas.keysToColors, state.actionKeys)) {
+            const std::string_view whom = app::describe(warning.vision);
+            sentences.append(
+                warning.slot == lighting::kCooldownSlot
+                    ? QString("Some action keys have the cooldown color themselves.")
+                    : QString("The cooldown color is hard to tell from %1 %2.")
+                          .arg(letterOfSlot(warning.slot),
+                               QString::fromUtf8(whom.data(), static_cast<qsizetype>(whom.size()))));
+        }
+    auto* const label = m_programmer->findChild<QLabel*>("paletteWarning");
+    label->setText(sentences.isEmpty() ? QString() : "⚠ " + sentences.join(' '));
+    label->setVisible(!sentences.isEmpty());
+}
+
+QString Windows::colorNameOfKey(lighting::KeyCode code) const {
+    const lighting::KeyMap& map = m.delegate.state().canvas.keysToColors;
+    return code < map.size() ? letterOfSlot(map[code]) : QString();
+}
+
+} // namespace glimra::desktop

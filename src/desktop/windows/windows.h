@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/app_delegate.h"
+#include "desktop/qt_window_system.h"
+#include "desktop/windows/first_steps.h"
+#include "desktop/windows/interface_binder.h"
+#include "desktop/windows/status_line.h"
+#include "keyboards/virtual_keyboard.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace glimra::desktop {
+
+/// All windows of the application, bound to it. Main thread; no control may change after they are gone.
+class Windows {
+public:
+    struct Parts {
+        app::AppDelegate& delegate;
+        QtWindowSystem& windowSystem;
+        platform::RunLoop& runLoop;
+        platform::UserDefaults& userDefaults;
+        /// What the live view shows, and the clock that it runs by.
+        keyboards::VirtualKeyboard& keyboard;
+        std::function<keyboards::Time()> now;
+        /// Asks the application to quit.
+        std::function<void()> quit;
+        /// What lights up, in plain words.
+        QString keyboardName;
+    };
+
+    explicit Windows(const Parts& parts);
+    ~Windows();
+
+    InterfaceBinder& binder() { return m_binder; }
+    /// A window by its outlet's name.
+    QWidget* window(const std::string& outlet) const;
+
+private:
+    template <class Design, class Widget>
+    Widget* add(QWidget* parent = nullptr);
+    void buildMainWindow();
+    void buildProgrammer();
+    void buildOthers();
+    void bindAll();
+    void askForCanvas();
+    void showStrokes();
+    void showPaletteWarning();
+    QString colorNameOfKey(lighting::KeyCode code) const;
+
+    Parts m;
+    InterfaceBinder m_binder;
+    std::vector<std::unique_ptr<QWidget>> m_windows;
+    QMainWindow* m_mainWindow = nullptr;
+    QWidget* m_programmer = nullptr;
+    KeyboardCanvas* m_canvas = nullptr;
+    std::unique_ptr<FirstSteps> m_firstSteps;
+    std::unique_ptr<StatusLine> m_statusLine;
+    int m_canvasProfile = 0;
+    bool m_canvasIsAsked = false;
+};
+
+} // namespace glimra::desktop

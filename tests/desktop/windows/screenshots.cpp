@@ -1,0 +1,69 @@
+// Takes a picture of every window, in both themes, with a profile that shows what it can do.
+//
+//   glimra_screenshots FOLDER
+
+#include "windows_fixture.h"
+
+#include "desktop/windows/theme.h"
+
+#include <QDir>
+
+#include <cstdio>
+
+namespace glimra::desktop {
+namespace {
+
+QString s_folder;
+
+class Screenshots : public WindowsFixture {
+protected:
+    void TestBody() override {}
+
+public:
+    /// Whether all pictures could be written.
+    bool take(bool isDark) {
+        QApplication::setPalette(themePalette(isDark));
+        m_machine.userDefaults.set("firstStepsDone", !isDark);
+        launch();
+        click("setColorsButton");
+        settle();
+        click("helpButton");
+        click("mapKeysButton");
+        settle();
+        click("setColorsButton");
+        settle();
+        window("mainWindow")->findChild<QAction*>("aboutItem")->trigger();
+        for (const char* const modal : {"profileChangeAlert", "copyProfileDialog", "launchOptionWindow"})
+            window(modal)->show();
+        settle();
+        bool isWritten = true;
+        for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
+            if (std::holds_alternative<platform::Window*>(outlet.control)) {
+                const QString path = s_folder + "/" + QString::fromStdString(outlet.name) +
+                                     (isDark ? "-dark.png" : "-light.png");
+                isWritten = window(outlet.name)->grab().save(path) && isWritten;
+            }
+        return isWritten;
+    }
+};
+
+} // namespace
+} // namespace glimra::desktop
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: glimra_screenshots FOLDER\n", stderr);
+        return 2;
+    }
+    QApplication application(argc, argv);
+    QApplication::setStyle("Fusion");
+    QApplication::setQuitOnLastWindowClosed(false);
+    glimra::desktop::s_folder = argv[1];
+    QDir().mkpath(glimra::desktop::s_folder);
+    for (const bool isDark : {false, true})
+        if (!glimra::desktop::Screenshots().take(isDark)) {
+            std::fputs("glimra_screenshots: a picture can't be written\n", stderr);
+            return 1;
+        }
+    return 0;
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "app/built_bundle.h"
+#include "desktop/qt_run_loop.h"
+#include "desktop/windows/interface_binder.h"
+#include "desktop/windows/keyboard_canvas.h"
+#include "desktop/windows/windows.h"
+#include "simulated/simulated_platform.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace glimra::desktop {
+
+/// The application with its real windows, on a machine that is simulated but for windows and run loop.
+class WindowsFixture : public testing::Test {
+protected:
+    WindowsFixture() { m_machine.userDefaults.set("firstStepsDone", true); }
+    ~WindowsFixture() override { m_runLoop.terminate(); }
+
+    void launch() {
+        m_delegate.emplace(m_platform);
+        m_windows.emplace(Windows::Parts{.delegate = *m_delegate,
+                                         .windowSystem = m_windowSystem,
+                                         .runLoop = m_runLoop,
+                                         .userDefaults = m_machine.userDefaults,
+                                         .keyboard = m_keyboard,
+                                         .now = QtRunLoop::monotonicNow,
+                                         .quit = [this] { ++m_quits; },
+                                         .keyboardName = "test keyboard"});
+        m_delegate->applicationDidFinishLaunching();
+    }
+
+    app::Outlets& outlets() { return m_delegate->outlets(); }
+    const app::State& state() { return m_delegate->state(); }
+    Windows& windows() { return *m_windows; }
+    QWidget* window(const std::string& name) { return m_windows->window(name); }
+
+    /// A widget, anywhere in the windows.
+    template <class Widget = QWidget>
+    Widget* widget(const char* name) {
+        for (QWidget* const top : QApplication::topLevelWidgets())
+            for (Widget* const found : top->findChildren<Widget*>(name))
+                return found;
+        throw std::runtime_error(std::string("no widget ") + name);
+    }
+    void click(const char* name) {
+        auto* const button = widget<QAbstractButton>(name);
+        ASSERT_TRUE(button->isEnabled()) << name;
+        button->click();
+    }
+    /// Chooses as a user does.
+    void choose(const char* popUp, int index) {
+        auto* const box = widget<QComboBox>(popUp);
+        box->setCurrentIndex(index);
+        Q_EMIT box->activated(index);
+    }
+    /// Lets posted work and painting take place.
+    void settle() {
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    void openProgrammer() {
+        click("setColorsButton");
+        settle();
+        ASSERT_TRUE(window("colorProgrammerWindow")->isVisible());
+    }
+    KeyboardCanvas* canvas() { return dynamic_cast<KeyboardCanvas*>(widget("keyboardCanvas")); }
+    QPoint centerOf(lighting::KeyCode code) { return canvas()->faceOfKey(code).center().toPoint(); }
+    void paintKey(lighting::KeyCode code) {
+        QTest::mouseClick(canvas(), Qt::LeftButton, {}, centerOf(code));
+        settle();
+    }
+    int slotOf(lighting::KeyCode code) { return state().canvas.keysToColors.at(code); }
+
+    simulated::SimulatedPlatform m_machine{1};
+    QtRunLoop m_runLoop;
+    QtWindowSystem m_windowSystem{m_machine.userDefaults};
+    keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
+    int m_quits = 0;
+    platform::Platform m_platform{.application = m_machine.application,
+                                  .runLoop = m_runLoop,
+                                  .readerThread = m_machine.readerThread,
+                                  .readerCapture = m_machine.readerCapture,
+                                  .mainCapture = m_machine.mainCapture,
+                                  .ledDriver = m_keyboard,
+                                  .userDefaults = m_machine.userDefaults,
+                                  .workspace = m_machine.workspace,
+                                  .windowSystem = m_windowSystem,
+                                  .childProcesses = m_machine.childProcesses,
+                                  .sounds = m_machine.sounds,
+                                  .random = m_machine.random,
+                                  .systemLog = m_machine.systemLog,
+                                  .processActivity = m_machine.processActivity,
+                                  .modifiers = m_machine.modifiers,
+                                  .bundle = app::builtBundle(),
+                                  .settingsFolder = {}};
+    // The windows go first.
+    std::optional<app::AppDelegate> m_delegate;
+    std::optional<Windows> m_windows;
+};
+
+} // namespace glimra::desktop

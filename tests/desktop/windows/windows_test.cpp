@@ -1,0 +1,399 @@
+#include "windows_fixture.h"
+
+#include "app/palette_check.h"
+#include "desktop/windows/color_well.h"
+#include "desktop/windows/status_line.h"
+#include "desktop/windows/tray.h"
+#include "platform/stored_values.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
+
+#include <gmock/gmock.h>
+
+namespace glimra::desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr lighting::KeyCode kQ = 0x10;
+constexpr lighting::KeyCode kP = 0x19;
+constexpr lighting::KeyCode kEsc = 0x01;
+
+class WindowsTest : public WindowsFixture {
+protected:
+    WindowsTest() { launch(); }
+
+    std::optional<bool> storedBool(std::string_view key) {
+        return platform::storedBool(m_machine.userDefaults, key);
+    }
+};
+
+TEST_F(WindowsTest, EveryOutletAndSelectorHasItsWidgetAndNoWidgetIsUnknown) {
+    EXPECT_THAT(windows().binder().problems(), IsEmpty());
+}
+
+TEST(InterfaceBinderTest, TellsWhereADesignAndTheTablesDisagree) {
+    simulated::SimulatedPlatform machine(1);
+    keyboards::VirtualKeyboard keyboard(QtRunLoop::monotonicNow);
+    platform::Platform platform = machine.platform(keyboard, app::builtBundle());
+    app::AppDelegate delegate(platform);
+    InterfaceBinder binder(delegate);
+    QWidget design;
+    const auto add = [&design](QWidget* widget, const char* name, const char* action) {
+        widget->setParent(&design);
+        widget->setObjectName(name);
+        if (action != nullptr)
+            widget->setProperty("action", action);
+    };
+    add(new QPushButton, "someButton", "makeCoffee:");
+    add(new QPushButton, "otherButton", nullptr);
+    add(new QComboBox, "singleColorModeBtn", nullptr);
+    add(new QCheckBox, "actionBarEffectCheckbox", "singleColorModeCheck:");
+    binder.bind(&design);
+    const std::vector<std::string> problems = binder.problems();
+    for (const char* const expected :
+         {"someButton sends the unknown makeCoffee:", "otherButton is no outlet and does nothing",
+          "singleColorModeBtn is of the wrong kind for its outlet",
+          "actionBarEffectCheckbox sends singleColorModeCheck:, which another control sends",
+          "no widget for the outlet mainWindow", "no widget sends calibrateButton:"})
+        EXPECT_THAT(problems, testing::Contains(expected));
+    EXPECT_THAT(problems, testing::Not(testing::Contains("no widget sends singleColorModeCheck:")));
+}
+
+TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
+    for (QWidget* const top : QApplication::topLevelWidgets())
+        for (const QWidget* const each : top->findChildren<QWidget*>()) {
+            if (each->objectName().isEmpty() || each->objectName().startsWith("qt_") ||
+                each->focusPolicy() == Qt::NoFocus || each->isHidden() ||
+                qobject_cast<const QLabel*>(each) != nullptr)
+                continue;
+            const auto* const button = qobject_cast<const QAbstractButton*>(each);
+            bool hasBuddy = false;
+            for (const QLabel* const label : top->findChildren<QLabel*>())
+                hasBuddy = hasBuddy || label->buddy() == each;
+            EXPECT_TRUE(!each->accessibleName().isEmpty() || hasBuddy ||
+                        (button != nullptr && button->text().size() > 1))
+                << each->objectName().toStdString();
+        }
+}
+
+TEST_F(WindowsTest, AStrokePaintsEveryKeyOnItsWayAndCanBeTakenBack) {
+    openProgrammer();
+    const lighting::KeyMap before = state().canvas.keysToColors;
+    click("paintC");
+    ASSERT_EQ(state().canvas.paintColor, 6);
+    // One event from Q to P: the eight keys between them get no event of their own.
+    QTest::mousePress(canvas(), Qt::LeftButton, {}, centerOf(kQ));
+    QTest::mouseMove(canvas(), centerOf(kP));
+    QTest::mouseRelease(canvas(), Qt::LeftButton, {}, centerOf(kP));
+    settle();
+    for (lighting::KeyCode key = kQ; key <= kP; ++key)
+        EXPECT_EQ(slotOf(key), 6) << key;
+    EXPECT_EQ(slotOf(kEsc), before[kEsc]);
+    EXPECT_TRUE(state().profile.profileTouched);
+
+    click("paintD");
+    paintKey(kEsc);
+    EXPECT_EQ(slotOf(kEsc), 7);
+    click("undoButton");
+    settle();
+    EXPECT_EQ(slotOf(kEsc), before[kEsc]);
+    EXPECT_EQ(slotOf(kQ), 6);
+    click("undoButton");
+    settle();
+    EXPECT_EQ(state().canvas.keysToColors, before);
+    EXPECT_FALSE(widget("undoButton")->isEnabled());
+    click("redoButton");
+    settle();
+    EXPECT_EQ(slotOf(kP), 6);
+    // What is shown follows the map: green keys.
+    const auto& layout = lighting::kKeyboardLayout;
+    const auto key = std::ranges::find(layout, kP, &lighting::KeyRect::code);
+    EXPECT_EQ(canvas()->shownColors()[static_cast<std::size_t>(key - layout.begin())],
+              lighting::toRgb({0, 1, 0}));
+}
+
+TEST_F(WindowsTest, StrokesOfOneProfileAreNotTakenBackOnAnother) {
+    openProgrammer();
+    click("paintC");
+    paintKey(kQ);
+    ASSERT_TRUE(widget("undoButton")->isEnabled());
+    QTimer::singleShot(0, [this] { click("saveButton"); });
+    choose("currentProfilePopup", 4);
+    settle();
+    EXPECT_FALSE(widget("undoButton")->isEnabled());
+}
+
+TEST_F(WindowsTest, TheCanvasIsPaintedWithTheKeyboardToo) {
+    openProgrammer();
+    click("paintD");
+    canvas()->setFocus();
+    // The walk begins at G6, above F1.
+    QTest::keyClick(canvas(), Qt::Key_Down);
+    QTest::keyClick(canvas(), Qt::Key_Space);
+    constexpr lighting::KeyCode kF1 = 0x3B;
+    EXPECT_EQ(slotOf(kF1), 7);
+    QTest::keyClick(canvas(), Qt::Key_Left);
+    QTest::keyClick(canvas(), Qt::Key_Space);
+    EXPECT_EQ(slotOf(kEsc), 7);
+}
+
+TEST_F(WindowsTest, EveryKeyCanBeReachedByArrows) {
+    openProgrammer();
+    canvas()->setFocus();
+    std::set<QString> seen;
+    // A wandering that tries all directions from everywhere ends when nothing new comes.
+    std::mt19937 random(7);
+    const std::array<Qt::Key, 4> arrows{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
+    for (int i = 0; i < 30000 && seen.size() < lighting::kKeyboardLayout.size(); ++i) {
+        seen.insert(canvas()->accessibleDescription());
+        QTest::keyClick(canvas(), arrows[random() % 4]);
+    }
+    EXPECT_EQ(seen.size(), lighting::kKeyboardLayout.size());
+}
+
+TEST_F(WindowsTest, UnsavedEditsAreKeptSavedOrGivenUpAsTheUserAnswers) {
+    openProgrammer();
+    const int factory = slotOf(kQ);
+    auto* const popUp = widget<QComboBox>("currentProfilePopup");
+    click("paintC");
+    paintKey(kQ);
+
+    QTimer::singleShot(0, [this] { click("keepEditingButton"); });
+    choose("currentProfilePopup", 2);
+    EXPECT_EQ(popUp->currentIndex(), 0) << "the menu shows the profile that is edited";
+    EXPECT_EQ(slotOf(kQ), 6);
+    EXPECT_TRUE(state().profile.profileTouched);
+    EXPECT_FALSE(window("profileChangeAlert")->isVisible());
+
+    // Escape is Cancel.
+    QTimer::singleShot(0, [this] { QTest::keyClick(window("profileChangeAlert"), Qt::Key_Escape); });
+    choose("currentProfilePopup", 2);
+    EXPECT_EQ(popUp->currentIndex(), 0);
+    EXPECT_FALSE(outlets().profileChangeAlert.visible.get());
+
+    QTimer::singleShot(0, [this] { click("discardButton"); });
+    choose("currentProfilePopup", 2);
+    EXPECT_EQ(state().profile.activeColorProfile, 3);
+    EXPECT_FALSE(state().profile.profileTouched);
+
+    paintKey(kQ);
+    QTimer::singleShot(0, [this] { click("saveButton"); });
+    choose("currentProfilePopup", 0);
+    EXPECT_EQ(state().profile.activeColorProfile, 1);
+    EXPECT_EQ(slotOf(kQ), factory) << "what was discarded never reached profile 1";
+    choose("currentProfilePopup", 2);
+    EXPECT_EQ(slotOf(kQ), 6) << "what was saved is in profile 3";
+}
+
+TEST_F(WindowsTest, AProfileIsCopiedOntoAnother) {
+    openProgrammer();
+    click("paintC");
+    paintKey(kQ);
+    QTimer::singleShot(0, [this] { click("saveButton"); });
+    choose("currentProfilePopup", 2);
+    choose("currentProfilePopup", 0);
+    auto* const popUp = widget<QComboBox>("currentProfilePopup");
+    ASSERT_EQ(popUp->itemText(10), "Copy profile…");
+    QTimer::singleShot(0, [this] {
+        EXPECT_EQ(widget<QComboBox>("fromProfileMenu")->currentIndex(), 0);
+        EXPECT_EQ(widget<QComboBox>("toProfileMenu")->currentIndex(), 1);
+        choose("toProfileMenu", 0);
+        EXPECT_FALSE(widget("copyProfileCopyBtn")->isEnabled()) << "onto itself";
+        choose("toProfileMenu", 4);
+        click("copyProfileCopyBtn");
+    });
+    choose("currentProfilePopup", 10);
+    EXPECT_EQ(popUp->currentIndex(), 4);
+    EXPECT_EQ(state().profile.activeColorProfile, 5);
+    EXPECT_EQ(slotOf(kQ), 6);
+    EXPECT_FALSE(window("copyProfileDialog")->isVisible());
+}
+
+TEST_F(WindowsTest, AWellChangesItsColorThroughTheDialogAndCancelBringsItBack) {
+    openProgrammer();
+    auto* const well = dynamic_cast<ColorWell*>(widget("colorC"));
+    well->click();
+    auto* const dialog = window("colorProgrammerWindow")->findChild<QColorDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->setCurrentColor("#336699");
+    settle();
+    EXPECT_EQ(state().canvas.keyColorSet[6], (platform::Color{0.2, 0.4, 0.6}));
+    EXPECT_EQ(outlets().colorC.color.get(), (platform::Color{0.2, 0.4, 0.6}));
+    dialog->reject();
+    EXPECT_EQ(state().canvas.keyColorSet[6], (platform::Color{0, 1, 0}));
+    settle();
+
+    well->click();
+    auto* const again = window("colorProgrammerWindow")->findChild<QColorDialog*>();
+    ASSERT_NE(again, nullptr);
+    again->setCurrentColor("#336699");
+    click("colorOkButton");
+    settle();
+    EXPECT_FALSE(again->isVisible()) << "the color dialog goes with the programmer";
+    EXPECT_TRUE(m_machine.userDefaults.get("colorCColor1").has_value());
+    EXPECT_EQ(state().canvas.keyColorSet[6], (platform::Color{0.2, 0.4, 0.6}));
+}
+
+TEST_F(WindowsTest, OptionsGoToTheSettingsAndGreyOutWhatTheyTurnOff) {
+    openProgrammer();
+    click("singleColorModeBtn");
+    EXPECT_EQ(storedBool("singleColorMode"), true);
+    EXPECT_FALSE(widget("actionBarEffectCheckbox")->isEnabled());
+    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled());
+    click("singleColorModeBtn");
+    EXPECT_EQ(storedBool("singleColorMode"), false);
+    EXPECT_TRUE(widget("actionBarEffectCheckbox")->isEnabled());
+    click("autoChatProfileCheckbox");
+    click("combatChatAlertCheckbox");
+    EXPECT_EQ(storedBool("autoToggleProfile"), true);
+    EXPECT_EQ(storedBool("combatChatWarning"), true);
+
+    auto* const blink = widget<QLineEdit>("blinkTimeTextbox");
+    blink->selectAll();
+    QTest::keyClicks(blink, "2.5");
+    QTest::keyClick(blink, Qt::Key_Return);
+    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 2.5);
+}
+
+TEST_F(WindowsTest, ActionKeysAreStoredWithOkAndForgottenWithCancel) {
+    click("mapKeysButton");
+    settle();
+    ASSERT_TRUE(window("actionKeySetterWindow")->isVisible());
+    auto* const menu = widget<QComboBox>("menu103");
+    const lighting::KeyCode before = state().actionKeys.actionBar1Keys[2];
+    const int f5 = menu->findText("F 5");
+    ASSERT_GE(f5, 0);
+    choose("menu103", f5);
+    EXPECT_EQ(state().actionKeys.actionBar1Keys[2], 0x3FU);
+    click("setterCancelButton");
+    EXPECT_EQ(state().actionKeys.actionBar1Keys[2], before);
+    EXPECT_FALSE(window("actionKeySetterWindow")->isVisible());
+
+    click("mapKeysButton");
+    choose("menu103", f5);
+    choose("menu104", widget<QComboBox>("menu104")->findText("Q"));
+    click("setterOkButton");
+    EXPECT_EQ(platform::storedInteger(m_machine.userDefaults, "key103"), 0x3F);
+    EXPECT_EQ(platform::storedInteger(m_machine.userDefaults, "key104"), 0x10);
+    for (const char* const unwatched : {"menu507", "menu512"})
+        EXPECT_FALSE(widget(unwatched)->isEnabled());
+}
+
+TEST_F(WindowsTest, MenusMarkTheAutorunChoiceAndDebugMode) {
+    auto* const none = window("mainWindow")->findChild<QAction*>("autorunNoneMI");
+    auto* const wow = none->parent()->findChild<QAction*>("autorunWowMI");
+    EXPECT_TRUE(none->isChecked());
+    wow->trigger();
+    auto* const sheet = window("mainWindow")->findChild<QMessageBox*>();
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(sheet->informativeText(),
+              "Each time Glimra opens, it will automatically launch\nWorld of Warcraft");
+    EXPECT_FALSE(sheet->text().isEmpty());
+    sheet->close();
+    EXPECT_TRUE(wow->isChecked());
+    EXPECT_FALSE(none->isChecked());
+    // The chosen one chosen again stays chosen.
+    wow->trigger();
+    EXPECT_TRUE(wow->isChecked());
+
+    auto* const debug = none->parent()->findChild<QAction*>("debugItem");
+    debug->trigger();
+    EXPECT_TRUE(state().log.debugMode);
+    EXPECT_TRUE(debug->isChecked());
+}
+
+TEST_F(WindowsTest, LaunchOptionsKeepTheNamesThatWereTyped) {
+    QTimer::singleShot(0, [this] {
+        auto* const field = widget<QLineEdit>("BNAppNameField");
+        field->selectAll();
+        QTest::keyClicks(field, "My \"Net\"");
+        click("launchOkButton");
+    });
+    window("mainWindow")->findChild<QAction*>("gameNamesItem")->trigger();
+    EXPECT_EQ(platform::storedString(m_machine.userDefaults, "BNAppName"), "My \"Net\"");
+    EXPECT_FALSE(window("launchOptionWindow")->isVisible());
+}
+
+TEST_F(WindowsTest, ClosingTheMainWindowClosesItsCompanionsAndAsksToQuit) {
+    openProgrammer();
+    click("helpButton");
+    settle();
+    ASSERT_TRUE(window("helpWindow")->isVisible());
+    window("helpWindow")->close();
+    EXPECT_FALSE(outlets().helpWindow.visible.get());
+    EXPECT_FALSE(m_machine.runLoop.isTerminated());
+    window("mainWindow")->close();
+    EXPECT_FALSE(window("colorProgrammerWindow")->isVisible());
+    EXPECT_FALSE(window("mainWindow")->isVisible());
+    EXPECT_TRUE(m_machine.runLoop.isTerminated()) << "the application has quit";
+}
+
+using FirstStepsTest = WindowsFixture;
+
+TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
+    m_machine.userDefaults.set("firstStepsDone", false);
+    launch();
+    EXPECT_FALSE(widget("guidePanel")->isHidden());
+    EXPECT_THAT(widget<QLabel>("guideText")->text().toStdString(), HasSubstr("test keyboard"));
+    for (int step = 0; step < 4; ++step)
+        click("guideNext");
+    EXPECT_TRUE(widget("guidePanel")->isHidden());
+    EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);
+}
+
+TEST_F(WindowsTest, TheTrayMenuSwitchesProfilesAndLightsThem) {
+    Tray tray(windows().binder(), *m_delegate, {});
+    const QList<QAction*> items = tray.menu().actions();
+    items[3]->trigger();
+    EXPECT_EQ(state().profile.activeColorProfile, 4);
+    EXPECT_TRUE(items[3]->isChecked());
+    EXPECT_FALSE(items[0]->isChecked());
+}
+
+TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
+    const auto text = [](const StatusSnapshot& snapshot) { return statusText(snapshot).toStdString(); };
+    EXPECT_EQ(text({"virtual keyboard", false, std::nullopt, 0, 1}),
+              "Virtual keyboard   ·   Game not in front   ·   Strip not seen yet   ·   "
+              "0 messages in the last minute   ·   Profile 1");
+    EXPECT_THAT(text({"", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message in"));
+    EXPECT_THAT(text({"", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
+    EXPECT_THAT(text({"", true, 300, 1, 9}), HasSubstr("5 minutes ago"));
+}
+
+TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
+    using app::ColorVision;
+    lighting::ColorSet colors;
+    colors.fill({0, 0, 1});
+    colors[lighting::kCooldownSlot] = {1.0, 0.0, 0.0};
+    colors[6] = {0.97, 0.02, 0.0};
+    // Without the sense for green, and only then, this is like a dark red.
+    colors[7] = {0.0, 0.5, 0.0};
+    lighting::KeyMap map(lighting::kKeyCodeCount, lighting::kColorASlot);
+    profiles::ActionKeyMap keys;
+    keys.actionBar1Keys[0] = kQ;
+    EXPECT_THAT(app::checkPalette(colors, map, keys), IsEmpty());
+    map[kQ] = 6;
+    EXPECT_THAT(app::checkPalette(colors, map, keys),
+                ElementsAre(app::PaletteWarning{6, ColorVision::Common}));
+    map[kQ] = 7;
+    colors[lighting::kCooldownSlot] = {0.7, 0.0, 0.0};
+    EXPECT_THAT(app::checkPalette(colors, map, keys),
+                ElementsAre(app::PaletteWarning{7, ColorVision::Deutan}));
+    // No slots, or a key map from elsewhere: nothing to say.
+    EXPECT_THAT(app::checkPalette({}, map, keys), IsEmpty());
+    map[kQ] = 99;
+    EXPECT_THAT(app::checkPalette(colors, map, keys), IsEmpty());
+}
+
+} // namespace
+} // namespace glimra::desktop
