@@ -6,7 +6,7 @@
 #   check   to check the sources' form
 set -euo pipefail
 
-build=(cmake g++ libcli11-dev libgif-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
+build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
 test=(dbus libbenchmark-dev libgmock-dev libgtest-dev openbox python3-dbusmock x11-xserver-utils xvfb)
