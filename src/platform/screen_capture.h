@@ -35,15 +35,21 @@ struct ImageView {
     /// rectangle begins left of the screen.
     int firstColumn = 0;
 
-    /// The colour at a position counted from the rectangle's left edge, or none beyond what was captured.
-    std::optional<Color> colorAt(int x) const {
+    /// The pixel at a position counted from the rectangle's left edge, or none beyond what was captured.
+    std::optional<std::uint32_t> pixelAt(int x) const {
         const auto index = static_cast<std::int64_t>(x) - firstColumn;
         if (index < 0 || index >= static_cast<std::int64_t>(pixels.size()))
             return std::nullopt;
-        const std::uint32_t pixel = pixels[static_cast<std::size_t>(index)];
-        const auto component = [pixel](std::uint32_t mask) {
+        return pixels[static_cast<std::size_t>(index)];
+    }
+    /// The same as a colour.
+    std::optional<Color> colorAt(int x) const {
+        const std::optional<std::uint32_t> pixel = pixelAt(x);
+        if (!pixel)
+            return std::nullopt;
+        const auto component = [&pixel](std::uint32_t mask) {
             const int shift = std::countr_zero(mask);
-            return static_cast<double>((pixel & mask) >> shift) / static_cast<double>(mask >> shift);
+            return static_cast<double>((*pixel & mask) >> shift) / static_cast<double>(mask >> shift);
         };
         return Color{component(format.redMask), component(format.greenMask), component(format.blueMask)};
     }

@@ -53,6 +53,18 @@ TEST(StripDecoder, AChannelIsOnFromFourteenOf255) {
     EXPECT_EQ(toCell(*deep.colorAt(0)), (Cell{false, true, true})); // 0x383 and 0x100 of 0x3FF
 }
 
+TEST(StripDecoder, PixelsAreReadAsTheirColours) {
+    for (const platform::PixelFormat format :
+         {platform::PixelFormat{}, platform::PixelFormat{0x3FF00000, 0xFFC00, 0x3FF},
+          platform::PixelFormat{0xFF, 0xFF00, 0xFF0000}})
+        for (std::uint32_t level = 0; level < 1024; ++level) {
+            // Each level on all channels at once, as far as the masks hold it.
+            const std::vector<std::uint32_t> pixels(74, (level << 20 | level << 10 | level) & 0x3FFFFFFF);
+            const platform::ImageView image{pixels, format, 0};
+            EXPECT_EQ((*sampleCells(image, updatePixelOffsets(80.0)))[0], toCell(*image.colorAt(0))) << level;
+        }
+}
+
 TEST(StripDecoder, ASampleBeyondTheImageLeavesNoCells) {
     const std::vector<std::uint32_t> pixels(73, 0xFFFFFF);
     const PixelOffsets offsets = updatePixelOffsets(80.0);
