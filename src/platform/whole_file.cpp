@@ -34,7 +34,7 @@ FileContent readWholeFile(const std::string& path, std::size_t limit) {
 
 std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
     File file(std::fopen(path.c_str(), "wb"));
-    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size())
+    if (!file || (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()))
         return lastError();
     // What the system still holds back can fail as late as here.
     return std::fclose(file.release()) == 0 ? std::string{} : lastError();

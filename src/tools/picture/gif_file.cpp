@@ -47,6 +47,14 @@ std::size_t pixelAt(const Picture& picture, int x, int y) {
 } // namespace
 
 struct GifWriter::File {
+    File() = default;
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() {
+        if (gif)
+            EGifCloseFile(gif, nullptr);
+    }
+
     std::ofstream stream;
     GifFileType* gif = nullptr;
     /// What the player shows after the pictures so far.
@@ -136,10 +144,7 @@ GifWriter::GifWriter(std::string path, int width, int height)
         throw std::runtime_error(m_path + ": " + GifErrorString(m_file->gif->Error));
 }
 
-GifWriter::~GifWriter() {
-    if (m_file->gif)
-        EGifCloseFile(m_file->gif, nullptr);
-}
+GifWriter::~GifWriter() = default;
 
 void GifWriter::add(const Picture& picture, std::chrono::nanoseconds duration) {
     m_file->wantedEnd += duration;

@@ -92,7 +92,7 @@ TEST(DesktopEntryTest, TakesNothingForAnApplicationThatIsNone) {
                                    "[Other]\nType=Application\n", "[Desktop Entry]\nType=Link\n",
                                    "[Desktop Entry]\n[Desktop Entry]\nType=Application\n", "\xFF\xFE[[[="})
         EXPECT_EQ(parseDesktopEntry(file), std::nullopt) << file;
-    EXPECT_EQ(parseDesktopEntry(std::string("[Desktop Entry]\nType=Application\nName=A\0B\n", 45)),
+    EXPECT_EQ(parseDesktopEntry(std::string("[Desktop Entry]\nType=Application\nName=A\0B\n", 42)),
               std::nullopt);
 }
 
