@@ -9,8 +9,12 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QThread>
 
+#include <csignal>
 #include <stdexcept>
+
+#include <sys/prctl.h>
 
 namespace glimra::testing {
 
@@ -30,7 +34,8 @@ bool eventually(Condition&& condition) {
     while (!condition()) {
         if (timer.elapsed() > 10'000)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+        QCoreApplication::processEvents();
+        QThread::msleep(2);
     }
     return true;
 }
@@ -43,11 +48,12 @@ inline void serveEvents(int milliseconds) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
 }
 
-/// A program that ends with this object.
+/// A program that ends with this object, at the latest with the test.
 class Program {
 public:
     Program(const QString& path, const QStringList& arguments) {
         m_process.setProcessChannelMode(QProcess::MergedChannels);
+        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         m_process.start(path, arguments);
         if (!m_process.waitForStarted())
             throw std::runtime_error("cannot start " + path.toStdString());
