@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace glimra::events {
 namespace {
 
@@ -142,31 +144,38 @@ TEST(CooldownDisplayTest, KeysOutsideTheBitmapAreLitUnderTheDriversNames) {
 }
 
 TEST(CooldownDisplayTest, BlinkingIsSuppressedForFiveMessages) {
-    std::string script = kShown + kStart + say("c");
-    for (int message = 1; message <= 5; ++message)
-        script += say(message % 2 == 1 ? "`@" : "`\\u0001"); // on cooldown, ready, ...
-    EXPECT_EQ(stateAfter(script)["supressCooldownBlinkCounter"], 0);
-    EXPECT_EQ(Calls(1, ledCalls(script, 0.7).front()), Calls(1, "0.8 StopEffectsOnKey 2"));
-    for (const std::string& call : ledCalls(script, 0.0))
-        EXPECT_THAT(call, testing::Not(HasSubstr("Flash")));
-    EXPECT_EQ(ledCalls(script + say("`\\u0001"), 1.5).size(), 0U);
-    EXPECT_THAT(ledCalls(script + say("`\\u0001"), 1.3), testing::Contains(HasSubstr("Flash")));
-    // A report that changes nothing counts too.
-    EXPECT_EQ(stateAfter(kStart + say("c") + say("`\\u0001"))["supressCooldownBlinkCounter"], 4);
+    const std::string ready = say("`\\u0001");
+    // The third report changes nothing and counts all the same.
+    const std::string five = kShown + kStart + say("c") + say("`@") + ready + ready + say("`@") + ready;
+    EXPECT_EQ(ledCalls(five, 0.1).size(), 6U);
+    EXPECT_THAT(ledCalls(five, 0.1), testing::Not(testing::Contains(HasSubstr("Flash"))));
+    EXPECT_EQ(stateAfter(five)["supressCooldownBlinkCounter"], 0);
+    EXPECT_THAT(ledCalls(five + say("`@") + ready, 1.3), testing::Contains(HasSubstr("Flash")));
 }
 
 TEST(CooldownDisplayTest, MessagesWaitWhileKeysBlink) {
     // Two profiles, three keys: the blinks of the first message last from 0.4 to 0.7.
-    const std::string script = kShownIn1And3 + kStart + "front \"com.blizzard.worldofwarcraft\"\n" +
-                               say("`p") + "token \"5\"\ntoken \"`\\u0001\"\nwait 2\n";
+    const std::string script =
+        kShownIn1And3 + kStart + say("`p") + "token \"5\"\ntoken \"`\\u0001\"\nwait 2\n";
     const Calls calls = ledCalls(script, 0.35);
-    ASSERT_GE(calls.size(), 13U);
+    ASSERT_EQ(calls.size(), 12U + 12);
     EXPECT_EQ(calls[0], "0.4 SetLightingForKeyWithKeyName 2 0 0 50");
     EXPECT_EQ(calls[11], "0.7 FlashSingleKey 4 100 100 100 1000 75");
     EXPECT_EQ(calls[12], "1 SetLightingFromBitmap");
 }
 
-/// What the run loop serves while a key blinks.
+TEST(CooldownDisplayTest, RefreshesWaitWhileKeysBlink) {
+    // Shown anew every 2.8 s from 0.2 on, thus at 3, when three keys begin to blink.
+    const std::string script = kShown + kStart + "wait 0.1\nfront \"com.blizzard.worldofwarcraft\"\n" +
+                               "wait 2.5\n" + say("`p") + "token \"`\\u0001\"\nwait 0.4\n";
+    const Calls calls = ledCalls(script, 2.9);
+    ASSERT_EQ(calls.size(), 6U + 12);
+    EXPECT_EQ(calls[0], "3 SetLightingForKeyWithKeyName 2 0 0 50");
+    EXPECT_EQ(calls[5], "3.15 FlashSingleKey 4 100 100 100 1000 75");
+    EXPECT_EQ(calls[6], "3.15 SetLightingFromBitmap"); // by the tick that the blinks began in
+}
+
+/// What the run loop serves while a key blinks, of two profiles that show cooldowns.
 class BlinkTest : public ::testing::Test {
 protected:
     BlinkTest() {
@@ -309,8 +318,17 @@ TEST(CooldownDisplayTest, BlinkTimeIsLimitedAndShownAsADecimal) {
     EXPECT_EQ(
         ledCalls(kShown + "start\naction \"blinkTimeChanged:\" \"1e300\"\n" + say("`@") + say("` "), 0.3)[1],
         "0.45 FlashSingleKey 2 100 100 100 2147483647 75");
-    EXPECT_THAT(systemLog("default \"blinkTimePref\" \"2\"\nstart"), ElementsAre(HasSubstr("blinkTimePref")));
     EXPECT_THAT(systemLog("default \"blinkTimePref\" 0.001\nstart"), IsEmpty());
+}
+
+TEST_F(BlinkTest, AStoredBlinkTimeThatIsNoNumberIsSaid) {
+    machine.defaults.set("blinkTimePref", 0.001);
+    machine.display.loadBlinkTime();
+    EXPECT_THAT(machine.systemLog.lines, IsEmpty());
+    machine.defaults.set("blinkTimePref", std::numeric_limits<double>::infinity());
+    machine.display.loadBlinkTime();
+    EXPECT_EQ(machine.blinkTimeTextbox.text.get(), "1.0");
+    EXPECT_THAT(machine.systemLog.lines, ElementsAre(HasSubstr("\"blinkTimePref\"")));
 }
 
 TEST(LeadingNumberTest, TakesTheNumberThatATextBeginsWith) {
