@@ -198,10 +198,10 @@ private:
 
     template <class Text>
     static std::vector<std::size_t> matches(const Names<Text>& names, const Text& wanted) {
-        const auto found = std::ranges::equal_range(names, wanted, {}, &std::pair<Text, std::size_t>::first);
         std::vector<std::size_t> leds;
-        for (const auto& [name, led] : found)
-            leds.push_back(led);
+        auto name = std::ranges::lower_bound(names, wanted, {}, &std::pair<Text, std::size_t>::first);
+        for (; name != names.end() && name->first == wanted; ++name)
+            leds.push_back(name->second);
         return leds;
     }
 
