@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 /// Real entries have some dozen kilobytes at most, real folders some hundred entries a few levels deep. The
 /// limits end loops of links, too.
-constexpr std::size_t kMostBytes = 256 * 1024;
+constexpr off_t kMostBytes = 256 * 1024;
 constexpr int kMostLevels = 4;
 constexpr int kMostFiles = 20000;
 
@@ -32,14 +32,12 @@ constexpr int kMostFiles = 20000;
 std::optional<std::string> readEntryFile(const fs::path& path) {
     const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kMostBytes)
         return std::nullopt;
-    std::string content(kMostBytes + 1, '\0');
-    std::size_t size = 0;
-    for (ssize_t count = 1; count > 0 && size < content.size(); size += static_cast<std::size_t>(count))
-        count = std::max<ssize_t>(::read(file.get(), content.data() + size, content.size() - size), 0);
-    content.resize(size);
-    return size <= kMostBytes ? std::optional(std::move(content)) : std::nullopt;
+    std::string content(static_cast<std::size_t>(status.st_size), '\0');
+    const ssize_t count = ::read(file.get(), content.data(), content.size());
+    content.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return content;
 }
 
 /// The entries in and below a folder, by their ids: the path with its slashes made hyphens.

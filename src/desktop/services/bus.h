@@ -45,7 +45,7 @@ public:
     /// Sends a message to which no answer is wanted.
     void send(const QDBusMessage& message);
 
-    /// Hands on a service's signals, and only those that this service has sent.
+    /// Hands on a service's signals, and only those that this service has sent. Each signal once only.
     void subscribe(const Signal& signal, QObject* context, MessageHandler onSignal);
     /// Tells what becomes of a service, from now on; a lost bus takes its services along.
     void watchService(const QString& service, QObject* context, ServiceHandler onChange);

@@ -112,7 +112,12 @@ pid_t forkFor(const PreparedCommand& command, Ties ties) {
 /// The wait status once the process has ended; none when it goes on beyond the deadline or a stop.
 std::optional<int> waitFor(pid_t pid, Clock::time_point deadline, const std::stop_token& stop) {
     int status = 0;
+    errno = 0;
     while (::waitpid(pid, &status, WNOHANG) != pid) {
+        // Where SIGCHLD is ignored, as whoever has started us may have arranged, the end comes without a
+        // status.
+        if (errno == ECHILD)
+            return status;
         if (stop.stop_requested() || Clock::now() >= deadline)
             return std::nullopt;
         std::this_thread::sleep_for(kPollPause);

@@ -162,12 +162,15 @@ TEST_F(ApplicationFinderTest, IsNotLedAstray) {
     addEntry("a/applications/huge.desktop", "Game", "Exec=one\nComment=" + std::string(300'000, 'x'));
     for (const char* const loop : {"loop1", "loop2", "loop3"})
         fs::create_directory_symlink(folder.path("a/applications"), folder.path("a/applications/") + loop);
+    fs::create_symlink("0self", folder.path("a/applications/0self"));
     fs::create_symlink("nowhere", folder.path("a/applications/dangling.desktop"));
     fs::create_directory(folder.path("a/applications/folder.desktop"));
     ASSERT_EQ(::mkfifo(folder.path("a/applications/pipe.desktop").c_str(), 0600), 0);
     folder.addFile("a/applications/bytes.desktop",
                    "[Desktop Entry]\nType=Application\nName=\xFF\xC3\nExec=\xFF\n");
+    addEntry("a/applications/z/last.desktop", "Last", "Exec=three");
     EXPECT_EQ(programFor("Game"), "two");
+    EXPECT_EQ(programFor("Last"), "three");
     EXPECT_EQ(programFor("\xFF\xC3"), "");
     EXPECT_EQ(programFor(std::string("Game\0", 5)), "");
 }

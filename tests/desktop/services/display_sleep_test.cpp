@@ -8,6 +8,7 @@
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -33,6 +35,7 @@ using ::testing::Pair;
 class Xvfb {
 public:
     Xvfb() {
+        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
         m_process.start("Xvfb",
                         {"-displayfd", "1", "-screen", "0", "64x64x24", "-noreset", "-nolisten", "tcp"});
         if (!m_process.waitForReadyRead(20'000))

@@ -69,6 +69,14 @@ TEST_F(ProcessTest, KillsWhatHangsWithAllThatItHasStarted) {
     EXPECT_TRUE(soon([&] { return !isRunning("pid"); }));
 }
 
+TEST_F(ProcessTest, WorksWhereTheEndOfChildrenIsIgnored) {
+    folder.addScript("quick", "exit 1");
+    ::signal(SIGCHLD, SIG_IGN);
+    EXPECT_LT(millisecondsOf([&] { run("quick"); }), 5000);
+    EXPECT_TRUE(startDetached({"quick", {}, {}}));
+    ::signal(SIGCHLD, SIG_DFL);
+}
+
 TEST_F(ProcessTest, GivesNothingOfOursToAProgram) {
     const int inheritable = ::dup(STDERR_FILENO);
     sigset_t blocked;
