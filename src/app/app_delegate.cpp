@@ -86,6 +86,10 @@ void AppDelegate::applicationWillTerminate() {
     m_platform.ledDriver.LogiLedShutdown();
 }
 
+void AppDelegate::tell(std::string_view line) {
+    m_log.appendLog(std::string(line) + "\n");
+}
+
 void AppDelegate::appendToMessageQueue(std::string_view token) {
     m_messageQueue.appendToMessageQueue(token);
 }
