@@ -35,8 +35,8 @@ struct ActionArgument {
     bool state = false;
     /// Index or tag.
     int number = 0;
-    std::string text;
-    platform::Color color;
+    std::string text{};
+    platform::Color color{};
     double x = 0.0;
     double y = 0.0;
 };

@@ -3,8 +3,12 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace glimra::platform {
+
+/// Bundle identifier of the game.
+inline constexpr std::string_view kGameIdentifier = "com.blizzard.worldofwarcraft";
 
 struct RunningApplication {
     /// Bundle identifier; absent where the application has none.

@@ -6,7 +6,6 @@ namespace glimra::screenlink {
 
 namespace {
 
-constexpr std::string_view kGameIdentifier = "com.blizzard.worldofwarcraft";
 constexpr int kTicksBetweenRefreshes = 13;
 constexpr platform::Duration kRedFlash = std::chrono::seconds(1);
 constexpr platform::Color kDeathColor{0.5, 0.4, 0.5};
@@ -46,7 +45,7 @@ void MessagePump::handOver() {
 
 void MessagePump::watchFront() {
     const std::optional<platform::RunningApplication> front = m.workspace.frontmostApplication();
-    m_gameIsInFront = front && front->bundleIdentifier == kGameIdentifier;
+    m_gameIsInFront = front && front->bundleIdentifier == platform::kGameIdentifier;
     if (!front)
         return;
     int& countdown = m.messages.WoWisInTheForeground;

@@ -1,0 +1,124 @@
+#include "recording/script_text.h"
+
+#include "platform/decimal_text.h"
+
+#include <nlohmann/json.hpp>
+
+namespace glimra::recording {
+
+namespace {
+
+using nlohmann::json;
+
+std::string hexadecimal(const platform::Data& bytes) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 0xF];
+    }
+    return text;
+}
+
+std::string jsonText(std::string_view text) {
+    return json(text).dump(-1, ' ', true, json::error_handler_t::replace);
+}
+
+json toJson(const platform::NumberArray& numbers) {
+    json array = json::array();
+    for (const platform::Number& number : numbers)
+        std::visit([&array](auto value) { array.push_back(value); }, number);
+    return array;
+}
+
+std::string joined(std::initializer_list<double> numbers) {
+    std::string text;
+    for (const double number : numbers)
+        text += ' ' + json(number).dump();
+    return text;
+}
+
+} // namespace
+
+std::optional<std::string> settingLine(const std::string& key, const platform::StoredValue& value) {
+    if (std::holds_alternative<std::string>(value))
+        return std::nullopt;
+    if (const auto* bytes = std::get_if<platform::Data>(&value))
+        return bytes->empty() ? std::nullopt
+                              : std::optional("default-data " + jsonText(key) + " " + hexadecimal(*bytes));
+    json number;
+    if (const auto* array = std::get_if<platform::NumberArray>(&value))
+        number = toJson(*array);
+    else if (const auto* flag = std::get_if<bool>(&value))
+        number = *flag;
+    else if (const auto* integer = std::get_if<std::int64_t>(&value))
+        number = *integer;
+    else
+        number = std::get<double>(value);
+    const std::string text = number.dump();
+    // A number that JSON cannot show counts as absent anyway.
+    if (text.find("null") != std::string::npos)
+        return std::nullopt;
+    return "default " + jsonText(key) + " " + text;
+}
+
+std::string stripLine(const std::optional<screenlink::Cells>& cells) {
+    if (!cells)
+        return "strip off";
+    std::string line = "strip";
+    for (const screenlink::Cell& cell : *cells) {
+        line += ' ';
+        for (const bool isOn : {cell.red, cell.green, cell.blue})
+            line += isOn ? "ff" : "00";
+    }
+    return line;
+}
+
+std::string frontLine(const std::optional<platform::RunningApplication>& application) {
+    if (!application)
+        return "front none";
+    const bool isGame = application->bundleIdentifier == platform::kGameIdentifier;
+    return "front " + jsonText(isGame ? platform::kGameIdentifier : "");
+}
+
+std::string waitLine(platform::Duration duration) {
+    // Microseconds: finer than any timer, and short to read.
+    const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
+    std::string fraction = std::to_string(microseconds % 1'000'000);
+    fraction.insert(0, 6 - fraction.size(), '0');
+    return "wait " + std::to_string(microseconds / 1'000'000) + "." + fraction;
+}
+
+std::string actionLine(const app::ActionRow& action, const app::ActionArgument& argument) {
+    using app::ArgumentKind;
+    std::string line = "action " + jsonText(action.selector);
+    switch (action.kind) {
+    case ArgumentKind::None:
+        break;
+    case ArgumentKind::State:
+        line += argument.state ? " on" : " off";
+        break;
+    case ArgumentKind::Index:
+    case ArgumentKind::RadioTag:
+    case ArgumentKind::ButtonTag:
+        line += " " + std::to_string(argument.number);
+        break;
+    case ArgumentKind::Text:
+        line += " " + jsonText(json(platform::leadingNumber(argument.text)).dump());
+        break;
+    case ArgumentKind::Title:
+    case ArgumentKind::WindowName:
+        line += " " + jsonText(argument.text);
+        break;
+    case ArgumentKind::Well:
+        line += " " + std::to_string(argument.number) +
+                joined({argument.color.red, argument.color.green, argument.color.blue});
+        break;
+    case ArgumentKind::Point:
+        line += joined({argument.x, argument.y});
+        break;
+    }
+    return line;
+}
+
+} // namespace glimra::recording

@@ -1,0 +1,172 @@
+#include "recording/recorded_platform.h"
+
+#include "app/app_delegate.h"
+#include "recording/script_text.h"
+#include "simulated/simulated_platform.h"
+#include "support/fake_driver.h"
+#include "support/replay_text.h"
+#include "tools/strip/strip_encoder.h"
+
+#include <gmock/gmock.h>
+
+namespace glimra::recording {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+/// An application on a simulated machine, which is recorded.
+class RecordingTest : public testing::Test {
+protected:
+    RecordingTest()
+        : m_recorder([this] { return m_machine.runLoop.now(); },
+                     [this](std::string_view lines) {
+                         m_script += lines;
+                         return true;
+                     },
+                     [](const std::string&) {}),
+          m_recorded(m_machine.platform(m_driver, {}), m_recorder),
+          m_delegate(m_recorded.platform()) {
+        m_recorded.follow(m_delegate.outlets());
+        m_machine.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
+                                          [this] { m_delegate.applicationWillTerminate(); });
+    }
+
+    void launch() {
+        m_recorder.launch(m_machine.userDefaults, m_machine.screen.scale());
+        m_machine.screen.setStripGeometry(2, 80);
+        m_delegate.applicationDidFinishLaunching();
+    }
+    void wait(platform::Duration duration) { ASSERT_TRUE(m_machine.runLoop.runUntil(now() + duration)); }
+    platform::Time now() const { return m_machine.runLoop.now(); }
+    void show(char character) {
+        const tools::TokenFrames frames = tools::encodeToken({std::nullopt, character});
+        for (const tools::StripFrame& frame : {frames.announce, frames.confirm}) {
+            simulated::SimulatedScreen::StripCells cells{};
+            for (std::size_t i = 0; i < cells.size(); ++i)
+                cells[i] =
+                    static_cast<std::uint32_t>(frame[i].red << 16 | frame[i].green << 8 | frame[i].blue);
+            m_machine.screen.paintStrip(cells);
+            wait(100ms);
+        }
+        m_machine.screen.paintStrip({});
+    }
+    void act(std::string_view selector, const app::ActionArgument& argument = {}) {
+        const app::ActionRow& action = *app::findAction(selector);
+        m_recorder.beginAction(action, argument);
+        app::sendAction(m_delegate, action, argument);
+        m_recorder.endAction();
+    }
+    void quit() {
+        m_recorder.quit();
+        m_machine.application.terminate();
+        static_cast<void>(m_machine.runLoop.runUntil(now() + 1s));
+    }
+    /// What the keyboard was told, as `test::ledCalls` tells it of the replayed script, without times.
+    std::vector<std::string> replayedCalls() const {
+        std::vector<std::string> calls = test::ledCalls(m_script, 0.0);
+        for (std::string& call : calls)
+            call.erase(0, call.find(' ') + 1);
+        return calls;
+    }
+
+    simulated::SimulatedPlatform m_machine{5489};
+    tests::FakeDriver m_driver;
+    std::string m_script;
+    ScriptRecorder m_recorder;
+    RecordedPlatform m_recorded;
+    app::AppDelegate m_delegate;
+};
+
+TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
+    m_machine.userDefaults.set("combatChatWarning", true);
+    m_machine.userDefaults.set("scanWidth", 80.0);
+    m_machine.userDefaults.set("scanOffset", std::int64_t{2});
+    m_machine.userDefaults.set("WowAppName", std::string("Secret"));
+    launch();
+    m_machine.workspace.setFrontmostApplication({{"com.blizzard.worldofwarcraft"}});
+    wait(530ms);
+    show('C');
+    wait(1s);
+    show('w');
+    act("testLightsMI:");
+    wait(3s);
+    m_machine.workspace.setFrontmostApplication({{"com.example.diary"}});
+    wait(900ms);
+    m_machine.workspace.sleep();
+    wait(200ms);
+    m_machine.workspace.wake();
+    act("singleColorModeCheck:", {.state = true});
+    show('O');
+    wait(700ms);
+    quit();
+
+    EXPECT_THAT(m_script, AllOf(HasSubstr("front \"com.blizzard.worldofwarcraft\"\n"),
+                                HasSubstr("front \"\"\n"), HasSubstr("sleep\n"), HasSubstr("wake\n"),
+                                Not(HasSubstr("Secret")), Not(HasSubstr("diary"))));
+    EXPECT_GT(m_driver.calls.size(), 40U);
+    EXPECT_EQ(replayedCalls(), m_driver.calls);
+}
+
+TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
+    launch();
+    wait(500ms);
+    act("setColorsBtn:");
+    m_machine.windowSystem.queueAnswer({1,
+                                        {[this] { m_delegate.outlets().fromProfileMenu.selected.set(3); },
+                                         [this] {
+                                             // A frame that comes while the user is choosing, and what the
+                                             // dialog's own buttons send.
+                                             m_recorder.frame(std::nullopt, now());
+                                             act("copyProfileSameSame:");
+                                         },
+                                         [this] { m_delegate.outlets().toProfileMenu.selected.set(5); }}});
+    act("profileSelectPopup:", {.number = 10});
+    quit();
+    EXPECT_THAT(m_script, HasSubstr("action \"setColorsBtn:\"\n"
+                                    "answer 1 fromProfileMenu=3 toProfileMenu=5\n"
+                                    "action \"profileSelectPopup:\" 10\n"
+                                    "strip off\nquit\n"));
+}
+
+TEST(ScriptText, HoldsNoWordsOfTheUsers) {
+    screenlink::Cells cells{};
+    cells[0] = {true, true, true};
+    cells[10] = {false, true, false};
+    EXPECT_EQ(stripLine(cells),
+              "strip ffffff 000000 000000 000000 000000 000000 000000 000000 000000 000000 00ff00");
+    EXPECT_EQ(actionLine(*app::findAction("blinkTimeChanged:"), {.text = "2.5 my secret"}),
+              "action \"blinkTimeChanged:\" \"2.5\"");
+    EXPECT_EQ(settingLine("a \"b\"", std::string("secret")), std::nullopt);
+    EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5}),
+              "default \"a \\\"b\\\"\" [1,2.5]");
+    EXPECT_EQ(waitLine(1'000'050'000ns), "wait 1.000050");
+}
+
+TEST(ScriptRecorder, EndsAtItsLimitAndWhenItCannotWrite) {
+    simulated::InMemoryDefaults settings;
+    std::vector<std::string> ends;
+    std::size_t written = 0;
+    bool works = true;
+    const auto write = [&](std::string_view lines) {
+        written += lines.size();
+        return works;
+    };
+    const auto ended = [&](std::string why) { ends.push_back(std::move(why)); };
+    ScriptRecorder full([] { return 0s; }, write, ended, 500);
+    full.launch(settings, 1.0);
+    for (int i = 0; i < 100; ++i)
+        full.sleep();
+    EXPECT_LE(written, 500U);
+    EXPECT_GT(written, 490U);
+    works = false;
+    ScriptRecorder broken([] { return 0s; }, write, ended);
+    broken.launch(settings, 1.0);
+    EXPECT_THAT(ends, ElementsAre(HasSubstr("full"), HasSubstr("can't be written")));
+}
+
+} // namespace
+} // namespace glimra::recording
