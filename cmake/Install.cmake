@@ -4,8 +4,8 @@ include(GNUInstallDirs)
 set(GLIMRA_RELEASE_DATE "2026-11-23" CACHE STRING "Date of this version")
 set(GLIMRA_APP_ID "example.glimra.Glimra")
 set(CPACK_PACKAGE_CONTACT "Glimra developers <${GLIMRA_SUPPORT_ADDRESS}>")
-# 0: not one of the distribution's own.
-set(CPACK_DEBIAN_PACKAGE_RELEASE 0)
+# Not one of the distribution's own, which would begin with 1.
+set(CPACK_DEBIAN_PACKAGE_RELEASE 0glimra1)
 set(GLIMRA_PACKAGING ${CMAKE_SOURCE_DIR}/packaging)
 
 # Components: `glimra` is what everybody gets, `elsewhere` what a Debian package has in another form or not at
