@@ -41,14 +41,14 @@ AppDelegate::AppDelegate(platform::Platform& platform)
       m_actionKeySetter({platform.userDefaults, m_outlets, m_unsavedEdits, m_windowCloser, m_profileStore,
                          m_state.profile, m_state.canvas, m_state.lighting, m_state.actionKeys,
                          m_state.saveActionBarKeyMap}),
-      m_colorProgrammer({platform.runLoop, platform.windowSystem, platform.userDefaults, m_outlets,
+      m_colorProgrammer({platform.runLoop, platform.windowSystem, platform.userDefaults, platform.systemLog, m_outlets,
                          m_unsavedEdits, m_lighting, m_state.lighting, m_profileStore, m_state.profile,
                          m_state.canvas, m_cooldownDisplay, m_state.options, m_state.messages}),
       m_profileTransfer({platform.windowSystem, platform.userDefaults, platform.systemLog, m_log,
                          platform.bundle, platform.settingsFolder, m_outlets, m_lighting, m_state.lighting,
                          m_profileStore, m_state.profile, m_state.canvas, m_state.canvasKeyCodes,
                          m_cooldownDisplay, m_state.options}),
-      m_launcher({platform.windowSystem, platform.userDefaults, platform.childProcesses, platform.modifiers,
+      m_launcher({platform.windowSystem, platform.userDefaults, platform.systemLog, platform.childProcesses, platform.modifiers,
                   m_log, m_outlets, m_windowCloser, m_state.launcher}),
       activeScreenReader(platform.readerCapture, platform.runLoop, m_log, platform.application,
                          m_messageQueue, m_state.stripGeometry, m_state.readerFlags) {
@@ -84,6 +84,10 @@ void AppDelegate::applicationWillTerminate() {
     m_platform.processActivity.end(kActivityReason);
     m_platform.windowSystem.saveFrame(kFrameName);
     m_platform.ledDriver.LogiLedShutdown();
+}
+
+void AppDelegate::tell(std::string_view line) {
+    m_log.appendLog(std::string(line) + "\n");
 }
 
 void AppDelegate::appendToMessageQueue(std::string_view token) {
@@ -325,7 +329,7 @@ void AppDelegate::startLedDriver() {
 }
 
 void AppDelegate::loadCalibration() {
-    if (screenlink::loadScanSettings(m_state.scan, m_platform.userDefaults))
+    if (screenlink::loadScanSettings(m_state.scan, {m_platform.userDefaults, m_platform.systemLog}))
         m_log.appendLog(
             "\nCalibration settings not found!\nPlease install the Glimraxmit AddOn into your WoW "
             "Interface/AddOns folder and then calibrate Glimra to your screen. Click Help for "

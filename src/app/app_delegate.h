@@ -69,6 +69,8 @@ public:
     Outlets& outlets() { return m_outlets; }
     const State& state() const { return m_state; }
 
+    /// Writes a line, without its end, into the log: what the machine has to say.
+    void tell(std::string_view line);
     /// Takes a token as the reader does; any thread.
     void appendToMessageQueue(std::string_view token);
     /// Draws the keyboard canvas; only while its window is shown.

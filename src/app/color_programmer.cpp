@@ -20,9 +20,12 @@ bool isProfile(int number) {
     return number >= 1 && number <= static_cast<int>(lighting::kProfileCount);
 }
 
-void loadOption(const platform::UserDefaults& defaults, std::string_view key, bool& option,
+void loadOption(const platform::SettingsReader& settings, std::string_view key, bool& option,
                 platform::CheckBox& checkBox) {
-    option = platform::storedBool(defaults, key).value_or(false);
+    option = settings
+                 .checked(platform::storedBool(settings.defaults, key), key,
+                          "is neither yes nor no; no stands in for it.")
+                 .value_or(false);
     checkBox.on.set(option);
 }
 
@@ -39,15 +42,15 @@ ColorProgrammer::ColorProgrammer(const Parts& parts) : m(parts) {
 }
 
 void ColorProgrammer::loadSingleColorMode() {
-    loadOption(m.defaults, kSingleColorKey, m.options.useSingleColorMode, m.outlets.singleColorModeBtn);
+    loadOption({m.defaults, m.systemLog}, kSingleColorKey, m.options.useSingleColorMode, m.outlets.singleColorModeBtn);
 }
 
 void ColorProgrammer::loadAutoToggleProfile() {
-    loadOption(m.defaults, kAutoToggleKey, m.options.autoToggleProfile2, m.outlets.autoChatProfileCheckbox);
+    loadOption({m.defaults, m.systemLog}, kAutoToggleKey, m.options.autoToggleProfile2, m.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::loadCombatChatWarning() {
-    loadOption(m.defaults, kChatWarningKey, m.options.combatChatWarning, m.outlets.combatChatAlertCheckbox);
+    loadOption({m.defaults, m.systemLog}, kChatWarningKey, m.options.combatChatWarning, m.outlets.combatChatAlertCheckbox);
 }
 
 void ColorProgrammer::openColorProgrammer() {

@@ -15,6 +15,7 @@ public:
         platform::RunLoop& runLoop;
         platform::WindowSystem& windows;
         platform::UserDefaults& defaults;
+        platform::SystemLog& systemLog;
         Outlets& outlets;
         UnsavedEdits& unsavedEdits;
         lighting::LightingOutput& lighting;

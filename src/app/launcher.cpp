@@ -47,17 +47,17 @@ Launcher::Launcher(const Parts& parts) : m(parts) {
 void Launcher::loadApplicationNames() {
     for (const NameRow& row : kNames) {
         std::string& name = m.names.*row.name;
-        name = platform::storedString(m.defaults, row.key).value_or(name);
+        name = storedName(row.key).value_or(name);
         (m.outlets.*row.field).text.set(name);
     }
 }
 
 void Launcher::autorun() {
-    const std::optional<std::string> title = platform::storedString(m.defaults, kAutorunTitleKey);
+    const std::optional<std::string> title = storedName(kAutorunTitleKey);
     for (platform::MenuItem* item : autorunItems(m.outlets))
         item->on.set(item->title == title);
 
-    const std::string name = platform::storedString(m.defaults, kAutorunNameKey).value_or("");
+    const std::string name = storedName(kAutorunNameKey).value_or("");
     if (name.empty() || name == "None") {
         m.outlets.autorunNoneMI.on.set(true);
         return;
@@ -94,6 +94,11 @@ void Launcher::editGameNames() {
         m.defaults.set(row.key, m.names.*row.name);
     }
     m.closer.close(m.outlets.launchOptionWindow);
+}
+
+std::optional<std::string> Launcher::storedName(std::string_view key) const {
+    const platform::SettingsReader reader{m.defaults, m.systemLog};
+    return reader.checked(platform::storedString(m.defaults, key), key, "is no text and is ignored.");
 }
 
 void Launcher::activate(const std::string& name) {

@@ -25,6 +25,7 @@ public:
     struct Parts {
         platform::WindowSystem& windows;
         platform::UserDefaults& defaults;
+        platform::SystemLog& systemLog;
         platform::ChildProcesses& childProcesses;
         platform::Modifiers& modifiers;
         platform::MessageLog& log;
@@ -47,6 +48,7 @@ public:
     void editGameNames();
 
 private:
+    std::optional<std::string> storedName(std::string_view key) const;
     void activate(const std::string& name);
 
     Parts m;

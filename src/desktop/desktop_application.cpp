@@ -73,6 +73,7 @@ int runDesktopApplication(const Options& options) {
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
     tellNotes(machine, outlets, delegate);
+    machine.keyboard.told.observe([&delegate](std::string_view line) { delegate.tell(line); });
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)
@@ -83,7 +84,7 @@ int runDesktopApplication(const Options& options) {
                      .windowSystem = machine.windowSystem,
                      .runLoop = machine.runLoop,
                      .userDefaults = machine.settings,
-                     .keyboard = machine.keyboard,
+                     .keyboard = machine.keyboard.drawn(),
                      .now = QtRunLoop::monotonicNow,
                      .quit = [&machine] { machine.lifecycle.terminate(); },
                      .keyboardName = "keyboard in this window"});

@@ -12,7 +12,7 @@
 #include "desktop/system_services.h"
 #include "desktop/thread_worker_loop.h"
 #include "desktop/x11/screen_capture.h"
-#include "keyboards/virtual_keyboard.h"
+#include "keyboards/chosen_keyboard.h"
 #include "platform/platform.h"
 
 #include <string>
@@ -27,6 +27,9 @@ struct DesktopPlatform {
     /// What of it the application sees.
     platform::Platform platform();
 
+    /// Lights the keyboard by another driver, from now on and at the next start.
+    void chooseKeyboard(const std::string& driver);
+
     StderrSystemLog systemLog;
     SettingsFile settings;
     QtRunLoop runLoop;
@@ -34,7 +37,7 @@ struct DesktopPlatform {
     X11ScreenCapture readerCapture;
     X11ScreenCapture mainCapture;
     ThreadWorkerLoop readerThread;
-    keyboards::VirtualKeyboard keyboard{QtRunLoop::monotonicNow};
+    keyboards::ChosenKeyboard keyboard;
     /// What the services of the machine cannot do here, for whoever debugs.
     std::vector<std::string> notes;
     PowerServices power;

@@ -9,8 +9,10 @@
 
 namespace glimra::desktop {
 
-DesktopWorkspace::DesktopWorkspace(const std::string& displayName, PowerServices& power)
+DesktopWorkspace::DesktopWorkspace(const std::string& displayName, PowerServices& power,
+                                   std::function<void()> afterWaking)
     : m_power(power),
+      m_afterWaking(std::move(afterWaking)),
       m_frontmost(displayName) {
     processEvents();
 }
@@ -21,7 +23,10 @@ std::optional<platform::RunningApplication> DesktopWorkspace::frontmostApplicati
 
 void DesktopWorkspace::observeSleep(std::function<void()> aboutToSleep,
                                     std::function<void()> screensDidWake) {
-    m_power.observeSleep(std::move(aboutToSleep), std::move(screensDidWake));
+    m_power.observeSleep(std::move(aboutToSleep), [this, screensDidWake = std::move(screensDidWake)] {
+        screensDidWake();
+        m_afterWaking();
+    });
 }
 
 bool DesktopWorkspace::openUrl(const std::string& address) {

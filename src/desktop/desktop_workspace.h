@@ -18,7 +18,8 @@ namespace glimra::desktop {
 class DesktopWorkspace final : public QObject, public platform::Workspace {
 public:
     /// An empty name stands for the display in the environment.
-    DesktopWorkspace(const std::string& displayName, PowerServices& power);
+    /// `afterWaking` is called when the application knows that the screens have woken.
+    DesktopWorkspace(const std::string& displayName, PowerServices& power, std::function<void()> afterWaking);
 
     std::optional<platform::RunningApplication> frontmostApplication() const override;
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
@@ -31,6 +32,7 @@ private:
     void processEvents();
 
     PowerServices& m_power;
+    std::function<void()> m_afterWaking;
     X11FrontmostApplication m_frontmost;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QBasicTimer m_wakeUp;

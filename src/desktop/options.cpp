@@ -1,7 +1,12 @@
 #include "desktop/options.h"
 
+#include "keyboards/chosen_keyboard.h"
+
 #include <CLI/CLI.hpp>
 
+#include <arpa/inet.h>
+
+#include <charconv>
 #include <filesystem>
 
 namespace glimra::desktop {
@@ -13,16 +18,61 @@ std::string noFolder(const std::string& path) {
     return std::filesystem::is_directory(path, ignored) ? path + " is a folder" : std::string{};
 }
 
+std::vector<std::string> keyboardNames() {
+    std::vector<std::string> names{std::string(keyboards::kAutomaticDriver)};
+    for (const keyboards::DriverName& driver : keyboards::kDriverNames)
+        names.emplace_back(driver.name);
+    return names;
+}
+
+bool isNumericAddress(const std::string& host) {
+    in6_addr address{};
+    return inet_pton(AF_INET, host.c_str(), &address) == 1 || inet_pton(AF_INET6, host.c_str(), &address) == 1;
+}
+
+/// HOST, HOST:PORT or [IPv6 HOST]:PORT.
+std::optional<keyboards::openrgb::ServerAddress> serverFromText(const std::string& text) {
+    keyboards::openrgb::ServerAddress server{text};
+    const std::size_t colon = text.rfind(':');
+    if (colon != std::string::npos && !isNumericAddress(text)) {
+        const char* const end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data() + colon + 1, end, server.port);
+        if (error != std::errc{} || rest != end || server.port == 0)
+            return std::nullopt;
+        server.host = text.substr(0, colon);
+        if (server.host.starts_with('[') && server.host.ends_with(']'))
+            server.host = server.host.substr(1, server.host.size() - 2);
+    }
+    if (server.host != "localhost" && !isNumericAddress(server.host))
+        return std::nullopt;
+    return server;
+}
+
 } // namespace
 
 std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {
     Options options;
-    const std::vector<std::string> keyboards{"auto", "virtual"};
     CLI::App command("Puts what happens in the game on the keys of an RGB keyboard.", "glimra");
     command.set_version_flag("--version", "glimra " GLIMRA_VERSION);
-    command.add_option("--keyboard", options.keyboard, "The keyboard to light (default: auto)")
+    command.add_option("--keyboard", options.keyboard, "How to light the keyboard (default: as set in the window, at first auto)")
         ->type_name("NAME")
-        ->check(CLI::IsMember(keyboards));
+        ->check(CLI::IsMember(keyboardNames()));
+    command.add_option("--sdk", options.sdkLibrary, "The keyboard vendor's library (default: the usual places)")
+        ->type_name("PATH")
+        ->check(CLI::ExistingFile);
+    command
+        .add_option_function<std::string>(
+            "--openrgb",
+            [&options](const std::string& text) {
+                options.openRgbServer = serverFromText(text);
+                if (!options.openRgbServer)
+                    throw CLI::ValidationError("--openrgb", text + " is no numeric address with a port");
+            },
+            "The OpenRGB server (default: 127.0.0.1:6742)")
+        ->type_name("HOST[:PORT]");
+    command
+        .add_option("--openrgb-keyboard", options.openRgbKeyboard, "Name of the server's keyboard, or part of it")
+        ->type_name("NAME");
     command.add_option("--settings", options.settingsFile, "Where the settings are kept")
         ->type_name("FILE")
         ->check(noFolder);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "keyboards/openrgb/connection.h"
+
 #include <optional>
 #include <string>
 #include <variant>
@@ -8,8 +10,14 @@ namespace glimra::desktop {
 
 /// What the command line asks for.
 struct Options {
-    /// Name of a keyboard driver, one of those that exist.
-    std::string keyboard = "auto";
+    /// Name of a keyboard driver, one of those that exist; where none is given the settings have it.
+    std::optional<std::string> keyboard;
+    /// The vendor's library.
+    std::optional<std::string> sdkLibrary;
+    /// The OpenRGB server, where one is named.
+    std::optional<keyboards::openrgb::ServerAddress> openRgbServer;
+    /// Name of the server's keyboard, or part of it; empty for the one with the most keys.
+    std::string openRgbKeyboard;
     std::optional<std::string> settingsFile;
     std::optional<std::string> traceFile;
     /// X display to capture; empty for the one in the environment.

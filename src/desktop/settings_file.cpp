@@ -1,8 +1,8 @@
 #include "desktop/settings_file.h"
 
+#include "desktop/settings_backups.h"
 #include "desktop/stored_value_text.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -16,17 +16,23 @@ QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// The path, once what lies there can be read.
+QString mended(const QString& path, platform::SystemLog& systemLog) {
+    mendSettings(path, systemLog);
+    return path;
+}
+
 } // namespace
 
 SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
     : m_systemLog(systemLog),
-      m_settings(path, QSettings::IniFormat) {
-    if (m_settings.status() == QSettings::FormatError)
-        setDamagedFileAside();
+      m_settings(mended(path, systemLog), QSettings::IniFormat) {
+    keepCopy(path);
 }
 
 SettingsFile::~SettingsFile() {
     save();
+    keepCopy(m_settings.fileName());
 }
 
 QString SettingsFile::defaultPath() {
@@ -52,6 +58,7 @@ std::optional<StoredValue> SettingsFile::read(const QString& key) const {
 }
 
 void SettingsFile::set(std::string_view key, StoredValue value) {
+    m_settings.setValue(kEndMark, "true");
     m_settings.setValue(toQString(key), toQString(toText(value)));
     if (m_saveIsPending)
         return;
@@ -63,7 +70,7 @@ void SettingsFile::set(std::string_view key, StoredValue value) {
 std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
     std::map<std::string, StoredValue, std::less<>> values;
     for (const QString& key : m_settings.allKeys())
-        if (std::optional<StoredValue> value = read(key))
+        if (std::optional<StoredValue> value = key == kEndMark ? std::nullopt : read(key))
             values.emplace(key.toStdString(), std::move(*value));
     return values;
 }
@@ -75,14 +82,6 @@ void SettingsFile::save() {
         return;
     m_reportedWriteFailure = true;
     m_systemLog.write("Settings: can't write " + m_settings.fileName().toStdString());
-}
-
-void SettingsFile::setDamagedFileAside() {
-    const QString copy = m_settings.fileName() + ".damaged";
-    QFile::remove(copy);
-    const bool copied = QFile::copy(m_settings.fileName(), copy);
-    m_systemLog.write("Settings: parts of " + m_settings.fileName().toStdString() + " can't be read" +
-                      (copied ? "; the whole file is kept as " + copy.toStdString() : ""));
 }
 
 } // namespace glimra::desktop

@@ -14,8 +14,8 @@ namespace glimra::desktop {
 /// The settings in an INI file, each value in the form of stored_value_text.h. A change is written when the
 /// event loop comes round, and at the latest when the object goes; the file is replaced as a whole.
 ///
-/// A value that cannot be read counts as absent and is said once in the system log. A file with lines that
-/// are no settings is copied to FILE.damaged before anything is written over it. Main thread.
+/// A value that cannot be read counts as absent and is said once in the system log. Copies of the file are
+/// kept, and take its place when it is damaged: settings_backups.h. Main thread.
 class SettingsFile final : public QObject, public platform::UserDefaults {
 public:
     SettingsFile(const QString& path, platform::SystemLog& systemLog);
@@ -34,7 +34,6 @@ public:
 private:
     std::optional<platform::StoredValue> read(const QString& key) const;
     void save();
-    void setDamagedFileAside();
 
     platform::SystemLog& m_systemLog;
     QSettings m_settings;

@@ -160,10 +160,12 @@ void CooldownDisplay::unrevealCooldownColors() {
 }
 
 void CooldownDisplay::loadBlinkTime() {
-    const std::optional<double> stored = platform::storedDouble(m.defaults, kBlinkTimeKey);
-    if (!stored && m.defaults.get(kBlinkTimeKey))
-        platform::reportSetting(m.systemLog, kBlinkTimeKey, "is no number; one second stands in for it.");
-    setBlinkTime(stored.value_or(0.0) == 0.0 ? kFactoryBlinkTime : *stored);
+    const platform::SettingsReader reader{m.defaults, m.systemLog};
+    const double stored = reader
+                              .checked(platform::storedDouble(m.defaults, kBlinkTimeKey), kBlinkTimeKey,
+                                       "is no number; one second stands in for it.")
+                              .value_or(0.0);
+    setBlinkTime(stored == 0.0 ? kFactoryBlinkTime : stored);
 }
 
 void CooldownDisplay::blinkTimeChanged() {

@@ -87,7 +87,7 @@ public:
             if (step.kind == WriterPlan::Step::Kind::Search)
                 search();
             else if (step.kind == WriterPlan::Step::Kind::Write)
-                heed(m_device.write(step.keys));
+                write(step.keys);
             else
                 wait(step);
         }
@@ -112,7 +112,15 @@ private:
         else
             m_plan.notFound(monotonicNow());
         if (!m_shared.stop.isSet())
-            tell({result.found ? DeviceEvent::Kind::Found : DeviceEvent::Kind::Absent, result.text});
+            tell({result.found ? DeviceEvent::Kind::Found : DeviceEvent::Kind::Absent, result.text,
+                  result.name});
+    }
+
+    void write(std::span<const KeyColor> keys) {
+        heed(m_device.write(keys));
+        // A device so slow that the next frame is due by now leaves no time to wait for what it has to tell.
+        if (m_plan.isOpen() && waitForInput(-1, m_device.watchedFd(), Time::zero()).second)
+            heed(m_device.serve());
     }
 
     void heed(const DeviceStatus& status) {

@@ -15,6 +15,8 @@ struct DeviceEvent {
 
     Kind kind = Kind::Absent;
     std::string text;
+    /// Found: what lights up, in a few words.
+    std::string name{};
 };
 
 /// Keeps a device showing a keyboard model, on a thread of its own. Sends only keys whose colours have

@@ -21,6 +21,8 @@ struct OpenResult {
     bool found = false;
     /// Found: which keyboard it is. Otherwise: why there is none, and what the player can do about it.
     std::string text;
+    /// Found: what lights up, in a few words: "keyboard G810 on USB".
+    std::string name{};
 };
 
 struct DeviceStatus {

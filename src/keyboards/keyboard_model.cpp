@@ -38,6 +38,22 @@ Rgb toBytes(const Percentages& color) {
     return {byte(color.red), byte(color.green), byte(color.blue)};
 }
 
+/// The percentages of which these are the bytes.
+Percentages toPercentages(Rgb color) {
+    const auto percent = [](int byte) { return (byte * 100 + 127) / 255; };
+    return {percent(color.red), percent(color.green), percent(color.blue)};
+}
+
+void repeatEffect(const KeyEffect& effect, KeyName key, platform::LedDriver& driver) {
+    const auto milliseconds = static_cast<int>(effect.period / std::chrono::milliseconds(1));
+    const auto [red, green, blue] = toPercentages(effect.start);
+    const auto [lastRed, lastGreen, lastBlue] = toPercentages(effect.finish);
+    if (effect.kind == KeyEffect::Kind::Flash)
+        driver.LogiLedFlashSingleKey(key, red, green, blue, 0, milliseconds);
+    else if (effect.kind == KeyEffect::Kind::Pulse)
+        driver.LogiLedPulseSingleKey(key, red, green, blue, lastRed, lastGreen, lastBlue, milliseconds, true);
+}
+
 /// All of `to` in a mixture, in the fixed-point form in which shares are reckoned.
 constexpr int kWhole = 1 << 16;
 
@@ -150,6 +166,17 @@ bool KeyboardModel::stopEffectsOnKey(KeyName keyName) {
 void KeyboardModel::stopEffects() {
     if (isMeant())
         m_effects.fill({});
+}
+
+void KeyboardModel::repeatOn(platform::LedDriver& driver) const {
+    driver.LogiLedSetTargetDevice(m_targetDevice);
+    for (std::size_t index = 0; index < kKeyCount; ++index) {
+        const KeyName key = lighting::driverKeyName(lighting::kKeyboardLayout[index].code);
+        const auto [red, green, blue] = toPercentages(m_base[index]);
+        driver.LogiLedSetLightingForKeyWithKeyName(key, red, green, blue);
+        if (m_effects[index].end == Time::max())
+            repeatEffect(m_effects[index], key, driver);
+    }
 }
 
 KeyColors KeyboardModel::colorsAt(Time time) const {

@@ -79,6 +79,9 @@ public:
     bool stopEffectsOnKey(KeyName keyName);
     void stopEffects();
 
+    /// Shows the same on another keyboard, but for effects that end by themselves. Effects begin anew there.
+    void repeatOn(platform::LedDriver& driver) const;
+
     /// The colours at a moment. A moment before an effect began shows the effect's beginning.
     KeyColors colorsAt(Time time) const;
     /// The next moment later than `after` at which colours can differ from those before: at most `kFrame`

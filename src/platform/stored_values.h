@@ -18,6 +18,21 @@ std::optional<std::string> storedString(const UserDefaults& defaults, std::strin
 /// and what stands in for it.
 void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint);
 
+/// Where settings are read, and where it is said that one cannot be used.
+struct SettingsReader {
+    const UserDefaults& defaults;
+    SystemLog& systemLog;
+
+    /// Hands on what was read of a setting; says so when the setting is there and yet nothing could be read.
+    template <class Value>
+    std::optional<Value> checked(std::optional<Value> value, std::string_view key,
+                                 std::string_view complaint) const {
+        if (!value && defaults.get(key))
+            reportSetting(systemLog, key, complaint);
+        return value;
+    }
+};
+
 /// A number as an integer, truncated toward zero; none when it is no number or does not fit.
 std::optional<std::int64_t> toInteger(const Number& number);
 

@@ -54,13 +54,14 @@ lighting::KeyCode keyOfSlot(const ActionKeyMap& map, const ActionSlot& slot) {
 }
 
 ActionKeyMap loadActionKeyMap(const platform::UserDefaults& defaults, platform::SystemLog& systemLog) {
+    const platform::SettingsReader reader{defaults, systemLog};
     ActionKeyMap map;
     for (const ActionSlot& slot : kActionSlots) {
         const std::string key = slotKey(slot);
-        const std::optional<lighting::KeyCode> stored = toKeyCode(platform::storedInteger(defaults, key));
-        if (!stored && defaults.get(key))
-            platform::reportSetting(systemLog, key, "names no key; the factory key stands in for it.");
-        keyOfSlot(map, slot) = stored.value_or(slot.factoryKey);
+        keyOfSlot(map, slot) = reader
+                                   .checked(toKeyCode(platform::storedInteger(defaults, key)), key,
+                                            "names no key; the factory key stands in for it.")
+                                   .value_or(slot.factoryKey);
     }
     return map;
 }

@@ -1,6 +1,6 @@
 #include "screenlink/scan_settings.h"
 
-#include "platform/stored_values.h"
+#include <cmath>
 
 namespace glimra::screenlink {
 
@@ -17,14 +17,15 @@ ScanSettings factoryScanSettings() {
     return {kFactoryWidth, kFactoryOffset};
 }
 
-bool loadScanSettings(ScanSettings& settings, const platform::UserDefaults& defaults) {
-    const double width = platform::storedDouble(defaults, "scanWidth").value_or(0.0);
-    const std::int64_t offset = platform::storedInteger(defaults, "scanOffset").value_or(0);
-    const auto isPlausible = [](double value) {
-        return value >= -kLargestPlausible && value <= kLargestPlausible;
+bool loadScanSettings(ScanSettings& settings, const platform::SettingsReader& stored) {
+    const auto load = [&stored](std::string_view key) {
+        std::optional<double> value = platform::storedDouble(stored.defaults, key);
+        if (value && !(std::abs(*value) <= kLargestPlausible))
+            value.reset();
+        return stored.checked(value, key, "lies on no screen and is ignored.").value_or(0.0);
     };
-    settings.scanWidth = isPlausible(width) ? static_cast<double>(static_cast<float>(width)) : 0.0;
-    settings.scanOffset = isPlausible(static_cast<double>(offset)) ? static_cast<int>(offset) : 0;
+    settings.scanWidth = static_cast<double>(static_cast<float>(load("scanWidth")));
+    settings.scanOffset = static_cast<int>(load("scanOffset"));
     if (static_cast<int>(settings.scanWidth) + settings.scanOffset != 0)
         return false;
     settings = factoryScanSettings();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/user_defaults.h"
+#include "platform/stored_values.h"
 
 namespace glimra::screenlink {
 
@@ -14,6 +14,6 @@ struct ScanSettings {
 ScanSettings factoryScanSettings();
 
 /// Reads the calibration. True when nothing usable was stored, and the settings are the factory's.
-bool loadScanSettings(ScanSettings& settings, const platform::UserDefaults& defaults);
+bool loadScanSettings(ScanSettings& settings, const platform::SettingsReader& stored);
 
 } // namespace glimra::screenlink

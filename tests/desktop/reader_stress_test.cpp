@@ -1,12 +1,10 @@
-#include "desktop/qt_run_loop.h"
 #include "desktop/thread_worker_loop.h"
 #include "screenlink/calibration.h"
 #include "screenlink/screen_reader.h"
+#include "support/real_time_loop.h"
 #include "tools/strip/strip_encoder.h"
 
 #include <gtest/gtest.h>
-
-#include <QApplication>
 
 namespace glimra::desktop {
 namespace {
@@ -105,7 +103,7 @@ bool couldComeFromTheFront(const std::vector<std::string>& pushed, const std::ve
 }
 
 TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
-    QtRunLoop loop;
+    tests::RealTimeLoop loop;
     FastScreen screen;
     BlackScreen black;
     HurriedThread thread;

@@ -11,6 +11,12 @@
 
 #include <bit>
 #include <limits>
+#include <thread>
+
+#include <csignal>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace glimra::desktop {
 namespace {
@@ -133,6 +139,71 @@ TEST_F(SettingsTest, ADamagedFileIsKeptBesideTheNewOne) {
     EXPECT_EQ(contentOf(path() + ".damaged"), content);
     EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr(".damaged")));
     EXPECT_EQ(SettingsFile(path(), m_log).get("new"), StoredValue{std::int64_t{1}});
+}
+
+TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
+    for (std::int64_t start = 1; start <= 5; ++start)
+        SettingsFile(path(), m_log).set("start", start);
+    SettingsFile(path(), m_log); // changes nothing, so nothing is kept once more
+    const QByteArray good = contentOf(path());
+    EXPECT_EQ(contentOf(path() + ".1"), good);
+    EXPECT_THAT(contentOf(path() + ".3").toStdString(), HasSubstr("start=3\n"));
+    EXPECT_FALSE(QFile::exists(path() + ".4"));
+    EXPECT_THAT(m_log.lines, ElementsAre());
+
+    // Cut off, emptied, full of zeros, or scribbled over; the newest copy may be bad, too.
+    for (const QByteArray& damage : {good.left(good.size() - 12), QByteArray(), QByteArray(good.size(), '\0'),
+                                     "[General]\nstart\n" + good}) {
+        m_log.lines.clear();
+        writeFile(damage);
+        EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{5}});
+        EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr(".damaged")));
+    }
+    EXPECT_EQ(contentOf(path() + ".damaged-4").left(16), "[General]\nstart\n");
+    writeFile("");
+    QFile::rename(path(), path() + ".1x");
+    QFile::remove(path() + ".1");
+    QFile::rename(path() + ".1x", path() + ".1");
+    writeFile("nonsense");
+    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4}});
+}
+
+/// Changes two values together, again and again, until it is killed.
+[[noreturn]] void saveForever(const QString& path, platform::SystemLog& log) {
+    SettingsFile settings(path, log);
+    for (std::int64_t number = std::get<std::int64_t>(*settings.get("first"));; ++number) {
+        settings.set("first", number);
+        settings.set("filling", std::string(20000, 'x'));
+        settings.set("second", number);
+        QCoreApplication::processEvents();
+    }
+}
+
+TEST_F(SettingsTest, AKillAtAnyMomentLeavesTheOldOrTheNewValues) {
+    {
+        SettingsFile settings(path(), m_log);
+        settings.set("first", std::int64_t{0});
+        settings.set("second", std::int64_t{0});
+    }
+    constexpr int kKills = 200;
+    std::int64_t before = 0;
+    for (int kill = 0; kill < kKills; ++kill) {
+        const pid_t child = fork();
+        if (child == 0)
+            saveForever(path(), m_log);
+        // Spread over several saves, so that every step of one is met.
+        std::this_thread::sleep_for(std::chrono::microseconds(1500 + kill * 7919 % 9000));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        const SettingsFile settings(path(), m_log);
+        const auto first = settings.get("first");
+        ASSERT_TRUE(first) << "kill " << kill;
+        ASSERT_EQ(settings.get("second"), first) << "kill " << kill;
+        ASSERT_GE(std::get<std::int64_t>(*first), before);
+        before = std::get<std::int64_t>(*first);
+    }
+    EXPECT_GT(before, kKills / 4) << "the children hardly came to saving";
+    EXPECT_THAT(m_log.lines, ElementsAre());
 }
 
 TEST_F(SettingsTest, AFileThatCannotBeWrittenIsSaidOnceAndTheRunGoesOn) {

@@ -156,6 +156,23 @@ TEST(DeviceWriter, SendsAllKeysWhenAskedAndWhenTheDeviceNeedsThem) {
     bench.with([](const Bench::State& s) { EXPECT_THAT(s.frameSizes, testing::Each(kKeyCount)); });
 }
 
+TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
+    Bench bench;
+    bench.with([](Bench::State& s) { s.writingTime = 40ms; });
+    KeyboardModel model;
+    model.pulse(kEsc, {100, 0, 0}, {0, 0, 100}, 300ms, Repeat::UntilStopped, monotonicNow());
+    DeviceWriter writer(bench.device(), bench.report());
+    writer.show(model);
+    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 2; }));
+    BenchDevice::m_news.set();
+    const std::size_t sent = bench.with([](const Bench::State& s) { return s.frameSizes.size(); });
+    ASSERT_TRUE(bench.waitFor([&](const Bench::State& s) { return s.frameSizes.size() == sent + 4; }));
+    writer.stop();
+    bench.with([&](const Bench::State& s) {
+        EXPECT_EQ(std::count(s.frameSizes.begin() + 2, s.frameSizes.end(), kKeyCount), 1);
+    });
+}
+
 TEST(DeviceWriter, TellsALossOnceAndFindsTheDeviceAgain) {
     Bench bench;
     bench.with([](Bench::State& s) { s.isBroken = true; });

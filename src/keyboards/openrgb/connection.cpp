@@ -54,23 +54,44 @@ bool waitForOutput(int fd, const WakeEvent& stop, Time deadline) {
     }
 }
 
+/// What became of a connection that was under way; 0 when it is there.
+int pendingError(int fd) {
+    int error = 0;
+    socklen_t size = sizeof error;
+    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
+}
+
+int newSocket(const addrinfo& address) {
+    return socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+}
+
 } // namespace
+
+bool mayListen(const ServerAddress& server) {
+    const Addresses address = numericAddress(server.host, server.port);
+    const int fd = address ? newSocket(*address) : -1;
+    if (fd < 0)
+        return false;
+    int error = ::connect(fd, address->ai_addr, address->ai_addrlen) == 0 ? 0 : errno;
+    if (error == EINPROGRESS) {
+        pollfd watched{fd, POLLOUT, 0};
+        error = poll(&watched, 1, 10) > 0 ? pendingError(fd) : 0;
+    }
+    ::close(fd);
+    return error == 0;
+}
 
 std::string Connection::connect(const std::string& host, std::uint16_t port, Time deadline) {
     close();
     const Addresses address = numericAddress(host, port);
     if (!address)
         return "not a numeric address";
-    m_fd = socket(address->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    m_fd = newSocket(*address);
     if (m_fd < 0)
         return errorText(errno);
     int error = ::connect(m_fd, address->ai_addr, address->ai_addrlen) == 0 ? 0 : errno;
     if (error == EINPROGRESS) {
-        socklen_t size = sizeof error;
-        if (!waitForOutput(m_fd, m_stop, deadline))
-            error = ETIMEDOUT;
-        else if (getsockopt(m_fd, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
-            error = errno;
+        error = waitForOutput(m_fd, m_stop, deadline) ? pendingError(m_fd) : ETIMEDOUT;
     }
     if (error != 0) {
         close();

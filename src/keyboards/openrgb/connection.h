@@ -11,6 +11,17 @@ namespace glimra::keyboards::openrgb {
 using platform::Duration;
 using platform::Time;
 
+/// Where a server is looked for.
+struct ServerAddress {
+    /// Numeric, or "localhost".
+    std::string host = "127.0.0.1";
+    std::uint16_t port = 6742;
+};
+
+/// Whether something may listen there: false when the answer that nothing does is there within 10 ms, as it is
+/// for this machine's own addresses.
+bool mayListen(const ServerAddress& server);
+
 /// A TCP connection that never waits longer than it is told to, and only while `stop` is not set. One thread.
 class Connection {
 public:

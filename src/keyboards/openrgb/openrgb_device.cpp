@@ -88,8 +88,11 @@ OpenResult OpenRgbDevice::tryToOpen(const WakeEvent& stop) {
         return {false, serverText() + " has no keyboard named \"" + printable(m_options.keyboardName) +
                            "\" with a light behind each key."};
     takeOver(std::move(*keyboard));
-    return {true, "Keyboard \"" + printable(m_keyboard.controller.name) + "\" found through OpenRGB, with " +
-                      std::to_string(m_keyboard.keyCount) + " keys."};
+    const std::string name = printable(m_keyboard.controller.name);
+    return {true,
+            "Keyboard \"" + name + "\" found through OpenRGB, with " + std::to_string(m_keyboard.keyCount) +
+                " keys.",
+            "keyboard " + name + " through OpenRGB"};
 }
 
 /// The device that `rank` puts highest, and of these the one with the most keys; 0 is for those that are not

@@ -10,12 +10,6 @@
 
 namespace glimra::keyboards::openrgb {
 
-struct ServerAddress {
-    /// Numeric, or "localhost".
-    std::string host = "127.0.0.1";
-    std::uint16_t port = 6742;
-};
-
 /// How long a server may take.
 struct Timing {
     Duration connection = std::chrono::seconds(1);

@@ -218,7 +218,8 @@ OpenResult UsbKeyboard::open(const WakeEvent&) {
     m_watch.emplace(m_folders, *m_model);
     m_colors = {};
     m_shown.reset();
-    return {true, "The keyboard " + describe(*m_model) + " is lit over USB."};
+    return {true, "The keyboard " + describe(*m_model) + " is lit over USB.",
+            "keyboard " + std::string(m_model->name) + " on USB"};
 }
 
 DeviceStatus UsbKeyboard::write(std::span<const KeyColor> keys) {

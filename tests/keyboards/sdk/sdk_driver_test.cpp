@@ -1,28 +1,19 @@
 #include "keyboards/sdk/sdk_driver.h"
 
+#include "keyboards/sdk/fake_sdk_calls.h"
+
 #include <gmock/gmock.h>
 
 #include <array>
 #include <filesystem>
 #include <string>
 
-#include <dlfcn.h>
-
 namespace glimra::keyboards {
 namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
-
-std::string takeCalls(const char* library) {
-    void* handle = dlopen(library, RTLD_NOW | RTLD_NOLOAD);
-    if (handle == nullptr)
-        return "not loaded";
-    const auto take = reinterpret_cast<const char* (*)()>(dlsym(handle, "fakeSdkTakeCalls"));
-    std::string calls = take();
-    dlclose(handle);
-    return calls;
-}
+using tests::takeCalls;
 
 /// Makes every call once; tells how many were taken.
 int callEverything(SdkDriver& driver) {

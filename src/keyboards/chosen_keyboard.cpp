@@ -1,0 +1,189 @@
+#include "keyboards/chosen_keyboard.h"
+
+#include "keyboards/openrgb/connection.h"
+#include "keyboards/usb/usb_keyboard.h"
+
+#include <system_error>
+#include <utility>
+
+namespace glimra::keyboards {
+
+ChosenKeyboard::ChosenKeyboard(Options options, platform::RunLoop& runLoop)
+    : m_options(std::move(options)),
+      m_runLoop(runLoop),
+      m_drawn([&runLoop] { return runLoop.now(); }) {
+}
+
+ChosenKeyboard::~ChosenKeyboard() = default;
+
+void ChosenKeyboard::choose(std::string_view driver) {
+    m_options.driver = driver;
+    if (!m_open)
+        return;
+    letGo();
+    take();
+    if (m_sdk)
+        m_drawn.model().repeatOn(*m_sdk);
+}
+
+void ChosenKeyboard::resendAll() {
+    m_drawn.resendAll();
+    if (m_sdk)
+        m_drawn.model().repeatOn(*m_sdk);
+}
+
+bool ChosenKeyboard::take() {
+    const std::array<DriverRow, kDriverNames.size()> rows{{
+        {kDriverNames[0].name, [this](Demand) { return takeSdk(); }},
+        {kDriverNames[1].name, [this](Demand demand) { return takeUsb(demand); }},
+        {kDriverNames[2].name, [this](Demand demand) { return takeOpenRgb(demand); }},
+        {kDriverNames[3].name,
+         [this](Demand) {
+             description.set("keyboard in this window");
+             return std::string{};
+         }},
+    }};
+    const DriverChoice choice = chooseDriver(rows, m_options.driver);
+    for (const std::string& line : describe(choice))
+        told.emit(line);
+    return m_options.driver == kAutomaticDriver || choice.driver == m_options.driver;
+}
+
+std::string ChosenKeyboard::takeSdk() {
+    auto sdk = std::make_unique<SdkDriver>(m_options.sdkLibraries);
+    if (!sdk->LogiLedInit())
+        return sdk->reason();
+    m_sdk = std::move(sdk);
+    description.set("keyboard of " + m_sdk->library().filename().string());
+    return {};
+}
+
+std::string ChosenKeyboard::takeUsb(Demand demand) {
+    std::string reason = demand == Demand::Anyway ? std::string{} : whyNoUsbKeyboard(m_options.hidFolders);
+    if (!reason.empty())
+        return reason;
+    auto device = makeUsbKeyboard(m_options.hidFolders);
+    return device ? attach(std::move(device), "no keyboard on USB yet")
+                  : "This program was built without the USB keyboards.";
+}
+
+std::string ChosenKeyboard::takeOpenRgb(Demand demand) {
+    const openrgb::ServerAddress& server = m_options.openRgb.server;
+    if (demand == Demand::IfPresent && !m_options.openRgbIsNamed && !openrgb::mayListen(server))
+        return "There is no OpenRGB server on " + server.host + ":" + std::to_string(server.port) + ".";
+    return attach(std::make_unique<openrgb::OpenRgbDevice>(m_options.openRgb),
+                  "no keyboard from the OpenRGB server yet");
+}
+
+std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device, const std::string& search) {
+    const std::weak_ptr<int> present = m_generation;
+    try {
+        m_drawn.attach(std::move(device),
+                       [this, present, generation = *m_generation](const DeviceEvent& event) {
+                           m_runLoop.post([this, present, generation, event] {
+                               const std::shared_ptr<int> current = present.lock();
+                               if (current && *current == generation)
+                                   heed(event);
+                           });
+                       });
+    } catch (const std::system_error& error) {
+        return std::string("No thread for the keyboard: ") + error.what() + ".";
+    }
+    description.set(search);
+    return {};
+}
+
+void ChosenKeyboard::letGo() {
+    ++*m_generation;
+    m_drawn.detach();
+    if (m_sdk)
+        m_sdk->LogiLedShutdown();
+    m_sdk.reset();
+}
+
+void ChosenKeyboard::heed(const DeviceEvent& event) {
+    told.emit(event.text);
+    if (event.kind == DeviceEvent::Kind::Found)
+        description.set(event.name);
+    else if (event.kind == DeviceEvent::Kind::Lost)
+        description.set("keyboard lost, looking for it");
+}
+
+template <class Call>
+bool ChosenKeyboard::onBoth(Call call) {
+    const bool drawn = call(m_drawn);
+    return m_sdk ? call(*m_sdk) : drawn;
+}
+
+bool ChosenKeyboard::LogiLedInit() {
+    if (m_open)
+        return true;
+    m_open = m_drawn.LogiLedInit();
+    return take();
+}
+
+bool ChosenKeyboard::LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) {
+    return onBoth([&](platform::LedDriver& driver) {
+        return driver.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
+    });
+}
+
+bool ChosenKeyboard::LogiLedSetTargetDevice(int targetDevice) {
+    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetTargetDevice(targetDevice); });
+}
+
+bool ChosenKeyboard::LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) {
+    return onBoth([&](platform::LedDriver& driver) {
+        return driver.LogiLedSetLighting(redPercentage, greenPercentage, bluePercentage);
+    });
+}
+
+bool ChosenKeyboard::LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) {
+    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetLightingFromBitmap(bitmap); });
+}
+
+bool ChosenKeyboard::LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage,
+                                                         int greenPercentage, int bluePercentage) {
+    return onBoth([&](platform::LedDriver& driver) {
+        return driver.LogiLedSetLightingForKeyWithKeyName(keyName, redPercentage, greenPercentage,
+                                                          bluePercentage);
+    });
+}
+
+bool ChosenKeyboard::LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage,
+                                           int bluePercentage, int msDuration, int msInterval) {
+    return onBoth([&](platform::LedDriver& driver) {
+        return driver.LogiLedFlashSingleKey(keyName, redPercentage, greenPercentage, bluePercentage,
+                                            msDuration, msInterval);
+    });
+}
+
+bool ChosenKeyboard::LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
+                                           int startBluePercentage, int finishRedPercentage,
+                                           int finishGreenPercentage, int finishBluePercentage,
+                                           int msDuration, bool isInfinite) {
+    return onBoth([&](platform::LedDriver& driver) {
+        return driver.LogiLedPulseSingleKey(keyName, startRedPercentage, startGreenPercentage,
+                                            startBluePercentage, finishRedPercentage, finishGreenPercentage,
+                                            finishBluePercentage, msDuration, isInfinite);
+    });
+}
+
+bool ChosenKeyboard::LogiLedStopEffectsOnKey(KeyName keyName) {
+    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedStopEffectsOnKey(keyName); });
+}
+
+bool ChosenKeyboard::LogiLedStopEffects() {
+    return onBoth([](platform::LedDriver& driver) { return driver.LogiLedStopEffects(); });
+}
+
+void ChosenKeyboard::LogiLedShutdown() {
+    ++*m_generation;
+    m_open = false;
+    if (m_sdk)
+        m_sdk->LogiLedShutdown();
+    m_sdk.reset();
+    m_drawn.LogiLedShutdown();
+}
+
+} // namespace glimra::keyboards

@@ -1,0 +1,167 @@
+#include "app/app_delegate.h"
+#include "desktop/desktop_platform.h"
+#include "support/fake_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+namespace glimra::desktop {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A display that takes its time and shows nothing.
+class SlowCapture final : public platform::ScreenCapture {
+public:
+    int activeDisplayCount() override { return 1; }
+    double backingScaleFactor() override { return 1.0; }
+    std::optional<platform::Image> capture(const platform::ScreenRect&) override {
+        isUnderWay = true;
+        std::this_thread::sleep_for(150ms);
+        isUnderWay = false;
+        return std::nullopt;
+    }
+
+    std::atomic<bool> isUnderWay = false;
+};
+
+/// A desktop on which the machine can be put to sleep.
+class SleepyWorkspace final : public platform::Workspace {
+public:
+    std::optional<platform::RunningApplication> frontmostApplication() const override { return std::nullopt; }
+    void observeSleep(std::function<void()> onSleep, std::function<void()>) override { aboutToSleep = onSleep; }
+    bool openUrl(const std::string&) override { return false; }
+
+    std::function<void()> aboutToSleep;
+};
+
+/// The application on the real run loop and the real reader's thread.
+class QuitTest : public testing::Test {
+protected:
+    QuitTest() : m_machine(options(m_folder.path())), m_platform(platform()), m_delegate(m_platform) {}
+
+    static Options options(const QString& folder) {
+        Options options;
+        options.settingsFile = (folder + "/glimra.ini").toStdString();
+        options.captureDisplay = ":no-display";
+        return options;
+    }
+    platform::Platform platform() {
+        const platform::Platform real = m_machine.platform();
+        return {.application = real.application,
+                .runLoop = real.runLoop,
+                .readerThread = real.readerThread,
+                .readerCapture = m_capture,
+                .mainCapture = real.mainCapture,
+                .ledDriver = m_driver,
+                .userDefaults = real.userDefaults,
+                .workspace = m_workspace,
+                .windowSystem = real.windowSystem,
+                .childProcesses = real.childProcesses,
+                .sounds = real.sounds,
+                .random = real.random,
+                .systemLog = real.systemLog,
+                .processActivity = real.processActivity,
+                .modifiers = real.modifiers};
+    }
+
+    /// Runs the application; as soon as `isReady` it quits, and is asked to quit once more. Returns how long
+    /// that took.
+    std::chrono::milliseconds quitWhen(const std::function<bool()>& isReady) {
+        QElapsedTimer sinceQuit;
+        m_machine.runLoop.post([&] {
+            m_machine.lifecycle.launch({.didFinishLaunching =
+                                            [&] {
+                                                m_delegate.applicationDidFinishLaunching();
+                                                m_begin();
+                                            },
+                                        .shouldTerminate =
+                                            [&] {
+                                                const auto reply = m_delegate.applicationShouldTerminate();
+                                                m_machine.readerThread.wake();
+                                                return reply;
+                                            },
+                                        .willTerminate = [&] { m_delegate.applicationWillTerminate(); }});
+        });
+        m_machine.runLoop.repeat(1ms, [&] {
+            if (sinceQuit.isValid() || !isReady())
+                return;
+            sinceQuit.start();
+            m_machine.lifecycle.terminate();
+            m_machine.lifecycle.terminate();
+        });
+        m_machine.runLoop.after(20s, [] { QCoreApplication::exit(1); });
+        EXPECT_EQ(QCoreApplication::exec(), 0);
+        const std::chrono::milliseconds taken(sinceQuit.elapsed());
+        m_machine.readerThread.join();
+        return taken;
+    }
+    /// The lights were let go once, and last of all.
+    void expectLetGo() const {
+        ASSERT_FALSE(m_driver.calls.empty());
+        EXPECT_EQ(m_driver.calls.back(), "Shutdown");
+        EXPECT_EQ(std::ranges::count(m_driver.calls, "Shutdown"), 1);
+    }
+
+    QTemporaryDir m_folder;
+    DesktopPlatform m_machine;
+    SlowCapture m_capture;
+    SleepyWorkspace m_workspace;
+    tests::FakeDriver m_driver;
+    platform::Platform m_platform;
+    app::AppDelegate m_delegate;
+    std::function<void()> m_begin = [] {};
+};
+
+/// One capture, one pause, and as much again for a busy machine.
+constexpr auto kAnswerLimit = 1500ms;
+
+TEST_F(QuitTest, WaitsForACaptureThatIsUnderWay) {
+    EXPECT_LT(quitWhen([this] { return m_capture.isUnderWay.load(); }), kAnswerLimit);
+    expectLetGo();
+}
+
+TEST_F(QuitTest, IsAnsweredWhileReadingIsSuspended) {
+    bool asleep = false;
+    m_begin = [&] {
+        m_workspace.aboutToSleep();
+        m_machine.runLoop.after(400ms, [&] { asleep = true; });
+    };
+    EXPECT_LT(quitWhen([&] { return asleep && !m_capture.isUnderWay; }), kAnswerLimit);
+    expectLetGo();
+}
+
+TEST_F(QuitTest, EndsAnAnimationAtOnce) {
+    m_begin = [this] {
+        m_driver.calls.clear();
+        m_delegate.appendToMessageQueue("A");
+    };
+    EXPECT_LT(quitWhen([this] { return m_driver.calls.size() > 3; }), kAnswerLimit);
+    expectLetGo();
+}
+
+TEST_F(QuitTest, EndsACalibrationAtOnceAndStoresNothing) {
+    m_begin = [this] {
+        m_machine.runLoop.after(0ms, [this] {
+            while (m_delegate.state().messages.confirmCalibrate)
+                m_delegate.calibrateButton();
+            m_delegate.calibrateButton();
+        });
+    };
+    const auto isCalibrating = [this] {
+        return m_delegate.outlets().myTextScroll.text.find("ATTEMPTING") != std::string::npos;
+    };
+    EXPECT_LT(quitWhen(isCalibrating), kAnswerLimit);
+    expectLetGo();
+    EXPECT_FALSE(m_machine.settings.get("scanWidth"));
+}
+
+} // namespace
+} // namespace glimra::desktop

@@ -1,0 +1,137 @@
+#include "keyboards/chosen_keyboard.h"
+
+#include "keyboards/openrgb/stand_in_server.h"
+#include "keyboards/sdk/fake_sdk_calls.h"
+#include "support/real_time_loop.h"
+
+#include <gmock/gmock.h>
+
+namespace glimra::keyboards {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+using tests::StandInServer;
+using tests::takeCalls;
+
+constexpr KeyName kEscape = 0x01;
+constexpr KeyName kG1 = 0xFFF1;
+
+class ChosenKeyboardTest : public testing::Test {
+protected:
+    /// A machine with neither keyboard nor server, unless told otherwise.
+    static ChosenKeyboard::Options options(const std::string& driver) {
+        ChosenKeyboard::Options options;
+        options.driver = driver;
+        options.openRgb.server.port = 1;
+        options.hidFolders = {"/nowhere", "/nowhere"};
+        return options;
+    }
+    ChosenKeyboard& make(ChosenKeyboard::Options options) {
+        m_keyboard.emplace(std::move(options), m_loop);
+        m_keyboard->told.observe([this](std::string_view line) { m_lines.emplace_back(line); });
+        return *m_keyboard;
+    }
+    bool runUntilDescribed(std::string_view description) {
+        const platform::Time limit = m_loop.now() + 20s;
+        while (m_keyboard->description.get() != description && m_loop.now() < limit)
+            (void)m_loop.runUntil(m_loop.now() + 1ms);
+        return m_keyboard->description.get() == description;
+    }
+    Rgb drawn(KeyName key) {
+        return m_keyboard->drawn().model().colorsAt(m_loop.now())[keyIndex(key).value()];
+    }
+
+    tests::RealTimeLoop m_loop;
+    std::optional<ChosenKeyboard> m_keyboard;
+    std::vector<std::string> m_lines;
+};
+
+TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
+    ChosenKeyboard& keyboard = make(options("auto"));
+    EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
+    EXPECT_TRUE(keyboard.LogiLedInit());
+    EXPECT_THAT(m_lines,
+                ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
+                            "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:1.",
+                            "Keyboard driver: virtual"));
+    EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
+    EXPECT_TRUE(keyboard.LogiLedSetLighting(100, 0, 0));
+    EXPECT_EQ(drawn(kEscape), (Rgb{255, 0, 0}));
+}
+
+TEST_F(ChosenKeyboardTest, AVendorsLibraryThatWasAskedForAndRefusesIsAFailure) {
+    for (const char* library : {FAKE_SDK_LACKING, FAKE_SDK_REFUSING, "/nowhere/at/all.so"}) {
+        auto wanted = options("sdk");
+        wanted.sdkLibraries = {library};
+        ChosenKeyboard& keyboard = make(wanted);
+        EXPECT_FALSE(keyboard.LogiLedInit());
+        EXPECT_THAT(m_lines.front(), AllOf(StartsWith("Keyboard driver sdk: "), HasSubstr(library)));
+        EXPECT_TRUE(keyboard.LogiLedSetLighting(0, 100, 0)) << "the drawn one goes on";
+        EXPECT_EQ(drawn(kEscape), (Rgb{0, 255, 0}));
+        m_lines.clear();
+    }
+}
+
+TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItComesLater) {
+    auto wanted = options("auto");
+    wanted.sdkLibraries = {FAKE_SDK};
+    ChosenKeyboard& keyboard = make(wanted);
+    ASSERT_TRUE(keyboard.LogiLedInit());
+    EXPECT_THAT(m_lines, ElementsAre("Keyboard driver: sdk"));
+    EXPECT_TRUE(keyboard.LogiLedSetLightingForKeyWithKeyName(kEscape, 51, 33, 7));
+    EXPECT_EQ(takeCalls(FAKE_SDK), "Init\nSetLightingForKeyWithKeyName 1 51 33 7\n");
+    EXPECT_NE(drawn(kEscape), Rgb{});
+
+    keyboard.choose("virtual");
+    EXPECT_EQ(takeCalls(FAKE_SDK), "Shutdown\n");
+    keyboard.LogiLedPulseSingleKey(kG1, 100, 1, 2, 50, 3, 4, 400, true);
+    keyboard.LogiLedFlashSingleKey(kEscape, 9, 8, 7, 0, 70);
+    keyboard.LogiLedFlashSingleKey(0x3B, 9, 8, 7, 5000, 70);
+    EXPECT_EQ(takeCalls(FAKE_SDK), "");
+
+    for (const bool anew : {false, true}) {
+        if (anew)
+            keyboard.resendAll();
+        else
+            keyboard.choose("sdk");
+        EXPECT_THAT(takeCalls(FAKE_SDK),
+                    AllOf(HasSubstr("SetTargetDevice 7\n"),
+                          HasSubstr("SetLightingForKeyWithKeyName 1 51 33 7\nFlashSingleKey 1 9 8 7 0 70\n"),
+                          HasSubstr("PulseSingleKey 65521 100 1 2 50 3 4 400 1\n"),
+                          Not(HasSubstr("FlashSingleKey 59"))));
+    }
+    keyboard.LogiLedShutdown();
+    EXPECT_EQ(takeCalls(FAKE_SDK), "Shutdown\n");
+    EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
+}
+
+TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
+    StandInServer server({tests::smallKeyboard()});
+    const auto escape = [&server] { return server.lights("Small Board").colors[2]; };
+    const Rgb before = escape();
+    auto wanted = options("auto");
+    wanted.openRgb.server.port = server.port();
+    ChosenKeyboard& keyboard = make(wanted);
+    ASSERT_TRUE(keyboard.LogiLedInit());
+    keyboard.LogiLedSetLighting(0, 0, 100);
+    EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
+    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    EXPECT_EQ(m_lines.back(), "Keyboard \"Small Board\" found through OpenRGB, with 4 keys.");
+
+    keyboard.choose("virtual");
+    EXPECT_TRUE(server.waitUntil([&] { return escape() == before; }));
+    EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
+    keyboard.choose("openrgb");
+    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    keyboard.LogiLedShutdown();
+    EXPECT_THAT(server.complaints(), IsEmpty());
+}
+
+} // namespace
+} // namespace glimra::keyboards
