@@ -107,6 +107,17 @@ documents() {
     same "links that lead nowhere" "" "$(cat "$work/broken")"
 }
 
+# The frames in the description of the strip say what it says they do.
+worked_example() {
+    local text=$share/doc/glimra/protocol.md
+    local expected
+    expected=$(grep '^    {"t"' "$text" | sed 's/^    //')
+    [ -n "$expected" ] || fail "the description of the strip has no example"
+    same "the example of the strip" "$expected" \
+        "$(awk '/^    start$/ {on = 1} on && /^$/ {exit} on' "$text" | "$bin/glimra-replay" --only log - |
+            tail -n "$(wc -l <<<"$expected")")"
+}
+
 programs
 replay
 for program in glimra glimra-replay glimra-strip; do manual "$program"; done
@@ -115,4 +126,5 @@ icons
 completion
 rule
 documents
+worked_example
 finish
