@@ -16,14 +16,14 @@ set(GLIMRA_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/glimra)
 # Installing and packing take what has been built; they don't build tests and benchmarks first.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 
-# glimra_install_compressed(TEMPLATE NAME DESTINATION [COMPONENT]): fills in the template and installs it as
-# NAME.gz, without the time in it, so that the same sources always give the same file.
+# glimra_install_compressed(TEMPLATE NAME DESTINATION COMPONENT [EXCLUDE_FROM_ALL]): fills in the template and
+# installs it as NAME.gz, without the time in it, so that the same sources always give the same file.
 find_program(GZIP_PROGRAM gzip REQUIRED)
 function(glimra_install_compressed template name destination component)
     set(file ${CMAKE_BINARY_DIR}/packaging/${component}/${name})
     configure_file(${template} ${file} @ONLY)
     execute_process(COMMAND ${GZIP_PROGRAM} -9nfk ${file} COMMAND_ERROR_IS_FATAL ANY)
-    install(FILES ${file}.gz DESTINATION ${destination} COMPONENT ${component})
+    install(FILES ${file}.gz DESTINATION ${destination} COMPONENT ${component} ${ARGN})
 endfunction()
 
 set(GLIMRA_PROGRAMS glimra-replay)
@@ -62,10 +62,11 @@ endif()
 install(FILES docs/user-guide.md docs/protocol.md docs/replay.md DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES ${GLIMRA_PACKAGING}/debian/copyright DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${GLIMRA_DOC_DIR} COMPONENT elsewhere)
-glimra_install_compressed(CHANGELOG.md changelog ${GLIMRA_DOC_DIR} debian)
+glimra_install_compressed(CHANGELOG.md changelog ${GLIMRA_DOC_DIR} debian EXCLUDE_FROM_ALL)
 execute_process(COMMAND date --rfc-email --utc --date=${GLIMRA_RELEASE_DATE}
     OUTPUT_VARIABLE GLIMRA_CHANGELOG_DATE OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-glimra_install_compressed(${GLIMRA_PACKAGING}/debian/changelog.in changelog.Debian ${GLIMRA_DOC_DIR} debian)
+glimra_install_compressed(${GLIMRA_PACKAGING}/debian/changelog.in changelog.Debian
+    ${GLIMRA_DOC_DIR} debian EXCLUDE_FROM_ALL)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME glimra)
