@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::string_view kActivityReason = "Reading the screen";
 constexpr std::string_view kFrameName = "windowPosition";
+constexpr std::string_view kEndStaleEffectsKey = "endStaleEffects";
 /// First byte of the bitmap that belongs to no profile.
 constexpr std::uint8_t kBitmapMark = 0x45;
 constexpr platform::Duration kReadPeriod = std::chrono::milliseconds(200);
@@ -51,7 +52,9 @@ AppDelegate::AppDelegate(platform::Platform& platform)
       m_launcher({platform.windowSystem, platform.userDefaults, platform.systemLog, platform.childProcesses, platform.modifiers,
                   m_log, m_outlets, m_windowCloser, m_state.launcher}),
       activeScreenReader(platform.readerCapture, platform.runLoop, m_log, platform.application,
-                         m_messageQueue, m_state.stripGeometry, m_state.readerFlags) {
+                         m_messageQueue, m_state.stripGeometry, m_state.readerFlags),
+      m_staleEffects({platform.runLoop, activeScreenReader, m_messagePump, m_dispatcher, m_lighting,
+                      m_state.effects, m_state.options}) {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -71,6 +74,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_launcher.loadApplicationNames();
     m_launcher.autorun();
     m_colorProgrammer.loadCombatChatWarning();
+    loadEndStaleEffects();
     m_actionKeySetter.fillKeyMenusArray();
     startReading();
 }
@@ -346,8 +350,26 @@ void AppDelegate::loadProfiles() {
     m_state.lighting.keyboardColorBitmap[0][0] = kBitmapMark;
 }
 
+void AppDelegate::loadEndStaleEffects() {
+    const platform::SettingsReader settings{m_platform.userDefaults, m_platform.systemLog};
+    m_state.options.endStaleEffects =
+        settings
+            .checked(platform::storedBool(settings.defaults, kEndStaleEffectsKey), kEndStaleEffectsKey,
+                     "is neither yes nor no; no stands in for it.")
+            .value_or(false);
+}
+
+void AppDelegate::setEndStaleEffects(bool endThem) {
+    m_state.options.endStaleEffects = endThem;
+    m_platform.userDefaults.set(kEndStaleEffectsKey, endThem);
+}
+
 void AppDelegate::startReading() {
-    myTimer = m_platform.runLoop.repeat(kReadPeriod, [this] { m_messagePump.readMsgQueue(); });
+    myTimer = m_platform.runLoop.repeat(kReadPeriod, [this] {
+        m_messagePump.readMsgQueue();
+        if (!m_platform.runLoop.isTerminated())
+            m_staleEffects.check();
+    });
     myTimer2 = m_platform.runLoop.repeat(kQueuePeriod, [this] { m_messageQueue.handleMessageQueue(); });
     activeScreenReader.recordColorsThread(m_platform.readerThread);
 }

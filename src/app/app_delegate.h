@@ -23,6 +23,7 @@
 #include "screenlink/message_queue.h"
 #include "screenlink/scan_settings.h"
 #include "screenlink/screen_reader.h"
+#include "screenlink/stale_effects.h"
 
 #include <optional>
 
@@ -82,6 +83,10 @@ public:
     // What the desktop tells the user about the run.
     std::uint64_t validFrames() const { return activeScreenReader.validFrames(); }
     std::uint64_t dispatchedMessages() const { return m_messagePump.dispatchedMessages(); }
+    bool gameIsInFront() const { return m_messagePump.gameIsInFront(); }
+
+    /// Whether long effects end by themselves when the game is gone; remembered.
+    void setEndStaleEffects(bool endThem);
 
     // User actions, by their selectors; `actions.h` lists them. What an action's control shows is set before.
     void calibrateButton();
@@ -136,6 +141,7 @@ private:
     void startLedDriver();
     void loadCalibration();
     void loadProfiles();
+    void loadEndStaleEffects();
     void startReading();
     void screenAboutToSleep();
     void screenWakesUpFromSleep();
@@ -162,6 +168,7 @@ private:
     ProfileTransfer m_profileTransfer;
     Launcher m_launcher;
     screenlink::ScreenReader activeScreenReader;
+    screenlink::StaleEffects m_staleEffects;
 
     std::optional<platform::TimerId> myTimer;
     std::optional<platform::TimerId> myTimer2;

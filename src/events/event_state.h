@@ -16,6 +16,11 @@ struct EffectState {
     bool whisperLightActive = false;
     /// Period of the combat pulse.
     int combatPulseMs = 400;
+
+    /// Whether one of them shows that only a message of the game ends.
+    bool isAnyPlaying() const {
+        return combatAnimationPlaying || deadAnimationPlaying || shadowAnimationPlaying || whisperLightActive;
+    }
 };
 
 /// What the user has chosen.
@@ -25,6 +30,8 @@ struct OptionState {
     bool autoToggleProfile2 = false;
     /// Another combat pulse while chatting in combat.
     bool combatChatWarning = false;
+    /// Long effects end when the game is gone.
+    bool endStaleEffects = false;
 };
 
 struct CooldownState {

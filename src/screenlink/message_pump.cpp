@@ -8,7 +8,6 @@ namespace {
 
 constexpr std::string_view kGameIdentifier = "com.blizzard.worldofwarcraft";
 constexpr int kTicksBetweenRefreshes = 13;
-constexpr int kAwayProfile = 2;
 constexpr platform::Duration kRedFlash = std::chrono::seconds(1);
 constexpr platform::Color kDeathColor{0.5, 0.4, 0.5};
 constexpr platform::Color kRed{1.0, 0.0, 0.0};
@@ -47,10 +46,11 @@ void MessagePump::handOver() {
 
 void MessagePump::watchFront() {
     const std::optional<platform::RunningApplication> front = m.workspace.frontmostApplication();
+    m_gameIsInFront = front && front->bundleIdentifier == kGameIdentifier;
     if (!front)
         return;
     int& countdown = m.messages.WoWisInTheForeground;
-    if (front->bundleIdentifier != kGameIdentifier) {
+    if (!m_gameIsInFront) {
         if (countdown > 0 && m.options.autoToggleProfile2)
             m.lighting.showProfileLighting(kAwayProfile);
         countdown = 0;

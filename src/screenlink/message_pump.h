@@ -8,6 +8,9 @@
 
 namespace glimra::screenlink {
 
+/// Shown while the game is not in front, where the user wants that.
+inline constexpr int kAwayProfile = 2;
+
 /// Hands the buffered message to the dispatcher, and watches which application is in front so that the
 /// keyboard stays as it should be while the game is there. Main thread.
 class MessagePump {
@@ -32,6 +35,8 @@ public:
 
     /// How many messages went to the dispatcher so far.
     std::uint64_t dispatchedMessages() const { return m_dispatchedMessages; }
+    /// Whether the game was in front when that was last looked at.
+    bool gameIsInFront() const { return m_gameIsInFront; }
 
 private:
     void handOver();
@@ -40,6 +45,7 @@ private:
 
     Parts m;
     std::uint64_t m_dispatchedMessages = 0;
+    bool m_gameIsInFront = false;
 };
 
 } // namespace glimra::screenlink
