@@ -42,15 +42,18 @@ ColorProgrammer::ColorProgrammer(const Parts& parts) : m(parts) {
 }
 
 void ColorProgrammer::loadSingleColorMode() {
-    loadOption({m.defaults, m.systemLog}, kSingleColorKey, m.options.useSingleColorMode, m.outlets.singleColorModeBtn);
+    loadOption({m.defaults, m.systemLog}, kSingleColorKey, m.options.useSingleColorMode,
+               m.outlets.singleColorModeBtn);
 }
 
 void ColorProgrammer::loadAutoToggleProfile() {
-    loadOption({m.defaults, m.systemLog}, kAutoToggleKey, m.options.autoToggleProfile2, m.outlets.autoChatProfileCheckbox);
+    loadOption({m.defaults, m.systemLog}, kAutoToggleKey, m.options.autoToggleProfile2,
+               m.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::loadCombatChatWarning() {
-    loadOption({m.defaults, m.systemLog}, kChatWarningKey, m.options.combatChatWarning, m.outlets.combatChatAlertCheckbox);
+    loadOption({m.defaults, m.systemLog}, kChatWarningKey, m.options.combatChatWarning,
+               m.outlets.combatChatAlertCheckbox);
 }
 
 void ColorProgrammer::openColorProgrammer() {

@@ -3,6 +3,7 @@
 #include "app/app_delegate.h"
 #include "desktop/desktop_platform.h"
 #include "desktop/quit_signals.h"
+#include "desktop/running_instance.h"
 #include "desktop/trace_file.h"
 #include "desktop/windows/theme.h"
 #include "desktop/windows/tray.h"
@@ -13,6 +14,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -20,6 +22,8 @@
 namespace glimra::desktop {
 
 namespace {
+
+constexpr std::string_view kEndStaleEffectsKey = "endStaleEffects";
 
 void printLog(platform::TextView& log) {
     log.replaced.observe([](std::size_t, std::size_t, std::string_view addition) {
@@ -61,14 +65,49 @@ void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDe
     });
 }
 
+/// What another start of the program asks.
+void perform(const InstanceCommand& command, app::AppDelegate& delegate, Lifecycle& lifecycle) {
+    switch (command.kind) {
+    case InstanceCommand::Kind::BringToFront:
+        delegate.outlets().mainWindow.bringToFront();
+        break;
+    case InstanceCommand::Kind::Quit:
+        lifecycle.terminate();
+        break;
+    case InstanceCommand::Kind::TestPattern:
+        delegate.testLightsMI();
+        break;
+    case InstanceCommand::Kind::Profile:
+        // As the game asks for it.
+        delegate.appendToMessageQueue(std::to_string(command.profile));
+        break;
+    }
+}
+
 } // namespace
 
 int runDesktopApplication(const Options& options) {
+    InstanceChannel::Handler obey;
+    RunningInstance instance(options);
+    // Before the settings are read: they belong to the one that runs.
+    if (!instance.claim([&obey](const InstanceCommand& command) {
+            if (obey)
+                obey(command);
+        })) {
+        const bool isTold = instance.send({InstanceCommand::Kind::BringToFront});
+        std::fputs(isTold ? "Glimra is running already; its windows come to the front.\n"
+                          : "glimra: Glimra is running already, but does not answer.\n",
+                   stderr);
+        return isTold ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
     DesktopPlatform machine(options);
     platform::Platform untraced = machine.platform();
     std::optional<Tracing> tracing;
     if (options.traceFile)
         tracing.emplace(*options.traceFile, untraced);
+
+    if (!machine.settings.get(kEndStaleEffectsKey))
+        machine.settings.set(kEndStaleEffectsKey, true);
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
@@ -91,6 +130,8 @@ int runDesktopApplication(const Options& options) {
     const Tray tray(windows.binder(), delegate, [&machine] { machine.lifecycle.terminate(); });
     const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });
 
+    obey = [&](const InstanceCommand& command) { perform(command, delegate, machine.lifecycle); };
+
     // From inside the event loop, since quitting can only end one that runs.
     machine.runLoop.post([&] {
         machine.lifecycle.launch({
@@ -110,6 +151,7 @@ int runDesktopApplication(const Options& options) {
         });
     });
     const int status = QApplication::exec();
+    obey = nullptr;
     // The reader is part of the delegate.
     machine.readerThread.join();
     return status;

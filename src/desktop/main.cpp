@@ -1,5 +1,6 @@
 #include "desktop/desktop_application.h"
 #include "desktop/options.h"
+#include "desktop/running_instance.h"
 
 #include <QApplication>
 
@@ -24,6 +25,14 @@ bool canShowWindows() {
     return connected;
 }
 
+int tellRunningInstance(const Options& options, int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    if (RunningInstance(options).send(*options.command))
+        return EXIT_SUCCESS;
+    std::fputs("glimra: Glimra is not running.\n", stderr);
+    return EXIT_FAILURE;
+}
+
 int run(const Options& options) {
     try {
         return runDesktopApplication(options);
@@ -39,6 +48,9 @@ int main(int argc, char** argv) {
     const std::variant<Options, ExitStatus> parsed = parseOptions(argc, argv);
     if (const auto* exit = std::get_if<ExitStatus>(&parsed))
         return exit->status;
+    const Options& options = std::get<Options>(parsed);
+    if (options.command)
+        return tellRunningInstance(options, argc, argv);
     if (!canShowWindows()) {
         std::fputs("glimra: there is no display to show windows on. Set DISPLAY, or set "
                    "QT_QPA_PLATFORM=offscreen to run without windows.\n",
@@ -53,5 +65,5 @@ int main(int argc, char** argv) {
     QApplication::setApplicationDisplayName("Glimra");
     QApplication::setApplicationVersion(GLIMRA_VERSION);
     QApplication::setQuitOnLastWindowClosed(false);
-    return run(std::get<Options>(parsed));
+    return run(options);
 }

@@ -1,6 +1,7 @@
 #include "desktop/options.h"
 
 #include "keyboards/chosen_keyboard.h"
+#include "lighting/lighting_state.h"
 
 #include <CLI/CLI.hpp>
 
@@ -27,7 +28,8 @@ std::vector<std::string> keyboardNames() {
 
 bool isNumericAddress(const std::string& host) {
     in6_addr address{};
-    return inet_pton(AF_INET, host.c_str(), &address) == 1 || inet_pton(AF_INET6, host.c_str(), &address) == 1;
+    return inet_pton(AF_INET, host.c_str(), &address) == 1 ||
+           inet_pton(AF_INET6, host.c_str(), &address) == 1;
 }
 
 /// HOST, HOST:PORT or [IPv6 HOST]:PORT.
@@ -54,10 +56,13 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     Options options;
     CLI::App command("Puts what happens in the game on the keys of an RGB keyboard.", "glimra");
     command.set_version_flag("--version", "glimra " GLIMRA_VERSION);
-    command.add_option("--keyboard", options.keyboard, "How to light the keyboard (default: as set in the window, at first auto)")
+    command
+        .add_option("--keyboard", options.keyboard,
+                    "How to light the keyboard (default: as set in the window, at first auto)")
         ->type_name("NAME")
         ->check(CLI::IsMember(keyboardNames()));
-    command.add_option("--sdk", options.sdkLibrary, "The keyboard vendor's library (default: the usual places)")
+    command
+        .add_option("--sdk", options.sdkLibrary, "The keyboard vendor's library (default: the usual places)")
         ->type_name("PATH")
         ->check(CLI::ExistingFile);
     command
@@ -71,7 +76,8 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             "The OpenRGB server (default: 127.0.0.1:6742)")
         ->type_name("HOST[:PORT]");
     command
-        .add_option("--openrgb-keyboard", options.openRgbKeyboard, "Name of the server's keyboard, or part of it")
+        .add_option("--openrgb-keyboard", options.openRgbKeyboard,
+                    "Name of the server's keyboard, or part of it")
         ->type_name("NAME");
     command.add_option("--settings", options.settingsFile, "Where the settings are kept")
         ->type_name("FILE")
@@ -82,6 +88,24 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     command.add_option("--display", options.captureDisplay, "The X display to read (default: $DISPLAY)")
         ->type_name("NAME");
     command.add_flag("--log", options.printLog, "Print the message log to standard output");
+    using Kind = InstanceCommand::Kind;
+    CLI::Option_group* const running =
+        command.add_option_group("To the Glimra that is running", "Only one of them at a time");
+    running->require_option(0, 1);
+    running->add_flag_callback(
+        "--quit", [&options] { options.command = InstanceCommand{Kind::Quit}; }, "Quit");
+    running->add_flag_callback(
+        "--test-pattern", [&options] { options.command = InstanceCommand{Kind::TestPattern}; },
+        "Show the test pattern");
+    running
+        ->add_option_function<int>(
+            "--profile",
+            [&options](int profile) {
+                options.command = InstanceCommand{Kind::Profile, profile};
+            },
+            "Show a colour profile, 1 to 9")
+        ->type_name("N")
+        ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
     try {
         command.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/services/instance_channel.h"
 #include "keyboards/openrgb/connection.h"
 
 #include <optional>
@@ -24,6 +25,8 @@ struct Options {
     std::string captureDisplay;
     /// Print the message log to standard output.
     bool printLog = false;
+    /// What the program that is running shall do; this one only tells it.
+    std::optional<InstanceCommand> command;
 };
 
 /// The program ends with this status, and everything has been said.

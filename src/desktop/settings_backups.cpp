@@ -73,7 +73,8 @@ void mendSettings(const QString& path, platform::SystemLog& systemLog) {
         return;
     const Soundness soundness = soundnessOf(*content);
     const std::optional<int> copy = newestSoundCopy(path);
-    // Without the mark, and without copies, it is a file of the time before there were any, or somebody's own.
+    // Without the mark, and without copies, it is a file of the time before there were any, or somebody's
+    // own.
     if (soundness == Soundness::Sound || (soundness == Soundness::CutOff && !copy))
         return;
     const QString aside = nameForDamaged(path);

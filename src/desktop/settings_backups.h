@@ -7,9 +7,9 @@
 
 namespace glimra::desktop {
 
-// Copies of a settings file FILE from earlier times, FILE.1 (the newest) to FILE.3, so that what a broken disk, a
-// full one or another program does to it costs an evening's changes at most. Whatever moment the program is
-// killed at, no copy is lost but the oldest. Main thread.
+// Copies of a settings file FILE from earlier times, FILE.1 (the newest) to FILE.3, so that what a broken
+// disk, a full one or another program does to it costs an evening's changes at most. Whatever moment the
+// program is killed at, no copy is lost but the oldest. Main thread.
 
 /// In files that were written to their end, behind everything else: a key and its value.
 inline constexpr const char* kEndMark = "zz/complete";

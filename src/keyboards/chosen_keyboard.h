@@ -33,8 +33,8 @@ inline constexpr std::array<DriverName, 4> kDriverNames{{
     {"virtual", "Keyboard in this window only"},
 }};
 
-/// The keyboard that lights up: the one that is drawn, and with it the real one by the driver that was chosen.
-/// The drawn one is always there, whatever becomes of the other. Main thread.
+/// The keyboard that lights up: the one that is drawn, and with it the real one by the driver that was
+/// chosen. The drawn one is always there, whatever becomes of the other. Main thread.
 class ChosenKeyboard final : public platform::LedDriver {
 public:
     struct Options {

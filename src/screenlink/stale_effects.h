@@ -5,8 +5,8 @@
 
 namespace glimra::screenlink {
 
-/// Ends what the game left burning: where it crashed or was closed in a fight, nobody would ever tell that the
-/// fight is over. Main thread.
+/// Ends what the game left burning: where it crashed or was closed in a fight, nobody would ever tell that
+/// the fight is over. Main thread.
 class StaleEffects {
 public:
     /// How long the strip must be gone, and the game not in front.

@@ -36,7 +36,9 @@ public:
 class SleepyWorkspace final : public platform::Workspace {
 public:
     std::optional<platform::RunningApplication> frontmostApplication() const override { return std::nullopt; }
-    void observeSleep(std::function<void()> onSleep, std::function<void()>) override { aboutToSleep = onSleep; }
+    void observeSleep(std::function<void()> onSleep, std::function<void()>) override {
+        aboutToSleep = onSleep;
+    }
     bool openUrl(const std::string&) override { return false; }
 
     std::function<void()> aboutToSleep;

@@ -56,10 +56,9 @@ TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
     ChosenKeyboard& keyboard = make(options("auto"));
     EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
     EXPECT_TRUE(keyboard.LogiLedInit());
-    EXPECT_THAT(m_lines,
-                ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
-                            "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:1.",
-                            "Keyboard driver: virtual"));
+    EXPECT_THAT(m_lines, ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
+                                     "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:1.",
+                                     "Keyboard driver: virtual"));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     EXPECT_TRUE(keyboard.LogiLedSetLighting(100, 0, 0));
     EXPECT_EQ(drawn(kEscape), (Rgb{255, 0, 0}));

@@ -10,8 +10,8 @@
 
 namespace glimra::tests {
 
-/// The simulated loop, moved by the real clock and open to other threads: all that a reader's thread needs, and
-/// nothing that ThreadSanitizer cannot look into.
+/// The simulated loop, moved by the real clock and open to other threads: all that a reader's thread needs,
+/// and nothing that ThreadSanitizer cannot look into.
 class RealTimeLoop final : public platform::RunLoop {
 public:
     platform::Time now() const override { return std::chrono::steady_clock::now() - m_start; }

@@ -18,8 +18,8 @@ struct ServerAddress {
     std::uint16_t port = 6742;
 };
 
-/// Whether something may listen there: false when the answer that nothing does is there within 10 ms, as it is
-/// for this machine's own addresses.
+/// Whether something may listen there: false when the answer that nothing does is there within 10 ms, as it
+/// is for this machine's own addresses.
 bool mayListen(const ServerAddress& server);
 
 /// A TCP connection that never waits longer than it is told to, and only while `stop` is not set. One thread.

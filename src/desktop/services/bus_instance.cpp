@@ -1,0 +1,95 @@
+#include "desktop/services/bus_instance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QTimer>
+
+namespace glimra::desktop {
+
+namespace {
+
+constexpr int kPatience = 2000;
+constexpr int kNamePrimaryOwner = 1;
+constexpr int kNameAlreadyOwner = 4;
+constexpr unsigned kDoNotQueue = 4;
+
+const QString kBusService = QStringLiteral("org.freedesktop.DBus");
+const QString kPath = QStringLiteral("/org/glimra/Glimra");
+const QString kInterface = QStringLiteral("org.glimra.Glimra1");
+
+/// A connection of its own, on which no call waits longer than `kPatience`.
+class BusChannel final : public InstanceChannel {
+public:
+    BusChannel(const QString& address, const QString& identity)
+        : m_service(QStringLiteral("org.glimra.Glimra") +
+                    (identity.isEmpty() ? QString() : QStringLiteral(".Settings") + identity)),
+          m_name(QStringLiteral("glimra-instance-%1").arg(reinterpret_cast<quintptr>(this))),
+          // A plain bus connection would wait for the bus as long as that likes.
+          m_connection(address.isEmpty() ? QDBusConnection(m_name)
+                                         : QDBusConnection::connectToPeer(address, m_name)) {
+        if (m_connection.isConnected())
+            m_isUsable = askBus(QStringLiteral("Hello")).type() == QDBusMessage::ReplyMessage;
+    }
+    ~BusChannel() override {
+        // The object goes first: what is said to it on the connection's own thread must find it whole.
+        m_connection.unregisterObject(kPath);
+        QDBusConnection::disconnectFromPeer(m_name);
+    }
+
+    Standing claim(Handler handler) override {
+        if (!m_isUsable)
+            return Standing::Unusable;
+        m_instance.emplace(std::move(handler));
+        m_connection.registerObject(kPath, &*m_instance, QDBusConnection::ExportScriptableInvokables);
+        const QDBusMessage reply =
+            askBus(QStringLiteral("RequestName"), {m_service, QVariant::fromValue(kDoNotQueue)});
+        if (reply.type() != QDBusMessage::ReplyMessage)
+            return Standing::Unusable;
+        const int standing = reply.arguments().value(0).toInt();
+        return standing == kNamePrimaryOwner || standing == kNameAlreadyOwner ? Standing::First
+                                                                              : Standing::Second;
+    }
+
+    Delivery send(const InstanceCommand& command) override {
+        if (!m_isUsable)
+            return Delivery::Unusable;
+        QDBusMessage message = QDBusMessage::createMethodCall(m_service, kPath, kInterface, "Perform");
+        message.setAutoStartService(false);
+        message << QString::fromStdString(toText(command));
+        const QDBusMessage reply = m_connection.call(message, QDBus::Block, kPatience);
+        return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool()
+                   ? Delivery::Delivered
+                   : Delivery::NobodyThere;
+    }
+
+private:
+    QDBusMessage askBus(const QString& method, const QVariantList& arguments = {}) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            kBusService, QStringLiteral("/org/freedesktop/DBus"), kBusService, method);
+        message.setArguments(arguments);
+        return m_connection.call(message, QDBus::Block, kPatience);
+    }
+
+    QString m_service;
+    QString m_name;
+    QDBusConnection m_connection;
+    bool m_isUsable = false;
+    std::optional<BusInstance> m_instance;
+};
+
+} // namespace
+
+bool BusInstance::Perform(const QString& text) {
+    const std::optional<InstanceCommand> command = commandFromText(text.toStdString());
+    if (!command)
+        return false;
+    // The answer goes out before a command such as quitting is carried out.
+    QTimer::singleShot(0, this, [this, command] { m_handler(*command); });
+    return true;
+}
+
+std::unique_ptr<InstanceChannel> makeBusChannel(const QString& busAddress, const QString& identity) {
+    return std::make_unique<BusChannel>(busAddress, identity);
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "desktop/services/instance_channel.h"
+
+#include <QObject>
+
+namespace glimra::desktop {
+
+/// What the running program offers on the session bus.
+class BusInstance final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.glimra.Glimra1")
+
+public:
+    explicit BusInstance(InstanceChannel::Handler handler) : m_handler(std::move(handler)) {}
+
+    /// False for what is no command.
+    Q_SCRIPTABLE Q_INVOKABLE bool Perform(const QString& command);
+
+private:
+    InstanceChannel::Handler m_handler;
+};
+
+} // namespace glimra::desktop
