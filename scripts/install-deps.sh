@@ -4,13 +4,16 @@
 #   demo    to show the demonstration where there is no display
 #   test    to build and run the tests and the benchmarks
 #   check   to check the sources' form
+#   icons   to draw the application's icon anew
 set -euo pipefail
 
 build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
-test=(dbus libbenchmark-dev libgmock-dev libgtest-dev openbox python3-dbusmock x11-xserver-utils xvfb)
+test=(appstream dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian man-db openbox python3-dbusmock
+    x11-xserver-utils xvfb)
 check=(clang-format clang-tidy)
+icons=(librsvg2-bin)
 
 wanted=()
 for list in "$@"; do
@@ -19,6 +22,7 @@ for list in "$@"; do
         demo) wanted+=("${demo[@]}") ;;
         test) wanted+=("${test[@]}") ;;
         check) wanted+=("${check[@]}") ;;
+        icons) wanted+=("${icons[@]}") ;;
         *)
             echo "install-deps.sh: there is no list \"$list\"" >&2
             exit 2

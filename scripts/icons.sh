@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Draws the application's icon in every size from its one drawing. The pictures are kept, so that a build needs
+# nothing that can draw; the checksum beside them tells a test whether they were drawn from the present drawing.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh icons
+cd resources/icons
+for size in 16 22 24 32 48 64 128 256 512; do
+    rsvg-convert --width "$size" --height "$size" --output "glimra-$size.png" glimra.svg
+done
+sha256sum glimra.svg >glimra.svg.sha256

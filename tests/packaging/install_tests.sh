@@ -1,0 +1,130 @@
+#!/usr/bin/env bash
+# install_tests.sh SOURCES BUILD: what `cmake --install` puts into a tree is whole, sound and runs from there.
+. "$(dirname "$0")/checks.sh"
+
+root=$work/root
+DESTDIR=$root succeeds "cmake --install" cmake --install "$build" --prefix /usr
+usr=$root/usr
+bin=$usr/bin
+share=$usr/share
+
+long_options() { grep -oE -e '(^ +|, ?)--[a-z][a-z-]*' | tr -d ' ,' | sort -u; }
+
+programs() {
+    same "the programs" "glimra glimra-replay glimra-strip" "$(cd "$bin" && echo *)"
+    same "the version" "glimra $(sed -n 's/^project(glimra VERSION \([^ ]*\).*/\1/p' "$sources/CMakeLists.txt")" \
+        "$("$bin/glimra" --version)"
+    for program in glimra glimra-replay glimra-strip; do
+        succeeds "$program --help" "$bin/$program" --help
+        "$bin/$program" --no-such-option >/dev/null 2>&1
+        same "$program's status after wrong usage" 2 $?
+    done
+}
+
+# A program that would only run where it was built shows itself by a script that reaches into the whole core.
+replay() {
+    local calls
+    calls=$(printf 'start\nfront "com.blizzard.worldofwarcraft"\nwait 1\nshow "C"\nwait 1\n' |
+        "$bin/glimra-replay" --only led - | grep -c LogiLedPulseSingleKey)
+    same "keys that pulse in a fight" 18 "$calls"
+}
+
+# $1 program: its manual renders without a warning and has all its options, and no others. The commands of glimra
+# have options of their own, which its --help need not list.
+manual() {
+    local page=$share/man/man1/$1.1.gz
+    MANROFFSEQ='' MANWIDTH=80 silent "the manual of $1" bash -c 'man --warnings -l "$1" 2>&1 >/dev/null' - "$page"
+    local said known
+    said=$(MANWIDTH=200 man -l "$page" | long_options)
+    known=$("$bin/$1" --help | long_options)
+    same "options of $1 that its manual lacks" "" "$(comm -13 <(echo "$said") <(echo "$known"))"
+    [ "$1" = glimra ] ||
+        same "options that only the manual of $1 knows" "" "$(comm -23 <(echo "$said") <(echo "$known"))"
+}
+
+desktop_files() {
+    silent "the desktop entry" desktop-file-validate "$share/applications/glimra.desktop"
+    succeeds "the metadata" appstreamcli validate --no-net "$share"/metainfo/*.metainfo.xml
+    local id
+    id=$(grep -oP '(?<=<launchable type="desktop-id">)[^<]*' "$share"/metainfo/*.metainfo.xml)
+    [ -f "$share/applications/$id" ] || fail "the metadata launches $id, which is not there"
+    # Qt names the windows like the program, and desktops find the entry by that name.
+    same "the entry's window class" glimra "$(sed -n 's/^StartupWMClass=//p' "$share/applications/glimra.desktop")"
+}
+
+icons() {
+    silent "the pictures are drawn from the drawing (scripts/icons.sh)" \
+        bash -c 'cd "$1" && sha256sum --quiet --check glimra.svg.sha256' - "$sources/resources/icons"
+    local size file
+    for size in 16 22 24 32 48 64 128 256 512; do
+        file=$share/icons/hicolor/${size}x$size/apps/glimra.png
+        # The picture's size stands in the file from byte 16 on, twice 4 bytes.
+        same "the size of the icon of $size pixels" "$(printf '%08x%08x' "$size" "$size")" \
+            "$(od -An -tx1 -j16 -N8 "$file" | tr -d ' \n')"
+    done
+    [ -f "$share/icons/hicolor/scalable/apps/glimra.svg" ] || fail "the drawing is not installed"
+}
+
+# $1 words of a command line, the last one to be completed: what bash offers.
+completed() (
+    PATH=$bin:$PATH
+    . "$share/bash-completion/completions/${1%% *}"
+    read -ra words <<<"$1"
+    [ "${1: -1}" != " " ] || words+=("")
+    COMPREPLY=()
+    _glimra "${words[0]}" "${words[-1]}" "${words[-2]}"
+    echo "${COMPREPLY[*]-}"
+)
+
+completion() {
+    same "completion of an option" "--keyboard" "$(completed "glimra --keyb")"
+    same "completion of a keyboard" "virtual" "$(completed "glimra --keyboard v")"
+    same "completion of a command" "doctor" "$(completed "glimra d")"
+    same "completion of a flag's next word" "" "$(completed "glimra-replay --keyboard v")"
+    same "completion of a painter's command" "calibrate" "$(completed "glimra-strip c")"
+    same "completion of all options" "$("$bin/glimra-strip" --help | long_options | tr '\n' ' ')" \
+        "$(completed "glimra-strip --" | tr ' ' '\n' | sort | tr '\n' ' ')"
+}
+
+# The rule and the table of the USB driver name the same keyboards.
+rule() {
+    local file=$usr/lib/udev/rules.d/70-glimra-keyboard.rules
+    same "keyboards of the rule" \
+        "$(sed -n 's/.*\.product = 0x\([0-9A-F]*\).*/\1/p' "$sources/src/keyboards/usb/usb_models.h" | tr A-F a-f | sort)" \
+        "$(sed -n 's/.*idProduct}=="\([^"]*\)".*/\1/p' "$file" | tr '|' '\n' | sort)"
+}
+
+# Links between the documents lead to files that are there, in the sources and where they are installed.
+documents() {
+    local folder file target
+    for folder in "$sources/docs" "$share/doc/glimra"; do
+        for file in user-guide protocol replay; do
+            grep -oP '\]\(\K[^)#:]+(?=[)#])' "$folder/$file.md" | while read -r target; do
+                [ -e "$folder/$target" ] || echo "$file.md: $target"
+            done
+        done
+    done >"$work/broken"
+    same "links that lead nowhere" "" "$(cat "$work/broken")"
+}
+
+# The frames in the description of the strip say what it says they do.
+worked_example() {
+    local text=$share/doc/glimra/protocol.md
+    local expected
+    expected=$(grep '^    {"t"' "$text" | sed 's/^    //')
+    [ -n "$expected" ] || fail "the description of the strip has no example"
+    same "the example of the strip" "$expected" \
+        "$(awk '/^    start$/ {on = 1} on && /^$/ {exit} on' "$text" | "$bin/glimra-replay" --only log - |
+            tail -n "$(wc -l <<<"$expected")")"
+}
+
+programs
+replay
+for program in glimra glimra-replay glimra-strip; do manual "$program"; done
+desktop_files
+icons
+completion
+rule
+documents
+worked_example
+finish
