@@ -9,7 +9,7 @@ set -euo pipefail
 build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
-test=(dbus libbenchmark-dev libgmock-dev libgtest-dev openbox python3-dbusmock x11-xserver-utils xvfb)
+test=(dbus libbenchmark-dev libgmock-dev libgtest-dev openbox python3-dbusmock weston x11-xserver-utils xvfb xwayland)
 check=(clang-format clang-tidy)
 
 wanted=()

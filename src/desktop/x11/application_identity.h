@@ -28,6 +28,9 @@ bool isGameProgram(std::string_view name);
 /// found out.
 std::string windowsProgram(std::uint32_t processId);
 
+/// Whether windows of this class may be of any program: then only the process tells which, or the title.
+bool isClassOfAnyProgram(std::string_view windowClass);
+
 /// The application behind a window: the game, or else its window class as valid UTF-8. A window without a
 /// class has no identifier. Looks at the window's process only where the class does not tell which program it
 /// is.
