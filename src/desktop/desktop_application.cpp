@@ -1,6 +1,7 @@
 #include "desktop/desktop_application.h"
 
 #include "app/app_delegate.h"
+#include "app/message_log.h"
 #include "desktop/desktop_platform.h"
 #include "desktop/quit_signals.h"
 #include "desktop/trace_file.h"
@@ -72,6 +73,7 @@ int runDesktopApplication(const Options& options) {
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
+    app::MessageLog log(delegate.state().log, outlets.myTextScroll);
     tellNotes(machine, outlets, delegate);
     if (options.printLog)
         printLog(outlets.myTextScroll);
@@ -93,7 +95,12 @@ int runDesktopApplication(const Options& options) {
     // From inside the event loop, since quitting can only end one that runs.
     machine.runLoop.post([&] {
         machine.lifecycle.launch({
-            .didFinishLaunching = [&] { delegate.applicationDidFinishLaunching(); },
+            .didFinishLaunching =
+                [&] {
+                    delegate.applicationDidFinishLaunching();
+                    machine.tellCaptureWay(
+                        [&](std::string_view message) { log.appendLog(std::string(message) + "\n"); });
+                },
             .shouldTerminate =
                 [&] {
                     const platform::TerminateReply reply = delegate.applicationShouldTerminate();

@@ -4,6 +4,8 @@
 #include "desktop/services/x11_display_sleep.h"
 #include "desktop/x11/raise_window.h"
 
+#include <utility>
+
 namespace glimra::desktop {
 
 namespace {
@@ -16,8 +18,9 @@ QString settingsPath(const Options& options) {
 
 DesktopPlatform::DesktopPlatform(const Options& options)
     : settings(settingsPath(options), systemLog),
-      readerCapture(options.captureDisplay),
-      mainCapture(options.captureDisplay),
+      readerCapture(options.captureDisplay, options.capture,
+                    [this](CaptureState) { runLoop.post([this] { sayCaptureWay(); }); }),
+      mainCapture(options.captureDisplay, options.capture, runLoop),
       power(std::make_unique<X11DisplaySleep>(options.captureDisplay),
             [this](const std::string& note) { notes.push_back(note); }),
       workspace(options.captureDisplay, power),
@@ -45,6 +48,17 @@ platform::Platform DesktopPlatform::platform() {
             .modifiers = modifiers,
             .bundle = app::builtBundle(),
             .settingsFolder = settings.folder().toStdString()};
+}
+
+void DesktopPlatform::tellCaptureWay(std::function<void(std::string_view)> say) {
+    m_sayCaptureWay = std::move(say);
+    runLoop.post([this] { sayCaptureWay(); });
+}
+
+void DesktopPlatform::sayCaptureWay() {
+    const std::string_view message = captureMessage(readerCapture.state());
+    if (m_sayCaptureWay && message != std::exchange(m_saidOfCapture, message))
+        m_sayCaptureWay(message);
 }
 
 } // namespace glimra::desktop

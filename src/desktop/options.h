@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/x11/capture_state.h"
+
 #include <optional>
 #include <string>
 #include <variant>
@@ -14,6 +16,8 @@ struct Options {
     std::optional<std::string> traceFile;
     /// X display to capture; empty for the one in the environment.
     std::string captureDisplay;
+    /// How the strip is captured.
+    CaptureChoice capture = CaptureChoice::Automatic;
     /// Print the message log to standard output.
     bool printLog = false;
 };
