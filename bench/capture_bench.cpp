@@ -63,9 +63,15 @@ struct Way {
     }
 };
 
-/// A strip's cells, all lit, across the left end of the top row.
-void paintStrip(const std::string& display) {
-    testing::XClient(display).fill(0, 0, kStripWidth, 1, 0x00FF00);
+/// A strip's cells, all lit, across the left end of the top row, on the screen and in a window like the
+/// game's.
+void paintStrips(testing::XClient& client) {
+    constexpr std::uint32_t kGreen = 0x00FF00;
+    const xcb_window_t window = client.createWindow(std::string("wow.exe\0wow.exe\0", 16));
+    client.place(window, 0, 100, 640, 480);
+    client.show(window);
+    client.fill(window, 0, 0, kStripWidth, 1, kGreen);
+    client.fill(0, 0, kStripWidth, 1, kGreen);
 }
 
 std::function<void()> bareRequests(desktop::Connection& connection, int width, int height) {
@@ -97,14 +103,17 @@ std::function<void()> captureCycles(platform::ScreenCapture& capture) {
 /// Whether the capture meets its goal on a screen of this size.
 bool measure(int width, int height) {
     testing::XvfbServer server(std::to_string(width) + "x" + std::to_string(height) + "x24");
-    paintStrip(server.display());
+    testing::XClient client(server.display());
+    paintStrips(client);
     const auto connection = desktop::Connection::open(server.display());
     if (!connection)
         throw std::runtime_error("no connection to " + server.display());
-    desktop::X11ScreenCapture capture(server.display());
+    desktop::X11ScreenCapture screen(server.display(), desktop::CaptureChoice::Screen);
+    desktop::X11ScreenCapture window(server.display(), desktop::CaptureChoice::Window);
 
     std::vector<Way> ways{{"bare request loop (floor)", 2000, bareRequests(*connection, kStripWidth, 1)},
-                          {"capture cycle", 2000, captureCycles(capture)},
+                          {"capture cycle, screen", 2000, captureCycles(screen)},
+                          {"capture cycle, game's window", 2000, captureCycles(window)},
                           {"whole screen, no shared memory", 8, bareRequests(*connection, width, height)}};
     for (int round = 0; round < kRounds; ++round)
         for (Way& way : ways)
@@ -117,7 +126,7 @@ bool measure(int width, int height) {
         std::printf("  %-32s %10.1f %8.2f %11.1f %8.2f\n", way.name.c_str(), way.client.median() * 1e6,
                     way.client.median() / floor.client.median(), way.server.median() * 1e6,
                     way.server.median() / floor.server.median());
-    return ways[1].client.median() <= kGoal * floor.client.median();
+    return std::max(ways[1].client.median(), ways[2].client.median()) <= kGoal * floor.client.median();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "desktop/desktop_application.h"
 
 #include "app/app_delegate.h"
+#include "app/message_log.h"
 #include "desktop/desktop_platform.h"
 #include "desktop/quit_signals.h"
 #include "desktop/running_instance.h"
@@ -111,6 +112,7 @@ int runDesktopApplication(const Options& options) {
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
+    app::MessageLog log(delegate.state().log, outlets.myTextScroll);
     tellNotes(machine, outlets, delegate);
     machine.keyboard.told.observe([&delegate](std::string_view line) { delegate.tell(line); });
     if (options.printLog)
@@ -135,7 +137,12 @@ int runDesktopApplication(const Options& options) {
     // From inside the event loop, since quitting can only end one that runs.
     machine.runLoop.post([&] {
         machine.lifecycle.launch({
-            .didFinishLaunching = [&] { delegate.applicationDidFinishLaunching(); },
+            .didFinishLaunching =
+                [&] {
+                    delegate.applicationDidFinishLaunching();
+                    machine.tellCaptureWay(
+                        [&](std::string_view message) { log.appendLog(std::string(message) + "\n"); });
+                },
             .shouldTerminate =
                 [&] {
                     const platform::TerminateReply reply = delegate.applicationShouldTerminate();

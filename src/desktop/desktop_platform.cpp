@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace glimra::desktop {
 
@@ -54,8 +55,9 @@ keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
 
 DesktopPlatform::DesktopPlatform(const Options& options)
     : settings(settingsPath(options), systemLog),
-      readerCapture(options.captureDisplay),
-      mainCapture(options.captureDisplay),
+      readerCapture(options.captureDisplay, options.capture,
+                    [this](CaptureState) { runLoop.post([this] { sayCaptureWay(); }); }),
+      mainCapture(options.captureDisplay, options.capture, runLoop),
       keyboard(keyboardOptions(options, {settings, systemLog}), runLoop),
       power(std::make_unique<X11DisplaySleep>(options.captureDisplay),
             [this](const std::string& note) { notes.push_back(note); }),
@@ -89,6 +91,17 @@ platform::Platform DesktopPlatform::platform() {
             .modifiers = modifiers,
             .bundle = app::builtBundle(),
             .settingsFolder = settings.folder().toStdString()};
+}
+
+void DesktopPlatform::tellCaptureWay(std::function<void(std::string_view)> say) {
+    m_sayCaptureWay = std::move(say);
+    runLoop.post([this] { sayCaptureWay(); });
+}
+
+void DesktopPlatform::sayCaptureWay() {
+    const std::string_view message = captureMessage(readerCapture.state());
+    if (m_sayCaptureWay && message != std::exchange(m_saidOfCapture, message))
+        m_sayCaptureWay(message);
 }
 
 } // namespace glimra::desktop

@@ -5,6 +5,7 @@
 #include "desktop/options.h"
 #include "desktop/qt_run_loop.h"
 #include "desktop/qt_window_system.h"
+#include "desktop/resting_capture.h"
 #include "desktop/services/linux_commands.h"
 #include "desktop/services/power_services.h"
 #include "desktop/services/theme_sounds.h"
@@ -15,7 +16,9 @@
 #include "keyboards/chosen_keyboard.h"
 #include "platform/platform.h"
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace glimra::desktop {
@@ -29,13 +32,17 @@ struct DesktopPlatform {
 
     /// Lights the keyboard by another driver, from now on and at the next start.
     void chooseKeyboard(const std::string& driver);
+    /// Hands each message about the way of capturing to `say`, once until another way is taken: the present
+    /// one soon, later ones as they come.
+    void tellCaptureWay(std::function<void(std::string_view)> say);
 
     StderrSystemLog systemLog;
     SettingsFile settings;
     QtRunLoop runLoop;
     Lifecycle lifecycle{runLoop};
+    /// The reader's; its state is for any thread.
     X11ScreenCapture readerCapture;
-    X11ScreenCapture mainCapture;
+    RestingCapture mainCapture;
     ThreadWorkerLoop readerThread;
     keyboards::ChosenKeyboard keyboard;
     /// What the services of the machine cannot do here, for whoever debugs.
@@ -49,6 +56,12 @@ struct DesktopPlatform {
     ThemeSounds sounds{voice};
     RandomNumbers random;
     Modifiers modifiers;
+
+private:
+    void sayCaptureWay();
+
+    std::function<void(std::string_view)> m_sayCaptureWay;
+    std::string_view m_saidOfCapture;
 };
 
 } // namespace glimra::desktop

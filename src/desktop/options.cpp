@@ -87,6 +87,15 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
         ->check(noFolder);
     command.add_option("--display", options.captureDisplay, "The X display to read (default: $DISPLAY)")
         ->type_name("NAME");
+    command
+        .add_option_function<std::string>(
+            "--capture",
+            [&options](const std::string& name) {
+                options.capture = captureChoiceNamed(name).value_or(CaptureChoice::Automatic);
+            },
+            "What is captured: the screen or the game's own window (default: auto, what the desktop allows)")
+        ->type_name("WAY")
+        ->check(CLI::IsMember({"auto", "screen", "window"}));
     command.add_flag("--log", options.printLog, "Print the message log to standard output");
     using Kind = InstanceCommand::Kind;
     CLI::Option_group* const running =

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/services/instance_channel.h"
+#include "desktop/x11/capture_state.h"
 #include "keyboards/openrgb/connection.h"
 
 #include <optional>
@@ -23,6 +24,8 @@ struct Options {
     std::optional<std::string> traceFile;
     /// X display to capture; empty for the one in the environment.
     std::string captureDisplay;
+    /// How the strip is captured.
+    CaptureChoice capture = CaptureChoice::Automatic;
     /// Print the message log to standard output.
     bool printLog = false;
     /// What the program that is running shall do; this one only tells it.

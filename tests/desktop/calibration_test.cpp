@@ -27,9 +27,20 @@ struct Heard final : platform::Sounds, platform::ChildProcesses, platform::Messa
     void insertText(std::string_view text) override { log += text; }
 };
 
-/// Calibration on a real screen; only the time is simulated.
-class CalibrationOnX11 : public ::testing::Test {
+/// Calibration on a real screen, or in a window on it; only the time is simulated.
+class CalibrationOnX11 : public ::testing::TestWithParam<desktop::CaptureChoice> {
 protected:
+    bool inWindow() const { return GetParam() == desktop::CaptureChoice::Window; }
+    tools::StripPlace stripOf(int width) const { return {0, width, inWindow() ? "wow.exe" : ""}; }
+    /// Windows are searched for a few times a second only.
+    bool sees(tools::StripPainter& painter) {
+        painter.paint(tools::testPattern());
+        return glimra::testing::eventually([&] {
+            const auto image = capture.capture({0.0, 0.0, 1.0, 1.0});
+            return image && image->view().colorAt(0) == platform::Color{1.0, 0.0, 0.0};
+        });
+    }
+
     void calibrate(platform::Duration searchTime) {
         screenlink::Calibration calibration(
             {loop, capture, heard, heard, defaults, heard, messages, settings, geometry}, searchTime);
@@ -56,7 +67,7 @@ protected:
     }
 
     glimra::testing::XvfbServer server;
-    desktop::X11ScreenCapture capture{server.display()};
+    desktop::X11ScreenCapture capture{server.display(), GetParam()};
     simulated::SimulatedRunLoop loop;
     simulated::InMemoryDefaults defaults;
     Heard heard;
@@ -65,10 +76,12 @@ protected:
     screenlink::SharedStripGeometry geometry{screenlink::stripGeometry(80.0, 2)};
 };
 
-TEST_F(CalibrationOnX11, FindsStripsOfManyWidthsAndReadsEverythingAfterwards) {
-    for (const int width : {60, 67, 75, 80, 96, 110, 127, 150, 170, 188}) {
-        tools::StripPainter painter(server.display(), {0, width});
-        painter.paint(tools::testPattern());
+TEST_P(CalibrationOnX11, FindsStripsOfManyWidthsAndReadsEverythingAfterwards) {
+    const std::vector<int> widths =
+        inWindow() ? std::vector{60, 80, 188} : std::vector{60, 67, 75, 80, 96, 110, 127, 150, 170, 188};
+    for (const int width : widths) {
+        tools::StripPainter painter(server.display(), stripOf(width));
+        ASSERT_TRUE(sees(painter));
         heard.log.clear();
         calibrate(screenlink::kSearchTime);
         EXPECT_NE(heard.log.find("Calibration successful!"), std::string::npos) << width;
@@ -86,7 +99,7 @@ TEST_F(CalibrationOnX11, FindsStripsOfManyWidthsAndReadsEverythingAfterwards) {
     }
 }
 
-TEST_F(CalibrationOnX11, WithoutAStripItFailsAndReadsOnAsBefore) {
+TEST_P(CalibrationOnX11, WithoutAStripItFailsAndReadsOnAsBefore) {
     calibrate(3s);
     EXPECT_NE(heard.log.find("Calibration failed."), std::string::npos);
     EXPECT_GE(heard.beeps, 1);
@@ -94,9 +107,13 @@ TEST_F(CalibrationOnX11, WithoutAStripItFailsAndReadsOnAsBefore) {
     EXPECT_TRUE(messages.confirmCalibrate);
     EXPECT_EQ(settings.scanWidth, 80.0);
     EXPECT_EQ(defaults.get("scanWidth"), platform::StoredValue(0.0));
-    tools::StripPainter painter(server.display(), {0, 80});
+    tools::StripPainter painter(server.display(), stripOf(80));
+    ASSERT_TRUE(sees(painter));
     EXPECT_EQ(read(painter, {std::nullopt, 'C'}), (screenlink::Token{std::nullopt, 'C'}));
 }
+
+INSTANTIATE_TEST_SUITE_P(Ways, CalibrationOnX11,
+                         ::testing::Values(desktop::CaptureChoice::Screen, desktop::CaptureChoice::Window));
 
 } // namespace
 } // namespace glimra

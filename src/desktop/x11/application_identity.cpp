@@ -51,7 +51,7 @@ std::string readProcessText(std::uint32_t processId, const char* file) {
 bool isGame(const WindowFacts& window) {
     if (isGameProgram(window.instance) || isGameProgram(window.windowClass))
         return true;
-    if (!lowered(window.windowClass).starts_with(kProtonClassPrefix))
+    if (!isClassOfAnyProgram(window.windowClass))
         return false;
     // A sandbox may hide the process, or show another one under its number: then the title has to do.
     const std::string program = windowsProgram(window.processId);
@@ -78,6 +78,10 @@ std::string windowsProgram(std::uint32_t processId) {
     std::string name = readProcessText(processId, "comm");
     name.resize(std::min(name.find('\n'), name.size()));
     return isWindowsProgram(name) ? name : std::string();
+}
+
+bool isClassOfAnyProgram(std::string_view windowClass) {
+    return lowered(windowClass).starts_with(kProtonClassPrefix);
 }
 
 platform::RunningApplication identify(const WindowFacts& window) {

@@ -18,8 +18,7 @@ struct WindowFacts {
     std::uint32_t processId = 0;
 };
 
-/// The identifier of the game, whatever name its window goes under.
-inline constexpr std::string_view kGameIdentifier = "com.blizzard.worldofwarcraft";
+using platform::kGameIdentifier;
 
 /// Whether `name` is a Windows program of the game, in any case of letters.
 bool isGameProgram(std::string_view name);
@@ -27,6 +26,9 @@ bool isGameProgram(std::string_view name);
 /// The Windows program that a process runs under Wine, without its folder; empty when it is none or cannot be
 /// found out.
 std::string windowsProgram(std::uint32_t processId);
+
+/// Whether windows of this class may be of any program: then only the process tells which, or the title.
+bool isClassOfAnyProgram(std::string_view windowClass);
 
 /// The application behind a window: the game, or else its window class as valid UTF-8. A window without a
 /// class has no identifier. Looks at the window's process only where the class does not tell which program it

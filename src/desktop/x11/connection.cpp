@@ -68,10 +68,10 @@ bool Connection::isSilent() {
     return false;
 }
 
-void* Connection::waitForReply(unsigned int sequence) {
+Connection::RawAnswer Connection::waitForAnswer(unsigned int sequence) {
     if (isSilent()) {
         xcb_discard_reply(m_xcb, sequence);
-        return nullptr;
+        return {};
     }
     xcb_flush(m_xcb);
     const auto deadline = Clock::now() + kReplyPatience;
@@ -79,12 +79,13 @@ void* Connection::waitForReply(unsigned int sequence) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
         if (xcb_poll_for_reply(m_xcb, sequence, &reply, &error) != 0) {
+            const std::uint8_t errorCode = error == nullptr ? std::uint8_t{0} : error->error_code;
             std::free(error);
-            return reply;
+            return {reply, errorCode};
         }
     } while (waitUntilReadable(fileDescriptor(), deadline));
     m_overdue = sequence;
-    return nullptr;
+    return {};
 }
 
 XcbPointer<xcb_generic_event_t> Connection::pollEvent() {

@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -43,17 +44,33 @@ public:
     /// An answer is overdue. Requests should not be sent now: they would only pile up.
     bool isSilent();
 
-    /// The answer to a request; null for an error, on a lost connection, and when the server is silent.
+    /// What a request brought: an answer, or the code of the error that came instead, or neither on a lost
+    /// connection and when the server is silent.
+    template <class Reply>
+    struct Answer {
+        XcbPointer<Reply> reply;
+        std::uint8_t errorCode = 0;
+    };
+    template <class Reply, class Cookie>
+    Answer<Reply> answer(Cookie cookie) {
+        const RawAnswer raw = waitForAnswer(cookie.sequence);
+        return {XcbPointer<Reply>(static_cast<Reply*>(raw.reply)), raw.errorCode};
+    }
+    /// The answer alone; null when there is none, for whatever reason.
     template <class Reply, class Cookie>
     XcbPointer<Reply> reply(Cookie cookie) {
-        return XcbPointer<Reply>(static_cast<Reply*>(waitForReply(cookie.sequence)));
+        return answer<Reply>(cookie).reply;
     }
     /// The next event that has already arrived, null if there is none; sends nothing.
     XcbPointer<xcb_generic_event_t> pollEvent();
 
 private:
     explicit Connection(xcb_connection_t* xcb) : m_xcb(xcb) {}
-    void* waitForReply(unsigned int sequence);
+    struct RawAnswer {
+        void* reply = nullptr;
+        std::uint8_t errorCode = 0;
+    };
+    RawAnswer waitForAnswer(unsigned int sequence);
 
     xcb_connection_t* m_xcb;
     const xcb_screen_t* m_screen = nullptr;

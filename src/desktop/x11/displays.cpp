@@ -30,18 +30,21 @@ std::optional<int> activeControllers(Connection& connection,
     return count;
 }
 
-/// The primary monitor or, as many servers have none, the one nearest to the top left corner.
-std::optional<Area> mainMonitor(const xcb_randr_get_monitors_reply_t& monitors) {
+/// The monitors; the main one is the primary or, as many servers have none, the one nearest to the top left
+/// corner.
+void takeMonitors(Displays& displays, const xcb_randr_get_monitors_reply_t& monitors) {
+    std::optional<Area> primary;
     std::optional<Area> nearest;
     for (auto it = xcb_randr_get_monitors_monitors_iterator(&monitors); it.rem > 0;
          xcb_randr_monitor_info_next(&it)) {
         const Area area{it.data->x, it.data->y, it.data->width, it.data->height};
-        if (it.data->primary)
-            return area;
+        displays.monitors.push_back(area);
+        if (it.data->primary && !primary)
+            primary = area;
         if (!nearest || area.x + area.y < nearest->x + nearest->y)
             nearest = area;
     }
-    return nearest;
+    displays.main = primary.value_or(nearest.value_or(displays.main));
 }
 
 } // namespace
@@ -50,7 +53,7 @@ DisplayWatch::DisplayWatch(Connection& connection) : m_connection(connection) {
     xcb_connection_t* xcb = m_connection.xcb();
     // Monitors that are defined by hand announce themselves by nothing but a root window that is configured
     // anew.
-    const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const std::uint32_t events = kRootEvents;
     xcb_change_window_attributes(xcb, m_connection.root(), XCB_CW_EVENT_MASK, &events);
 
     const xcb_query_extension_reply_t* extension = xcb_get_extension_data(xcb, &xcb_randr_id);
@@ -73,7 +76,15 @@ DisplayWatch::DisplayWatch(Connection& connection) : m_connection(connection) {
 
 void DisplayWatch::update() {
     while (const auto event = m_connection.pollEvent())
-        m_outdated = m_outdated || isDisplayEvent(*event);
+        take(*event);
+    refresh();
+}
+
+void DisplayWatch::take(const xcb_generic_event_t& event) {
+    m_outdated = m_outdated || isDisplayEvent(event);
+}
+
+void DisplayWatch::refresh() {
     if (!m_outdated)
         return;
     if (const auto displays = query()) {
@@ -84,8 +95,9 @@ void DisplayWatch::update() {
 
 bool DisplayWatch::isDisplayEvent(const xcb_generic_event_t& event) const {
     const int type = eventType(event);
-    return type == XCB_CONFIGURE_NOTIFY ||
-           (m_hasRandr && (type == m_firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+    if (type == XCB_CONFIGURE_NOTIFY)
+        return reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == m_connection.root();
+    return (m_hasRandr && (type == m_firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
                            type == m_firstRandrEvent + XCB_RANDR_NOTIFY));
 }
 
@@ -118,8 +130,8 @@ std::optional<Displays> DisplayWatch::query() {
     displays.rootHeight = geometry->height;
     displays.main = {0, 0, geometry->width, geometry->height};
     if (monitors) {
-        displays.main = mainMonitor(*monitors).value_or(displays.main);
-        displays.activeCount = xcb_randr_get_monitors_monitors_length(monitors.get());
+        takeMonitors(displays, *monitors);
+        displays.activeCount = static_cast<int>(displays.monitors.size());
     } else {
         displays.activeCount = 1;
     }

@@ -3,6 +3,7 @@
 #include "desktop/x11/connection.h"
 
 #include <optional>
+#include <vector>
 
 namespace glimra::desktop {
 
@@ -18,6 +19,8 @@ struct Area {
 struct Displays {
     int activeCount = 0;
     Area main;
+    /// All of them, the main one too; none where the server tells of none.
+    std::vector<Area> monitors{};
     int rootWidth = 0;
     int rootHeight = 0;
 };
@@ -29,8 +32,15 @@ public:
     /// Subscribes to the events; worth nothing when the connection is silent afterwards.
     explicit DisplayWatch(Connection& connection);
 
-    /// Takes in the events that have arrived; without one there is no request to the server.
+    /// What has to stay selected on the root window, whatever else is followed there.
+    static constexpr std::uint32_t kRootEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+
+    /// Takes in the events that have arrived, whatever they tell of, and refreshes.
     void update();
+    /// Takes in one event.
+    void take(const xcb_generic_event_t& event);
+    /// Asks for the displays if an event said so; else there is no request to the server.
+    void refresh();
     const Displays& displays() const { return m_displays; }
 
 private:

@@ -7,13 +7,18 @@ namespace glimra::desktop {
 
 namespace {
 
-const xcb_visualtype_t* visualOf(const xcb_screen_t& screen, xcb_visualid_t id) {
+struct Visual {
+    const xcb_visualtype_t* type = nullptr;
+    std::uint8_t depth = 0;
+};
+
+Visual visualOf(const xcb_screen_t& screen, xcb_visualid_t id) {
     for (auto depths = xcb_screen_allowed_depths_iterator(&screen); depths.rem > 0; xcb_depth_next(&depths))
         for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
              xcb_visualtype_next(&visuals))
             if (visuals.data->visual_id == id)
-                return visuals.data;
-    return nullptr;
+                return {visuals.data, depths.data->depth};
+    return {};
 }
 
 std::optional<std::size_t> bytesPerPixelOf(const xcb_setup_t& setup, std::uint8_t depth) {
@@ -33,9 +38,10 @@ bool isNative(const PixelLayout& layout) {
 
 } // namespace
 
-std::optional<PixelLayout> rootPixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen) {
-    const xcb_visualtype_t* visual = visualOf(screen, screen.root_visual);
-    const auto bytesPerPixel = bytesPerPixelOf(setup, screen.root_depth);
+std::optional<PixelLayout> pixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen,
+                                       xcb_visualid_t visualId) {
+    const auto [visual, depth] = visualOf(screen, visualId);
+    const auto bytesPerPixel = bytesPerPixelOf(setup, depth);
     if (visual == nullptr || !bytesPerPixel)
         return std::nullopt;
     if (visual->_class != XCB_VISUAL_CLASS_TRUE_COLOR && visual->_class != XCB_VISUAL_CLASS_DIRECT_COLOR)
@@ -46,6 +52,10 @@ std::optional<PixelLayout> rootPixelLayout(const xcb_setup_t& setup, const xcb_s
                        *bytesPerPixel,
                        setup.image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST ? ByteOrder::LeastSignificantFirst
                                                                            : ByteOrder::MostSignificantFirst};
+}
+
+std::optional<PixelLayout> rootPixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen) {
+    return pixelLayout(setup, screen, screen.root_visual);
 }
 
 std::optional<std::vector<std::uint32_t>> unpackPixels(std::span<const std::uint8_t> bytes, std::size_t count,

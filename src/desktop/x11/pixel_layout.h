@@ -21,8 +21,11 @@ struct PixelLayout {
     ByteOrder byteOrder = ByteOrder::LeastSignificantFirst;
 };
 
-/// The layout of the root window's images; none where its pixels do not hold red, green and blue in bits of
-/// their own.
+/// The layout of images of windows of one visual; none where their pixels do not hold red, green and blue in
+/// bits of their own.
+std::optional<PixelLayout> pixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen,
+                                       xcb_visualid_t visual);
+/// The same for the root window.
 std::optional<PixelLayout> rootPixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen);
 
 /// `count` pixels from the beginning of `bytes`; none when there are fewer.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -11,10 +12,30 @@ namespace {
 
 constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
 
+/// What a display is that was named says the server alone; the environment's belongs to the session.
+bool isInWayland(const std::string& displayName) {
+    const char* socket = std::getenv("WAYLAND_DISPLAY");
+    return displayName.empty() && socket != nullptr && *socket != '\0';
+}
+
+bool contains(const Area& area, const Place& place) {
+    return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
+           place.y < area.y + area.height;
+}
+
 } // namespace
 
-X11ScreenCapture::X11ScreenCapture(const std::string& displayName) : m_connector(displayName) {
+X11ScreenCapture::X11ScreenCapture(const std::string& displayName, CaptureChoice choice,
+                                   std::function<void(CaptureState)> changed)
+    : m_connector(displayName),
+      m_choice(choice),
+      m_isInWayland(isInWayland(displayName)),
+      m_changed(std::move(changed)) {
     useConnection(m_connector.connect(kConnectPatience));
+    // Beginning with the displays, so that the first capture has nothing else to ask for.
+    currentDisplays();
+    if (m_state == CaptureState::NoServer && m_changed)
+        m_changed(m_state);
 }
 
 int X11ScreenCapture::activeDisplayCount() {
@@ -24,30 +45,37 @@ int X11ScreenCapture::activeDisplayCount() {
 
 std::optional<platform::Image> X11ScreenCapture::capture(const platform::ScreenRect& rect) {
     const Displays* displays = currentDisplays();
-    if (displays == nullptr || displays->activeCount == 0 || !m_layout || m_connection->isSilent())
+    if (displays == nullptr || displays->activeCount == 0 || m_connection->isSilent())
         return std::nullopt;
-
-    // The server refuses a rectangle that reaches beyond the root window by a single pixel.
-    const Area& main = displays->main;
-    const auto columns = visibleSpan(rect.x, rect.width, std::max(0, -main.x),
-                                     std::min(main.width, displays->rootWidth - main.x));
-    const auto rows = visibleSpan(rect.y, rect.height, std::max(0, -main.y),
-                                  std::min(main.height, displays->rootHeight - main.y));
+    const auto from = source(*displays);
+    if (!from)
+        return std::nullopt;
+    // The server refuses a rectangle that reaches beyond the drawable by a single pixel.
+    const auto columns = visibleSpan(rect.x, rect.width, from->low.x, from->high.x);
+    const auto rows = visibleSpan(rect.y, rect.height, from->low.y, from->high.y);
     if (!columns || !rows)
         return std::nullopt;
 
-    const auto reply = m_connection->reply<xcb_get_image_reply_t>(xcb_get_image(
-        m_connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_connection->root(),
-        static_cast<std::int16_t>(main.x + columns->first), static_cast<std::int16_t>(main.y + rows->first),
-        static_cast<std::uint16_t>(columns->count), 1, ~0u));
+    const auto reply = m_connection->reply<xcb_get_image_reply_t>(
+        xcb_get_image(m_connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, from->drawable,
+                      static_cast<std::int16_t>(from->origin.x + columns->first),
+                      static_cast<std::int16_t>(from->origin.y + rows->first),
+                      static_cast<std::uint16_t>(columns->count), 1, ~0u));
     if (!reply)
+        return std::nullopt;
+    const std::optional<PixelLayout>& layout = layoutOf(reply->visual);
+    if (!layout)
         return std::nullopt;
     const auto length = static_cast<std::size_t>(xcb_get_image_data_length(reply.get()));
     auto pixels = unpackPixels({xcb_get_image_data(reply.get()), length},
-                               static_cast<std::size_t>(columns->count), *m_layout);
+                               static_cast<std::size_t>(columns->count), *layout);
     if (!pixels)
         return std::nullopt;
-    return platform::Image{*std::move(pixels), m_layout->format, columns->skipped};
+    return platform::Image{*std::move(pixels), layout->format, columns->skipped};
+}
+
+void X11ScreenCapture::rest() {
+    useConnection(nullptr);
 }
 
 std::uint64_t X11ScreenCapture::bytesSent() const {
@@ -55,29 +83,100 @@ std::uint64_t X11ScreenCapture::bytesSent() const {
 }
 
 void X11ScreenCapture::useConnection(std::unique_ptr<Connection> connection) {
+    m_windowWatch.reset();
     m_displayWatch.reset();
-    m_layout.reset();
+    m_visual = XCB_NONE;
     m_connection = std::move(connection);
     if (!m_connection)
         return;
-    m_layout = rootPixelLayout(*xcb_get_setup(m_connection->xcb()), m_connection->screen());
     m_displayWatch.emplace(*m_connection);
+    chooseWay();
     // A watch that could not find out how to follow the displays would miss their changes for ever.
     if (m_connection->isSilent())
         useConnection(nullptr);
 }
 
+void X11ScreenCapture::chooseWay() {
+    const auto answer = m_connection->answer<xcb_get_image_reply_t>(
+        xcb_get_image(m_connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_connection->root(), 0, 0, 1, 1, ~0u));
+    m_screenIsRefused = answer.errorCode == XCB_MATCH;
+    m_capturesWindow = m_choice == CaptureChoice::Window ||
+                       (m_choice == CaptureChoice::Automatic && (m_isInWayland || m_screenIsRefused));
+}
+
 const Displays* X11ScreenCapture::currentDisplays() {
     if (!m_connection)
         useConnection(m_connector.retry(monotonicNow()));
+    if (m_connection && !m_connection->isSilent()) {
+        while (const auto event = m_connection->pollEvent()) {
+            m_displayWatch->take(*event);
+            if (m_windowWatch)
+                m_windowWatch->take(*event);
+        }
+        m_displayWatch->refresh();
+        followWindows();
+    }
+    if (m_connection && m_connection->isLost())
+        useConnection(nullptr);
+    tellState();
+    return m_connection ? &m_displayWatch->displays() : nullptr;
+}
+
+void X11ScreenCapture::followWindows() {
+    if (!m_windowWatch && (m_capturesWindow || m_displayWatch->displays().monitors.size() > 1))
+        m_windowWatch.emplace(*m_connection, DisplayWatch::kRootEvents);
+    if (m_windowWatch)
+        m_windowWatch->refresh(monotonicNow());
+}
+
+void X11ScreenCapture::tellState() {
+    const CaptureState state = currentState();
+    if (m_state.exchange(state) != state && m_changed)
+        m_changed(state);
+}
+
+CaptureState X11ScreenCapture::currentState() const {
     if (!m_connection)
-        return nullptr;
-    if (!m_connection->isSilent())
-        m_displayWatch->update();
-    if (!m_connection->isLost())
-        return &m_displayWatch->displays();
-    useConnection(nullptr);
-    return nullptr;
+        return CaptureState::NoServer;
+    if (m_capturesWindow)
+        return m_windowWatch && m_windowWatch->window() ? CaptureState::Window : CaptureState::NoWindow;
+    return m_screenIsRefused ? CaptureState::ScreenRefused : CaptureState::Screen;
+}
+
+std::optional<X11ScreenCapture::Source> X11ScreenCapture::source(const Displays& displays) {
+    if (m_capturesWindow) {
+        const auto window = m_windowWatch ? m_windowWatch->window() : std::nullopt;
+        if (!window)
+            return std::nullopt;
+        return Source{window->id, {0, 0}, {0, 0}, {window->width, window->height}};
+    }
+    const Area area = displayOfGame(displays);
+    return Source{m_connection->root(),
+                  {area.x, area.y},
+                  {std::max(0, -area.x), std::max(0, -area.y)},
+                  {std::min(area.width, displays.rootWidth - area.x),
+                   std::min(area.height, displays.rootHeight - area.y)}};
+}
+
+Area X11ScreenCapture::displayOfGame(const Displays& displays) {
+    if (displays.monitors.size() < 2 || !m_windowWatch)
+        return displays.main;
+    const auto place = m_windowWatch->topMiddle();
+    const auto& monitors = displays.monitors;
+    const auto hasPlace = [&place](const Area& area) { return place && contains(area, *place); };
+    // Mirrored displays overlap: then the main one is as good as any.
+    if (hasPlace(displays.main))
+        return displays.main;
+    const auto found = std::find_if(monitors.begin(), monitors.end(), hasPlace);
+    return found == monitors.end() ? displays.main : *found;
+}
+
+const std::optional<PixelLayout>& X11ScreenCapture::layoutOf(xcb_visualid_t visual) {
+    if (visual != m_visual) {
+        m_visual = visual;
+        m_layout = pixelLayout(*xcb_get_setup(m_connection->xcb()), m_connection->screen(), visual);
+    }
+    return m_layout;
 }
 
 std::optional<VisibleSpan> visibleSpan(double begin, double length, int low, int high) {

@@ -67,19 +67,14 @@ std::vector<xcb_window_t> windowsProperty(Connection& connection, xcb_window_t w
     return numbers(connection.reply<xcb_get_property_reply_t>(request(connection, window, property, limit)));
 }
 
-std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowAtoms& atoms,
-                                           xcb_window_t window) {
-    const auto classCookie = request(connection, window, XCB_ATOM_WM_CLASS, kTextLimit / 4);
-    const auto nameCookie = request(connection, window, atoms.windowName, kTextLimit / 4);
-    const auto oldNameCookie = request(connection, window, XCB_ATOM_WM_NAME, kTextLimit / 4);
-    const auto processCookie = request(connection, window, atoms.processId, 1);
-    const auto windowClass = connection.reply<xcb_get_property_reply_t>(classCookie);
-    const auto name = connection.reply<xcb_get_property_reply_t>(nameCookie);
-    const auto oldName = connection.reply<xcb_get_property_reply_t>(oldNameCookie);
-    const auto process = connection.reply<xcb_get_property_reply_t>(processCookie);
+xcb_get_property_cookie_t requestWindowClass(Connection& connection, xcb_window_t window) {
+    return request(connection, window, XCB_ATOM_WM_CLASS, kTextLimit / 4);
+}
+
+std::optional<WindowFacts> windowClassFacts(Connection& connection, xcb_get_property_cookie_t cookie) {
+    const auto windowClass = connection.reply<xcb_get_property_reply_t>(cookie);
     if (!windowClass)
         return std::nullopt;
-
     // "instance", NUL, "class", NUL; the last NUL, or the whole second part, may be missing.
     WindowFacts facts;
     const std::string both = text(windowClass);
@@ -87,11 +82,26 @@ std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowA
     facts.instance = both.substr(0, end);
     if (end < both.size())
         facts.windowClass = both.substr(end + 1, both.find('\0', end + 1) - (end + 1));
-    facts.title = text(name);
-    if (facts.title.empty())
-        facts.title = text(oldName);
+    return facts;
+}
+
+std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowAtoms& atoms,
+                                           xcb_window_t window) {
+    const auto classCookie = requestWindowClass(connection, window);
+    const auto nameCookie = request(connection, window, atoms.windowName, kTextLimit / 4);
+    const auto oldNameCookie = request(connection, window, XCB_ATOM_WM_NAME, kTextLimit / 4);
+    const auto processCookie = request(connection, window, atoms.processId, 1);
+    auto facts = windowClassFacts(connection, classCookie);
+    const auto name = connection.reply<xcb_get_property_reply_t>(nameCookie);
+    const auto oldName = connection.reply<xcb_get_property_reply_t>(oldNameCookie);
+    const auto process = connection.reply<xcb_get_property_reply_t>(processCookie);
+    if (!facts)
+        return std::nullopt;
+    facts->title = text(name);
+    if (facts->title.empty())
+        facts->title = text(oldName);
     const auto processes = numbers(process);
-    facts.processId = processes.empty() ? 0 : processes.front();
+    facts->processId = processes.empty() ? 0 : processes.front();
     return facts;
 }
 

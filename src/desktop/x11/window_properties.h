@@ -23,6 +23,11 @@ std::optional<WindowAtoms> internWindowAtoms(Connection& connection);
 std::vector<xcb_window_t> windowsProperty(Connection& connection, xcb_window_t window, xcb_atom_t property,
                                           std::uint32_t limit);
 
+/// Asks for a window's class, and takes in the answer: facts with a class and nothing else, none when there
+/// is no such window.
+xcb_get_property_cookie_t requestWindowClass(Connection& connection, xcb_window_t window);
+std::optional<WindowFacts> windowClassFacts(Connection& connection, xcb_get_property_cookie_t cookie);
+
 /// What a window tells of itself, each text cut after 1024 bytes; none when there is no such window.
 std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowAtoms& atoms,
                                            xcb_window_t window);

@@ -18,7 +18,8 @@ constexpr int kBadArguments = 2;
 constexpr int kStoppedBySignal = 128;
 
 constexpr const char* kUsage =
-    "Usage: glimra-strip [--display NAME] [--left N] [--width N] [--hold MS] [--timestamps] COMMAND";
+    "Usage: glimra-strip [--display NAME] [--left N] [--width N] [--window CLASS] [--hold MS] [--timestamps] "
+    "COMMAND";
 
 constexpr const char* kCommandHelp = R"(COMMAND:
   send TOKEN...       show each token: announce frame, confirm frame, dark frame
@@ -67,6 +68,9 @@ void describe(CLI::App& app, Options& options) {
     app.add_option("--width", options.place.width, "width of the strip in pixels")
         ->check(CLI::Range(11, 16383))
         ->capture_default_str();
+    app.add_option("--window", options.place.windowClass,
+                   "show the strip in an ordinary window of this class, not above all windows")
+        ->type_name("CLASS");
     app.add_option("--hold", options.holdMs, "how long each frame of a token stays, in milliseconds")
         ->check(CLI::Range(1, 60000))
         ->capture_default_str();

@@ -1,8 +1,8 @@
 #include "tools/strip/strip_painter.h"
 
-#include "desktop/x11/displays.h"
 #include "desktop/x11/pixel_layout.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdlib>
 
@@ -14,6 +14,9 @@ using desktop::Connection;
 
 /// The application reads only the first row; a few more let people see that something is there.
 constexpr std::uint16_t kHeight = 4;
+/// Of a window like the game's, at least.
+constexpr int kGameWidth = 640;
+constexpr std::uint16_t kGameHeight = 360;
 
 std::unique_ptr<Connection> connect(const std::string& display) {
     if (auto connection = Connection::open(display))
@@ -57,6 +60,27 @@ StripPainter::StripPainter(const std::string& display, StripPlace place)
     paint(kDarkFrame);
 }
 
+xcb_window_t StripPainter::createGameWindow(const desktop::Area& display) {
+    auto* connection = m_connection->xcb();
+    const xcb_window_t window = xcb_generate_id(connection);
+    const std::uint32_t black = m_connection->screen().black_pixel;
+    const auto width = static_cast<std::uint16_t>(std::max(kGameWidth, m_place.left + m_place.width));
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, m_connection->root(),
+                      static_cast<std::int16_t>(display.x), static_cast<std::int16_t>(display.y), width,
+                      kGameHeight, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
+                      &black);
+    const auto setText = [&](xcb_atom_t property, const std::string& text) {
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_STRING, 8,
+                            static_cast<std::uint32_t>(text.size()), text.data());
+    };
+    // Instance and class, each with a zero behind it.
+    const std::string name = m_place.windowClass + '\0';
+    setText(XCB_ATOM_WM_CLASS, name + name);
+    setText(XCB_ATOM_WM_NAME, m_place.windowClass);
+    xcb_map_window(connection, window);
+    return window;
+}
+
 void StripPainter::createWindow() {
     auto* connection = m_connection->xcb();
     const desktop::Area display = mainDisplay(*m_connection);
@@ -64,14 +88,21 @@ void StripPainter::createWindow() {
         throw DisplayError("the strip (left " + std::to_string(m_place.left) + ", width " +
                            std::to_string(m_place.width) + ") does not fit the display, which is " +
                            std::to_string(display.width) + " pixels wide");
+    xcb_window_t parent = m_connection->root();
+    int left = display.x + m_place.left;
+    int top = display.y;
+    if (!m_place.windowClass.empty()) {
+        parent = createGameWindow(display);
+        left = m_place.left;
+        top = 0;
+    }
     m_window = xcb_generate_id(connection);
     // No window manager shall move, frame or focus it.
     const std::uint32_t overrideRedirect = 1;
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_window, m_connection->root(),
-                      static_cast<std::int16_t>(display.x + m_place.left),
-                      static_cast<std::int16_t>(display.y), static_cast<std::uint16_t>(m_place.width),
-                      kHeight, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                      XCB_CW_OVERRIDE_REDIRECT, &overrideRedirect);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_window, parent, static_cast<std::int16_t>(left),
+                      static_cast<std::int16_t>(top), static_cast<std::uint16_t>(m_place.width), kHeight, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
+                      &overrideRedirect);
     m_graphics = xcb_generate_id(connection);
     xcb_create_gc(connection, m_graphics, m_window, 0, nullptr);
     xcb_map_window(connection, m_window);

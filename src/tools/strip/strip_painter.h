@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/x11/connection.h"
+#include "desktop/x11/displays.h"
 #include "platform/screen_capture.h"
 #include "tools/strip/strip_encoder.h"
 
@@ -15,6 +16,9 @@ namespace glimra::tools {
 struct StripPlace {
     int left = 2;
     int width = 80;
+    /// Class of a window of its own, as the game has one: then the strip lies at that window's top edge.
+    /// Empty for none.
+    std::string windowClass{};
 };
 
 /// The X server cannot be reached, is gone, or does not take what is asked; what() says it in a sentence.
@@ -23,8 +27,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A window at the top edge of the main display, above all others, that shows a strip. It is dark at first
-/// and gone with the painter. Every function may throw DisplayError.
+/// A window at the top edge of the main display, above all others, that shows a strip; or one in an ordinary
+/// window. It is dark at first and gone with the painter. Every function may throw DisplayError.
 class StripPainter {
 public:
     /// `display` as DISPLAY names it; empty is the one that DISPLAY names.
@@ -39,6 +43,7 @@ public:
     void serveEvents();
 
 private:
+    xcb_window_t createGameWindow(const desktop::Area& display);
     void createWindow();
     void draw(const StripFrame& frame, xcb_pixmap_t pixmap);
     /// Waits until the server has done all that it was sent.

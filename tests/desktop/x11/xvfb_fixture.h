@@ -165,11 +165,14 @@ public:
     xcb_window_t root() const { return m_screen->root; }
 
     void fill(int x, int y, int width, int height, std::uint32_t pixel) {
+        fill(root(), x, y, width, height, pixel);
+    }
+    void fill(xcb_drawable_t drawable, int x, int y, int width, int height, std::uint32_t pixel) {
         xcb_change_gc(m_xcb, m_context, XCB_GC_FOREGROUND, &pixel);
         const xcb_rectangle_t rectangle{static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
                                         static_cast<std::uint16_t>(width),
                                         static_cast<std::uint16_t>(height)};
-        xcb_poly_fill_rectangle(m_xcb, root(), m_context, 1, &rectangle);
+        xcb_poly_fill_rectangle(m_xcb, drawable, m_context, 1, &rectangle);
         sync();
     }
 
@@ -190,6 +193,24 @@ public:
     }
     void show(xcb_window_t window) {
         xcb_map_window(m_xcb, window);
+        sync();
+    }
+    void hide(xcb_window_t window) {
+        xcb_unmap_window(m_xcb, window);
+        sync();
+    }
+    void place(xcb_window_t window, int x, int y, int width, int height) {
+        const std::uint32_t values[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
+                                        static_cast<std::uint32_t>(width),
+                                        static_cast<std::uint32_t>(height)};
+        xcb_configure_window(m_xcb, window,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             values);
+        sync();
+    }
+    void reparent(xcb_window_t window, xcb_window_t parent) {
+        xcb_reparent_window(m_xcb, window, parent, 0, 0);
         sync();
     }
     /// Shows a window under a window manager; whether one has taken charge of it. A manager that is still

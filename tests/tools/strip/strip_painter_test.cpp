@@ -48,7 +48,8 @@ TEST(StripPainter, EachPixelHasTheColorOfItsCell) {
     desktop::X11ScreenCapture capture(server.display());
     XClient background(server.display());
     const std::vector<Rgb> around(3, Rgb{0x12, 0x34, 0x56});
-    for (const StripPlace place : {StripPlace{}, {5, 11}, {3, 57}, {700, 97}}) {
+    for (const StripPlace& place :
+         {StripPlace{}, StripPlace{5, 11}, StripPlace{3, 57}, StripPlace{700, 97}}) {
         background.fill(0, 0, 800, 10, 0x123456);
         StripPainter painter(server.display(), place);
         EXPECT_EQ(row(capture, place.left, 0, place.width), stripRow(kDarkFrame, place.width));

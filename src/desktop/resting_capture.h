@@ -1,0 +1,32 @@
+#pragma once
+
+#include "desktop/x11/screen_capture.h"
+#include "platform/run_loop.h"
+
+#include <string>
+
+namespace glimra::desktop {
+
+/// The capture of someone who captures now and then. It hangs up when nothing has been captured for some
+/// seconds: a connection that nobody listens to would have the server keep its events for it, for hours.
+/// Main thread.
+class RestingCapture final : public platform::ScreenCapture {
+public:
+    RestingCapture(const std::string& displayName, CaptureChoice choice, platform::RunLoop& runLoop);
+    ~RestingCapture() override;
+
+    int activeDisplayCount() override;
+    std::optional<platform::Image> capture(const platform::ScreenRect& rect) override;
+    double backingScaleFactor() override { return m_capture.backingScaleFactor(); }
+
+private:
+    X11ScreenCapture& awake();
+    void restOrWait();
+
+    platform::RunLoop& m_runLoop;
+    X11ScreenCapture m_capture;
+    platform::Time m_lastUse{};
+    std::optional<platform::TimerId> m_timer;
+};
+
+} // namespace glimra::desktop
