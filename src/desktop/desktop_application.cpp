@@ -3,12 +3,14 @@
 #include "app/app_delegate.h"
 #include "app/message_log.h"
 #include "desktop/desktop_platform.h"
+#include "desktop/output_file.h"
 #include "desktop/quit_signals.h"
 #include "desktop/running_instance.h"
 #include "desktop/trace_file.h"
 #include "desktop/windows/theme.h"
 #include "desktop/windows/tray.h"
 #include "desktop/windows/windows.h"
+#include "recording/recorded_platform.h"
 #include "trace/traced_outlets.h"
 #include "trace/traced_platform.h"
 
@@ -52,6 +54,30 @@ struct Tracing {
     trace::TracedPlatform platform;
 };
 
+/// The recording, where one is asked for: its file, and the platform of which it tells.
+struct Recording {
+    Recording(const std::string& path, const platform::Platform& recorded)
+        : file(path),
+          recorder(
+              QtRunLoop::monotonicNow, [this](std::string_view lines) { return file.append(lines); },
+              [this](const std::string& why) { tell(why + " It is in " + file.path() + "."); }),
+          platform(recorded, recorder) {}
+
+    void follow(InterfaceBinder& binder, app::Outlets& outlets, std::function<void(std::string_view)> say) {
+        tell = std::move(say);
+        platform.follow(outlets);
+        binder.aboutToSend.observe([this](const app::ActionRow& action, const app::ActionArgument& argument) {
+            recorder.beginAction(action, argument);
+        });
+        binder.sent.observe([this] { recorder.endAction(); });
+    }
+
+    std::function<void(std::string_view)> tell = [](std::string_view) {};
+    OutputFile file;
+    recording::ScriptRecorder recorder;
+    recording::RecordedPlatform platform;
+};
+
 /// Says what the machine's services cannot do: once, to whoever turns debug mode on.
 void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDelegate& delegate) {
     outlets.debugMenuItem.on.changed.observe([&](bool debugMode) {
@@ -66,22 +92,19 @@ void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDe
     });
 }
 
-/// What another start of the program asks.
-void perform(const InstanceCommand& command, app::AppDelegate& delegate, Lifecycle& lifecycle) {
-    switch (command.kind) {
-    case InstanceCommand::Kind::BringToFront:
+/// What another start of the program asks, but for quitting.
+void perform(const InstanceCommand& command, InterfaceBinder& binder, app::AppDelegate& delegate,
+             recording::ScriptRecorder* recorder) {
+    if (command.kind == InstanceCommand::Kind::BringToFront) {
         delegate.outlets().mainWindow.bringToFront();
-        break;
-    case InstanceCommand::Kind::Quit:
-        lifecycle.terminate();
-        break;
-    case InstanceCommand::Kind::TestPattern:
-        delegate.testLightsMI();
-        break;
-    case InstanceCommand::Kind::Profile:
+    } else if (command.kind == InstanceCommand::Kind::TestPattern) {
+        binder.send("testLightsMI:");
+    } else if (command.kind == InstanceCommand::Kind::Profile) {
         // As the game asks for it.
-        delegate.appendToMessageQueue(std::to_string(command.profile));
-        break;
+        const std::string token = std::to_string(command.profile);
+        if (recorder != nullptr)
+            recorder->token(token);
+        delegate.appendToMessageQueue(token);
     }
 }
 
@@ -102,24 +125,29 @@ int runDesktopApplication(const Options& options) {
         return isTold ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     DesktopPlatform machine(options);
-    platform::Platform untraced = machine.platform();
+    if (!machine.settings.get(kEndStaleEffectsKey))
+        machine.settings.set(kEndStaleEffectsKey, true);
+
+    platform::Platform plain = machine.platform();
+    std::optional<Recording> recording;
+    if (options.recordFile)
+        recording.emplace(*options.recordFile, plain);
+    platform::Platform& untraced = recording ? recording->platform.platform() : plain;
     std::optional<Tracing> tracing;
     if (options.traceFile)
         tracing.emplace(*options.traceFile, untraced);
 
-    if (!machine.settings.get(kEndStaleEffectsKey))
-        machine.settings.set(kEndStaleEffectsKey, true);
-
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
-    app::MessageLog log(delegate.state().log, outlets.myTextScroll);
+    const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
     tellNotes(machine, outlets, delegate);
-    machine.keyboard.told.observe([&delegate](std::string_view line) { delegate.tell(line); });
+    machine.keyboard.told.observe(tell);
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)
         tracing->follow(outlets);
 
+    const auto quit = [&machine] { machine.lifecycle.terminate(); };
     const DesktopTheme theme;
     Windows windows({.delegate = delegate,
                      .windowSystem = machine.windowSystem,
@@ -127,24 +155,34 @@ int runDesktopApplication(const Options& options) {
                      .userDefaults = machine.settings,
                      .keyboard = machine.keyboard.drawn(),
                      .now = QtRunLoop::monotonicNow,
-                     .quit = [&machine] { machine.lifecycle.terminate(); },
+                     .quit = quit,
                      .keyboardName = "keyboard in this window"});
-    const Tray tray(windows.binder(), delegate, [&machine] { machine.lifecycle.terminate(); });
-    const QuitSignals quitSignals([&machine] { machine.lifecycle.terminate(); });
+    const Tray tray(windows.binder(), delegate, quit);
+    const QuitSignals quitSignals(quit);
+    if (recording)
+        recording->follow(windows.binder(), outlets, tell);
 
-    obey = [&](const InstanceCommand& command) { perform(command, delegate, machine.lifecycle); };
+    obey = [&](const InstanceCommand& command) {
+        if (command.kind == InstanceCommand::Kind::Quit)
+            quit();
+        else
+            perform(command, windows.binder(), delegate, recording ? &recording->recorder : nullptr);
+    };
 
     // From inside the event loop, since quitting can only end one that runs.
     machine.runLoop.post([&] {
         machine.lifecycle.launch({
             .didFinishLaunching =
                 [&] {
+                    if (recording)
+                        recording->recorder.launch(machine.settings, machine.mainCapture.backingScaleFactor());
                     delegate.applicationDidFinishLaunching();
-                    machine.tellCaptureWay(
-                        [&](std::string_view message) { log.appendLog(std::string(message) + "\n"); });
+                    machine.tellCaptureWay(tell);
                 },
             .shouldTerminate =
                 [&] {
+                    if (recording)
+                        recording->recorder.quit();
                     const platform::TerminateReply reply = delegate.applicationShouldTerminate();
                     machine.readerThread.wake();
                     return reply;

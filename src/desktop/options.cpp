@@ -85,6 +85,9 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     command.add_option("--trace", options.traceFile, "Write what leaves the application as JSON lines")
         ->type_name("FILE")
         ->check(noFolder);
+    command.add_option("--record", options.recordFile, "Write what comes in as a script for glimra-replay")
+        ->type_name("FILE")
+        ->check(noFolder);
     command.add_option("--display", options.captureDisplay, "The X display to read (default: $DISPLAY)")
         ->type_name("NAME");
     command

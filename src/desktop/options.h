@@ -22,6 +22,8 @@ struct Options {
     std::string openRgbKeyboard;
     std::optional<std::string> settingsFile;
     std::optional<std::string> traceFile;
+    /// What comes in goes to this file, as a replay script.
+    std::optional<std::string> recordFile;
     /// X display to capture; empty for the one in the environment.
     std::string captureDisplay;
     /// How the strip is captured.

@@ -1,10 +1,7 @@
 #pragma once
 
+#include "desktop/output_file.h"
 #include "trace/trace_writer.h"
-
-#include <cstdio>
-#include <memory>
-#include <string>
 
 namespace glimra::desktop {
 
@@ -17,14 +14,10 @@ public:
     trace::TraceWriter& writer() { return m_writer; }
 
 private:
-    struct Close {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-
     void append(std::string_view line);
 
-    std::string m_path;
-    std::unique_ptr<std::FILE, Close> m_file;
+    OutputFile m_file;
+    bool m_isBroken = false;
     trace::TraceWriter m_writer;
 };
 

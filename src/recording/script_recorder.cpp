@@ -59,6 +59,12 @@ void ScriptRecorder::token(std::string_view token) {
     add("token \"" + std::string(token) + "\"", m_now());
 }
 
+void ScriptRecorder::quit() {
+    add("quit", m_now());
+    releasePending();
+    m_write = nullptr;
+}
+
 void ScriptRecorder::beginAction(const app::ActionRow& action, const app::ActionArgument& argument) {
     // What a user does inside a modal session is its answer.
     if (m_openModals > 0)

@@ -37,7 +37,8 @@ public:
     void wake() { add("wake", m_now()); }
     /// A token that came in by another way than the strip.
     void token(std::string_view token);
-    void quit() { add("quit", m_now()); }
+    /// The last line.
+    void quit();
 
     void beginAction(const app::ActionRow& action, const app::ActionArgument& argument);
     void endAction();

@@ -82,7 +82,9 @@ void InterfaceBinder::bind(QWidget* window) {
 }
 
 void InterfaceBinder::send(const ActionRow& row, const ActionArgument& argument, QObject* sender) {
+    aboutToSend.emit(row, argument);
     app::sendAction(m_delegate, row, argument);
+    sent.emit();
     if (const auto show = m_show.find(sender); show != m_show.end())
         show->second();
 }

@@ -35,6 +35,10 @@ public:
     void send(const app::ActionRow& row, const app::ActionArgument& argument, QObject* sender = nullptr);
     void send(std::string_view selector, const app::ActionArgument& argument = {});
 
+    /// Around everything that is sent.
+    platform::Signal<const app::ActionRow&, const app::ActionArgument&> aboutToSend;
+    platform::Signal<> sent;
+
     /// The widget of an outlet; none when no window has it.
     QObject* widgetOf(const std::string& outlet) const;
 
