@@ -3,6 +3,8 @@
 #include "desktop/running_instance.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QLibraryInfo>
 
 #include <xcb/xcb.h>
 
@@ -17,12 +19,15 @@ namespace {
 
 /// Qt aborts when there is no display to show windows on; a user should be told instead.
 bool canShowWindows() {
-    if (std::getenv("QT_QPA_PLATFORM") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr)
+    if (std::getenv("QT_QPA_PLATFORM") != nullptr)
         return true;
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
     const bool connected = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
-    return connected;
+    // Qt shows windows on Wayland itself only with a plugin that is a package of its own.
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
+    return connected ||
+           (std::getenv("WAYLAND_DISPLAY") != nullptr && !plugins.entryList({"libqwayland*.so"}).isEmpty());
 }
 
 int tellRunningInstance(const Options& options, int argc, char** argv) {
@@ -52,8 +57,8 @@ int main(int argc, char** argv) {
     if (options.command)
         return tellRunningInstance(options, argc, argv);
     if (!canShowWindows()) {
-        std::fputs("glimra: there is no display to show windows on. Set DISPLAY, or set "
-                   "QT_QPA_PLATFORM=offscreen to run without windows.\n",
+        std::fputs("glimra: there is no display to show windows on. Set DISPLAY, which in a Wayland "
+                   "session takes XWayland, or set QT_QPA_PLATFORM=offscreen to run without windows.\n",
                    stderr);
         return EXIT_FAILURE;
     }

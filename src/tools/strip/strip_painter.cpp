@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <utility>
 
 namespace glimra::tools {
 
@@ -51,7 +52,7 @@ std::uint32_t pixelOf(Rgb color, const platform::PixelFormat& format) {
 
 StripPainter::StripPainter(const std::string& display, StripPlace place)
     : m_connection(connect(display)),
-      m_place(place) {
+      m_place(std::move(place)) {
     const auto layout = desktop::rootPixelLayout(*xcb_get_setup(m_connection->xcb()), m_connection->screen());
     if (!layout)
         throw DisplayError("the X screen has no true colours");
