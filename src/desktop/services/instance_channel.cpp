@@ -2,6 +2,8 @@
 
 #include "desktop/services/bus.h"
 
+#include <QStandardPaths>
+
 #include <array>
 #include <utility>
 
@@ -40,7 +42,7 @@ std::optional<InstanceCommand> commandFromText(std::string_view text) {
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity) {
     std::vector<std::unique_ptr<InstanceChannel>> channels;
     channels.push_back(makeBusChannel(sessionBusAddress(), identity));
-    channels.push_back(makeSocketChannel(qEnvironmentVariable("XDG_RUNTIME_DIR"), identity));
+    channels.push_back(makeSocketChannel(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), identity));
     return channels;
 }
 
