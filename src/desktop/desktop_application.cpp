@@ -175,8 +175,11 @@ int runDesktopApplication(const Options& options) {
             .didFinishLaunching =
                 [&] {
                     if (recording)
-                        recording->recorder.launch(machine.settings, machine.mainCapture.backingScaleFactor());
+                        recording->recorder.launch(machine.settings,
+                                                   machine.mainCapture.backingScaleFactor());
                     delegate.applicationDidFinishLaunching();
+                    if (recording)
+                        recording->recorder.launched();
                     machine.tellCaptureWay(tell);
                 },
             .shouldTerminate =

@@ -1,12 +1,10 @@
 #include "desktop/desktop_platform.h"
 
 #include "app/built_bundle.h"
+#include "desktop/keyboard_options.h"
 #include "desktop/services/x11_display_sleep.h"
 #include "desktop/x11/raise_window.h"
-#include "platform/stored_values.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace glimra::desktop {
@@ -15,40 +13,6 @@ namespace {
 
 QString settingsPath(const Options& options) {
     return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
-}
-
-constexpr std::string_view kDriverKey = "ledDriver";
-
-/// The driver of the command line, else the one of the settings.
-std::string driverName(const Options& options, const platform::SettingsReader& settings) {
-    if (options.keyboard)
-        return *options.keyboard;
-    std::optional<std::string> name = platform::storedString(settings.defaults, kDriverKey);
-    if (name && name != keyboards::kAutomaticDriver &&
-        std::ranges::find(keyboards::kDriverNames, *name, &keyboards::DriverName::name) ==
-            keyboards::kDriverNames.end())
-        name.reset();
-    return settings.checked(name, kDriverKey, "names no keyboard driver; auto stands in for it.")
-        .value_or(std::string(keyboards::kAutomaticDriver));
-}
-
-std::vector<std::filesystem::path> sdkLibraries(const Options& options) {
-    if (options.sdkLibrary)
-        return {*options.sdkLibrary};
-    const char* const home = std::getenv("HOME");
-    return keyboards::usualSdkLibraries(home != nullptr ? home : "");
-}
-
-keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
-                                                   const platform::SettingsReader& settings) {
-    keyboards::openrgb::Options openRgb;
-    openRgb.server = options.openRgbServer.value_or(openRgb.server);
-    openRgb.keyboardName = options.openRgbKeyboard;
-    return {.driver = driverName(options, settings),
-            .sdkLibraries = sdkLibraries(options),
-            .openRgb = openRgb,
-            .openRgbIsNamed = options.openRgbServer.has_value(),
-            .hidFolders = {}};
 }
 
 } // namespace

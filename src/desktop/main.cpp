@@ -1,4 +1,5 @@
 #include "desktop/desktop_application.h"
+#include "desktop/doctor/doctor.h"
 #include "desktop/options.h"
 #include "desktop/running_instance.h"
 
@@ -56,6 +57,10 @@ int main(int argc, char** argv) {
     const Options& options = std::get<Options>(parsed);
     if (options.command)
         return tellRunningInstance(options, argc, argv);
+    if (options.doctor) {
+        const QCoreApplication application(argc, argv);
+        return runDoctor(options);
+    }
     if (!canShowWindows()) {
         std::fputs("glimra: there is no display to show windows on. Set DISPLAY, which in a Wayland "
                    "session takes XWayland, or set QT_QPA_PLATFORM=offscreen to run without windows.\n",

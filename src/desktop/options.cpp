@@ -118,6 +118,12 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             "Show a colour profile, 1 to 9")
         ->type_name("N")
         ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
+    CLI::App* const doctor =
+        command.add_subcommand("doctor", "Tell what works here, what does not, and how to mend it")
+            ->fallthrough();
+    bool json = false;
+    doctor->add_flag("--json", json, "As JSON");
+    doctor->final_callback([&] { options.doctor = json ? ReportForm::Json : ReportForm::Words; });
     try {
         command.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

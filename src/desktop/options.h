@@ -10,6 +10,8 @@
 
 namespace glimra::desktop {
 
+enum class ReportForm { Words, Json };
+
 /// What the command line asks for.
 struct Options {
     /// Name of a keyboard driver, one of those that exist; where none is given the settings have it.
@@ -32,6 +34,8 @@ struct Options {
     bool printLog = false;
     /// What the program that is running shall do; this one only tells it.
     std::optional<InstanceCommand> command;
+    /// Only to tell what works here, and in which form.
+    std::optional<ReportForm> doctor;
 };
 
 /// The program ends with this status, and everything has been said.

@@ -30,6 +30,8 @@ public:
 
     /// The settings, a screen with `scale` pixels in a point, and the launch. First of all.
     void launch(const platform::UserDefaults& settings, double scale);
+    /// The launch is over, which takes no time in a script.
+    void launched() { m_written = m_now(); }
     /// The strip as it was seen at `time`; none when no valid frame was.
     void frame(const std::optional<screenlink::Cells>& cells, platform::Time time);
     void front(const std::optional<platform::RunningApplication>& application);

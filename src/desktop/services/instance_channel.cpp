@@ -42,7 +42,8 @@ std::optional<InstanceCommand> commandFromText(std::string_view text) {
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity) {
     std::vector<std::unique_ptr<InstanceChannel>> channels;
     channels.push_back(makeBusChannel(sessionBusAddress(), identity));
-    channels.push_back(makeSocketChannel(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), identity));
+    channels.push_back(
+        makeSocketChannel(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), identity));
     return channels;
 }
 

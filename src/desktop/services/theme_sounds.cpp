@@ -42,6 +42,10 @@ std::optional<Command> installedPlayer() {
 
 } // namespace
 
+bool canPlayThemeSounds() {
+    return installedPlayer().has_value();
+}
+
 ThemeSounds::ThemeSounds(BackgroundWorker& worker)
     : m_worker(worker),
       m_tink(std::make_shared<std::optional<Command>>(installedPlayer())) {

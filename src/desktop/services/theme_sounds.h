@@ -10,6 +10,9 @@
 
 namespace glimra::desktop {
 
+/// Whether something is installed that plays the desktop's sounds.
+bool canPlayThemeSounds();
+
 /// Plays the system's named sounds as sounds of the desktop's sound theme, with the player that is installed.
 /// `play` hands over and returns. Once the player has failed or hung there is silence: most likely there is
 /// no sound device, and each try would cost a process in vain.

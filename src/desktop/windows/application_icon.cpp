@@ -2,7 +2,8 @@
 
 #include <QString>
 
-// The linker leaves a library's resources out unless somebody asks for them, which only works outside namespaces.
+// The linker leaves a library's resources out unless somebody asks for them, which only works outside
+// namespaces.
 static void keepIcons() {
     Q_INIT_RESOURCE(icons);
 }

@@ -14,7 +14,6 @@ namespace glimra::keyboards {
 namespace {
 
 constexpr std::string_view kUsbBus = "0003";
-constexpr std::string_view kRuleFile = "70-glimra-keyboard.rules";
 
 std::optional<unsigned> hexadecimal(std::string_view text) {
     unsigned number = 0;
@@ -80,7 +79,7 @@ std::string whyNoUsbKeyboard(const HidFolders& folders) {
     if (denied == nodes.end())
         return {};
     return "There is a keyboard " + describe(*denied->model) + ", but no permission to open " +
-           denied->file.string() + ": install the udev rule " + std::string(kRuleFile) +
+           denied->file.string() + ": install the udev rule " + std::string(kUdevRuleFile) +
            " and plug the keyboard in again.";
 }
 

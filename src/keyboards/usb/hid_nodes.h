@@ -4,9 +4,13 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace glimra::keyboards {
+
+/// The rule that gives the player at the machine the permission to open the keyboards.
+inline constexpr std::string_view kUdevRuleFile = "70-glimra-keyboard.rules";
 
 /// Where the kernel shows the machine's HID devices.
 struct HidFolders {

@@ -1,0 +1,110 @@
+#include "desktop/doctor/checks.h"
+
+#include "desktop/x11/capture_check.h"
+#include "desktop/x11/screen_capture.h"
+#include "screenlink/scan_settings.h"
+#include "screenlink/strip_decoder.h"
+
+#include <cmath>
+#include <thread>
+
+namespace glimra::desktop::doctor {
+
+namespace {
+
+constexpr int kLooks = 10;
+constexpr auto kPause = std::chrono::milliseconds(100);
+
+std::string_view nameOf(DisplayServer server) {
+    switch (server) {
+    case DisplayServer::None:
+        return "none";
+    case DisplayServer::X11:
+        return "X11";
+    case DisplayServer::XWayland:
+        return "XWayland";
+    }
+    return {};
+}
+
+struct SilentLog final : platform::SystemLog {
+    void write(std::string_view) override {}
+};
+
+Finding captureFinding(const CaptureCheck& check) {
+    Finding found{.check = "capture", .text = {}};
+    found.details["server"] = nameOf(check.server);
+    if (!check.captureTime) {
+        // A game that does not run yet is no fault of the machine.
+        found.health = check.state == CaptureState::NoWindow ? Health::Limited : Health::Bad;
+        found.text = "The strip can't be captured: " + std::string(captureDescription(check.state)) + ".";
+        found.remedy = check.problem;
+        return found;
+    }
+    const double microseconds = static_cast<double>(check.captureTime->count()) / 1000.0;
+    found.text = "Display server " + std::string(nameOf(check.server)) + ": " +
+                 std::string(captureDescription(check.state)) + "; one capture takes " +
+                 std::to_string(std::lround(microseconds)) + " microseconds.";
+    found.details["captureMicroseconds"] = microseconds;
+    return found;
+}
+
+Finding displayFinding(const CaptureCheck& check) {
+    Finding found{.check = "display", .text = {}};
+    found.details["active"] = check.activeDisplays;
+    if (check.activeDisplays == 0) {
+        found.health = Health::Bad;
+        found.text = "No display is active.";
+        found.remedy = "Turn a display on.";
+        return found;
+    }
+    found.text = "The main display has " + std::to_string(check.mainWidth) + " x " +
+                 std::to_string(check.mainHeight) + " pixels.";
+    found.details["width"] = check.mainWidth;
+    found.details["height"] = check.mainHeight;
+    return found;
+}
+
+bool showsStrip(const Options& options, const screenlink::StripGeometry& geometry) {
+    X11ScreenCapture capture(options.captureDisplay, options.capture, [](CaptureState) {});
+    for (int look = 0; look < kLooks; ++look) {
+        if (look > 0)
+            std::this_thread::sleep_for(kPause);
+        const std::optional<platform::Image> image = capture.capture(geometry.myScanRect);
+        const auto cells =
+            image ? screenlink::sampleCells(image->view(), geometry.pixelOffsets) : std::nullopt;
+        if (cells && screenlink::decodeFrame(*cells))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+Findings checkScreen(const Options& options, const platform::UserDefaults& settings) {
+    SilentLog log;
+    screenlink::ScanSettings scan;
+    const bool isFactory = screenlink::loadScanSettings(scan, {settings, log});
+    const screenlink::StripGeometry geometry = screenlink::stripGeometry(scan.scanWidth, scan.scanOffset);
+    const CaptureCheck check = checkCapture(options.captureDisplay, options.capture, geometry.myScanRect);
+    Findings findings{captureFinding(check)};
+    if (check.server == DisplayServer::None)
+        return findings;
+    findings.push_back(displayFinding(check));
+    if (!check.captureTime)
+        return findings;
+
+    Finding strip{.check = "strip", .text = "The strip shows now."};
+    strip.details["seen"] = showsStrip(options, geometry);
+    strip.details["calibrated"] = !isFactory;
+    if (!strip.details["seen"]) {
+        strip.health = Health::Limited;
+        strip.text = "The strip does not show now. The add-on paints it only while it has something to say.";
+        strip.remedy = isFactory ? "Install the add-on, start the game, and calibrate Glimra to the screen."
+                                 : "If nothing lights up in the game, calibrate Glimra once more.";
+    }
+    findings.push_back(std::move(strip));
+    return findings;
+}
+
+} // namespace glimra::desktop::doctor

@@ -1,0 +1,44 @@
+#include "desktop/keyboard_options.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace glimra::desktop {
+
+namespace {
+
+/// The driver of the command line, else the one of the settings.
+std::string driverName(const Options& options, const platform::SettingsReader& settings) {
+    if (options.keyboard)
+        return *options.keyboard;
+    std::optional<std::string> name = platform::storedString(settings.defaults, kDriverKey);
+    if (name && name != keyboards::kAutomaticDriver &&
+        std::ranges::find(keyboards::kDriverNames, *name, &keyboards::DriverName::name) ==
+            keyboards::kDriverNames.end())
+        name.reset();
+    return settings.checked(name, kDriverKey, "names no keyboard driver; auto stands in for it.")
+        .value_or(std::string(keyboards::kAutomaticDriver));
+}
+
+std::vector<std::filesystem::path> sdkLibraries(const Options& options) {
+    if (options.sdkLibrary)
+        return {*options.sdkLibrary};
+    const char* const home = std::getenv("HOME");
+    return keyboards::usualSdkLibraries(home != nullptr ? home : "");
+}
+
+} // namespace
+
+keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
+                                                   const platform::SettingsReader& settings) {
+    keyboards::openrgb::Options openRgb;
+    openRgb.server = options.openRgbServer.value_or(openRgb.server);
+    openRgb.keyboardName = options.openRgbKeyboard;
+    return {.driver = driverName(options, settings),
+            .sdkLibraries = sdkLibraries(options),
+            .openRgb = openRgb,
+            .openRgbIsNamed = options.openRgbServer.has_value(),
+            .hidFolders = {}};
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,150 @@
+// The real program, as a user or a script starts it.
+
+#include "desktop/x11/xvfb_fixture.h"
+#include "keyboards/openrgb/stand_in_server.h"
+#include "tools/strip/strip_painter.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace glimra {
+namespace {
+
+using glimra::testing::ChildProcess;
+using glimra::testing::eventually;
+using glimra::testing::XvfbServer;
+using nlohmann::json;
+using ::testing::HasSubstr;
+
+struct Result {
+    int status = 0;
+    std::string output;
+};
+
+Result run(const std::string& command) {
+    std::FILE* const output = ::popen(("unset DISPLAY WAYLAND_DISPLAY; " + command).c_str(), "r");
+    Result result;
+    for (int c = 0; (c = std::fgetc(output)) != EOF;)
+        result.output += static_cast<char>(c);
+    result.status = WEXITSTATUS(::pclose(output));
+    return result;
+}
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    return (std::ostringstream() << stream.rdbuf()).str();
+}
+
+class ProgramTest : public ::testing::Test {
+protected:
+    ProgramTest() {
+        std::filesystem::create_directory(m_folder);
+        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all);
+    }
+    ~ProgramTest() override { std::filesystem::remove_all(m_folder); }
+
+    std::string file(const char* name) const { return (m_folder / name).string(); }
+    /// Of the doctor's report: health by check.
+    static std::map<std::string, std::string> healths(const json& report) {
+        std::map<std::string, std::string> healths;
+        for (const json& check : report["checks"])
+            healths[check["check"]] = check["health"];
+        return healths;
+    }
+
+    std::filesystem::path m_folder =
+        std::filesystem::temp_directory_path() / ("glimra-program-test-" + std::to_string(::getpid()));
+    const std::string m_program = "XDG_RUNTIME_DIR=" + m_folder.string() +
+                                  " DBUS_SESSION_BUS_ADDRESS= QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM
+                                  " --settings " +
+                                  file("settings.ini") + " ";
+};
+
+TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
+    const Result blind = run(m_program + "doctor --json");
+    EXPECT_EQ(blind.status, 1);
+    const json nothing = json::parse(blind.output);
+    EXPECT_EQ(nothing["works"], false);
+    EXPECT_EQ(healths(nothing)["capture"], "bad");
+    EXPECT_EQ(healths(nothing)["keyboard-virtual"], "good");
+
+    const XvfbServer server;
+    tools::StripPainter strip(server.display(), {});
+    strip.paint(tools::encodeToken({std::nullopt, 'C'}).announce);
+    tests::StandInServer openRgb({tests::smallKeyboard()});
+    const std::string original = "[General]\nscanWidth=80.0\nscanOffset=2\nscribble\n";
+    std::ofstream(file("settings.ini")) << original;
+    const Result seeing =
+        run(m_program + "--display " + server.display() +
+            " --sdk " FAKE_SDK " --openrgb 127.0.0.1:" + std::to_string(openRgb.port()) + " doctor --json");
+    EXPECT_EQ(seeing.status, 0);
+    const json report = json::parse(seeing.output);
+    auto found = healths(report);
+    for (const char* check : {"capture", "display", "strip", "keyboard-sdk", "keyboard-openrgb", "keyboard"})
+        EXPECT_EQ(found[check], "good") << check;
+    EXPECT_EQ(found["settings"], "limited");
+    EXPECT_EQ(contentOf(file("settings.ini")), original) << "it only looks";
+    for (const json& check : report["checks"]) {
+        if (check["check"] == "keyboard") {
+            EXPECT_EQ(check["details"]["taken"], "sdk");
+        }
+    }
+
+    const Result words = run(m_program + "--display " + server.display() + " doctor");
+    EXPECT_EQ(words.status, 0);
+    EXPECT_THAT(words.output, HasSubstr("microseconds"));
+    EXPECT_THAT(words.output, HasSubstr("Glimra can work here."));
+}
+
+TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
+    const XvfbServer server;
+    const std::string arguments = "--keyboard virtual --display " + server.display() + " --log --trace " +
+                                  file("trace") + " --record " + file("record");
+    ChildProcess first("sh",
+                       {"sh", "-c", "exec env " + m_program + arguments + " >" + file("log") + " 2>&1"});
+    ASSERT_TRUE(eventually([&] { return contentOf(file("log")).find("initialized") != std::string::npos; }));
+    EXPECT_EQ(run(m_program + "2>&1").status, 0) << "a second start";
+
+    tools::StripPainter strip(server.display(), {});
+    const auto pulses = [&](const std::string& trace) {
+        std::size_t count = 0;
+        for (std::size_t at = trace.find("PulseSingleKey"); at != std::string::npos;
+             at = trace.find("PulseSingleKey", at + 1))
+            ++count;
+        return count;
+    };
+    const tools::TokenFrames combat = tools::encodeToken({std::nullopt, 'C'});
+    ASSERT_TRUE(eventually([&] {
+        for (const tools::StripFrame& frame : {combat.announce, combat.confirm}) {
+            strip.paint(frame);
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        }
+        strip.paint({});
+        return pulses(contentOf(file("trace"))) > 0;
+    }));
+    EXPECT_EQ(run(m_program + "--profile 4").status, 0);
+    EXPECT_EQ(run(m_program + "--test-pattern").status, 0);
+    ASSERT_TRUE(eventually([&] { return contentOf(file("log")).find("test pattern") != std::string::npos; }));
+    // Long after the fight has begun, so that no tick of a timer more or less changes what the script does.
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_EQ(run(m_program + "--quit").status, 0);
+    first.wait();
+    EXPECT_EQ(run(m_program + "--quit 2>&1").status, 1);
+
+    const std::string trace = contentOf(file("trace"));
+    EXPECT_THAT(trace, ::testing::EndsWith("\"kind\":\"quit\"}\n"));
+    const std::string script = contentOf(file("record"));
+    EXPECT_THAT(script, HasSubstr("token \"4\"\n"));
+    EXPECT_THAT(script, HasSubstr("action \"testLightsMI:\"\n"));
+    const Result replayed = run(REPLAY_PROGRAM " " + file("record"));
+    EXPECT_EQ(replayed.status, 0) << replayed.output;
+    EXPECT_EQ(pulses(replayed.output), pulses(trace)) << script;
+}
+
+} // namespace
+} // namespace glimra
