@@ -80,6 +80,7 @@ public:
     // What the desktop tells the user about the run.
     std::uint64_t validFrames() const { return activeScreenReader.validFrames(); }
     std::uint64_t dispatchedMessages() const { return m_messagePump.dispatchedMessages(); }
+    bool gameIsInFront() const { return m_messagePump.gameIsInFront(); }
 
     // User actions, by their selectors; `actions.h` lists them. What an action's control shows is set before.
     void calibrateButton();

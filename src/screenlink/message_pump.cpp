@@ -47,10 +47,11 @@ void MessagePump::handOver() {
 
 void MessagePump::watchFront() {
     const std::optional<platform::RunningApplication> front = m.workspace.frontmostApplication();
+    m_gameIsInFront = front && front->bundleIdentifier == kGameIdentifier;
     if (!front)
         return;
     int& countdown = m.messages.WoWisInTheForeground;
-    if (front->bundleIdentifier != kGameIdentifier) {
+    if (!m_gameIsInFront) {
         if (countdown > 0 && m.options.autoToggleProfile2)
             m.lighting.showProfileLighting(kAwayProfile);
         countdown = 0;

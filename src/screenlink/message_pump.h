@@ -32,6 +32,8 @@ public:
 
     /// How many messages went to the dispatcher so far.
     std::uint64_t dispatchedMessages() const { return m_dispatchedMessages; }
+    /// Whether the last look at the workspace found the game in front; no before the first.
+    bool gameIsInFront() const { return m_gameIsInFront; }
 
 private:
     void handOver();
@@ -40,6 +42,7 @@ private:
 
     Parts m;
     std::uint64_t m_dispatchedMessages = 0;
+    bool m_gameIsInFront = false;
 };
 
 } // namespace glimra::screenlink
