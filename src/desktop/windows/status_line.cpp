@@ -116,7 +116,8 @@ void StatusLine::takeSample() {
                             m_messages.perMinute(),
                             m_delegate.state().profile.activeColorProfile};
     if (m_stripSeenAt)
-        snapshot.secondsSinceStrip = static_cast<int>(duration_cast<seconds>(moment - *m_stripSeenAt).count());
+        snapshot.secondsSinceStrip =
+            static_cast<int>(duration_cast<seconds>(moment - *m_stripSeenAt).count());
     const QString text = statusText(snapshot);
     if (text == m_text)
         return;
