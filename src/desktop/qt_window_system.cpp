@@ -44,6 +44,7 @@ QRect frameFrom(const platform::StoredValue& stored) {
 std::unique_ptr<QMessageBox> messageBox(const platform::Alert& alert, QWidget* parent) {
     auto box = std::make_unique<QMessageBox>(parent);
     box->setTextFormat(Qt::PlainText);
+    box->setWindowTitle(QString::fromStdString(alert.title));
     box->setText(QString::fromStdString(alert.title));
     box->setInformativeText(QString::fromStdString(alert.text));
     // An alert may quote a file or a name from outside; none of it is markup.

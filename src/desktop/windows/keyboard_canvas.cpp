@@ -144,11 +144,15 @@ void KeyboardCanvas::mousePressEvent(QMouseEvent* event) {
 
 void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
     setHovered(keyAt(event->position()));
-    if (!m_beforeStroke || !dragged)
+    dragTo(event->position());
+}
+
+void KeyboardCanvas::dragTo(const QPointF& point) {
+    const QPointF target = m_painter.toLayout(point);
+    const QPointF way = target - m_lastPoint;
+    if (!m_beforeStroke || !dragged || way.isNull())
         return;
     // A quick hand leaves keys out between two events; the way between is painted too.
-    const QPointF target = m_painter.toLayout(event->position());
-    const QPointF way = target - m_lastPoint;
     const int steps = std::max(1, static_cast<int>(std::ceil(std::hypot(way.x(), way.y()) / kDragStep)));
     for (int i = 1; i <= steps; ++i)
         dragged(m_lastPoint + way * i / steps);
@@ -156,8 +160,11 @@ void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void KeyboardCanvas::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
-        endStroke();
+    if (event->button() != Qt::LeftButton)
+        return;
+    // Of the events of a quick hand the last moves may be missing.
+    dragTo(event->position());
+    endStroke();
 }
 
 void KeyboardCanvas::leaveEvent(QEvent* event) {

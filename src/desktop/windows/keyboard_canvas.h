@@ -73,6 +73,7 @@ private:
 
     bool isOwnMap() const;
     void beginStroke();
+    void dragTo(const QPointF& point);
     void endStroke();
     void step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to);
     Index keyAt(const QPointF& point) const;

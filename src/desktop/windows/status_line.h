@@ -7,6 +7,7 @@
 #include <QMainWindow>
 
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace glimra::desktop {
@@ -24,28 +25,55 @@ struct StatusSnapshot {
 /// A snapshot in plain words.
 QString statusText(const StatusSnapshot& snapshot);
 
-/// Keeps the main window's status bar up to date while the window can be seen.
+/// How many a minute come of something that is counted from time to time.
+class RatePerMinute {
+public:
+    /// `count` is what was counted so far; moments go forwards only.
+    void add(platform::Time moment, std::uint64_t count);
+    /// Over the last minute; over more where nothing was added for longer, over less in the first minute.
+    std::uint64_t perMinute() const;
+
+private:
+    struct Sample {
+        platform::Time moment;
+        std::uint64_t count;
+    };
+    std::deque<Sample> m_samples;
+};
+
+/// Keeps the main window's status bar up to date: once a second while the window can be seen, and hardly ever
+/// while it is hidden or minimized. What does not fit into the bar is left out at its end; the tool tip has
+/// all of it.
 class StatusLine final : public QObject {
 public:
-    StatusLine(QMainWindow* window, const app::AppDelegate& delegate, const QString& keyboardName);
+    StatusLine(QMainWindow* window, const app::AppDelegate& delegate, const QString& keyboardName,
+               std::function<platform::Time()> now);
+
+    /// Time between two looks, for a window that can be seen and for one that can't.
+    static constexpr std::chrono::milliseconds kPeriod{1000};
+    static constexpr std::chrono::milliseconds kHiddenPeriod{30000};
 
 protected:
     void timerEvent(QTimerEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void keepPace();
     void takeSample();
+    void show();
 
     QMainWindow* m_window;
     const app::AppDelegate& m_delegate;
     QString m_keyboardName;
+    std::function<platform::Time()> m_now;
     QLabel* m_label;
+    QString m_text;
     QBasicTimer m_timer;
+    std::chrono::milliseconds m_period{};
 
     std::uint64_t m_frames = 0;
-    std::optional<int> m_secondsSinceStrip;
-    bool m_wasInFront = false;
-    /// Messages so far, once a second of the last minute.
-    std::deque<std::uint64_t> m_messages;
+    std::optional<platform::Time> m_stripSeenAt;
+    RatePerMinute m_messages;
 };
 
 } // namespace glimra::desktop

@@ -63,7 +63,7 @@ Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
     buildOthers();
     bindAll();
     m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
-    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName);
+    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.now);
     showStrokes();
 }
 
@@ -109,8 +109,9 @@ void Windows::buildProgrammer() {
 }
 
 void Windows::buildOthers() {
-    add<Ui::ProfileChangeAlert, QDialog>(m_mainWindow);
-    add<Ui::CopyProfileDialog, QDialog>(m_mainWindow);
+    // When a dialog goes, the window that it belongs to gets the keyboard back.
+    add<Ui::ProfileChangeAlert, QDialog>(m_programmer);
+    add<Ui::CopyProfileDialog, QDialog>(m_programmer);
     add<Ui::LaunchOptions, QDialog>(m_mainWindow);
     add<Ui::ActionKeySetter, QWidget>();
     auto* const about = add<Ui::About, QWidget>();

@@ -19,7 +19,7 @@
 namespace glimra::desktop {
 
 /// The application with its real windows, on a machine that is simulated but for windows and run loop.
-class WindowsFixture : public testing::Test {
+class WindowsFixture : public ::testing::Test {
 protected:
     WindowsFixture() { m_machine.userDefaults.set("firstStepsDone", true); }
     ~WindowsFixture() override { m_runLoop.terminate(); }

@@ -91,9 +91,8 @@ TEST_F(WindowsTest, AStrokePaintsEveryKeyOnItsWayAndCanBeTakenBack) {
     const lighting::KeyMap before = state().canvas.keysToColors;
     click("paintC");
     ASSERT_EQ(state().canvas.paintColor, 6);
-    // One event from Q to P: the eight keys between them get no event of their own.
+    // Down on Q, up on P: the eight keys between them get no event of their own.
     QTest::mousePress(canvas(), Qt::LeftButton, {}, centerOf(kQ));
-    QTest::mouseMove(canvas(), centerOf(kP));
     QTest::mouseRelease(canvas(), Qt::LeftButton, {}, centerOf(kP));
     settle();
     for (lighting::KeyCode key = kQ; key <= kP; ++key)
@@ -364,10 +363,49 @@ TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
     const auto text = [](const StatusSnapshot& snapshot) { return statusText(snapshot).toStdString(); };
     EXPECT_EQ(text({"virtual keyboard", false, std::nullopt, 0, 1}),
               "Virtual keyboard   ·   Game not in front   ·   Strip not seen yet   ·   "
-              "0 messages in the last minute   ·   Profile 1");
-    EXPECT_THAT(text({"", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message in"));
+              "0 messages per minute   ·   Profile 1");
+    EXPECT_THAT(text({"", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message per"));
     EXPECT_THAT(text({"", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
     EXPECT_THAT(text({"", true, 300, 1, 9}), HasSubstr("5 minutes ago"));
+}
+
+TEST(StatusTextTest, CountsMessagesPerMinuteAlsoAcrossGaps) {
+    using namespace std::chrono_literals;
+    RatePerMinute rate;
+    EXPECT_EQ(rate.perMinute(), 0U);
+    for (int second = 0; second <= 30; ++second)
+        rate.add(1h + second * 1s, 100U + static_cast<unsigned>(second));
+    EXPECT_EQ(rate.perMinute(), 30U) << "half a minute so far";
+    for (int second = 31; second <= 300; ++second)
+        rate.add(1h + second * 1s, 100U + static_cast<unsigned>(second));
+    EXPECT_EQ(rate.perMinute(), 60U);
+    // Nobody looked for five minutes, in which 500 came; then silence.
+    rate.add(1h + 600s, 900);
+    EXPECT_EQ(rate.perMinute(), 100U);
+    rate.add(1h + 661s, 900);
+    EXPECT_EQ(rate.perMinute(), 0U);
+}
+
+TEST_F(WindowsTest, TheStatusLineTellsWhetherTheGameIsInFrontAndFitsIntoTheWindow) {
+    auto* const status = widget<QLabel>("statusText");
+    const auto text = [status] { return status->accessibleName().toStdString(); };
+    EXPECT_THAT(text(), HasSubstr("Game not in front"));
+    m_machine.workspace.setFrontmostApplication(platform::RunningApplication{"com.blizzard.worldofwarcraft"});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text().find("Game in front") != std::string::npos; }));
+    // No application in front is not the game either.
+    m_machine.workspace.setFrontmostApplication(std::nullopt);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return text().find("Game not in front") != std::string::npos; }));
+
+    window("mainWindow")->resize(1280, 720);
+    settle();
+    EXPECT_EQ(status->text(), status->accessibleName()) << "nothing left out";
+    QFont large = window("mainWindow")->font();
+    large.setPointSizeF(large.pointSizeF() * 3);
+    status->setFont(large);
+    window("mainWindow")->resize(window("mainWindow")->minimumSizeHint());
+    settle();
+    EXPECT_NE(status->text(), status->accessibleName());
+    EXPECT_LE(status->fontMetrics().horizontalAdvance(status->text()), status->width());
 }
 
 TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
