@@ -149,14 +149,18 @@ int runDesktopApplication(const Options& options) {
 
     const auto quit = [&machine] { machine.lifecycle.terminate(); };
     const DesktopTheme theme;
-    Windows windows({.delegate = delegate,
-                     .windowSystem = machine.windowSystem,
-                     .runLoop = machine.runLoop,
-                     .userDefaults = machine.settings,
-                     .keyboard = machine.keyboard.drawn(),
-                     .now = QtRunLoop::monotonicNow,
-                     .quit = quit,
-                     .keyboardName = "keyboard in this window"});
+    Windows windows(
+        {.delegate = delegate,
+         .windowSystem = machine.windowSystem,
+         .runLoop = machine.runLoop,
+         .userDefaults = machine.settings,
+         .keyboard = machine.keyboard.drawn(),
+         .now = QtRunLoop::monotonicNow,
+         .quit = quit,
+         .keyboardName = machine.keyboard.description,
+         .keyboardChoice = {[&machine] { return machine.keyboard.chosen(); },
+                            [&machine](const std::string& name) { machine.chooseKeyboard(name); }},
+         .captureWay = [&machine] { return captureDescription(machine.readerCapture.state()); }});
     const Tray tray(windows.binder(), delegate, quit);
     const QuitSignals quitSignals(quit);
     if (recording)

@@ -41,12 +41,14 @@ constexpr std::array<Step, 4> kSteps{{
 
 } // namespace
 
-FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults, const QString& keyboardName)
+FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults,
+                       platform::Property<std::string>& keyboardName)
     : m_window(mainWindow),
       m_userDefaults(userDefaults),
       m_keyboardName(keyboardName) {
     const bool isDone = platform::storedBool(m_userDefaults, kDoneKey).value_or(false);
     m_window->findChild<QWidget*>("guidePanel")->setVisible(!isDone);
+    keyboardName.changed.observe([this](const std::string&) { show(); });
     show();
 }
 
@@ -80,7 +82,8 @@ void FirstSteps::show() {
     m_window->findChild<QLabel*>("guideTitle")
         ->setText(QString("%1 (%2 of %3)").arg(step.title).arg(m_step + 1).arg(kSteps.size()));
     const QString text(step.text);
-    m_window->findChild<QLabel*>("guideText")->setText(text.contains("%1") ? text.arg(m_keyboardName) : text);
+    m_window->findChild<QLabel*>("guideText")
+        ->setText(text.contains("%1") ? text.arg(QString::fromStdString(m_keyboardName.get())) : text);
     auto* const act = m_window->findChild<QPushButton*>("guideAct");
     act->setText(step.act);
     act->setVisible(step.act[0] != '\0');

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/controls.h"
 #include "platform/user_defaults.h"
 
 #include <QWidget>
@@ -11,7 +12,8 @@ namespace glimra::desktop {
 class FirstSteps {
 public:
     /// Works with the panel and the buttons of `mainWindow`, by their names.
-    FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults, const QString& keyboardName);
+    FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults,
+               platform::Property<std::string>& keyboardName);
 
     /// Does what the step is about.
     void act();
@@ -25,7 +27,7 @@ private:
 
     QWidget* m_window;
     platform::UserDefaults& m_userDefaults;
-    QString m_keyboardName;
+    const platform::Property<std::string>& m_keyboardName;
     std::size_t m_step = 0;
 };
 

@@ -25,17 +25,23 @@ QString stripText(std::optional<int> secondsAgo) {
     return QString("Strip last seen %1 minutes ago").arg(*secondsAgo / 60);
 }
 
+QString capitalized(QString text) {
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text;
+}
+
 } // namespace
 
 QString statusText(const StatusSnapshot& snapshot) {
-    QString keyboard = snapshot.keyboardName;
-    if (!keyboard.isEmpty())
-        keyboard[0] = keyboard[0].toUpper();
     const QString messages = snapshot.messagesPerMinute == 1
                                  ? QString("1 message per minute")
                                  : QString("%1 messages per minute").arg(snapshot.messagesPerMinute);
-    return QStringList{keyboard, snapshot.gameIsInFront ? "Game in front" : "Game not in front",
-                       stripText(snapshot.secondsSinceStrip), messages,
+    return QStringList{capitalized(snapshot.keyboardName),
+                       capitalized(snapshot.captureWay),
+                       snapshot.gameIsInFront ? "Game in front" : "Game not in front",
+                       stripText(snapshot.secondsSinceStrip),
+                       messages,
                        QString("Profile %1").arg(snapshot.profile)}
         .join("   ·   ");
 }
@@ -57,11 +63,13 @@ std::uint64_t RatePerMinute::perMinute() const {
            static_cast<std::uint64_t>(passed.count());
 }
 
-StatusLine::StatusLine(QMainWindow* window, const app::AppDelegate& delegate, const QString& keyboardName,
-                       std::function<platform::Time()> now)
+StatusLine::StatusLine(QMainWindow* window, const app::AppDelegate& delegate,
+                       platform::Property<std::string>& keyboardName,
+                       std::function<std::string_view()> captureWay, std::function<platform::Time()> now)
     : m_window(window),
       m_delegate(delegate),
       m_keyboardName(keyboardName),
+      m_captureWay(std::move(captureWay)),
       m_now(std::move(now)),
       m_label(new QLabel(window)) {
     m_label->setObjectName("statusText");
@@ -73,6 +81,7 @@ StatusLine::StatusLine(QMainWindow* window, const app::AppDelegate& delegate, co
     window->statusBar()->addWidget(m_label, 1);
     m_label->installEventFilter(this);
     window->installEventFilter(this);
+    keyboardName.changed.observe([this](const std::string&) { takeSample(); });
     keepPace();
     takeSample();
 }
@@ -110,7 +119,9 @@ void StatusLine::takeSample() {
     m_frames = frames;
     m_messages.add(moment, m_delegate.dispatchedMessages());
 
-    StatusSnapshot snapshot{m_keyboardName,
+    const std::string_view captureWay = m_captureWay();
+    StatusSnapshot snapshot{QString::fromStdString(m_keyboardName.get()),
+                            QString::fromUtf8(captureWay.data(), static_cast<qsizetype>(captureWay.size())),
                             m_delegate.gameIsInFront(),
                             {},
                             m_messages.perMinute(),

@@ -15,6 +15,7 @@ namespace glimra::desktop {
 /// What the program sees, at one moment.
 struct StatusSnapshot {
     QString keyboardName;
+    QString captureWay;
     bool gameIsInFront = false;
     /// Since the last valid frame of the strip; none when there was none yet.
     std::optional<int> secondsSinceStrip;
@@ -46,7 +47,8 @@ private:
 /// all of it.
 class StatusLine final : public QObject {
 public:
-    StatusLine(QMainWindow* window, const app::AppDelegate& delegate, const QString& keyboardName,
+    StatusLine(QMainWindow* window, const app::AppDelegate& delegate,
+               platform::Property<std::string>& keyboardName, std::function<std::string_view()> captureWay,
                std::function<platform::Time()> now);
 
     /// Time between two looks, for a window that can be seen and for one that can't.
@@ -64,7 +66,8 @@ private:
 
     QMainWindow* m_window;
     const app::AppDelegate& m_delegate;
-    QString m_keyboardName;
+    const platform::Property<std::string>& m_keyboardName;
+    std::function<std::string_view()> m_captureWay;
     std::function<platform::Time()> m_now;
     QLabel* m_label;
     QString m_text;

@@ -63,7 +63,10 @@ Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
     buildOthers();
     bindAll();
     m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
-    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.now);
+    m_statusLine =
+        std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.captureWay, m.now);
+    m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
+                                                    m.keyboardChoice, m.delegate);
     showStrokes();
 }
 

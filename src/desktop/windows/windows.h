@@ -4,6 +4,7 @@
 #include "desktop/qt_window_system.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
+#include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/status_line.h"
 #include "keyboards/virtual_keyboard.h"
 
@@ -27,7 +28,10 @@ public:
         /// Asks the application to quit.
         std::function<void()> quit;
         /// What lights up, in plain words.
-        QString keyboardName;
+        platform::Property<std::string>& keyboardName;
+        KeyboardChoice keyboardChoice;
+        /// How the strip is read, in a few words.
+        std::function<std::string_view()> captureWay;
     };
 
     explicit Windows(const Parts& parts);
@@ -56,6 +60,7 @@ private:
     QWidget* m_programmer = nullptr;
     KeyboardCanvas* m_canvas = nullptr;
     std::unique_ptr<FirstSteps> m_firstSteps;
+    std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;
     int m_canvasProfile = 0;
     bool m_canvasIsAsked = false;

@@ -26,14 +26,18 @@ protected:
 
     void launch() {
         m_delegate.emplace(m_platform);
-        m_windows.emplace(Windows::Parts{.delegate = *m_delegate,
-                                         .windowSystem = m_windowSystem,
-                                         .runLoop = m_runLoop,
-                                         .userDefaults = m_machine.userDefaults,
-                                         .keyboard = m_keyboard,
-                                         .now = QtRunLoop::monotonicNow,
-                                         .quit = [this] { ++m_quits; },
-                                         .keyboardName = "test keyboard"});
+        m_windows.emplace(
+            Windows::Parts{.delegate = *m_delegate,
+                           .windowSystem = m_windowSystem,
+                           .runLoop = m_runLoop,
+                           .userDefaults = m_machine.userDefaults,
+                           .keyboard = m_keyboard,
+                           .now = QtRunLoop::monotonicNow,
+                           .quit = [this] { ++m_quits; },
+                           .keyboardName = m_keyboardName,
+                           .keyboardChoice = {[this] { return m_driver; },
+                                              [this](const std::string& name) { m_driver = name; }},
+                           .captureWay = [] { return "reading the screen"; }});
         m_delegate->applicationDidFinishLaunching();
     }
 
@@ -85,6 +89,8 @@ protected:
     QtWindowSystem m_windowSystem{m_machine.userDefaults};
     keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
     int m_quits = 0;
+    platform::Property<std::string> m_keyboardName{"test keyboard"};
+    std::string m_driver = "auto";
     platform::Platform m_platform{.application = m_machine.application,
                                   .runLoop = m_runLoop,
                                   .readerThread = m_machine.readerThread,

@@ -359,14 +359,29 @@ TEST_F(WindowsTest, TheTrayMenuSwitchesProfilesAndLightsThem) {
     EXPECT_FALSE(items[0]->isChecked());
 }
 
+TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
+    const auto item = [this](const char* name) { return window("mainWindow")->findChild<QAction*>(name); };
+    EXPECT_TRUE(item("driver-auto")->isChecked());
+    item("driver-usb")->trigger();
+    EXPECT_EQ(m_driver, "usb");
+    EXPECT_FALSE(item("driver-auto")->isChecked());
+    m_keyboardName.set("keyboard G810 on USB");
+    EXPECT_TRUE(widget<QLabel>("statusText")->accessibleName().startsWith("Keyboard G810 on USB"));
+
+    item("endStaleEffectsItem")->trigger();
+    EXPECT_TRUE(state().options.endStaleEffects);
+    EXPECT_EQ(m_machine.userDefaults.get("endStaleEffects"), platform::StoredValue{true});
+}
+
 TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
     const auto text = [](const StatusSnapshot& snapshot) { return statusText(snapshot).toStdString(); };
-    EXPECT_EQ(text({"virtual keyboard", false, std::nullopt, 0, 1}),
-              "Virtual keyboard   ·   Game not in front   ·   Strip not seen yet   ·   "
-              "0 messages per minute   ·   Profile 1");
-    EXPECT_THAT(text({"", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message per"));
-    EXPECT_THAT(text({"", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
-    EXPECT_THAT(text({"", true, 300, 1, 9}), HasSubstr("5 minutes ago"));
+    EXPECT_EQ(
+        text({"virtual keyboard", "reading the screen", false, std::nullopt, 0, 1}),
+        "Virtual keyboard   ·   Reading the screen   ·   Game not in front   ·   Strip not seen yet   ·   "
+        "0 messages per minute   ·   Profile 1");
+    EXPECT_THAT(text({"", "", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message per"));
+    EXPECT_THAT(text({"", "", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
+    EXPECT_THAT(text({"", "", true, 300, 1, 9}), HasSubstr("5 minutes ago"));
 }
 
 TEST(StatusTextTest, CountsMessagesPerMinuteAlsoAcrossGaps) {

@@ -1,0 +1,48 @@
+#include "desktop/windows/keyboard_menu.h"
+
+#include "keyboards/chosen_keyboard.h"
+
+#include <utility>
+
+namespace glimra::desktop {
+
+namespace {
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+KeyboardMenu::KeyboardMenu(QMenu* menu, KeyboardChoice choice, app::AppDelegate& delegate)
+    : m_choice(std::move(choice)) {
+    menu->addSeparator();
+    QMenu* const drivers = menu->addMenu("&Light the Keyboard By");
+    drivers->setObjectName("driverMenu");
+    addDriver(drivers, std::string(keyboards::kAutomaticDriver), "&Automatic");
+    drivers->addSeparator();
+    for (const keyboards::DriverName& driver : keyboards::kDriverNames)
+        addDriver(drivers, std::string(driver.name), toQString(driver.title));
+
+    QAction* const stale = menu->addAction("&End Effects When the Game Is Gone");
+    stale->setObjectName("endStaleEffectsItem");
+    stale->setToolTip("Half a minute after the game was last heard of");
+    stale->setCheckable(true);
+    connect(stale, &QAction::toggled, this, [&delegate](bool on) { delegate.setEndStaleEffects(on); });
+    // The setting is read when the application launches, which is after the windows are made.
+    connect(menu, &QMenu::aboutToShow, stale, [stale, &delegate] {
+        const QSignalBlocker blocker(stale);
+        stale->setChecked(delegate.state().options.endStaleEffects);
+    });
+}
+
+void KeyboardMenu::addDriver(QMenu* menu, const std::string& name, const QString& title) {
+    QAction* const item = menu->addAction(title);
+    item->setObjectName("driver-" + QString::fromStdString(name));
+    item->setCheckable(true);
+    item->setChecked(name == m_choice.chosen());
+    m_drivers.addAction(item);
+    connect(item, &QAction::triggered, this, [this, name] { m_choice.choose(name); });
+}
+
+} // namespace glimra::desktop
