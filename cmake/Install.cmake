@@ -59,7 +59,7 @@ if(GLIMRA_DESKTOP)
     install(FILES ${GLIMRA_PACKAGING}/udev/70-glimra-keyboard.rules DESTINATION lib/udev/rules.d)
 endif()
 
-install(FILES docs/user-guide.md docs/protocol.md docs/replay.md DESTINATION ${GLIMRA_DOC_DIR})
+install(FILES docs/user-guide.md docs/protocol.md docs/replay.md docs/screens.md DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES ${GLIMRA_PACKAGING}/debian/copyright DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${GLIMRA_DOC_DIR} COMPONENT elsewhere)
 glimra_install_compressed(CHANGELOG.md changelog ${GLIMRA_DOC_DIR} debian EXCLUDE_FROM_ALL)

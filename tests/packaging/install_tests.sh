@@ -29,17 +29,18 @@ replay() {
     same "keys that pulse in a fight" 18 "$calls"
 }
 
-# $1 program: its manual renders without a warning and has all its options, and no others. The commands of glimra
-# have options of their own, which its --help need not list.
+# $1 program: its manual renders without a warning and has all its options, and no others.
 manual() {
     local page=$share/man/man1/$1.1.gz
     MANROFFSEQ='' MANWIDTH=80 silent "the manual of $1" bash -c 'man --warnings -l "$1" 2>&1 >/dev/null' - "$page"
     local said known
     said=$(MANWIDTH=200 man -l "$page" | long_options)
-    known=$("$bin/$1" --help | long_options)
+    known=$({
+        "$bin/$1" --help
+        [ "$1" != glimra ] || "$bin/glimra" doctor --help
+    } | long_options)
     same "options of $1 that its manual lacks" "" "$(comm -13 <(echo "$said") <(echo "$known"))"
-    [ "$1" = glimra ] ||
-        same "options that only the manual of $1 knows" "" "$(comm -23 <(echo "$said") <(echo "$known"))"
+    same "options that only the manual of $1 knows" "" "$(comm -23 <(echo "$said") <(echo "$known"))"
 }
 
 desktop_files() {

@@ -34,6 +34,7 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
         ->check([](const std::string& name) {
             return trace::traceKindNamed(name) ? std::string() : "no kind of line is called " + name;
         });
+    app.set_version_flag("--version", GLIMRA_VERSION);
     app.add_flag("--keyboard", line.drawKeyboard, "Draw the keyboard as it is at the end");
     app.add_option("--film", line.film, "Write a picture of the keyboard for each change, or an animated one")
         ->type_name("DIR|FILE.gif");
