@@ -46,7 +46,24 @@ bool ChosenKeyboard::take() {
     const DriverChoice choice = chooseDriver(rows, m_options.driver);
     for (const std::string& line : describe(choice))
         told.emit(line);
+    if (m_options.driver == kAutomaticDriver && choice.driver == "virtual")
+        m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
     return m_options.driver == kAutomaticDriver || choice.driver == m_options.driver;
+}
+
+void ChosenKeyboard::lookAgain() {
+    if (whyNoUsbKeyboard(m_options.hidFolders).empty() || openrgb::mayListen(m_options.openRgb.server)) {
+        m_nextLook.reset();
+        take();
+    } else {
+        m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
+    }
+}
+
+void ChosenKeyboard::stopLooking() {
+    if (m_nextLook)
+        m_runLoop.cancel(*m_nextLook);
+    m_nextLook.reset();
 }
 
 std::string ChosenKeyboard::takeSdk() {
@@ -95,6 +112,7 @@ std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device, const
 
 void ChosenKeyboard::letGo() {
     ++*m_generation;
+    stopLooking();
     m_drawn.detach();
     if (m_sdk)
         m_sdk->LogiLedShutdown();
@@ -179,6 +197,7 @@ bool ChosenKeyboard::LogiLedStopEffects() {
 
 void ChosenKeyboard::LogiLedShutdown() {
     ++*m_generation;
+    stopLooking();
     m_open = false;
     if (m_sdk)
         m_sdk->LogiLedShutdown();

@@ -11,6 +11,7 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +35,9 @@ inline constexpr std::array<DriverName, 4> kDriverNames{{
 }};
 
 /// The keyboard that lights up: the one that is drawn, and with it the real one by the driver that was
-/// chosen. The drawn one is always there, whatever becomes of the other. Main thread.
+/// chosen. The drawn one is always there, whatever becomes of the other. While the choice is
+/// automatic and nothing but the drawn one is there, it looks every half a minute for what has come. Main
+/// thread.
 class ChosenKeyboard final : public platform::LedDriver {
 public:
     struct Options {
@@ -46,6 +49,8 @@ public:
         /// Whether the user has named that server: then it is taken to be there.
         bool openRgbIsNamed = false;
         HidFolders hidFolders;
+        /// While nothing but the drawn keyboard is there.
+        Duration pauseBetweenLooks = std::chrono::seconds(30);
     };
 
     /// What a device's writer tells comes in through `runLoop`, which must outlive the keyboard.
@@ -87,6 +92,9 @@ private:
     template <class Call>
     bool onBoth(Call call);
     bool take();
+    /// A keyboard that is plugged in, or a server that is started, after us.
+    void lookAgain();
+    void stopLooking();
     std::string takeSdk();
     std::string takeUsb(Demand demand);
     std::string takeOpenRgb(Demand demand);
@@ -101,6 +109,7 @@ private:
     /// Counts the keyboards, so that no late word of an earlier one is taken for the present one's.
     std::shared_ptr<int> m_generation = std::make_shared<int>(0);
     bool m_open = false;
+    std::optional<platform::TimerId> m_nextLook;
 };
 
 } // namespace glimra::keyboards

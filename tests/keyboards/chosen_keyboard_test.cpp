@@ -64,6 +64,24 @@ TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
     EXPECT_EQ(drawn(kEscape), (Rgb{255, 0, 0}));
 }
 
+TEST_F(ChosenKeyboardTest, TakesAServerThatIsStartedLater) {
+    // The port of a server that is gone by now.
+    auto server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()});
+    auto wanted = options("auto");
+    wanted.openRgb.server.port = server->port();
+    wanted.pauseBetweenLooks = 20ms;
+    server.reset();
+    ChosenKeyboard& keyboard = make(wanted);
+    ASSERT_TRUE(keyboard.LogiLedInit());
+    ASSERT_TRUE(m_loop.runUntil(m_loop.now() + 100ms));
+    EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
+    StandInServer::Options later;
+    later.port = wanted.openRgb.server.port;
+    server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()}, later);
+    EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
+    keyboard.LogiLedShutdown();
+}
+
 TEST_F(ChosenKeyboardTest, AVendorsLibraryThatWasAskedForAndRefusesIsAFailure) {
     for (const char* library : {FAKE_SDK_LACKING, FAKE_SDK_REFUSING, "/nowhere/at/all.so"}) {
         auto wanted = options("sdk");
