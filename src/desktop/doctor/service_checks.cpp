@@ -57,7 +57,8 @@ Findings checkServices() {
               "Nothing speaks during calibration.", "Install the package speech-dispatcher to hear it."),
         found("sound", canPlayThemeSounds(), "The desktop's sounds can be played.",
               "Nothing beeps during calibration.",
-              "Install the packages libcanberra-gtk3-module and sound-theme-freedesktop to hear it."),
+              "Install sound-theme-freedesktop and one of gnome-session-canberra, pipewire-bin and "
+              "pulseaudio-utils to hear it."),
     };
 }
 
