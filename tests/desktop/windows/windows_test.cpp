@@ -86,6 +86,73 @@ TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
         }
 }
 
+/// All windows, in a font of another size than the desktop's own.
+class FontSizeTest : public WindowsFixture, public ::testing::WithParamInterface<double> {
+protected:
+    FontSizeTest() : m_before(QApplication::font()) {
+        QFont font = m_before;
+        font.setPointSizeF(font.pointSizeF() * GetParam());
+        QApplication::setFont(font);
+        m_machine.userDefaults.set("firstStepsDone", false);
+    }
+    ~FontSizeTest() override {
+        m_windows.reset();
+        QApplication::setFont(m_before);
+    }
+
+    /// What a widget needs to show its whole text, at the width that it has.
+    static QSize need(const QWidget& widget) {
+        if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
+            if (label->wordWrap())
+                return {0, label->heightForWidth(label->width())};
+            return label->sizeHint();
+        }
+        // A menu of keys or profiles may be wider than its box; what is chosen must be readable.
+        if (const auto* const box = qobject_cast<const QComboBox*>(&widget))
+            return {box->fontMetrics().horizontalAdvance(box->currentText()) + 2 * box->height() / 2,
+                    box->minimumSizeHint().height()};
+        return widget.sizeHint();
+    }
+
+    const QFont m_before;
+};
+
+TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
+    // 1280 x 720, less a panel and a title bar.
+    constexpr QSize kRoom{1280, 650};
+    launch();
+    click("setColorsButton");
+    window("mainWindow")->findChild<QAction*>("mapKeysItem")->trigger();
+    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets())) {
+        if (!std::holds_alternative<platform::Window*>(outlet.control))
+            continue;
+        QWidget* const top = window(outlet.name);
+        top->show();
+        settle();
+        EXPECT_LE(top->width(), kRoom.width()) << outlet.name;
+        EXPECT_LE(top->height(), kRoom.height()) << outlet.name;
+        // As shown, and as small as the user can make it.
+        for (const QSize size : {top->size(), top->minimumSize().expandedTo(top->minimumSizeHint())}) {
+            top->resize(size);
+            settle();
+            for (const QWidget* const each : top->findChildren<QWidget*>()) {
+                const bool hasText = qobject_cast<const QLabel*>(each) != nullptr ||
+                                     qobject_cast<const QAbstractButton*>(each) != nullptr ||
+                                     qobject_cast<const QComboBox*>(each) != nullptr;
+                if (!hasText || !each->isVisibleTo(top) || each->objectName().isEmpty() ||
+                    each->objectName().startsWith("qt_") || each->objectName() == "statusText")
+                    continue;
+                EXPECT_GE(each->width(), need(*each).width())
+                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.width();
+                EXPECT_GE(each->height(), need(*each).height())
+                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.height();
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FontSizeTest, ::testing::Values(1.0, 1.5));
+
 TEST_F(WindowsTest, AStrokePaintsEveryKeyOnItsWayAndCanBeTakenBack) {
     openProgrammer();
     const lighting::KeyMap before = state().canvas.keysToColors;
