@@ -47,7 +47,10 @@ FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults
       m_userDefaults(userDefaults),
       m_keyboardName(keyboardName) {
     const bool isDone = platform::storedBool(m_userDefaults, kDoneKey).value_or(false);
-    m_window->findChild<QWidget*>("guidePanel")->setVisible(!isDone);
+    auto* const panel = m_window->findChild<QWidget*>("guidePanel");
+    panel->setBackgroundRole(QPalette::Base);
+    panel->setAutoFillBackground(true);
+    panel->setVisible(!isDone);
     keyboardName.changed.observe([this](const std::string&) { show(); });
     show();
 }

@@ -1,5 +1,6 @@
 #include "desktop/windows/keyboard_canvas.h"
 
+#include "desktop/windows/keyboard_canvas_accessible.h"
 #include "lighting/keyboard_layout.h"
 
 #include <QAccessible>
@@ -46,6 +47,7 @@ KeyboardCanvas::KeyboardCanvas(QWidget* parent) : QWidget(parent), m_painter({},
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    KeyboardCanvasAccessible::install();
 }
 
 void KeyboardCanvas::setSource(Source source) {
@@ -225,12 +227,7 @@ void KeyboardCanvas::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
         return moveFocus(0, -1);
     case Qt::Key_Space:
-        if (!m_beforeStroke && pressed) {
-            beginStroke();
-            pressed(centerOf(m_focused));
-            endStroke();
-        }
-        return;
+        return paintKey(m_focused);
     default:
         QWidget::keyPressEvent(event);
     }
@@ -253,18 +250,36 @@ void KeyboardCanvas::moveFocus(int dx, int dy) {
             shortest = distance;
         }
     }
-    if (!best)
+    if (best)
+        focusKey(*best);
+}
+
+void KeyboardCanvas::focusKey(std::size_t index) {
+    update(m_painter.reachOfKey(m_focused));
+    m_focused = index;
+    update(m_painter.reachOfKey(m_focused));
+    if (hasFocus())
+        sayFocus();
+    else
+        setFocus();
+}
+
+void KeyboardCanvas::paintKey(std::size_t index) {
+    if (m_beforeStroke || !pressed)
         return;
-    update(m_painter.reachOfKey(m_focused));
-    m_focused = *best;
-    update(m_painter.reachOfKey(m_focused));
-    sayFocus();
+    beginStroke();
+    pressed(centerOf(index));
+    endStroke();
+    // Its name tells its colour.
+    QAccessibleEvent renamed(this, QAccessible::NameChanged);
+    renamed.setChild(static_cast<int>(index));
+    QAccessible::updateAccessibility(&renamed);
 }
 
 void KeyboardCanvas::sayFocus() {
-    setAccessibleDescription(nameOfKey(m_focused));
-    QAccessibleEvent described(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&described);
+    QAccessibleEvent focused(this, QAccessible::Focus);
+    focused.setChild(static_cast<int>(m_focused));
+    QAccessible::updateAccessibility(&focused);
 }
 
 void KeyboardCanvas::focusInEvent(QFocusEvent* event) {

@@ -52,6 +52,19 @@ public:
     /// Where a key is, for whoever wants to point at it; empty for an unknown one.
     QRectF faceOfKey(lighting::KeyCode code) const;
 
+    // Keys by their place in the layout.
+    using Index = std::optional<std::size_t>;
+    QRectF faceAt(std::size_t index) const { return m_painter.faceOfKey(index); }
+    /// The key at a point of the widget.
+    Index keyAt(const QPointF& point) const;
+    /// What a key is called, and its colour.
+    QString nameOfKey(std::size_t index) const;
+    /// The key that arrow keys have moved to.
+    std::size_t focusedIndex() const { return m_focused; }
+    void focusKey(std::size_t index);
+    /// One key as a stroke of its own, with the chosen colour.
+    void paintKey(std::size_t index);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -69,18 +82,14 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    using Index = std::optional<std::size_t>;
-
     bool isOwnMap() const;
     void beginStroke();
     void dragTo(const QPointF& point);
     void endStroke();
     void step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to);
-    Index keyAt(const QPointF& point) const;
     void setHovered(Index key);
     void moveFocus(int dx, int dy);
     void sayFocus();
-    QString nameOfKey(std::size_t index) const;
     void prepareDrawing();
     void paintMark(QPainter& painter, std::size_t index, const QColor& color, double width) const;
 

@@ -1,11 +1,14 @@
 #include "desktop/windows/theme.h"
 
+#include "desktop/windows/application_style.h"
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QStyle>
 
 namespace glimra::desktop {
 
@@ -45,6 +48,11 @@ QPalette themePalette(bool isDark) {
     palette.setColor(QPalette::Link, isDark ? "#6fb0ff" : "#1f5fb8");
     palette.setColor(QPalette::ToolTipBase, isDark ? "#2e3137" : "#ffffff");
     palette.setColor(QPalette::ToolTipText, text);
+    // Of raised and sunken lines.
+    palette.setColor(QPalette::Light, isDark ? "#3a3e45" : "#ffffff");
+    palette.setColor(QPalette::Midlight, isDark ? "#34373d" : "#eceef1");
+    palette.setColor(QPalette::Mid, isDark ? "#2a2c31" : "#cdd1d6");
+    palette.setColor(QPalette::Dark, isDark ? "#17181b" : "#b3b8bf");
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, faint);
     return palette;
@@ -54,14 +62,17 @@ DesktopTheme::DesktopTheme() {
     // A platform theme of the desktop has set what the user chose.
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         return;
+    // The style's own check boxes cannot be seen on dark; a style of the desktop's choice is left alone.
+    if (QApplication::style()->name() == "fusion")
+        QApplication::setStyle(new ApplicationStyle);
     QApplication::setPalette(themePalette(false));
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    QDBusMessage call =
-        QDBusMessage::createMethodCall("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                                       "org.freedesktop.portal.Settings", "Read");
-    call << QString("org.freedesktop.appearance") << QString("color-scheme");
+    bus.connect(kService, kPath, kInterface, "SettingChanged", this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, "Read");
+    call << kGroup << kKey;
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, 2000), qApp);
     QObject::connect(
         watcher, &QDBusPendingCallWatcher::finished, qApp, [](QDBusPendingCallWatcher* finished) {

@@ -30,8 +30,6 @@ Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<vo
     QObject::connect(m_menu.addAction("Quit Glimra"), &QAction::triggered, &m_menu, std::move(quit));
     QObject::connect(&m_menu, &QMenu::aboutToShow, &m_menu, [this] { showActiveProfile(); });
 
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
-        return;
     m_icon.setContextMenu(&m_menu);
     m_icon.setToolTip("Glimra");
     QObject::connect(&m_icon, &QSystemTrayIcon::activated, &m_menu,
@@ -39,6 +37,7 @@ Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<vo
                          if (reason == QSystemTrayIcon::Trigger)
                              m_delegate.outlets().mainWindow.bringToFront();
                      });
+    // Where there is no tray yet, it goes there once one comes.
     m_icon.show();
 }
 

@@ -10,8 +10,8 @@
 
 namespace glimra::desktop {
 
-/// An icon in the desktop's tray, where it has one: the nine profiles, the test pattern, the main window and
-/// quitting.
+/// An icon in the desktop's tray, where it has one or gets one later: the nine profiles, the test pattern,
+/// the main window and quitting.
 class Tray {
 public:
     Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<void()> quit);

@@ -4,6 +4,7 @@
 #include "desktop/keyboard_view.h"
 #include "desktop/log_view.h"
 #include "desktop/windows/application_icon.h"
+#include "desktop/windows/content_fitter.h"
 #include "desktop/windows/keyboard_canvas.h"
 #include "profiles/color_slots.h"
 
@@ -113,11 +114,12 @@ void Windows::buildProgrammer() {
 
 void Windows::buildOthers() {
     // When a dialog goes, the window that it belongs to gets the keyboard back.
-    add<Ui::ProfileChangeAlert, QDialog>(m_programmer);
-    add<Ui::CopyProfileDialog, QDialog>(m_programmer);
-    add<Ui::LaunchOptions, QDialog>(m_mainWindow);
-    add<Ui::ActionKeySetter, QWidget>();
-    auto* const about = add<Ui::About, QWidget>();
+    QWidget* const about = add<Ui::About, QWidget>();
+    for (QWidget* const window : std::initializer_list<QWidget*>{
+             add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
+             add<Ui::CopyProfileDialog, QDialog>(m_programmer), add<Ui::LaunchOptions, QDialog>(m_mainWindow),
+             add<Ui::ActionKeySetter, QWidget>(), about})
+        new ContentFitter(window);
     about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
     add<Ui::Help, QWidget>();
 }

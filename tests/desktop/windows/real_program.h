@@ -91,6 +91,63 @@ private:
     glimra::testing::ChildProcess m_manager{"openbox", {"openbox"}, m_server.display()};
 };
 
+/// A desktop's tray, for icons that are windows.
+class TrayHost {
+public:
+    explicit TrayHost(const std::string& display) : m_xcb(xcb_connect(display.c_str(), nullptr)) {
+        if (xcb_connection_has_error(m_xcb) != 0)
+            throw std::runtime_error("no X server at " + display);
+        const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(m_xcb)).data;
+        m_window = xcb_generate_id(m_xcb);
+        xcb_create_window(m_xcb, XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 100, 30, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        m_opcode = atom("_NET_SYSTEM_TRAY_OPCODE");
+        const xcb_atom_t selection = atom("_NET_SYSTEM_TRAY_S0");
+        xcb_set_selection_owner(m_xcb, m_window, selection, XCB_CURRENT_TIME);
+        xcb_client_message_event_t announcement{};
+        announcement.response_type = XCB_CLIENT_MESSAGE;
+        announcement.format = 32;
+        announcement.window = screen->root;
+        announcement.type = atom("MANAGER");
+        announcement.data.data32[1] = selection;
+        announcement.data.data32[2] = m_window;
+        xcb_send_event(m_xcb, 0, screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&announcement));
+        xcb_flush(m_xcb);
+    }
+    ~TrayHost() { xcb_disconnect(m_xcb); }
+    TrayHost(const TrayHost&) = delete;
+    TrayHost& operator=(const TrayHost&) = delete;
+
+    /// Waits until an icon asks to be docked.
+    bool getsAnIcon() {
+        return glimra::testing::eventually([this] {
+            bool isDocked = false;
+            while (xcb_generic_event_t* const event = xcb_poll_for_event(m_xcb)) {
+                const auto* const message = reinterpret_cast<const xcb_client_message_event_t*>(event);
+                constexpr std::uint32_t kRequestDock = 0;
+                isDocked = isDocked || ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE &&
+                                        message->type == m_opcode && message->data.data32[1] == kRequestDock);
+                std::free(event);
+            }
+            return isDocked;
+        });
+    }
+
+private:
+    xcb_atom_t atom(std::string_view name) {
+        xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(
+            m_xcb, xcb_intern_atom(m_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+        const xcb_atom_t atom = reply == nullptr ? XCB_NONE : reply->atom;
+        std::free(reply);
+        return atom;
+    }
+
+    xcb_connection_t* m_xcb;
+    xcb_window_t m_window = XCB_NONE;
+    xcb_atom_t m_opcode = XCB_NONE;
+};
+
 /// The program in a home of its own. It is ended, at the latest, with this object.
 class RealProgram {
 public:

@@ -246,5 +246,11 @@ TEST_F(RealProgramTest, ExportsAndImportsThroughThePanels) {
     quit();
 }
 
+TEST_F(RealProgramTest, GoesIntoATrayThatComesAfterIt) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    TrayHost tray(s_desktop->display());
+    EXPECT_TRUE(tray.getsAnIcon());
+}
+
 } // namespace
 } // namespace glimra::desktop

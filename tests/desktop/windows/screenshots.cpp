@@ -41,7 +41,7 @@ public:
             if (std::holds_alternative<platform::Window*>(outlet.control)) {
                 const QString path = s_folder + "/" + QString::fromStdString(outlet.name) +
                                      (isDark ? "-dark.png" : "-light.png");
-                isWritten = window(outlet.name)->grab().save(path) && isWritten;
+                isWritten = window(outlet.name)->grab().save(path, "PNG", 0) && isWritten;
             }
         return isWritten;
     }
@@ -56,7 +56,6 @@ int main(int argc, char** argv) {
         return 2;
     }
     QApplication application(argc, argv);
-    QApplication::setStyle("Fusion");
     QApplication::setQuitOnLastWindowClosed(false);
     glimra::desktop::s_folder = argv[1];
     QDir().mkpath(glimra::desktop::s_folder);

@@ -2,6 +2,7 @@
 
 #include "app/built_bundle.h"
 #include "desktop/qt_run_loop.h"
+#include "desktop/windows/application_style.h"
 #include "desktop/windows/interface_binder.h"
 #include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/windows.h"
@@ -21,7 +22,10 @@ namespace glimra::desktop {
 /// The application with its real windows, on a machine that is simulated but for windows and run loop.
 class WindowsFixture : public ::testing::Test {
 protected:
-    WindowsFixture() { m_machine.userDefaults.set("firstStepsDone", true); }
+    WindowsFixture() {
+        QApplication::setStyle(new ApplicationStyle);
+        m_machine.userDefaults.set("firstStepsDone", true);
+    }
     ~WindowsFixture() override { m_runLoop.terminate(); }
 
     void launch() {

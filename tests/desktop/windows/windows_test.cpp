@@ -6,6 +6,7 @@
 #include "desktop/windows/tray.h"
 #include "platform/stored_values.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QLabel>
@@ -86,6 +87,73 @@ TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
         }
 }
 
+/// All windows, in a font of another size than the desktop's own.
+class FontSizeTest : public WindowsFixture, public ::testing::WithParamInterface<double> {
+protected:
+    FontSizeTest() : m_before(QApplication::font()) {
+        QFont font = m_before;
+        font.setPointSizeF(font.pointSizeF() * GetParam());
+        QApplication::setFont(font);
+        m_machine.userDefaults.set("firstStepsDone", false);
+    }
+    ~FontSizeTest() override {
+        m_windows.reset();
+        QApplication::setFont(m_before);
+    }
+
+    /// What a widget needs to show its whole text, at the width that it has.
+    static QSize need(const QWidget& widget) {
+        if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
+            if (label->wordWrap())
+                return {0, label->heightForWidth(label->width())};
+            return label->sizeHint();
+        }
+        // A menu of keys or profiles may be wider than its box; what is chosen must be readable.
+        if (const auto* const box = qobject_cast<const QComboBox*>(&widget))
+            return {box->fontMetrics().horizontalAdvance(box->currentText()) + 2 * box->height() / 2,
+                    box->minimumSizeHint().height()};
+        return widget.sizeHint();
+    }
+
+    const QFont m_before;
+};
+
+TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
+    // 1280 x 720, less a panel and a title bar.
+    constexpr QSize kRoom{1280, 650};
+    launch();
+    click("setColorsButton");
+    window("mainWindow")->findChild<QAction*>("mapKeysItem")->trigger();
+    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets())) {
+        if (!std::holds_alternative<platform::Window*>(outlet.control))
+            continue;
+        QWidget* const top = window(outlet.name);
+        top->show();
+        settle();
+        EXPECT_LE(top->width(), kRoom.width()) << outlet.name;
+        EXPECT_LE(top->height(), kRoom.height()) << outlet.name;
+        // As shown, and as small as the user can make it.
+        for (const QSize size : {top->size(), top->minimumSize().expandedTo(top->minimumSizeHint())}) {
+            top->resize(size);
+            settle();
+            for (const QWidget* const each : top->findChildren<QWidget*>()) {
+                const bool hasText = qobject_cast<const QLabel*>(each) != nullptr ||
+                                     qobject_cast<const QAbstractButton*>(each) != nullptr ||
+                                     qobject_cast<const QComboBox*>(each) != nullptr;
+                if (!hasText || !each->isVisibleTo(top) || each->objectName().isEmpty() ||
+                    each->objectName().startsWith("qt_") || each->objectName() == "statusText")
+                    continue;
+                EXPECT_GE(each->width(), need(*each).width())
+                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.width();
+                EXPECT_GE(each->height(), need(*each).height())
+                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.height();
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, FontSizeTest, ::testing::Values(1.0, 1.5));
+
 TEST_F(WindowsTest, AStrokePaintsEveryKeyOnItsWayAndCanBeTakenBack) {
     openProgrammer();
     const lighting::KeyMap before = state().canvas.keysToColors;
@@ -149,15 +217,68 @@ TEST_F(WindowsTest, TheCanvasIsPaintedWithTheKeyboardToo) {
 TEST_F(WindowsTest, EveryKeyCanBeReachedByArrows) {
     openProgrammer();
     canvas()->setFocus();
+    QAccessibleInterface* const keys = QAccessible::queryAccessibleInterface(canvas());
     std::set<QString> seen;
     // A wandering that tries all directions from everywhere ends when nothing new comes.
     std::mt19937 random(7);
     const std::array<Qt::Key, 4> arrows{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
     for (int i = 0; i < 30000 && seen.size() < lighting::kKeyboardLayout.size(); ++i) {
-        seen.insert(canvas()->accessibleDescription());
+        seen.insert(keys->focusChild()->text(QAccessible::Name));
         QTest::keyClick(canvas(), arrows[random() % 4]);
     }
     EXPECT_EQ(seen.size(), lighting::kKeyboardLayout.size());
+}
+
+TEST_F(WindowsTest, EveryKeyIsAnAccessibleButtonThatTellsItsColorAndCanBePressed) {
+    openProgrammer();
+    QAccessibleInterface* const keys = QAccessible::queryAccessibleInterface(canvas());
+    ASSERT_EQ(keys->childCount(), static_cast<int>(lighting::kKeyboardLayout.size()));
+    std::set<QString> names;
+    for (int i = 0; i < keys->childCount(); ++i) {
+        QAccessibleInterface* const key = keys->child(i);
+        EXPECT_EQ(key->role(), QAccessible::Button);
+        EXPECT_EQ(keys->childAt(key->rect().center().x(), key->rect().center().y()), key);
+        EXPECT_EQ(key->parent()->indexOfChild(key), i);
+        names.insert(key->text(QAccessible::Name));
+    }
+    EXPECT_EQ(names.size(), lighting::kKeyboardLayout.size()) << "no two of one name";
+
+    const QPoint q = canvas()->mapToGlobal(centerOf(kQ));
+    QAccessibleInterface* const key = keys->childAt(q.x(), q.y());
+    click("paintD");
+    key->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
+    EXPECT_EQ(slotOf(kQ), 7);
+    EXPECT_EQ(key->text(QAccessible::Name), "Q – color D");
+    EXPECT_TRUE(widget("undoButton")->isEnabled());
+    key->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(keys->focusChild(), key);
+    EXPECT_TRUE(key->state().focused);
+}
+
+TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
+    // The question for unsaved edits is left out: it begins with its last button, the safe answer.
+    for (const char* const name : {"mainWindow", "colorProgrammerWindow", "launchOptionWindow",
+                                   "copyProfileDialog", "actionKeySetterWindow", "aboutWindow"}) {
+        QWidget* const top = window(name);
+        top->show();
+        settle();
+        QRect placeBefore;
+        int steps = 0;
+        for (QWidget* each = top->nextInFocusChain(); each != top; each = each->nextInFocusChain()) {
+            if ((each->focusPolicy() & Qt::TabFocus) == 0 || !each->isVisibleTo(top) || !each->isEnabled() ||
+                each->objectName().isEmpty() || each->objectName().startsWith("qt_"))
+                continue;
+            const QRect place(each->mapTo(top, QPoint()), each->size());
+            // Along a row or a column, or on to the next.
+            EXPECT_TRUE(steps == 0 || place.top() >= placeBefore.bottom() ||
+                        place.left() >= placeBefore.right())
+                << each->objectName().toStdString() << " in " << name;
+            placeBefore = place;
+            ++steps;
+        }
+        EXPECT_GE(steps, 2) << name;
+    }
 }
 
 TEST_F(WindowsTest, UnsavedEditsAreKeptSavedOrGivenUpAsTheUserAnswers) {
@@ -241,6 +362,26 @@ TEST_F(WindowsTest, AWellChangesItsColorThroughTheDialogAndCancelBringsItBack) {
     EXPECT_FALSE(again->isVisible()) << "the color dialog goes with the programmer";
     EXPECT_TRUE(m_machine.userDefaults.get("colorCColor1").has_value());
     EXPECT_EQ(state().canvas.keyColorSet[6], (platform::Color{0.2, 0.4, 0.6}));
+}
+
+TEST_F(WindowsTest, TheProgrammerWarnsOfACooldownColorThatIsLikeAnActionKeysOwn) {
+    openProgrammer();
+    auto* const warning = widget<QLabel>("paletteWarning");
+    const auto cool = [this](const QColor& color) {
+        dynamic_cast<ColorWell*>(widget("keyCoolColor"))->picked(color);
+        settle();
+    };
+    constexpr lighting::KeyCode kOne = 0x02;
+    click("paintC");
+    paintKey(kOne);
+    cool(QColor(0, 250, 0));
+    EXPECT_TRUE(warning->isHidden()) << "no cooldowns are shown";
+    click("actionBarEffectCheckbox");
+    settle();
+    EXPECT_THAT(warning->text().toStdString(), HasSubstr("hard to tell from color C"));
+    EXPECT_TRUE(warning->isVisible());
+    cool(QColor(80, 0, 0));
+    EXPECT_THAT(warning->text().toStdString(), testing::Not(HasSubstr("color C")));
 }
 
 TEST_F(WindowsTest, OptionsGoToTheSettingsAndGreyOutWhatTheyTurnOff) {
