@@ -20,6 +20,7 @@ std::vector<NamedOutlet> namedOutlets(Outlets& outlets) {
     std::vector<NamedOutlet> named{
         GLIMRA_OUTLET(mainWindow),
         GLIMRA_OUTLET(myTextScroll),
+        GLIMRA_OUTLET(imageView),
         GLIMRA_OUTLET(colorProgrammerWindow),
         GLIMRA_OUTLET(keyboardCanvas),
         GLIMRA_OUTLET(colorButtonGroup),

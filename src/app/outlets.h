@@ -16,6 +16,8 @@ struct Outlets {
     // Main window and log.
     platform::Window mainWindow;
     platform::TextView myTextScroll;
+    /// The picture of the main window: the keyboard as it is lit.
+    platform::Picture imageView;
 
     // Colour programmer.
     platform::Window colorProgrammerWindow;
@@ -75,9 +77,9 @@ struct Outlets {
 };
 
 using ControlPointer =
-    std::variant<platform::Window*, platform::TextView*, platform::CanvasView*, platform::RadioGroup*,
-                 platform::ColorWell*, platform::PopUp*, platform::TextField*, platform::Label*,
-                 platform::CheckBox*, platform::Button*, platform::MenuItem*>;
+    std::variant<platform::Window*, platform::TextView*, platform::Picture*, platform::CanvasView*,
+                 platform::RadioGroup*, platform::ColorWell*, platform::PopUp*, platform::TextField*,
+                 platform::Label*, platform::CheckBox*, platform::Button*, platform::MenuItem*>;
 
 struct NamedOutlet {
     std::string name;

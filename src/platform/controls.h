@@ -126,6 +126,9 @@ struct TextView {
     void insertAtSelection(std::string_view addition);
 };
 
+/// A picture that the application leaves as it is.
+struct Picture {};
+
 /// A view that draws itself.
 struct CanvasView {
     /// The whole of it, or one part, wants to be drawn anew.

@@ -1,5 +1,6 @@
 #include "desktop/windows/interface_binder.h"
 
+#include "desktop/keyboard_view.h"
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/help_view.h"
 #include "desktop/windows/keyboard_canvas.h"
@@ -262,6 +263,10 @@ bool InterfaceBinder::attach(QWidget* widget, platform::Window& control) {
 
 bool InterfaceBinder::attach(QObject* object, platform::TextView&) {
     return object->inherits("QPlainTextEdit");
+}
+
+bool InterfaceBinder::attach(QObject* object, platform::Picture&) {
+    return dynamic_cast<KeyboardView*>(object) != nullptr;
 }
 
 bool InterfaceBinder::attach(QObject* object, platform::CanvasView&) {

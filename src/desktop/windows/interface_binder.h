@@ -57,6 +57,7 @@ private:
 
     bool attach(QWidget* widget, platform::Window& control);
     bool attach(QObject* object, platform::TextView& control);
+    bool attach(QObject* object, platform::Picture& control);
     bool attach(QObject* object, platform::CanvasView& control);
     bool attach(QObject* object, platform::RadioGroup& control);
     bool attach(QObject* object, platform::ColorWell& control);

@@ -96,7 +96,7 @@ Widget* Windows::add(QWidget* parent) {
 
 void Windows::buildMainWindow() {
     m_mainWindow = add<Ui::MainWindow, QMainWindow>();
-    replace(m_mainWindow, new KeyboardView(m.keyboard, m.now), "keyboardView");
+    replace(m_mainWindow, new KeyboardView(m.keyboard, m.now), "imageView");
     replace(m_mainWindow, new LogView(m.delegate.outlets().myTextScroll), "myTextScroll");
 }
 

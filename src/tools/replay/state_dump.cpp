@@ -117,6 +117,9 @@ ordered_json json(const platform::MenuItem& item) {
 ordered_json json(const platform::TextView&) {
     return {};
 }
+ordered_json json(const platform::Picture&) {
+    return {};
+}
 ordered_json json(const platform::CanvasView&) {
     return {};
 }
