@@ -37,7 +37,7 @@ protected:
                                          .keyboard = m_keyboard,
                                          .now = QtRunLoop::monotonicNow,
                                          .quit = [this] { ++m_quits; },
-                                         .keyboardName = "test keyboard"});
+                                         .keyboardName = m_keyboardName});
         m_delegate->applicationDidFinishLaunching();
     }
 
@@ -89,6 +89,7 @@ protected:
     QtWindowSystem m_windowSystem{m_machine.userDefaults};
     keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
     int m_quits = 0;
+    QString m_keyboardName = "test keyboard";
     platform::Platform m_platform{.application = m_machine.application,
                                   .runLoop = m_runLoop,
                                   .readerThread = m_machine.readerThread,
