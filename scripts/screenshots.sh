@@ -1,8 +1,8 @@
 #!/bin/sh
-# Pictures of every window in both themes, to docs/images.
+# Pictures of every window in both themes, to docs/images. Needs no display.
 set -eu
 cd "$(dirname "$0")/.."
 preset=${PRESET:-debug}
-[ -d "build/$preset" ] || cmake --preset "$preset"
+[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"
 cmake --build "build/$preset" --target glimra_screenshots
 QT_QPA_PLATFORM=offscreen "build/$preset/bin/glimra_screenshots" docs/images

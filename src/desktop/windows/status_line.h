@@ -55,6 +55,9 @@ public:
     static constexpr std::chrono::milliseconds kPeriod{1000};
     static constexpr std::chrono::milliseconds kHiddenPeriod{30000};
 
+    /// Time until the next look.
+    std::chrono::milliseconds period() const { return m_period; }
+
 protected:
     void timerEvent(QTimerEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -58,7 +58,7 @@ QPalette themePalette(bool isDark) {
     return palette;
 }
 
-DesktopTheme::DesktopTheme() {
+DesktopTheme::DesktopTheme(QDBusConnection bus) {
     // A platform theme of the desktop has set what the user chose.
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
         return;
@@ -66,9 +66,10 @@ DesktopTheme::DesktopTheme() {
     if (QApplication::style()->name() == "fusion")
         QApplication::setStyle(new ApplicationStyle);
     QApplication::setPalette(themePalette(false));
-    QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
+    // A slot is only found by its signature once the types in it have names.
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
     bus.connect(kService, kPath, kInterface, "SettingChanged", this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, "Read");

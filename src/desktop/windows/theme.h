@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
@@ -15,7 +16,8 @@ class DesktopTheme final : public QObject {
     Q_OBJECT
 
 public:
-    DesktopTheme();
+    /// `bus` is where the desktop is asked.
+    explicit DesktopTheme(QDBusConnection bus = QDBusConnection::sessionBus());
 
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);

@@ -24,9 +24,13 @@ public:
     bool take(bool isDark) {
         QApplication::setPalette(themePalette(isDark));
         m_machine.userDefaults.set("firstStepsDone", !isDark);
+        m_machine.workspace.setFrontmostApplication(
+            platform::RunningApplication{"com.blizzard.worldofwarcraft"});
+        m_keyboardName.set("keyboard in this window");
         launch();
         click("setColorsButton");
         settle();
+        click("actionBarEffectCheckbox");
         click("helpButton");
         click("mapKeysButton");
         settle();
@@ -35,7 +39,9 @@ public:
         window("mainWindow")->findChild<QAction*>("aboutItem")->trigger();
         for (const char* const modal : {"profileChangeAlert", "copyProfileDialog", "launchOptionWindow"})
             window(modal)->show();
-        settle();
+        choose("toProfileMenu", 1);
+        // Until the status line has looked once more.
+        QTest::qWait(1500);
         bool isWritten = true;
         for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
             if (std::holds_alternative<platform::Window*>(outlet.control)) {

@@ -564,6 +564,26 @@ TEST_F(WindowsTest, TheStatusLineTellsWhetherTheGameIsInFrontAndFitsIntoTheWindo
     EXPECT_LE(status->fontMetrics().horizontalAdvance(status->text()), status->width());
 }
 
+TEST_F(WindowsTest, TheStatusLineHardlyWakesTheProgramWhileNobodyCanSeeIt) {
+    QMainWindow mainWindow;
+    int looks = 0;
+    const StatusLine status(
+        &mainWindow, *m_delegate, m_keyboardName, [] { return std::string_view{}; },
+        [&looks] {
+            ++looks;
+            return QtRunLoop::monotonicNow();
+        });
+    EXPECT_EQ(status.period(), StatusLine::kHiddenPeriod);
+    const int before = looks;
+    mainWindow.show();
+    EXPECT_EQ(status.period(), StatusLine::kPeriod);
+    EXPECT_EQ(looks, before + 1) << "what is shown is up to date";
+    mainWindow.showMinimized();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return status.period() == StatusLine::kHiddenPeriod; }));
+    mainWindow.showNormal();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return status.period() == StatusLine::kPeriod; }));
+}
+
 TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
     using app::ColorVision;
     lighting::ColorSet colors;

@@ -1,0 +1,77 @@
+#include "desktop/services/private_bus.h"
+#include "desktop/windows/application_style.h"
+#include "desktop/windows/theme.h"
+
+#include <QApplication>
+#include <QDBusVariant>
+#include <QStyle>
+
+#include <gtest/gtest.h>
+
+namespace glimra::desktop {
+namespace {
+
+using glimra::testing::eventually;
+
+constexpr uint kPreferDark = 1;
+constexpr uint kPreferLight = 2;
+
+/// The part of a desktop that tells programs what the user prefers.
+class MockPortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    explicit MockPortal(glimra::testing::PrivateBus& bus) {
+        bus.connection().registerObject("/org/freedesktop/portal/desktop", this,
+                                        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+        bus.connection().registerService("org.freedesktop.portal.Desktop");
+    }
+    void change(const QString& group, uint preference) {
+        Q_EMIT SettingChanged(group, "color-scheme", QDBusVariant(preference));
+    }
+
+    int reads = 0;
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString& group, const QString& key) {
+        ++reads;
+        const bool isKnown = group == "org.freedesktop.appearance" && key == "color-scheme";
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? kPreferDark : kPreferLight)));
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+};
+
+bool isDark() {
+    return QApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
+TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
+    glimra::testing::PrivateBus bus;
+    MockPortal portal(bus);
+    const DesktopTheme theme(QDBusConnection::connectToBus(bus.address(), "theme"));
+    EXPECT_FALSE(isDark()) << "until the desktop has answered";
+    EXPECT_TRUE(eventually(isDark));
+    // Other settings of the same name do not count.
+    portal.change("org.example", kPreferLight);
+    portal.change("org.freedesktop.appearance", kPreferDark);
+    portal.change("org.freedesktop.appearance", kPreferLight);
+    EXPECT_TRUE(eventually([] { return !isDark(); }));
+    portal.change("org.freedesktop.appearance", kPreferDark);
+    EXPECT_TRUE(eventually(isDark));
+    EXPECT_EQ(portal.reads, 1);
+    QDBusConnection::disconnectFromBus("theme");
+}
+
+TEST(DesktopThemeTest, IsLightWhereNobodyCanBeAsked) {
+    const DesktopTheme theme(QDBusConnection::connectToBus("unix:path=/nowhere", "nobody"));
+    EXPECT_FALSE(isDark());
+    EXPECT_NE(dynamic_cast<const ApplicationStyle*>(QApplication::style()), nullptr);
+}
+
+} // namespace
+} // namespace glimra::desktop
+
+#include "theme_test.moc"
