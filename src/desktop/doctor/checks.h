@@ -2,6 +2,7 @@
 
 #include "desktop/doctor/finding.h"
 #include "desktop/options.h"
+#include "platform/system_services.h"
 #include "platform/user_defaults.h"
 
 #include <memory>
@@ -10,6 +11,11 @@ namespace glimra::desktop::doctor {
 
 // Each looks at one part of the machine, as the application would use it, and leaves it as it was. Each takes
 // a few seconds at most. Main thread, with an application object.
+
+/// What a check finds is in its findings alone.
+struct SilentLog final : platform::SystemLog {
+    void write(std::string_view) override {}
+};
 
 /// The settings as they would be used, read from a copy.
 class SettingsCopy {

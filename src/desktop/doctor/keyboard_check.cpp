@@ -15,10 +15,6 @@ constexpr std::array<std::string_view, 5> kRuleFolders{"/etc/udev/rules.d", "/ru
                                                        "/usr/local/lib/udev/rules.d", "/usr/lib/udev/rules.d",
                                                        "/lib/udev/rules.d"};
 
-struct SilentLog final : platform::SystemLog {
-    void write(std::string_view) override {}
-};
-
 /// Why a driver lights nothing, empty when it does; and, when it does, what it lights.
 struct Trial {
     std::string reason;

@@ -27,10 +27,6 @@ std::string_view nameOf(DisplayServer server) {
     return {};
 }
 
-struct SilentLog final : platform::SystemLog {
-    void write(std::string_view) override {}
-};
-
 Finding captureFinding(const CaptureCheck& check) {
     Finding found{.check = "capture", .text = {}};
     found.details["server"] = nameOf(check.server);

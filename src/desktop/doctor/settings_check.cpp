@@ -11,10 +11,6 @@ namespace glimra::desktop::doctor {
 
 namespace {
 
-struct SilentLog final : platform::SystemLog {
-    void write(std::string_view) override {}
-};
-
 /// Whether a file can be made, or replaced, there.
 bool canBeWritten(const QFileInfo& file) {
     QFileInfo folder(file.absolutePath());
