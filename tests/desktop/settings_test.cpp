@@ -9,12 +9,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <limits>
 #include <thread>
 
 #include <csignal>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -168,14 +172,37 @@ TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
     EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4}});
 }
 
-/// Changes two values together, again and again, until it is killed.
-[[noreturn]] void saveForever(const QString& path, platform::SystemLog& log) {
+TEST_F(SettingsTest, WhereNothingFitsOnTheDiskTheOldCopiesStay) {
+    for (std::int64_t start = 1; start <= 4; ++start)
+        SettingsFile(path(), m_log).set("start", start);
+    const std::vector copies{contentOf(path() + ".1"), contentOf(path() + ".2"), contentOf(path() + ".3")};
+    writeFile("[General]\nfilling=" + QByteArray(2000, 'x') + "\n\n[zz]\ncomplete=true\n");
+
+    // Every write beyond that fails, as on a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{1000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    for (int start = 0; start < 3; ++start)
+        SettingsFile(path(), m_log);
+    SettingsFile(path(), m_log).set("start", std::int64_t{5});
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(copies,
+              (std::vector{contentOf(path() + ".1"), contentOf(path() + ".2"), contentOf(path() + ".3")}));
+    EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr("can't write")));
+    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4}});
+}
+
+/// Changes two values together, again and again, until it is killed. Each save is told through `saved`.
+[[noreturn]] void saveForever(const QString& path, platform::SystemLog& log, int saved) {
     SettingsFile settings(path, log);
     for (std::int64_t number = std::get<std::int64_t>(*settings.get("first"));; ++number) {
         settings.set("first", number);
         settings.set("filling", std::string(20000, 'x'));
         settings.set("second", number);
         QCoreApplication::processEvents();
+        [[maybe_unused]] const auto told = ::write(saved, "", 1);
     }
 }
 
@@ -188,12 +215,20 @@ TEST_F(SettingsTest, AKillAtAnyMomentLeavesTheOldOrTheNewValues) {
     constexpr int kKills = 200;
     std::int64_t before = 0;
     for (int kill = 0; kill < kKills; ++kill) {
+        std::array<int, 2> saved{};
+        ASSERT_EQ(pipe2(saved.data(), O_NONBLOCK), 0);
         const pid_t child = fork();
         if (child == 0)
-            saveForever(path(), m_log);
+            saveForever(path(), m_log, saved[1]);
+        // Every other one while it starts, too.
+        pollfd firstSave{saved[0], POLLIN, 0};
+        if (kill % 2 == 0)
+            ::poll(&firstSave, 1, 10'000);
         // Spread over several saves, so that every step of one is met.
-        std::this_thread::sleep_for(std::chrono::microseconds(1500 + kill * 7919 % 9000));
+        std::this_thread::sleep_for(std::chrono::microseconds(kill * 7919 % 9000));
         ::kill(child, SIGKILL);
+        for (const int end : saved)
+            ::close(end);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
         const SettingsFile settings(path(), m_log);
         const auto first = settings.get("first");
