@@ -32,7 +32,9 @@ std::optional<QByteArray> contentOf(const QString& path) {
 
 bool write(const QString& path, const QByteArray& content) {
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    // Committed, what is still in its buffer would be lost on a full disk without a word.
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush() &&
+           file.commit();
 }
 
 bool isLineOfSettings(const QByteArray& line) {
@@ -42,11 +44,9 @@ bool isLineOfSettings(const QByteArray& line) {
 }
 
 std::optional<int> newestSoundCopy(const QString& path) {
-    for (int number = 1; number <= kCopies; ++number) {
-        const std::optional<QByteArray> content = contentOf(copyName(path, number));
-        if (content && soundnessOf(*content) == Soundness::Sound)
+    for (int number = 1; number <= kCopies; ++number)
+        if (isSound(copyName(path, number)))
             return number;
-    }
     return std::nullopt;
 }
 
@@ -65,6 +65,11 @@ Soundness soundnessOf(const QByteArray& content) {
     if (!std::all_of(lines.begin(), lines.end(), isLineOfSettings))
         return Soundness::Damaged;
     return content.contains("\ncomplete=true\n") ? Soundness::Sound : Soundness::CutOff;
+}
+
+bool isSound(const QString& path) {
+    const std::optional<QByteArray> content = contentOf(path);
+    return content && soundnessOf(*content) == Soundness::Sound;
 }
 
 void mendSettings(const QString& path, platform::SystemLog& systemLog) {
@@ -94,11 +99,17 @@ void keepCopy(const QString& path) {
     const std::optional<QByteArray> content = contentOf(path);
     if (!content || soundnessOf(*content) != Soundness::Sound || content == contentOf(copyName(path, 1)))
         return;
-    // From the oldest on, each replacing one that has a newer copy by now.
-    for (int number = kCopies; number > 1; --number)
+    // First of all the new one: on a full disk the older ones have to stay.
+    if (!write(copyName(path, 0), *content))
+        return;
+    // From the oldest on, each replacing one that has a newer copy by now; a gap, where an earlier run was
+    // killed in the midst of this, takes one in and costs none.
+    int last = 1;
+    while (last < kCopies && QFile::exists(copyName(path, last)))
+        ++last;
+    for (int number = last; number > 0; --number)
         std::rename(QFile::encodeName(copyName(path, number - 1)).constData(),
                     QFile::encodeName(copyName(path, number)).constData());
-    write(copyName(path, 1), *content);
 }
 
 } // namespace glimra::desktop

@@ -17,6 +17,8 @@ inline constexpr const char* kEndMark = "zz/complete";
 /// Whether a file can have been written by this program, or by hand, and is all there.
 enum class Soundness { Sound, CutOff, Damaged };
 Soundness soundnessOf(const QByteArray& content);
+/// Whether there is a file, and it is sound.
+bool isSound(const QString& path);
 
 /// Before the settings are read: a damaged file, or one that was cut off, is set aside as FILE.damaged, or
 /// FILE.damaged-2 and so on, and the newest sound copy takes its place. Where there is none, what can be

@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace glimra::desktop {
 
 using platform::StoredValue;
@@ -76,9 +78,12 @@ std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
 }
 
 void SettingsFile::save() {
-    m_saveIsPending = false;
+    const bool wasPending = std::exchange(m_saveIsPending, false);
     m_settings.sync();
-    if (m_settings.status() != QSettings::AccessError || m_reportedWriteFailure)
+    // Qt takes a file for written that a full disk has cut off.
+    const bool isWritten =
+        m_settings.status() != QSettings::AccessError && (!wasPending || isSound(m_settings.fileName()));
+    if (isWritten || m_reportedWriteFailure)
         return;
     m_reportedWriteFailure = true;
     m_systemLog.write("Settings: can't write " + m_settings.fileName().toStdString());
