@@ -3,6 +3,7 @@
 #include "desktop/settings_backups.h"
 #include "desktop/stored_value_text.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -18,8 +19,18 @@ QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// The path, once what lies there can be read.
+/// Qt guards each save by a file, and the taking away of a guard that was left behind by a second one, and so
+/// on. Who is killed at that may leave guards for which Qt waits for good.
+void removeGuards(const QString& path) {
+    constexpr int kMostGuards = 5;
+    QString guard = path + ".lock";
+    for (int number = 0; number < kMostGuards; ++number, guard += ".rmlock")
+        QFile::remove(guard);
+}
+
+/// The path, once what lies there can be read and written.
 QString mended(const QString& path, platform::SystemLog& systemLog) {
+    removeGuards(path);
     mendSettings(path, systemLog);
     return path;
 }

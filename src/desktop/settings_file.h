@@ -15,7 +15,8 @@ namespace glimra::desktop {
 /// event loop comes round, and at the latest when the object goes; the file is replaced as a whole.
 ///
 /// A value that cannot be read counts as absent and is said once in the system log. Copies of the file are
-/// kept, and take its place when it is damaged: settings_backups.h. Main thread.
+/// kept, and take its place when it is damaged: settings_backups.h. One object at a time for each file. Main
+/// thread.
 class SettingsFile final : public QObject, public platform::UserDefaults {
 public:
     SettingsFile(const QString& path, platform::SystemLog& systemLog);
