@@ -55,9 +55,11 @@ Findings checkServices() {
             ""),
         found("speech", findProgram("spd-say").has_value(), "Speech goes through speech-dispatcher.",
               "Nothing speaks during calibration.", "Install the package speech-dispatcher to hear it."),
-        found("sound", canPlayThemeSounds(), "The desktop's sounds can be played.",
-              "Nothing beeps during calibration.",
-              "Install the packages libcanberra-gtk3-module and sound-theme-freedesktop to hear it."),
+        found(
+            "sound", canPlayThemeSounds(), "The desktop's sounds can be played.",
+            "Nothing beeps during calibration.",
+            "Install the package sound-theme-freedesktop and one of gnome-session-canberra, pulseaudio-utils "
+            "and pipewire-bin to hear it."),
     };
 }
 
