@@ -159,6 +159,7 @@ int runDesktopApplication(const Options& options) {
     const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
     tellNotes(machine, outlets, delegate);
     machine.keyboard.told.observe(tell);
+    machine.settings.told.observe(tell);
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)
@@ -204,6 +205,8 @@ int runDesktopApplication(const Options& options) {
                         recording->recorder.launch(machine.settings,
                                                    machine.mainCapture.backingScaleFactor());
                     delegate.applicationDidFinishLaunching();
+                    if (!machine.settings.mending().empty())
+                        tell(machine.settings.mending());
                     if (recording)
                         recording->recorder.launched();
                     machine.tellCaptureWay(tell);

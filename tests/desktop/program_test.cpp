@@ -77,7 +77,9 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     tools::StripPainter strip(server.display(), {});
     strip.paint(tools::encodeToken({std::nullopt, 'C'}).announce);
     tests::StandInServer openRgb({tests::smallKeyboard()});
-    const std::string original = "[General]\nscanWidth=80.0\nscanOffset=2\nscribble\n";
+    const std::string original = "[General]\nscribble\n";
+    std::ofstream(file("settings.ini.1"))
+        << "[General]\nscanOffset=2\nscanWidth=80.0\n\n[zz]\ncomplete=true\n";
     std::ofstream(file("settings.ini")) << original;
     const Result seeing =
         run(m_program + "--display " + server.display() +
