@@ -16,10 +16,12 @@
 
 #include <QApplication>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <optional>
+#include <thread>
 #include <utility>
 
 namespace glimra::desktop {
@@ -108,22 +110,37 @@ void perform(const InstanceCommand& command, InterfaceBinder& binder, app::AppDe
     }
 }
 
+/// How long the one that runs may take to answer, or to be gone when it is quitting.
+constexpr auto kPatience = std::chrono::seconds(3);
+constexpr auto kPause = std::chrono::milliseconds(50);
+
+/// Becomes the running one. When there is one already, brings its windows to the front and returns the
+/// program's exit status.
+std::optional<int> giveWay(RunningInstance& instance, const InstanceChannel::Handler& handler) {
+    const platform::Time deadline = QtRunLoop::monotonicNow() + kPatience;
+    while (!instance.claim(handler)) {
+        if (instance.send({InstanceCommand::Kind::BringToFront})) {
+            std::fputs("Glimra is running already; its windows come to the front.\n", stderr);
+            return EXIT_SUCCESS;
+        }
+        if (QtRunLoop::monotonicNow() > deadline) {
+            std::fputs("glimra: Glimra is running already, but does not answer.\n", stderr);
+            return EXIT_FAILURE;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 int runDesktopApplication(const Options& options) {
     InstanceChannel::Handler obey;
     RunningInstance instance(options);
     // Before the settings are read: they belong to the one that runs.
-    if (!instance.claim([&obey](const InstanceCommand& command) {
-            if (obey)
-                obey(command);
-        })) {
-        const bool isTold = instance.send({InstanceCommand::Kind::BringToFront});
-        std::fputs(isTold ? "Glimra is running already; its windows come to the front.\n"
-                          : "glimra: Glimra is running already, but does not answer.\n",
-                   stderr);
-        return isTold ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
+    if (const std::optional<int> status =
+            giveWay(instance, [&obey](const InstanceCommand& command) { return obey && obey(command); }))
+        return *status;
     DesktopPlatform machine(options);
     if (!machine.settings.get(kEndStaleEffectsKey))
         machine.settings.set(kEndStaleEffectsKey, true);
@@ -142,6 +159,7 @@ int runDesktopApplication(const Options& options) {
     const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
     tellNotes(machine, outlets, delegate);
     machine.keyboard.told.observe(tell);
+    machine.settings.told.observe(tell);
     if (options.printLog)
         printLog(outlets.myTextScroll);
     if (tracing)
@@ -167,10 +185,15 @@ int runDesktopApplication(const Options& options) {
         recording->follow(windows.binder(), outlets, tell);
 
     obey = [&](const InstanceCommand& command) {
-        if (command.kind == InstanceCommand::Kind::Quit)
-            quit();
-        else
-            perform(command, windows.binder(), delegate, recording ? &recording->recorder : nullptr);
+        if (machine.lifecycle.isEnding())
+            return command.kind == InstanceCommand::Kind::Quit;
+        machine.runLoop.post([&, command] {
+            if (command.kind == InstanceCommand::Kind::Quit)
+                quit();
+            else
+                perform(command, windows.binder(), delegate, recording ? &recording->recorder : nullptr);
+        });
+        return true;
     };
 
     // From inside the event loop, since quitting can only end one that runs.
@@ -182,6 +205,8 @@ int runDesktopApplication(const Options& options) {
                         recording->recorder.launch(machine.settings,
                                                    machine.mainCapture.backingScaleFactor());
                     delegate.applicationDidFinishLaunching();
+                    if (!machine.settings.mending().empty())
+                        tell(machine.settings.mending());
                     if (recording)
                         recording->recorder.launched();
                     machine.tellCaptureWay(tell);

@@ -24,6 +24,8 @@ public:
     /// Asks the application to quit, from wherever the user or the system can ask it. A request that comes
     /// before the launch waits for it.
     void terminate() override;
+    /// Asked to quit, or past that: whoever wants something now has to turn to the next one.
+    bool isEnding() const { return m_stage == Stage::QuitPending || m_stage == Stage::Terminated; }
     /// Ends the program at once, also out of any nested event loop: the Qt event loops return and the run
     /// loop serves nothing more.
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;

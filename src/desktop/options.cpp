@@ -19,6 +19,15 @@ std::string noFolder(const std::string& path) {
     return std::filesystem::is_directory(path, ignored) ? path + " is a folder" : std::string{};
 }
 
+/// Whether the file can be kept there, as far as its kind goes: a device would be read without end, or
+/// replaced.
+std::string noSettings(const std::string& path) {
+    std::error_code ignored;
+    const bool isOther =
+        std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored);
+    return path.empty() || isOther ? "\"" + path + "\" is no file" : std::string{};
+}
+
 std::vector<std::string> keyboardNames() {
     std::vector<std::string> names{std::string(keyboards::kAutomaticDriver)};
     for (const keyboards::DriverName& driver : keyboards::kDriverNames)
@@ -81,7 +90,7 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
         ->type_name("NAME");
     command.add_option("--settings", options.settingsFile, "Where the settings are kept")
         ->type_name("FILE")
-        ->check(noFolder);
+        ->check(noSettings);
     command.add_option("--trace", options.traceFile, "Write what leaves the application as JSON lines")
         ->type_name("FILE")
         ->check(noFolder);

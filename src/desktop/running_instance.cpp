@@ -24,16 +24,20 @@ QString identityOf(const Options& options) {
 
 } // namespace
 
-RunningInstance::RunningInstance(const Options& options) : m_channels(instanceChannels(identityOf(options))) {
+RunningInstance::RunningInstance(const Options& options)
+    : m_identity(identityOf(options)),
+      m_channels(instanceChannels(m_identity)) {
 }
 
 bool RunningInstance::claim(const InstanceChannel::Handler& handler) {
-    for (const auto& channel : m_channels) {
-        const InstanceChannel::Standing standing = channel->claim(handler);
-        if (standing != InstanceChannel::Standing::Unusable)
-            return standing == InstanceChannel::Standing::First;
-    }
-    return true;
+    // By every way: another start may find no bus, or another one.
+    const bool isSecond = std::ranges::any_of(m_channels, [&handler](const auto& channel) {
+        return channel->claim(handler) == InstanceChannel::Standing::Second;
+    });
+    // What has been claimed by then is let go of with the channels.
+    if (isSecond)
+        m_channels = instanceChannels(m_identity);
+    return !isSecond;
 }
 
 bool RunningInstance::send(const InstanceCommand& command) {

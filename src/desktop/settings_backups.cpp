@@ -14,14 +14,9 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr int kCopies = 3;
 constexpr int kMostSetAside = 99;
 /// Real settings have some ten kilobytes.
 constexpr qint64 kMostBytes = qint64{16} << 20;
-
-QString copyName(const QString& path, int number) {
-    return path + "." + QString::number(number);
-}
 
 std::optional<QByteArray> contentOf(const QString& path) {
     QFile file(path);
@@ -60,6 +55,10 @@ QString nameForDamaged(const QString& path) {
 
 } // namespace
 
+QString copyName(const QString& path, int number) {
+    return path + "." + QString::number(number);
+}
+
 Soundness soundnessOf(const QByteArray& content) {
     const QList<QByteArray> lines = content.split('\n');
     if (!std::all_of(lines.begin(), lines.end(), isLineOfSettings))
@@ -72,16 +71,16 @@ bool isSound(const QString& path) {
     return content && soundnessOf(*content) == Soundness::Sound;
 }
 
-void mendSettings(const QString& path, platform::SystemLog& systemLog) {
+std::string mendSettings(const QString& path, platform::SystemLog& systemLog) {
     const std::optional<QByteArray> content = contentOf(path);
     if (!content)
-        return;
+        return {};
     const Soundness soundness = soundnessOf(*content);
     const std::optional<int> copy = newestSoundCopy(path);
     // Without the mark, and without copies, it is a file of the time before there were any, or somebody's
     // own.
     if (soundness == Soundness::Sound || (soundness == Soundness::CutOff && !copy))
-        return;
+        return {};
     const QString aside = nameForDamaged(path);
     std::string line = "Settings: parts of " + path.toStdString() + " can't be read";
     if (!write(aside, *content))
@@ -93,6 +92,7 @@ void mendSettings(const QString& path, platform::SystemLog& systemLog) {
     else
         line += "; it is used as far as it goes, and the whole file is kept as " + aside.toStdString();
     systemLog.write(line);
+    return line;
 }
 
 void keepCopy(const QString& path) {

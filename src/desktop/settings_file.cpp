@@ -3,6 +3,7 @@
 #include "desktop/settings_backups.h"
 #include "desktop/stored_value_text.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -18,17 +19,27 @@ QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// The path, once what lies there can be read.
-QString mended(const QString& path, platform::SystemLog& systemLog) {
-    mendSettings(path, systemLog);
-    return path;
+/// Qt guards each save by a file, and the taking away of a guard that was left behind by a second one, and so
+/// on. Who is killed at that may leave guards for which Qt waits for good.
+void removeGuards(const QString& path) {
+    constexpr int kMostGuards = 5;
+    QString guard = path + ".lock";
+    for (int number = 0; number < kMostGuards; ++number, guard += ".rmlock")
+        QFile::remove(guard);
+}
+
+/// Makes that what lies there can be read and written; returns what had to be mended.
+std::string prepare(const QString& path, platform::SystemLog& systemLog) {
+    removeGuards(path);
+    return mendSettings(path, systemLog);
 }
 
 } // namespace
 
 SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
     : m_systemLog(systemLog),
-      m_settings(mended(path, systemLog), QSettings::IniFormat) {
+      m_mending(prepare(path, systemLog)),
+      m_settings(path, QSettings::IniFormat) {
     keepCopy(path);
 }
 
@@ -66,7 +77,12 @@ void SettingsFile::set(std::string_view key, StoredValue value) {
         return;
     m_saveIsPending = true;
     QMetaObject::invokeMethod(
-        this, [this] { save(); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            if (const std::string problem = save(); !problem.empty())
+                told.emit(problem);
+        },
+        Qt::QueuedConnection);
 }
 
 std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
@@ -77,16 +93,18 @@ std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
     return values;
 }
 
-void SettingsFile::save() {
+std::string SettingsFile::save() {
     const bool wasPending = std::exchange(m_saveIsPending, false);
     m_settings.sync();
     // Qt takes a file for written that a full disk has cut off.
     const bool isWritten =
         m_settings.status() != QSettings::AccessError && (!wasPending || isSound(m_settings.fileName()));
     if (isWritten || m_reportedWriteFailure)
-        return;
+        return {};
     m_reportedWriteFailure = true;
-    m_systemLog.write("Settings: can't write " + m_settings.fileName().toStdString());
+    const std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
+    m_systemLog.write(problem);
+    return problem;
 }
 
 } // namespace glimra::desktop

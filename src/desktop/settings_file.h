@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/controls.h"
 #include "platform/system_services.h"
 #include "platform/user_defaults.h"
 
@@ -8,6 +9,7 @@
 #include <QString>
 
 #include <set>
+#include <string>
 
 namespace glimra::desktop {
 
@@ -15,7 +17,8 @@ namespace glimra::desktop {
 /// event loop comes round, and at the latest when the object goes; the file is replaced as a whole.
 ///
 /// A value that cannot be read counts as absent and is said once in the system log. Copies of the file are
-/// kept, and take its place when it is damaged: settings_backups.h. Main thread.
+/// kept, and take its place when it is damaged: settings_backups.h. One object at a time for each file. Main
+/// thread.
 class SettingsFile final : public QObject, public platform::UserDefaults {
 public:
     SettingsFile(const QString& path, platform::SystemLog& systemLog);
@@ -23,6 +26,11 @@ public:
 
     /// Where the settings are kept when nobody says otherwise, in the XDG configuration folder.
     static QString defaultPath();
+
+    /// What had to be mended before the settings could be read, a line for the log; empty when nothing had.
+    const std::string& mending() const { return m_mending; }
+    /// That they can't be written, a line for the log, once; not while the object goes.
+    platform::Signal<std::string_view> told;
 
     /// The folder that the file is in; it may not be there yet.
     QString folder() const;
@@ -33,9 +41,11 @@ public:
 
 private:
     std::optional<platform::StoredValue> read(const QString& key) const;
-    void save();
+    /// Returns what went wrong, the first time; else nothing.
+    std::string save();
 
     platform::SystemLog& m_systemLog;
+    std::string m_mending;
     QSettings m_settings;
     mutable std::set<QString> m_reportedKeys;
     bool m_saveIsPending = false;

@@ -59,10 +59,10 @@ protected:
 
     std::filesystem::path m_folder =
         std::filesystem::temp_directory_path() / ("glimra-program-test-" + std::to_string(::getpid()));
-    const std::string m_program = "XDG_RUNTIME_DIR=" + m_folder.string() +
-                                  " DBUS_SESSION_BUS_ADDRESS= QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM
-                                  " --settings " +
-                                  file("settings.ini") + " ";
+    const std::string m_onAnyBus = "XDG_RUNTIME_DIR=" + m_folder.string() +
+                                   " QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM " --settings " +
+                                   file("settings.ini") + " ";
+    const std::string m_program = "DBUS_SESSION_BUS_ADDRESS= " + m_onAnyBus;
 };
 
 TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
@@ -77,7 +77,9 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     tools::StripPainter strip(server.display(), {});
     strip.paint(tools::encodeToken({std::nullopt, 'C'}).announce);
     tests::StandInServer openRgb({tests::smallKeyboard()});
-    const std::string original = "[General]\nscanWidth=80.0\nscanOffset=2\nscribble\n";
+    const std::string original = "[General]\nscribble\n";
+    std::ofstream(file("settings.ini.1"))
+        << "[General]\nscanOffset=2\nscanWidth=80.0\n\n[zz]\ncomplete=true\n";
     std::ofstream(file("settings.ini")) << original;
     const Result seeing =
         run(m_program + "--display " + server.display() +
@@ -109,6 +111,8 @@ TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
                        {"sh", "-c", "exec env " + m_program + arguments + " >" + file("log") + " 2>&1"});
     ASSERT_TRUE(eventually([&] { return contentOf(file("log")).find("initialized") != std::string::npos; }));
     EXPECT_EQ(run(m_program + "2>&1").status, 0) << "a second start";
+    EXPECT_THAT(run("dbus-run-session -- env " + m_onAnyBus + "2>&1").output, HasSubstr("running already"))
+        << "one that sees a bus";
 
     tools::StripPainter strip(server.display(), {});
     const auto pulses = [&](const std::string& trace) {

@@ -52,7 +52,8 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
     }
 
-    /// In memory where there is such a place: some hundred saves are waited for, each until it is on the disk.
+    /// In memory where there is such a place: some hundred saves are waited for, each until it is on the
+    /// disk.
     QTemporaryDir m_folder{(QFileInfo("/dev/shm").isWritable() ? QString("/dev/shm") : QDir::tempPath()) +
                            "/glimra-settings-XXXXXX"};
     LinesLog m_log;
@@ -200,7 +201,7 @@ TEST_F(SettingsTest, WhereNothingFitsOnTheDiskTheOldCopiesStay) {
 /// Changes two values together, again and again, until it is killed. Each save is told through `saved`.
 [[noreturn]] void saveForever(const QString& path, platform::SystemLog& log, int saved) {
     SettingsFile settings(path, log);
-    for (std::int64_t number = std::get<std::int64_t>(*settings.get("first"));; ++number) {
+    for (std::int64_t number = std::get<std::int64_t>(*settings.get("first")) + 1;; ++number) {
         settings.set("first", number);
         settings.set("filling", std::string(20000, 'x'));
         settings.set("second", number);
@@ -225,8 +226,9 @@ TEST_F(SettingsTest, AKillAtAnyMomentLeavesTheOldOrTheNewValues) {
             saveForever(path(), m_log, saved[1]);
         // Every other one while it starts, too.
         pollfd firstSave{saved[0], POLLIN, 0};
-        if (kill % 2 == 0)
-            ::poll(&firstSave, 1, 10'000);
+        if (kill % 2 == 0) {
+            EXPECT_EQ(::poll(&firstSave, 1, 10'000), 1) << "it hangs after kill " << kill - 1;
+        }
         // Spread over several saves, so that every step of one is met.
         std::this_thread::sleep_for(std::chrono::microseconds(kill * 7919 % 9000));
         ::kill(child, SIGKILL);

@@ -55,10 +55,11 @@ Findings checkServices() {
             ""),
         found("speech", findProgram("spd-say").has_value(), "Speech goes through speech-dispatcher.",
               "Nothing speaks during calibration.", "Install the package speech-dispatcher to hear it."),
-        found("sound", canPlayThemeSounds(), "The desktop's sounds can be played.",
-              "Nothing beeps during calibration.",
-              "Install sound-theme-freedesktop and one of gnome-session-canberra, pipewire-bin and "
-              "pulseaudio-utils to hear it."),
+        found(
+            "sound", canPlayThemeSounds(), "The desktop's sounds can be played.",
+            "Nothing beeps during calibration.",
+            "Install the package sound-theme-freedesktop and one of gnome-session-canberra, pulseaudio-utils "
+            "and pipewire-bin to hear it."),
     };
 }
 

@@ -19,24 +19,27 @@ bool canBeWritten(const QFileInfo& file) {
     return folder.isDir() && folder.isWritable() && (!file.exists() || file.isFile());
 }
 
-Finding finding(const QFileInfo& file) {
+/// `isMended`: it could not be used as it is. Names what the next start makes of it.
+Finding finding(const QFileInfo& file, bool isMended, bool hasCopy) {
     Finding found{.check = "settings", .text = "The settings are in " + file.filePath().toStdString() + "."};
     found.details["file"] = file.filePath().toStdString();
-    QFile content(file.filePath());
     if (!canBeWritten(file)) {
         found.health = Health::Limited;
         found.text += " That file can't be written.";
         found.remedy = "Make the folder yours, or name another file with --settings.";
     } else if (!file.exists()) {
         found.text += " There are none yet.";
-    } else if (!content.open(QIODevice::ReadOnly)) {
+    } else if (!file.isReadable()) {
         found.health = Health::Limited;
         found.text += " That file can't be read.";
         found.remedy = "Make the file yours.";
-    } else if (soundnessOf(content.readAll()) == Soundness::Damaged) {
+    } else if (isMended) {
         found.health = Health::Limited;
-        found.text +=
-            " Parts of it can't be read: the next start sets it aside and uses the newest good copy.";
+        found.text += hasCopy
+                          ? " Parts of it can't be read: the next start sets it aside and uses the newest "
+                            "good copy."
+                          : " Parts of it can't be read, and there is no good copy: the next start uses it "
+                            "as far as it goes.";
     }
     return found;
 }
@@ -45,11 +48,17 @@ Finding finding(const QFileInfo& file) {
 
 struct SettingsCopy::Parts {
     explicit Parts(const QString& path) : original(path) {
-        QFile::copy(path, folder.filePath("settings.ini"));
-        settings.emplace(folder.filePath("settings.ini"), log);
+        const QString file = folder.filePath("settings.ini");
+        QFile::copy(path, file);
+        for (int number = 1; number <= kCopies; ++number) {
+            QFile::copy(copyName(path, number), copyName(file, number));
+            hasCopy = hasCopy || isSound(copyName(file, number));
+        }
+        settings.emplace(file, log);
     }
 
     QFileInfo original;
+    bool hasCopy = false;
     QTemporaryDir folder;
     SilentLog log;
     std::optional<SettingsFile> settings;
@@ -67,7 +76,7 @@ const platform::UserDefaults& SettingsCopy::values() const {
 }
 
 Findings SettingsCopy::findings() const {
-    return {finding(m_parts->original)};
+    return {finding(m_parts->original, !m_parts->settings->mending().empty(), m_parts->hasCopy)};
 }
 
 } // namespace glimra::desktop::doctor

@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QTimer>
 
 namespace glimra::desktop {
 
@@ -81,11 +80,7 @@ private:
 
 bool BusInstance::Perform(const QString& text) {
     const std::optional<InstanceCommand> command = commandFromText(text.toStdString());
-    if (!command)
-        return false;
-    // The answer goes out before a command such as quitting is carried out.
-    QTimer::singleShot(0, this, [this, command] { m_handler(*command); });
-    return true;
+    return command && m_handler(*command);
 }
 
 std::unique_ptr<InstanceChannel> makeBusChannel(const QString& busAddress, const QString& identity) {

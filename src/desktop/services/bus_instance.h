@@ -14,7 +14,7 @@ class BusInstance final : public QObject {
 public:
     explicit BusInstance(InstanceChannel::Handler handler) : m_handler(std::move(handler)) {}
 
-    /// False for what is no command.
+    /// False for what is no command, and for one that will not be carried out.
     Q_SCRIPTABLE Q_INVOKABLE bool Perform(const QString& command);
 
 private:

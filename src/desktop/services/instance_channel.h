@@ -31,7 +31,8 @@ std::optional<InstanceCommand> commandFromText(std::string_view text);
 /// thread, with an application object.
 class InstanceChannel {
 public:
-    using Handler = std::function<void(const InstanceCommand&)>;
+    /// Tells whether the command will be carried out, which is not done before the caller has its answer.
+    using Handler = std::function<bool(const InstanceCommand&)>;
 
     virtual ~InstanceChannel() = default;
 
@@ -45,11 +46,16 @@ public:
     /// channel lives.
     virtual Standing claim(Handler handler) = 0;
 
-    enum class Delivery { Unusable, NobodyThere, Delivered };
+    enum class Delivery {
+        Unusable,
+        /// Or only one that will not do it.
+        NobodyThere,
+        Delivered
+    };
     virtual Delivery send(const InstanceCommand& command) = 0;
 };
 
-/// The ways that there are, to be tried in this order: the session bus; a socket in the run-time directory.
+/// The ways that there are, the better one first: the session bus; a socket in the run-time directory.
 /// `identity` tells those apart that may run beside each other: letters and digits, empty for the usual one.
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity);
 

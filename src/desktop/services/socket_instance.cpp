@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
@@ -76,10 +77,8 @@ private:
         const std::optional<InstanceCommand> command =
             end == std::string::npos ? std::nullopt
                                      : commandFromText(std::string_view(m_text).substr(0, end));
-        if (!command)
-            return;
-        ::send(m_fd.get(), kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL);
-        handler(*command);
+        if (command && handler(*command))
+            ::send(m_fd.get(), kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL);
     }
 
     UniqueFd m_fd;
@@ -107,7 +106,7 @@ public:
         if (!m_lock)
             return Standing::Unusable;
         if (::flock(m_lock.get(), LOCK_EX | LOCK_NB) != 0)
-            return Standing::Second;
+            return errno == EWOULDBLOCK ? Standing::Second : Standing::Unusable;
         if (!listen())
             return Standing::Unusable;
         m_handler = std::move(handler);

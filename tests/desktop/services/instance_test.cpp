@@ -35,7 +35,10 @@ protected:
     InstanceEdgeTest() { glimra::testing::ensureApplication(); }
 
     Standing claim(InstanceChannel& channel) {
-        return channel.claim([this](const InstanceCommand& command) { m_obeyed.push_back(command); });
+        return channel.claim([this](const InstanceCommand& command) {
+            m_obeyed.push_back(command);
+            return command.kind != Kind::TestPattern;
+        });
     }
 
     QTemporaryDir m_folder;
@@ -80,6 +83,7 @@ TEST_P(InstanceTest, OneIsFirstAndObeysTheOthers) {
         << "also after somebody else tried to be first";
     EXPECT_TRUE(eventually([this] { return m_obeyed.size() == 2; }));
     EXPECT_THAT(m_obeyed, ::testing::ElementsAre(profile, InstanceCommand{Kind::BringToFront}));
+    EXPECT_EQ(send({Kind::TestPattern}), Delivery::NobodyThere) << "it says that it will not";
     EXPECT_EQ(send({Kind::Quit}, "another"), Delivery::NobodyThere);
     EXPECT_EQ(claim(*channel("another")), Standing::First);
 
