@@ -14,6 +14,8 @@ struct NoLog final : platform::SystemLog {
     void write(std::string_view) override {}
 };
 
+constexpr const char* kFull = "The recording is full and ends here.";
+
 /// Window positions say nothing about the keyboard.
 constexpr std::string_view kFramePrefix = "frame.";
 
@@ -100,14 +102,25 @@ void ScriptRecorder::endModal(int code, const std::string& settings) {
 
 void ScriptRecorder::add(std::string text, platform::Time time) {
     if (m_openModals > 0) {
-        m_held.push_back({std::move(text), time});
+        hold({std::move(text), time});
         return;
     }
     releasePending();
     write({text, time});
 }
 
+void ScriptRecorder::hold(Line line) {
+    if (!m_write)
+        return;
+    m_heldBytes += line.text.size() + 1;
+    m_held.push_back(std::move(line));
+    // A session may stay open for a night.
+    if (m_heldBytes > m_bytesLeft)
+        end(kFull);
+}
+
 void ScriptRecorder::releasePending() {
+    m_heldBytes = 0;
     if (m_pending)
         write(*std::exchange(m_pending, std::nullopt));
     for (const Line& line : std::exchange(m_held, {}))
@@ -125,7 +138,7 @@ void ScriptRecorder::write(const Line& line) {
     }
     text += line.text + "\n";
     if (text.size() > m_bytesLeft)
-        end("The recording is full and ends here.");
+        end(kFull);
     else if (!m_write(text))
         end("The recording can't be written any more and ends here.");
     else

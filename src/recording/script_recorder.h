@@ -55,6 +55,7 @@ private:
     };
 
     void add(std::string text, platform::Time time);
+    void hold(Line line);
     void releasePending();
     void write(const Line& line);
     void end(const std::string& why);
@@ -72,6 +73,7 @@ private:
     int m_openModals = 0;
     /// What happens during a modal session.
     std::vector<Line> m_held;
+    std::size_t m_heldBytes = 0;
 };
 
 } // namespace glimra::recording

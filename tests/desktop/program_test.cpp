@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -73,7 +74,7 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     EXPECT_EQ(healths(nothing)["capture"], "bad");
     EXPECT_EQ(healths(nothing)["keyboard-virtual"], "good");
 
-    const XvfbServer server;
+    XvfbServer server;
     tools::StripPainter strip(server.display(), {});
     strip.paint(tools::encodeToken({std::nullopt, 'C'}).announce);
     tests::StandInServer openRgb({tests::smallKeyboard()});
@@ -96,6 +97,12 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
             EXPECT_EQ(check["details"]["taken"], "sdk");
         }
     }
+
+    server.process().signal(SIGSTOP);
+    const Result hung = run("timeout 20 env " + m_program + "--display " + server.display() + " doctor");
+    server.process().signal(SIGCONT);
+    EXPECT_EQ(hung.status, 1);
+    EXPECT_THAT(hung.output, HasSubstr("does not answer"));
 
     const Result words = run(m_program + "--display " + server.display() + " doctor");
     EXPECT_EQ(words.status, 0);

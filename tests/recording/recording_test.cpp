@@ -162,10 +162,16 @@ TEST(ScriptRecorder, EndsAtItsLimitAndWhenItCannotWrite) {
         full.sleep();
     EXPECT_LE(written, 500U);
     EXPECT_GT(written, 490U);
+    ScriptRecorder held([] { return 0s; }, write, ended, 500);
+    held.launch(settings, 1.0);
+    held.beginModal();
+    for (int i = 0; i < 100; ++i)
+        held.sleep();
+    EXPECT_EQ(ends.size(), 2U) << "what waits for the end of a session counts as well";
     works = false;
     ScriptRecorder broken([] { return 0s; }, write, ended);
     broken.launch(settings, 1.0);
-    EXPECT_THAT(ends, ElementsAre(HasSubstr("full"), HasSubstr("can't be written")));
+    EXPECT_THAT(ends, ElementsAre(HasSubstr("full"), HasSubstr("full"), HasSubstr("can't be written")));
 }
 
 } // namespace

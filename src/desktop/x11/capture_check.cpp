@@ -78,7 +78,8 @@ std::string problemOf(const CaptureCheck& check) {
 CaptureCheck checkCapture(const std::string& displayName, CaptureChoice choice,
                           const platform::ScreenRect& strip) {
     CaptureCheck check;
-    if (const auto connection = Connector(displayName).connect(kConnectPatience)) {
+    Connector connector(displayName);
+    if (const auto connection = connector.connect(kConnectPatience)) {
         check.server = serverOf(*connection);
         DisplayWatch watch(*connection);
         watch.update();
@@ -90,7 +91,7 @@ CaptureCheck checkCapture(const std::string& displayName, CaptureChoice choice,
     check.captureTime = medianCaptureTime(capture, strip);
     check.state = capture.state();
     if (!check.captureTime)
-        check.problem = problemOf(check);
+        check.problem = connector.isTrying() ? "The X server does not answer." : problemOf(check);
     return check;
 }
 

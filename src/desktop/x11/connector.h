@@ -19,6 +19,8 @@ public:
     /// To be called while there is no connection: starts an attempt when one is due, and returns the
     /// connection when an attempt has succeeded. Returns at once.
     std::unique_ptr<Connection> retry(platform::Time now);
+    /// Whether the server has yet to answer an attempt.
+    bool isTrying() const { return m_attempt.valid(); }
     /// When `retry` has something to do next.
     platform::Time retryAt() const { return m_retryAt; }
 
