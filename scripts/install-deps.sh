@@ -11,7 +11,7 @@ build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-de
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(netpbm xvfb)
 test=(appstream dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian man-db openbox python3-dbusmock
-    weston x11-xserver-utils xvfb xwayland)
+    weston x11-xserver-utils xdotool xvfb xwayland)
 check=(clang-format clang-tidy)
 icons=(librsvg2-bin)
 
