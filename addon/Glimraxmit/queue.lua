@@ -36,12 +36,16 @@ local anythingFrom, lightsFrom, momentsFrom, reportsFrom, doneBy = 0, 0, 0, 0, 0
 local lastNews, saidAgain, againInFight = nil, false, 0
 local flashing, lastPulse = false, nil
 
-local function isDue(report)
-    return report.value and (report.again or report.told ~= report.value)
+local function isNews(report)
+    return report.value ~= nil and report.told ~= report.value
+end
+
+local function isRepeated(report)
+    return report.again
 end
 
 -- The reports take turns.
-local function nextReport(now)
+local function nextReport(now, isDue)
     if now < reportsFrom then
         return nil
     end
@@ -73,10 +77,11 @@ function queue.next(now)
         return message.c
     end
     -- A light that has to wait does not wait for an animation as well.
-    local moment, report = not light and nextMoment(now), nextReport(now)
+    local moment, report = not light and nextMoment(now), nextReport(now, isNews)
     if moment and (not report or reportsInARow >= REPORTS_IN_A_ROW) then
         return moment
     end
+    report = report or nextReport(now, isRepeated)
     if report or light then
         return report
     end
@@ -131,16 +136,16 @@ local function noteTimes(told, value, now)
 end
 
 local function noteNews(told, value, now)
-    local isNews = true
+    local news = true
     if told.isReport then
-        isNews = told.told ~= value
+        news = told.told ~= value
     elseif told.kind == "pulse" then
-        isNews = told.code ~= lastPulse
+        news = told.code ~= lastPulse
         lastPulse = told.code
     elseif told.isRepetition then
-        isNews = false
+        news = false
     end
-    if isNews then
+    if news then
         lastNews, saidAgain = now, false
     end
 end
@@ -188,7 +193,7 @@ end
 
 local function sayReportsAgain()
     for _, report in ipairs(reports) do
-        report.again = true
+        report.again = report.value ~= nil
     end
 end
 
