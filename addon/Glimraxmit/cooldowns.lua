@@ -81,10 +81,8 @@ local function cooldownOf(action)
             return byTimes(GetActionCooldown(action))
         end
         return READY -- nothing in the slot
-    elseif info.isActive == false then
-        return READY
-    elseif info.isActive and info.isOnGCD ~= nil then
-        return info.isOnGCD and READY or RUNNING
+    elseif info.isActive ~= nil then
+        return info.isActive and not info.isOnGCD and RUNNING or READY
     end
     return byTimes(info.startTime, info.duration)
 end
