@@ -1,6 +1,7 @@
 -- The language of scenarios: one row a command. A word in small letters stands for itself, one in capitals for a value,
 -- [X] may be left out, and X... takes all that follows. A command comes after login, where its row says nothing else.
 
+local environment = require "client.environment"
 local options = require "client.options"
 local world = require "client.world"
 
@@ -36,7 +37,7 @@ local function endFight(play)
 end
 
 local function setHealth(play, percent)
-    play.world.health = math.floor(24310 * percent / 100 + 0.5)
+    play.world.health = math.floor(world.MAX_HEALTH * percent / 100 + 0.5)
     healthEvents(play)
 end
 
@@ -224,7 +225,7 @@ return {
         end)
     end },
     { "chat window", "another one appears, as for whispers", function(play)
-        play.client:later(function() play.client.globals.FCF_OpenTemporaryWindow() end)
+        play.client:later(function() environment.addChatWindow(play.client) end)
         say(play, "UPDATE_CHAT_WINDOWS")
     end },
     { "type TEXT", "into the chat box, and Enter; takes a second", function(play, text)
@@ -254,6 +255,9 @@ return {
             play.setup.uiScale = scale
         end
     end, "any time" },
+    { "strip WIDTH", "the add-on's strip has so many pixels from now on (80)", function(play, width)
+        play.stripWidth = width
+    end, "any time" },
     { "glimra LINE", "a line for glimra-replay, see docs/replay.md; before login it stands before \"start\"",
         function(play, line) play:toGlimra(line) end, "any time" },
 
@@ -271,7 +275,7 @@ return {
     end },
     { "expect only MESSAGE...", "SINCE, Glimra took these messages and no others", expect "only" },
     { "expect no MESSAGE...", "SINCE, Glimra took none of these", expect "no" },
-    { "expect led TEXT", "SINCE, Glimra made such a call: \"LogiLedPulseSingleKey 28\", with its first arguments", expect "led" },
+    { "expect led CALL...", "SINCE, Glimra called this: a function's name, and its first arguments or none", expect "led" },
     { "expect cooldown BAR SLOT...", "after all that it was told Glimra takes just these slots as on cooldown; or none",
         expect "cooldown" },
     { "expect truth SECONDS", "nothing painted so far was false, or had been so for longer", expect "truth" },

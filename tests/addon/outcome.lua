@@ -9,12 +9,8 @@ local outcome = {}
 local PIXELS = 100
 
 -- When the game's clock begins, in seconds of Glimra's: it has started, and the pictures lie anyhow to its looks.
-function outcome.lead(play)
+local function lead(play)
     return 2 + ((play.setup.seed * 13) % 50 + 0.37) / 1000
-end
-
-function outcome.endTime(play)
-    return play.client and play.client.now or 0
 end
 
 function outcome.replay(play)
@@ -25,9 +21,9 @@ function outcome.replay(play)
     for _, line in ipairs { "start", 'action "debugMenuItem:"', play.FRONT } do
         lines[#lines + 1] = line
     end
-    local now, width, lead = 0, 80, outcome.lead(play)
+    local now, width = 0, 80
     local function waitUntil(time)
-        local moment = math.floor((lead + time) * 1e9 + 0.5)
+        local moment = math.floor((lead(play) + time) * 1e9 + 0.5)
         if moment > now then
             lines[#lines + 1] = ("wait %.9f"):format((moment - now) / 1e9)
             now = moment
@@ -45,7 +41,7 @@ function outcome.replay(play)
             lines[#lines + 1] = "strip " .. table.concat(item.strip.cells, " ")
         end
     end
-    waitUntil(outcome.endTime(play) + 6)
+    waitUntil(play.client.now + 6)
     lines[#lines + 1] = "quit"
     return lines
 end
@@ -62,7 +58,7 @@ function outcome.strip(play)
             lines[#lines + 1] = "frame " .. table.concat(item.strip.cells, " ")
         end
     end
-    lines[#lines + 1] = ("wait %d"):format(outcome.endTime(play) * 1000 - now)
+    lines[#lines + 1] = ("wait %d"):format(play.client.now * 1000 - now)
     lines[#lines + 1] = "off"
     return lines
 end
@@ -73,7 +69,7 @@ function outcome.pixels(play)
         if item.row then
             local runs = {}
             for x = 0, PIXELS - 1 do
-                local color = ("%02X%02X%02X"):format(picture.color(item.row, x))
+                local color = picture.color(item.row, x)
                 local last = runs[#runs]
                 if last and last.color == color then
                     last.count = last.count + 1

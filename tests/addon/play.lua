@@ -49,9 +49,9 @@ end
 local variant = scenario.variants(steps)[1]
 variant.kind, variant.rate = chosen.client or variant.kind, chosen.pictures or variant.rate
 local play = scenario.play(steps, { chosen.addon }, variant)
-for _, line in ipairs(form(play)) do
+for _, line in ipairs(play.client and form(play) or {}) do
     print(line)
 end
-if #play.problems > 0 then
-    stop(1, table.concat(play.problems, "\n"))
+if #play.problems > 0 or not play.client then
+    stop(1, not play.client and #play.problems == 0 and "nobody logs in" or table.concat(play.problems, "\n"))
 end

@@ -36,76 +36,82 @@ local function split(line)
     return words
 end
 
--- The values that the words have for a command; nil if it is another command, or what is wrong.
+-- The values that the words have for a command; or nil and what is wrong, or just nil if it is another command.
 local function match(usage, words)
     local values, i = {}, 0
     for wanted in usage:gmatch("%S+") do
         i = i + 1
         local word, name = words[i], wanted:match("^%[?(%u[%u/]*)")
-        if wanted:find("%.%.%.$") then
-            values[#values + 1] = { unpack(words, i) }
-            i = #words
-            if i == 0 or #values[#values] == 0 then
-                return nil, name .. " is missing"
+        if not name and wanted ~= "on|off" then
+            if word ~= wanted then
+                return nil
             end
         elseif not word then
-            if not wanted:find("^%[") then
+            if wanted:sub(1, 1) ~= "[" then
                 return nil, wanted .. " is missing"
             end
+        elseif wanted:find("...", 1, true) then
+            values[#values + 1] = { unpack(words, i) }
+            for k = i, #words do
+                if name == "MESSAGE" and #words[k] > 2 then
+                    return nil, words[k] .. " is no message"
+                end
+            end
+            i = #words
         elseif wanted == "on|off" then
             if word ~= "on" and word ~= "off" then
                 return nil, "on or off is wanted, not " .. word
             end
             values[#values + 1] = word == "on"
-        elseif not name then
-            if word ~= wanted then
-                return nil, "\"" .. wanted .. "\" is wanted, not " .. word
-            end
-        else
-            values[#values + 1] = numbers[name] and tonumber(word) or not numbers[name] and word or nil
-            if #values == 0 or numbers[name] and not tonumber(word) then
+        elseif numbers[name] then
+            values[#values + 1] = tonumber(word)
+            if not tonumber(word) then
                 return nil, name .. " is a number, not " .. word
             end
+        else
+            values[#values + 1] = word
         end
     end
     if #words > i then
-        return nil, "\"" .. words[i + 1] .. "\" is too much"
+        return nil, words[i + 1] .. " is too much"
     end
     return values
 end
 
 local function parseLine(line)
-    local words = split(line)
-    local problem = "there is no command \"" .. words[1] .. "\""
+    local words, problem = split(line), nil
     for _, command in ipairs(commands) do
-        if command[1]:match("^%S+") == words[1] then
-            local values, wrong = match(command[1], words)
-            if values then
-                return { name = words[1], run = command[3], values = values, when = command[4] or "after login" }
-            end
-            problem = command[1] .. ": " .. wrong
+        local values, wrong = match(command[1], words)
+        if values then
+            return { name = words[1], run = command[3], values = values, when = command[4] or "after login" }
         end
+        problem = problem or wrong and command[1] .. ": " .. wrong
     end
-    error(problem, 0)
+    error(problem or "there is no command like this", 0)
 end
 
--- The steps of a scenario file. Raises "FILE:LINE: what is wrong".
-function scenario.read(path)
-    local file = assert(io.open(path))
+-- The steps of a scenario. Raises "NAME:LINE: what is wrong".
+function scenario.parse(text, name)
     local steps, number = {}, 0
-    for line in file:lines() do
+    for line in (text .. "\n"):gmatch("(.-)\r?\n") do
         number = number + 1
-        if line:find("%S") and not line:find("^%s*#") then
+        if line:find("^%s*[^%s#]") then
             local isGood, step = pcall(parseLine, line)
             if not isGood then
-                error(("%s:%d: %s"):format(path, number, step), 0)
+                error(("%s:%d: %s"):format(name, number, step), 0)
             end
-            step.place, step.text = path .. ":" .. number, line:match("^%s*(.-)%s*$")
+            step.place, step.text = name .. ":" .. number, line:match("^%s*(.-)%s*$")
             steps[#steps + 1] = step
         end
     end
-    file:close()
     return steps
+end
+
+function scenario.read(path)
+    local file = assert(io.open(path))
+    local text = file:read("*a")
+    file:close()
+    return scenario.parse(text, path)
 end
 
 -- The ways in which a scenario is to be played: { kind, rate } each.
@@ -131,35 +137,33 @@ end
 -- toScreen:     { time, strip } or { time, line }: what came on the screen and what is for Glimra besides
 -- beforeStart:  lines for Glimra
 -- eye, history: the frames and messages seen (strip.lua), and what was so (truth.lua)
--- expectations: { kind, values, place, text, time, since }, to be held against what Glimra did
+-- expectations: { kind, values, place, text, time, mark }, to be held against what Glimra did
 -- problems:     what was wrong: errors, faulty rows, what the chat has not said
-local Play = { FRONT = 'front "com.blizzard.worldofwarcraft"' }
+local Play = { FRONT = 'front "com.blizzard.worldofwarcraft"', MARK = "dump bitmap 0" }
 Play.__index = Play
 
 function Play:complain(text)
-    self.problems[#self.problems + 1] = (self.step and self.step.place or "the end") .. ": " .. text
+    self.problems[#self.problems + 1] = (self.step and self.step.place .. ": " or "") .. text
 end
 
 function Play:toGlimra(line)
     if self.client then
         self.toScreen[#self.toScreen + 1] = { time = self.client.now, line = line }
-        self.lastShown = nil -- A new display is black until it is painted again.
+        if line:find("^display") then
+            self.lastShown = nil -- It is black until it is painted again.
+        end
     else
         self.beforeStart[#self.beforeStart + 1] = line
     end
 end
 
 function Play:onScreen(time, row)
-    local shown, problem = strip.read(row)
-    if not shown then
-        if problem ~= self.lastFault then
-            self:complain(("at %.3f s the strip is faulty: %s"):format(time, problem))
-        end
-        self.lastFault = problem
-        return
+    local shown, problem = strip.read(row, self.stripWidth)
+    if problem and not self.hasFault then
+        self:complain(("at %.3f s the strip is faulty: %s"):format(time, problem))
     end
     local last = self.lastShown
-    self.lastShown = shown
+    self.lastShown, self.hasFault = shown, problem ~= nil
     self.eye:see(time, shown, row.made)
     if not last or last.width ~= shown.width or table.concat(last.cells) ~= table.concat(shown.cells) then
         self.toScreen[#self.toScreen + 1] = { time = time, strip = shown, row = row }
@@ -175,6 +179,8 @@ function Play:login()
         end
         self.client = newClient(self.setup)
         self.world = self.client.world
+    elseif self.client.isInWorld then
+        error("the character is in the world already", 0)
     end
     self.client:login()
 end
@@ -213,17 +219,22 @@ function Play:complainOfErrors()
     end
 end
 
+-- What Glimra prints for MARK tells the checker which of its deeds came before this moment.
 function Play:expect(kind, ...)
-    local last = self.expectations[#self.expectations]
-    local since = last and (last.time < self.client.now and last.time or last.since) or 0
+    local last, now = self.expectations[#self.expectations], self.client.now
+    local mark = last and (last.time == now and last.mark or last.mark + 1) or 1
+    if not last or last.mark ~= mark then
+        self:toGlimra(self.MARK)
+    end
     self.expectations[#self.expectations + 1] = {
-        kind = kind, values = { ... }, place = self.step.place, text = self.step.text, time = self.client.now, since = since,
+        kind = kind, values = { ... }, place = self.step.place, text = self.step.text, time = now, mark = mark,
     }
 end
 
--- Plays steps with add-on folders, as a variant says. `defaults` are names that may be read though nobody defines them.
+-- Plays steps with add-on folders, as a variant says.
 function scenario.play(steps, folders, variant)
     local play = setmetatable({
+        stripWidth = 80,
         setup = { kind = variant.kind, rate = variant.rate, width = 1920, height = 1080, seed = 1, folders = folders },
         journal = {}, toScreen = {}, beforeStart = {}, eye = strip.newEye(), history = {}, expectations = {}, problems = {},
     }, Play)

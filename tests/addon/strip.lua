@@ -5,7 +5,6 @@ local picture = require "client.picture"
 local strip = {}
 
 local CELLS = 11
-local LONGEST = 400
 local UNCALIBRATED_OFFSET, UNCALIBRATED_WIDTH = 2, 80
 local ON = 14
 
@@ -13,57 +12,51 @@ local function round(value)
     return math.floor(value + 0.5)
 end
 
-local function hex(row, x)
-    return ("%02X%02X%02X"):format(picture.color(row, x))
+-- What Glimra would read of a row before it was calibrated, whatever lies there.
+local function sampled(row)
+    local cells = {}
+    for i = 1, CELLS do
+        cells[i] = picture.color(row, UNCALIBRATED_OFFSET + round((i - 1) * UNCALIBRATED_WIDTH / CELLS))
+    end
+    return { cells = cells }
 end
 
-local function covered(row, x)
-    return select(4, picture.color(row, x))
-end
-
--- Cells of a row: { width, cells = { "RRGGBB" ... } }; without a width where no texture is, and the cells are what Glimra
--- would read there. Or nil and what is wrong: cells are clean or the row is faulty, nothing is made better than it is.
-local function read(row)
-    local width, cells = 0, {}
-    while width < math.min(row.width, LONGEST) and covered(row, width) > 0 do
-        width = width + 1
-    end
-    if width == 0 then
-        for i = 1, CELLS do
-            cells[i] = hex(row, UNCALIBRATED_OFFSET + round((i - 1) * UNCALIBRATED_WIDTH / CELLS))
-        end
-        for x = 0, UNCALIBRATED_WIDTH - 1 do
-            if covered(row, x) > 0 then
-                return nil, ("the strip does not begin at the left edge, but at pixel %d"):format(x)
+-- Cells of a row: { width, cells = { "RRGGBB" ... } }, and without a width where it has no strip; then what is wrong, or
+-- nil. All pixels of a cell have to be alike: nothing is made better than it is.
+local function read(row, width)
+    local cells, showsGame, problem = {}, true, nil
+    for i = 1, CELLS do
+        local first = round(width * (i - 1) / CELLS)
+        cells[i] = picture.color(row, first)
+        for x = first, round(width * i / CELLS) - 1 do
+            local color, shows = picture.color(row, x)
+            showsGame = showsGame and shows == "game"
+            if shows ~= "clean" or color ~= cells[i] then
+                problem = problem or ("pixel %d is %s (%s), in cell %d, which began as %s"):format(x, color, shows,
+                    i - 1, cells[i])
             end
         end
-        return { cells = cells }
     end
-    for i = 0, CELLS - 1 do
-        local first, last = round(width * i / CELLS), round(width * (i + 1) / CELLS) - 1
-        cells[i + 1] = hex(row, first)
-        for x = first, last do
-            if covered(row, x) < 1 or hex(row, x) ~= cells[i + 1] then
-                return nil, ("pixel %d of a strip of %d is %s and %.0f %% covered; cell %d began as %s")
-                    :format(x, width, hex(row, x), 100 * covered(row, x), i, cells[i + 1])
-            end
-        end
+    if showsGame then
+        return sampled(row)
+    elseif problem then
+        return sampled(row), problem
     end
     return { width = width, cells = cells }
 end
 
-local readSpans, readStrip
+local last = {}
 
-function strip.read(row)
+function strip.read(row, width)
     -- As long as no frame changes, so does no strip; the game's picture changes always.
-    if row.spans == readSpans and readStrip.width then
-        return readStrip
+    if row.spans == last.spans and width == last.shown.width then
+        return last.shown
     end
-    local result, problem = read(row)
-    if result then
-        readSpans, readStrip = row.spans, result
+    local shown, problem = read(row, width)
+    if shown.width then
+        last = { spans = row.spans, shown = shown }
     end
-    return result, problem
+    return shown, problem
 end
 
 local function channels(cell)

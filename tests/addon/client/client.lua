@@ -16,18 +16,20 @@ Client.__index = Client
 
 -- The computer has been running for a while; the game's clock counts from its start.
 local UPTIME = 273041.317
+local LOGIN_SECONDS, RELOAD_SECONDS = 3, 2
 
--- setup: kind, width, height, uiScale, rate (see setRate), seed; folders: add-ons; onScreen(time, row): called when another
--- picture comes on the screen; onPicture(client): called in each picture when the add-ons know what has happened;
--- note(kind, text): told what happens.
+local function nothing() end
+
+-- setup has kind, width, height, folders (of add-ons), and may have uiScale, rate (see setRate), seed, and functions:
+-- onScreen(time, row) is called when another picture comes on the screen, onPicture(client) in each picture when the
+-- add-ons know what has happened, note(kind, text) for whatever happens.
 local function new(setup)
-    local kind = assert(kinds[setup.kind], "there is no kind of client \"" .. tostring(setup.kind) .. "\"")
     local client = setmetatable({
-        kind = kind, width = setup.width, height = setup.height, uiScale = setup.uiScale or 1, folders = setup.folders,
-        onScreen = setup.onScreen or function() end, onPicture = setup.onPicture or function() end,
-        note = setup.note or function() end,
-        now = 0, pictureTime = 0, nextPicture = 0, randomState = setup.seed or 1,
-        savedVariables = {}, mayBeNil = {}, unknownNames = {}, errors = {}, said = {}, queue = {}, isInWorld = false,
+        kind = kinds[setup.kind] or error("there is no kind of client \"" .. tostring(setup.kind) .. "\"", 0),
+        width = setup.width, height = setup.height, uiScale = setup.uiScale or 1, folders = setup.folders,
+        onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing, note = setup.note or nothing,
+        now = 0, pictureTime = 0, nextPicture = 0, randomState = setup.seed or 1, isInWorld = false,
+        queue = {}, savedVariables = {}, mayBeNil = {}, unknownNames = {}, errors = {}, said = {},
         globals = {}, regions = {}, listeners = {}, frameVersion = 0,
     }, Client)
     client.world = world.new(client)
@@ -43,35 +45,32 @@ end
 
 -- Pictures a second: "60"; "60,60,7", each for a second in turn; or "7..144", jumping after 1 to 20 pictures.
 function Client:setRate(rate)
-    local low, high = rate:match("^(%d+)%.%.(%d+)$")
-    local list = {}
-    for number in rate:gmatch("[^,]+") do
-        list[#list + 1] = tonumber(number)
+    local jumps, list = rate:find("..", 1, true), {}
+    for number in rate:gsub("%.%.", ","):gmatch("[^,]+") do
+        list[#list + 1] = tonumber(number) or 0
     end
-    assert(low or #list > 0 and list[1] and not list[1 + #list], "\"" .. rate .. "\" is no rate of pictures")
-    local began, current, left = self.now, tonumber(low), 0
+    if #list == 0 or math.min(unpack(list)) <= 0 or jumps and #list ~= 2 then
+        error("\"" .. rate .. "\" is no rate of pictures", 0)
+    end
+    local began, current, left = self.now, nil, 0
     function self.rate()
-        if not low then
+        if not jumps then
             return list[math.floor(self.now - began) % #list + 1]
-        end
-        if left == 0 then
-            current = low * (high / low) ^ (self:random(1000) / 999)
-            left = 1 + self:random(20)
+        elseif left == 0 then
+            current, left = list[1] * (list[2] / list[1]) ^ (self:random(1000) / 999), 1 + self:random(20)
         end
         left = left - 1
         return current
     end
 end
 
--- What GetTime tells: whole milliseconds, the same all through a picture.
-function Client:time()
-    return math.floor((UPTIME + self.pictureTime) * 1000) / 1000
+local function clock(seconds)
+    return math.floor((UPTIME + seconds) * 1000) / 1000
 end
 
--- The same for what the server does between two pictures.
-function Client:serverTime()
-    return math.floor((UPTIME + self.now) * 1000) / 1000
-end
+-- What GetTime tells: whole milliseconds, the same all through a picture. The server's time goes on between two.
+function Client:time() return clock(self.pictureTime) end
+function Client:serverTime() return clock(self.now) end
 
 function Client:fail(text)
     -- In the game no other value is userdata to an add-on.
@@ -93,7 +92,7 @@ local function trace(problem)
     return debug.traceback(tostring(problem), 2)
 end
 
--- Runs a function of an add-on. Its error is noted, and goes no further; a call makes no garbage.
+-- Runs a function of an add-on. Its error is noted, and goes no further; the call itself makes no garbage.
 function Client:call(f, ...)
     called, a1, a2, a3, a4, a5, a6 = f, ...
     local isGood, problem = xpcall(run, trace)
@@ -107,14 +106,10 @@ function Client:fire(event, ...)
         return
     end
     self.note("event", event)
-    local listeners = {}
-    for i, frame in ipairs(self.listeners[event] or {}) do
-        listeners[i] = frame
-    end
-    for _, frame in ipairs(listeners) do
+    for _, frame in ipairs { unpack(self.listeners[event] or {}) } do
         local state = frames.hidden[frame]
         local unit = state.events[event]
-        if unit and state.scripts.OnEvent and (unit == "any unit" or unit == (...)) then
+        if state.scripts.OnEvent and (unit == "any" or unit and unit == (...)) then
             self:call(state.scripts.OnEvent, frame, event, ...)
         end
     end
@@ -127,26 +122,34 @@ end
 
 function Client:happen(event, ...)
     local arguments, count = { ... }, select("#", ...)
-    self:later(function()
-        self:fire(event, unpack(arguments, 1, count))
-    end)
+    self:later(function() self:fire(event, unpack(arguments, 1, count)) end)
 end
 
 local function runTimers(client)
     local now, timers = client:time(), client.timers
     client.timers = {}
     for _, timer in ipairs(timers) do
-        if not timer.isCancelled and timer.due <= now then
+        if timer.ticks > 0 and timer.due <= now then
             timer.ticks, timer.due = timer.ticks - 1, now + timer.every
             client:call(timer.callback, timer)
         end
-        if not timer.isCancelled and timer.ticks > 0 then
+        if timer.ticks > 0 then
             client.timers[#client.timers + 1] = timer
         end
     end
 end
 
-local function makePicture(client, isLoadingScreen)
+local function runUpdates(client, elapsed)
+    for i = 1, #client.regions do
+        local region = client.regions[i]
+        local script = frames.hidden[region].scripts.OnUpdate
+        if script and region:IsVisible() then
+            client:call(script, region, elapsed)
+        end
+    end
+end
+
+local function makePicture(client, isLoading)
     local elapsed = client.now - client.pictureTime
     client.pictureTime = client.now
     if client.row then
@@ -156,17 +159,11 @@ local function makePicture(client, isLoadingScreen)
         table.remove(client.queue, 1)()
     end
     client.onPicture(client)
-    if client.isInWorld and not isLoadingScreen then
+    if client.isInWorld and not isLoading then
         runTimers(client)
-        for i = 1, #client.regions do
-            local state = frames.hidden[client.regions[i]]
-            if state.scripts.OnUpdate and client.regions[i]:IsVisible() then
-                client:call(state.scripts.OnUpdate, client.regions[i], elapsed)
-            end
-        end
+        runUpdates(client, elapsed)
     end
-    client.row = picture.render(client, isLoadingScreen or not client.isInWorld)
-    client.row.made = client.now
+    client.row = picture.render(client, client.isInWorld and not isLoading)
     local rate = client.rate()
     client.nextPicture = client.now + 1 / math.min(rate, client.limit or rate)
 end
@@ -185,46 +182,9 @@ function Client:waitForPicture()
     self:wait(self.nextPicture - self.now)
 end
 
--- Loads the interface anew, as at login and at /reload.
-local function load(client, isReload)
-    client.globals, client.methods, client.regions, client.listeners = {}, {}, {}, {}
-    client.addons, client.timers, client.focus, client.chatWindows = {}, {}, nil, 10
-    client.frameVersion = client.frameVersion + 1
-    environment.build(client)
-    client.isInWorld = true
-    for _, folder in ipairs(client.folders) do
-        addons.load(client, folder)
-    end
-    client:fire("VARIABLES_LOADED")
-    client:fire("PLAYER_LOGIN")
-    client:enter(not isReload, isReload)
-    if client.kind.old and not isReload then
-        client:fire("PLAYER_ALIVE")
-    end
-end
-
-function Client:enter(isLogin, isReload)
-    if self.kind.old then
-        self:fire("PLAYER_ENTERING_WORLD")
-    else
-        self:fire("PLAYER_ENTERING_WORLD", isLogin, isReload)
-    end
-    self:fire("ACTIONBAR_SLOT_CHANGED", 0)
-    self:fire("SPELL_UPDATE_COOLDOWN")
-    self:fire("UPDATE_SHAPESHIFT_FORM")
-    self:fire("LOADING_SCREEN_DISABLED")
-end
-
-local function leave(client)
-    client:fire("PLAYER_LEAVING_WORLD")
-    client:fire("PLAYER_LOGOUT")
-    addons.save(client)
-    client.isInWorld = false
-end
-
--- A loading screen: one picture with its image, and then none until it is over, when `arrive` is done.
-local function loadingScreen(client, seconds, begin, arrive)
-    client:later(begin)
+-- A loading screen: one picture with its image, which begins with `leave`, and then none until `arrive`.
+local function loadingScreen(client, seconds, leave, arrive)
+    client:later(leave)
     client.now = client.nextPicture
     makePicture(client, true)
     client.now = client.nextPicture
@@ -234,34 +194,69 @@ local function loadingScreen(client, seconds, begin, arrive)
     makePicture(client)
 end
 
+local function enter(client, isLogin, isReload)
+    if client.kind.old then
+        client:fire("PLAYER_ENTERING_WORLD")
+    else
+        client:fire("PLAYER_ENTERING_WORLD", isLogin, isReload)
+    end
+    client:fire("ACTIONBAR_SLOT_CHANGED", 0)
+    client:fire("SPELL_UPDATE_COOLDOWN")
+    client:fire("UPDATE_SHAPESHIFT_FORM")
+    client:fire("LOADING_SCREEN_DISABLED")
+end
+
+-- Loads the interface anew, as at login and at /reload.
+local function load(client, isReload)
+    client.globals, client.methods, client.regions, client.listeners = {}, {}, {}, {}
+    client.addons, client.timers, client.focus, client.chatWindows = {}, {}, nil, 0
+    client.frameVersion = client.frameVersion + 1
+    environment.build(client)
+    client.isInWorld = true
+    for _, folder in ipairs(client.folders) do
+        addons.load(client, folder)
+    end
+    client:fire("VARIABLES_LOADED")
+    client:fire("PLAYER_LOGIN")
+    enter(client, not isReload, isReload)
+    if client.kind.old and not isReload then
+        client:fire("PLAYER_ALIVE")
+    end
+end
+
+local function unload(client)
+    client:fire("PLAYER_LEAVING_WORLD")
+    client:fire("PLAYER_LOGOUT")
+    addons.save(client)
+    client.isInWorld = false
+end
+
 function Client:login()
-    assert(not self.isInWorld, "the character is in the world already")
-    loadingScreen(self, 3, function() end, function() load(self, false) end)
+    loadingScreen(self, LOGIN_SECONDS, nothing, function() load(self, false) end)
 end
 
 function Client:reload()
-    loadingScreen(self, 2, function() leave(self) end, function() load(self, true) end)
+    loadingScreen(self, RELOAD_SECONDS, function() unload(self) end, function() load(self, true) end)
+end
+
+function Client:logout()
+    self:later(function() unload(self) end)
+    self:waitForPicture()
 end
 
 function Client:loading(seconds)
     loadingScreen(self, seconds, function()
         self:fire("LOADING_SCREEN_ENABLED")
         self:fire("PLAYER_LEAVING_WORLD")
-    end, function() self:enter(false, false) end)
-end
-
-function Client:logout()
-    self:later(function() leave(self) end)
-    self:waitForPicture()
+    end, function() enter(self, false, false) end)
 end
 
 -- The screen's size or the interface's scale changes, as in the game's options.
 function Client:resize(width, height, uiScale)
-    local isNewSize = width ~= self.width or height ~= self.height
     self:later(function()
+        local isNewSize = width ~= self.width or height ~= self.height
         self.width, self.height, self.uiScale = width, height, uiScale
-        self.frameVersion = self.frameVersion + 1
-        frames.hidden[self.globals.UIParent].scale = uiScale
+        self.globals.UIParent:SetScale(uiScale)
         if isNewSize then
             self:fire("DISPLAY_SIZE_CHANGED")
         end
@@ -271,11 +266,8 @@ end
 
 -- What the player types into the chat and sends.
 function Client:enterText(text)
-    local command, argument = text:match("^(/%S+)%s*(.-)%s*$")
-    if not command then
-        return
-    end
-    for name, handler in pairs(self.globals.SlashCmdList) do
+    local command, argument = text:match("^(/%S+)%s?(.*)$")
+    for name, handler in pairs(command and self.globals.SlashCmdList or {}) do
         local i = 1
         while rawget(self.globals, "SLASH_" .. name .. i) do
             if self.globals["SLASH_" .. name .. i]:lower() == command:lower() then
@@ -284,7 +276,9 @@ function Client:enterText(text)
             i = i + 1
         end
     end
-    self:say("Type '/help' for a listing of a few commands.")
+    if command then
+        self:say("Type '/help' for a listing of a few commands.")
+    end
 end
 
 return new

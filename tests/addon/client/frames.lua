@@ -1,33 +1,27 @@
 -- Frames, textures and edit boxes: what an add-on makes, places, shows, and hangs its scripts on.
 
-local secrets = require "client.secrets"
-local reveal = secrets.reveal
+local reveal = require("client.secrets").reveal
 
 local frames = {}
 
 -- What the client knows of each, behind the add-on's back.
-local hidden = setmetatable({}, { __mode = "k" })
+local hidden = {}
 frames.hidden = hidden
 
-local function set(text)
-    local result = {}
-    for word in text:gmatch("%S+") do
-        result[word] = #word
+local strata, layers, points, scripts = {}, {}, {}, { Frame = {}, EditBox = {} }
+for list, words in pairs {
+    [strata] = "WORLD BACKGROUND LOW MEDIUM HIGH DIALOG FULLSCREEN FULLSCREEN_DIALOG TOOLTIP",
+    [layers] = "BACKGROUND BORDER ARTWORK OVERLAY HIGHLIGHT",
+    [points] = "TOPLEFT TOP TOPRIGHT LEFT CENTER RIGHT BOTTOMLEFT BOTTOM BOTTOMRIGHT",
+    [scripts.Frame] = "OnEvent OnUpdate OnShow OnHide OnSizeChanged OnEnter OnLeave OnMouseDown OnMouseUp",
+    [scripts.EditBox] = "OnEditFocusGained OnEditFocusLost OnEnterPressed OnEscapePressed OnTextChanged",
+} do
+    local place = 0
+    for word in words:gmatch("%S+") do
+        place = place + 1
+        list[word] = place
     end
-    return result
 end
-
-local strata = {}
-for level, name in ipairs { "WORLD", "BACKGROUND", "LOW", "MEDIUM", "HIGH", "DIALOG", "FULLSCREEN", "FULLSCREEN_DIALOG",
-    "TOOLTIP" } do
-    strata[name] = level
-end
-local layers = { BACKGROUND = 1, BORDER = 2, ARTWORK = 3, OVERLAY = 4, HIGHLIGHT = 5 }
-local points = set "TOPLEFT TOP TOPRIGHT LEFT CENTER RIGHT BOTTOMLEFT BOTTOM BOTTOMRIGHT"
-local scripts = {
-    Frame = set "OnEvent OnUpdate OnShow OnHide OnLoad OnSizeChanged OnEnter OnLeave OnMouseDown OnMouseUp",
-    EditBox = set "OnEditFocusGained OnEditFocusLost OnEnterPressed OnEscapePressed OnTextChanged OnChar",
-}
 
 local function need(condition, text, ...)
     if not condition then
@@ -35,77 +29,67 @@ local function need(condition, text, ...)
     end
 end
 
-local function number(value, what)
+local function number(value)
     value = reveal(value)
-    need(type(value) == "number" and value == value, "%s: a number is wanted, not %s", what, tostring(value))
+    need(type(value) == "number" and value == value, "a number is wanted, not %s", tostring(value))
     return value
 end
 
-local function changed(self)
+local function set(self, field, value)
+    hidden[self][field] = value
     hidden[self].client.frameVersion = hidden[self].client.frameVersion + 1
+end
+
+local function runScript(self, name)
+    local script = hidden[self].scripts[name]
+    if script then
+        hidden[self].client:call(script, self)
+    end
 end
 
 local Region, Texture, Frame, EditBox, MessageFrame = {}, {}, {}, {}, {}
 
-function Region:GetParent() return hidden[self].parent end
-function Region:GetName() return hidden[self].name end
-function Region:GetObjectType() return hidden[self].class end
-function Region:GetWidth() return hidden[self].width end
-function Region:GetHeight() return hidden[self].height end
-function Region:GetAlpha() return hidden[self].alpha end
-function Region:IsShown() return hidden[self].shown end
-
-function Region:SetWidth(width)
-    hidden[self].width = number(width, "SetWidth")
-    changed(self)
+for class, methods in pairs {
+    [Region] = { GetParent = "parent", GetName = "name", GetObjectType = "class", GetWidth = "width",
+        GetHeight = "height", GetAlpha = "alpha", IsShown = "shown" },
+    [Frame] = { GetScale = "scale", GetFrameLevel = "level", GetFrameStrata = "strata" },
+} do
+    for method, field in pairs(methods) do
+        class[method] = function(self) return hidden[self][field] end
+    end
 end
 
-function Region:SetHeight(height)
-    hidden[self].height = number(height, "SetHeight")
-    changed(self)
-end
-
+function Region:SetWidth(width) set(self, "width", number(width)) end
+function Region:SetHeight(height) set(self, "height", number(height)) end
 function Region:SetSize(width, height)
-    hidden[self].width, hidden[self].height = number(width, "SetSize"), number(height, "SetSize")
-    changed(self)
+    set(self, "width", number(width))
+    set(self, "height", number(height))
 end
+function Region:SetAlpha(alpha) set(self, "alpha", math.max(0, math.min(1, number(alpha)))) end
 
 -- SetPoint(point [, relativeTo [, relativePoint]] [, x, y])
 function Region:SetPoint(point, ...)
     need(points[point], "SetPoint: there is no point %s", tostring(point))
-    local relativeTo, relativePoint, rest = hidden[self].parent, point, { ... }
+    local anchor, rest = { relativeTo = hidden[self].parent, relativePoint = point }, { ... }
     if type(rest[1]) == "table" or select("#", ...) > 0 and rest[1] == nil then
-        relativeTo = rest[1]
-        table.remove(rest, 1)
+        anchor.relativeTo = table.remove(rest, 1)
     end
     if type(rest[1]) == "string" then
-        relativePoint = table.remove(rest, 1)
-        need(points[relativePoint], "SetPoint: there is no point %s", relativePoint)
+        anchor.relativePoint = table.remove(rest, 1)
     end
-    need(relativeTo ~= self, "SetPoint: a region cannot be placed by itself")
-    hidden[self].points[point] = {
-        relativeTo = relativeTo,
-        relativePoint = relativePoint,
-        x = number(rest[1] or 0, "SetPoint"),
-        y = number(rest[2] or 0, "SetPoint"),
-    }
-    changed(self)
+    need(points[anchor.relativePoint], "SetPoint: there is no point %s", anchor.relativePoint)
+    anchor.x, anchor.y = number(rest[1] or 0), number(rest[2] or 0)
+    hidden[self].points[point] = anchor
+    set(self, "points", hidden[self].points)
 end
 
-function Region:ClearAllPoints()
-    hidden[self].points = {}
-    changed(self)
-end
+function Region:ClearAllPoints() set(self, "points", {}) end
 
 function Region:SetAllPoints(relativeTo)
-    hidden[self].points = {}
-    Region.SetPoint(self, "TOPLEFT", relativeTo or hidden[self].parent, "TOPLEFT")
-    Region.SetPoint(self, "BOTTOMRIGHT", relativeTo or hidden[self].parent, "BOTTOMRIGHT")
-end
-
-function Region:SetAlpha(alpha)
-    hidden[self].alpha = math.max(0, math.min(1, number(alpha, "SetAlpha")))
-    changed(self)
+    Region.ClearAllPoints(self)
+    for _, point in ipairs { "TOPLEFT", "BOTTOMRIGHT" } do
+        Region.SetPoint(self, point, relativeTo or hidden[self].parent, point)
+    end
 end
 
 function Region:IsVisible()
@@ -113,96 +97,67 @@ function Region:IsVisible()
     return state.shown and (not state.parent or Region.IsVisible(state.parent))
 end
 
-local function setShown(self, shown)
-    local state = hidden[self]
-    if state.shown ~= shown then
-        state.shown = shown
-        changed(self)
-        local script = state.scripts and state.scripts[shown and "OnShow" or "OnHide"]
-        if script then
-            state.client:call(script, self)
-        end
+function Region:SetShown(shown)
+    shown = not not reveal(shown)
+    if hidden[self].shown ~= shown then
+        set(self, "shown", shown)
+        runScript(self, shown and "OnShow" or "OnHide")
     end
 end
 
-function Region:Show() setShown(self, true) end
-function Region:Hide() setShown(self, false) end
-function Region:SetShown(shown) setShown(self, not not reveal(shown)) end
+function Region:Show() Region.SetShown(self, true) end
+function Region:Hide() Region.SetShown(self, false) end
 
-local function setColor(self, r, g, b, a)
-    hidden[self].color = { number(r, "color"), number(g, "color"), number(b, "color"), number(a or 1, "color") }
-    changed(self)
+local function color(r, g, b, a)
+    return { number(r), number(g), number(b), number(a or 1) }
 end
 
-Texture.SetColorTexture = setColor
+function Texture:SetColorTexture(...) set(self, "color", color(...)) end
+function Texture:SetVertexColor(...) set(self, "tint", color(...)) end
 
-function Texture:SetTexture(file, g, b, a)
+function Texture:SetTexture(file, ...)
     if hidden[self].client.kind.old and type(file) == "number" then
-        setColor(self, file, g, b, a)
+        set(self, "color", color(file, ...))
     elseif type(file) == "string" and file:upper():find("WHITE8X8$") then
-        setColor(self, 1, 1, 1, 1)
+        set(self, "color", color(1, 1, 1))
     else
-        hidden[self].color = file and "a picture" or nil
-        changed(self)
+        set(self, "color", file and color(0.42, 0.35, 0.17)) -- Some picture.
     end
-end
-
-function Texture:SetVertexColor(r, g, b, a)
-    hidden[self].tint = { number(r, "color"), number(g, "color"), number(b, "color"), number(a or 1, "color") }
-    changed(self)
 end
 
 function Texture:SetDrawLayer(layer, sublevel)
     need(layers[layer], "SetDrawLayer: there is no layer %s", tostring(layer))
-    hidden[self].layer = layers[layer] + (sublevel or 0) / 100
-    changed(self)
+    set(self, "layer", layers[layer] + (sublevel or 0) / 100)
 end
 
 -- Nothing moves by them where edges lie on whole pixels, and where they do not the picture shows it.
-function Texture:SetSnapToPixelGrid(snap) hidden[self].snap = snap end
-function Texture:SetTexelSnappingBias(bias) hidden[self].bias = number(bias, "SetTexelSnappingBias") end
+function Texture:SetSnapToPixelGrid(snap) set(self, "snap", snap) end
+function Texture:SetTexelSnappingBias(bias) set(self, "bias", number(bias)) end
 
-function Frame:GetScale() return hidden[self].scale end
-function Frame:GetFrameLevel() return hidden[self].level end
-function Frame:GetFrameStrata() return hidden[self].strata end
-function Frame:EnableMouse(enable) hidden[self].mouse = enable end
+function Frame:EnableMouse(enable) set(self, "mouse", enable) end
+function Frame:SetIgnoreParentScale(ignore) set(self, "ignoresParentScale", ignore) end
+function Frame:SetIgnoreParentAlpha(ignore) set(self, "ignoresParentAlpha", ignore) end
 
 function Frame:SetScale(scale)
-    need(number(scale, "SetScale") > 0, "SetScale: a scale is more than 0")
-    hidden[self].scale = reveal(scale)
-    changed(self)
+    need(number(scale) > 0, "SetScale: a scale is more than 0")
+    set(self, "scale", scale)
 end
 
 function Frame:GetEffectiveScale()
     local state = hidden[self]
-    if not state.parent or state.ignoresParentScale then
-        return state.scale
-    end
-    return state.scale * Frame.GetEffectiveScale(state.parent)
+    local isAlone = not state.parent or state.ignoresParentScale
+    return state.scale * (isAlone and 1 or Frame.GetEffectiveScale(state.parent))
 end
-
 frames.effectiveScale = Frame.GetEffectiveScale
-
-function Frame:SetIgnoreParentScale(ignore)
-    hidden[self].ignoresParentScale = ignore
-    changed(self)
-end
-
-function Frame:SetIgnoreParentAlpha(ignore)
-    hidden[self].ignoresParentAlpha = ignore
-    changed(self)
-end
 
 function Frame:SetFrameStrata(name)
     need(strata[name], "SetFrameStrata: there is no strata %s", tostring(name))
-    hidden[self].strata = name
-    changed(self)
+    set(self, "strata", name)
 end
 
 function Frame:SetFrameLevel(level)
-    need(number(level, "SetFrameLevel") >= 0 and level <= 10000, "SetFrameLevel: 0 to 10000")
-    hidden[self].level = level
-    changed(self)
+    need(number(level) >= 0 and level <= 10000, "SetFrameLevel: 0 to 10000")
+    set(self, "level", level)
 end
 
 function Frame:SetScript(name, script)
@@ -223,29 +178,29 @@ function Frame:HookScript(name, hook)
     end or hook)
 end
 
+-- unit: the one that is asked for, or any.
 local function register(self, event, unit)
     local client = hidden[self].client
-    need(client.kind.events[event], "Frame:RegisterEvent: attempt to register unknown event \"%s\"", tostring(event))
-    local listeners = client.listeners[event] or {}
-    client.listeners[event] = listeners
+    need(client.kind.events[event], "RegisterEvent: attempt to register unknown event \"%s\"", tostring(event))
+    client.listeners[event] = client.listeners[event] or {}
     if not hidden[self].events[event] then
-        listeners[#listeners + 1] = self
+        table.insert(client.listeners[event], self)
     end
     hidden[self].events[event] = unit
 end
 
-function Frame:RegisterEvent(event) register(self, event, "any unit") end
+function Frame:RegisterEvent(event) register(self, event, "any") end
 function Frame:RegisterUnitEvent(event, unit) register(self, event, unit) end
 function Frame:IsEventRegistered(event) return hidden[self].events[event] ~= nil end
 
 function Frame:UnregisterEvent(event)
+    hidden[self].events[event] = nil
     local listeners = hidden[self].client.listeners[event] or {}
     for i = #listeners, 1, -1 do
         if listeners[i] == self then
             table.remove(listeners, i)
         end
     end
-    hidden[self].events[event] = nil
 end
 
 function Frame:UnregisterAllEvents()
@@ -254,90 +209,74 @@ function Frame:UnregisterAllEvents()
     end
 end
 
+function Frame:CreateTexture(name, layer, _, sublevel)
+    local texture = frames.create(hidden[self].client, "Texture", name, self)
+    Texture.SetDrawLayer(texture, layer or "ARTWORK", sublevel)
+    return texture
+end
+
 function EditBox:HasFocus() return hidden[self].client.focus == self end
-function EditBox:GetText() return hidden[self].text or "" end
-function EditBox:SetText(text) hidden[self].text = reveal(text) end
 
 function EditBox:SetFocus()
-    local state = hidden[self]
-    if state.client.focus == self then
-        return
-    end
-    if state.client.focus then
-        state.client.focus:ClearFocus()
-    end
-    state.client.focus = self
-    if state.scripts.OnEditFocusGained then
-        state.client:call(state.scripts.OnEditFocusGained, self)
+    local client = hidden[self].client
+    if client.focus ~= self then
+        if client.focus then
+            client.focus:ClearFocus()
+        end
+        client.focus = self
+        runScript(self, "OnEditFocusGained")
     end
 end
 
 function EditBox:ClearFocus()
-    local state = hidden[self]
-    if state.client.focus == self then
-        state.client.focus = nil
-        if state.scripts.OnEditFocusLost then
-            state.client:call(state.scripts.OnEditFocusLost, self)
-        end
+    if EditBox.HasFocus(self) then
+        hidden[self].client.focus = nil
+        runScript(self, "OnEditFocusLost")
     end
 end
 
-function MessageFrame:AddMessage(text)
-    hidden[self].client:say(tostring(reveal(text)))
-end
+function MessageFrame:AddMessage(text) hidden[self].client:say(tostring(reveal(text))) end
 
 local classes = {
-    Texture = { Region, Texture },
-    Frame = { Region, Frame },
-    EditBox = { Region, Frame, EditBox },
-    MessageFrame = { Region, Frame, MessageFrame },
+    Texture = { Region = Region, Texture = Texture },
+    Frame = { Region = Region, Frame = Frame },
+    EditBox = { Region = Region, Frame = Frame, EditBox = EditBox },
+    MessageFrame = { Region = Region, Frame = Frame, MessageFrame = MessageFrame },
 }
-local classNames = { [Region] = "Region", [Texture] = "Texture", [Frame] = "Frame", [EditBox] = "EditBox" }
 
--- A class as this client has it.
-local function methodsOf(client, class)
+-- A class as this kind of client has it.
+local function methodsOf(kind, class)
     local methods = {}
-    for _, part in ipairs(classes[class]) do
-        for name, method in pairs(part) do
-            if not client.kind.lacks[(classNames[part] or "") .. ":" .. name] then
-                methods[name] = method
-            end
+    for part, all in pairs(classes[class]) do
+        for name, method in pairs(all) do
+            methods[name] = not kind.lacks[part .. ":" .. name] and method or nil
         end
     end
     return methods
 end
 
-local function create(client, class, name, parent)
-    client.methods[class] = client.methods[class] or { __index = methodsOf(client, class) }
-    local region = setmetatable({}, client.methods[class])
-    local above = parent and hidden[parent]
+function frames.create(client, class, name, parent)
+    client.methods[class] = client.methods[class] or { __index = methodsOf(client.kind, class) }
+    local region, above = setmetatable({}, client.methods[class]), hidden[parent or false]
     hidden[region] = {
         client = client, class = class, name = name, parent = parent, shown = true, points = {}, width = 0, height = 0,
         alpha = 1, scale = 1, strata = above and above.strata or "MEDIUM", level = above and above.level + 1 or 0,
         scripts = {}, events = {}, order = #client.regions + 1,
     }
     client.regions[#client.regions + 1] = region
-    client.frameVersion = client.frameVersion + 1
     if name then
         rawset(client.globals, name, region)
     end
     return region
 end
 
-function Frame:CreateTexture(name, layer, _, sublevel)
-    local texture = create(hidden[self].client, "Texture", name, self)
-    Texture.SetDrawLayer(texture, layer or "ARTWORK", sublevel)
-    return texture
-end
-
 function frames.createFrame(client, class, name, parent)
     need(classes[class] and class ~= "Texture", "CreateFrame: there is no frame type %s", tostring(class))
     need(parent == nil or hidden[parent], "CreateFrame: the parent is no frame")
-    return create(client, class, name, parent)
+    return frames.create(client, class, name, parent)
 end
 
--- The order in which textures are painted, the last one on top.
-local function paintedBefore(a, b)
+local function isPaintedBefore(a, b)
     local frameA, frameB = hidden[a.parent], hidden[b.parent]
     for _, pair in ipairs { { strata[frameA.strata], strata[frameB.strata] }, { frameA.level, frameB.level },
         { frameA.order, frameB.order }, { a.layer, b.layer } } do
@@ -348,17 +287,19 @@ local function paintedBefore(a, b)
     return a.order < b.order
 end
 
--- The textures that are to be seen, in painting order.
+-- The textures that are to be seen, in the order in which they are painted, the last one on top.
 function frames.visibleTextures(client)
-    local list = {}
+    local list, regionOf = {}, {}
     for _, region in ipairs(client.regions) do
         local state = hidden[region]
         if state.class == "Texture" and state.color and Region.IsVisible(region) then
-            list[#list + 1] = state
-            state.region = region
+            list[#list + 1], regionOf[state] = state, region
         end
     end
-    table.sort(list, paintedBefore)
+    table.sort(list, isPaintedBefore)
+    for i, state in ipairs(list) do
+        list[i] = regionOf[state]
+    end
     return list
 end
 

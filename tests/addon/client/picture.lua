@@ -15,7 +15,12 @@ local function shares(point)
     return x, y
 end
 
--- The two ends of an extent of which some shares are known, else one share and the length; nil if it is not known.
+local function whole(value)
+    local nearest = math.floor(value + 0.5)
+    return math.abs(value - nearest) < EXACT and nearest or value
+end
+
+-- The ends of an extent of which two shares are known, or one and the length; nil where it is not known.
 local function extent(known, length)
     local share, at = next(known)
     if not share then
@@ -25,20 +30,20 @@ local function extent(known, length)
     if other then
         length = (otherAt - at) / (other - share)
     end
-    return at - share * length, at + (1 - share) * length
+    return whole(at - share * length), whole(at + (1 - share) * length)
 end
 
--- Left, top, right and bottom in pixels from the screen's top left corner; nil where a region has no place.
-function picture.rectangle(client, region)
-    if not region or region == client.globals.UIParent or region == client.globals.WorldFrame then
-        return 0, 0, client.width, client.height
+-- Left, right, top and bottom in pixels from the screen's top left corner; nil where a region has no place.
+local function rectangle(client, region)
+    local state = hidden[region or false]
+    if not state or region == client.globals.UIParent or region == client.globals.WorldFrame then
+        return 0, client.width, 0, client.height
     end
-    local state = hidden[region]
     local pixels = frames.effectiveScale(state.class == "Texture" and state.parent or region) * client.height / 768
     local horizontal, vertical = {}, {}
     for point, anchor in pairs(state.points) do
-        local left, top, right, bottom = picture.rectangle(client, anchor.relativeTo)
-        if not left then
+        local left, right, top, bottom = rectangle(client, anchor.relativeTo)
+        if not top then
             return nil
         end
         local x, y = shares(point)
@@ -47,8 +52,7 @@ function picture.rectangle(client, region)
         vertical[y] = top + relativeY * (bottom - top) - anchor.y * pixels
     end
     local left, right = extent(horizontal, state.width * pixels)
-    local top, bottom = extent(vertical, state.height * pixels)
-    return left, top, right, bottom
+    return left, right, extent(vertical, state.height * pixels)
 end
 
 local function alphaOf(region)
@@ -56,56 +60,54 @@ local function alphaOf(region)
     return state.alpha * (state.parent and not state.ignoresParentAlpha and alphaOf(state.parent) or 1)
 end
 
-local function whole(value)
-    local nearest = math.floor(value + 0.5)
-    return math.abs(value - nearest) < EXACT and nearest or value
-end
-
--- What the textures lay on the top row: spans of color, the last on top. Valid as long as no frame changes.
+-- What the textures lay on the top row: spans of color, the last on top.
 local function spansOf(client)
-    local spans = {}
+    local spans, white = {}, { 1, 1, 1, 1 }
     for _, texture in ipairs(frames.visibleTextures(client)) do
-        local left, top, right, bottom = picture.rectangle(client, texture.region)
-        if left and top then
-            left, top, right, bottom = whole(left), whole(top), whole(right), whole(bottom)
-            local height = math.min(bottom, 1) - math.max(top, 0)
-            if height > 0 and right > left then
-                local color, tint = texture.color, texture.tint or { 1, 1, 1, 1 }
-                if color == "a picture" then
-                    color = { 0.42, 0.35, 0.17, 1 }
-                end
-                spans[#spans + 1] = {
-                    left = left, right = right, color[1] * tint[1] * 255, color[2] * tint[2] * 255,
-                    color[3] * tint[3] * 255, alpha = color[4] * tint[4] * height * alphaOf(texture.region),
-                }
+        local left, right, top, bottom = rectangle(client, texture)
+        local height = top and math.min(bottom, 1) - math.max(top, 0) or 0
+        if height > 0 and right > left then
+            local color, tint = hidden[texture].color, hidden[texture].tint or white
+            local span = { left = left, right = right, alpha = color[4] * tint[4] * height * alphaOf(texture) }
+            for channel = 1, 3 do
+                span[channel] = color[channel] * tint[channel] * 255
             end
+            spans[#spans + 1] = span
         end
     end
     return spans
 end
 
--- A row: its spans, its width in pixels, and what the game's world shows where there are none.
-function picture.render(client, isLoadingScreen)
+-- A row: its spans, the same ones as long as no frame changes, and what the game's world shows where there are none.
+function picture.render(client, hasInterface)
     if client.spansVersion ~= client.frameVersion then
         client.spansVersion, client.spans = client.frameVersion, spansOf(client)
     end
-    return { width = client.width, spans = isLoadingScreen and {} or client.spans, noise = client:random(1000000) }
+    return {
+        width = client.width, spans = hasInterface and client.spans or {}, noise = client:random(1000000),
+        made = client.now,
+    }
 end
 
--- Red, green and blue of a pixel, 0 to 255, and how much of it textures cover. An edge between pixels is a mixture.
+-- The color of a pixel as RRGGBB, and what it shows: "game", a "clean" color, or a "mixed" one, where an edge lies inside
+-- the pixel. A real screen may round such an edge away, and on another day it may not.
 function picture.color(row, x)
     local noise = (row.noise * 7919 + (x + 1) * 104729) % 1000003
     noise = noise * noise % 16777213
-    local red, green, blue, covered = noise % 256, math.floor(noise / 256) % 256, math.floor(noise / 65536), 0
+    local rgb, shows = { noise % 256, math.floor(noise / 256) % 256, math.floor(noise / 65536) }, "game"
     for _, span in ipairs(row.spans) do
         local share = (math.min(span.right, x + 1) - math.max(span.left, x)) * span.alpha
         if share > 0 then
-            red, green, blue = red + (span[1] - red) * share, green + (span[2] - green) * share,
-                blue + (span[3] - blue) * share
-            covered = covered + (1 - covered) * share
+            shows = share == 1 and "clean" or "mixed"
+            for channel = 1, 3 do
+                rgb[channel] = rgb[channel] + (span[channel] - rgb[channel]) * share
+            end
         end
     end
-    return math.floor(red + 0.5), math.floor(green + 0.5), math.floor(blue + 0.5), covered
+    for channel = 1, 3 do
+        rgb[channel] = math.max(0, math.min(255, math.floor(rgb[channel] + 0.5)))
+    end
+    return ("%02X%02X%02X"):format(rgb[1], rgb[2], rgb[3]), shows
 end
 
 return picture

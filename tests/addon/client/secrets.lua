@@ -81,44 +81,43 @@ local startsExpression = set "= ( [ { , ; return if elseif while until in"
 local hasNoSuffixes = set "function nil true false"
 local opens, closes = set "( [ { function do if repeat", set ") ] } end until"
 
--- Tokens of a source: their text and places. Comments and blanks are left out.
+-- What a source consists of; comments are no token.
+local lexemes = {
+    { "comment", "^%-%-%[(=*)%[.-%]%1%]" }, { "comment", "^%-%-[^\n]*" }, { "string", "^%[(=*)%[.-%]%1%]" },
+    { "name", "^[%a_][%w_]*" }, { "number", "^0[xX]%x+" }, { "number", "^%.?%d[%d.]*[eE][+-]?%d+" },
+    { "number", "^%.?%d[%d.]*" }, { "operator", "^%.%.%.?" }, { "operator", "^[=~<>]=" }, { "operator", "^." },
+}
+
+local function quotedEnd(source, at)
+    local quote, last = source:sub(at, at), at
+    repeat
+        last = source:find("[\\" .. quote .. "]", last + 1) or #source
+        local isEscape = source:sub(last, last) == "\\"
+        last = isEscape and last + 1 or last
+    until not isEscape
+    return last
+end
+
+-- { kind, text, from, to } each
 local function tokenize(source)
-    local tokens, at = {}, 1
-    local function take(kind, last)
-        tokens[#tokens + 1] = { text = source:sub(at, last), kind = kind, from = at, to = last }
-        at = last + 1
-    end
-    local function longEnd(level)
-        return select(2, source:find("]" .. level .. "]", at, true)) or #source
-    end
-    while true do
-        at = source:match("^%s*()", at)
-        local rest = source:sub(at, at + 200)
-        if rest == "" then
-            return tokens
-        elseif rest:find("^%-%-") then
-            local level = rest:match("^%-%-%[(=*)%[")
-            at = (level and longEnd(level) or (source:find("\n", at, true) or #source)) + 1
-        elseif rest:find("^%[=*%[") then
-            take("string", longEnd(rest:match("^%[(=*)%[")))
-        elseif rest:find("^[\"']") then
-            local quote, last = rest:sub(1, 1), at
-            repeat
-                last = source:find("[\\" .. quote .. "]", last + 1) or #source
-                local escaped = source:sub(last, last) == "\\"
-                last = escaped and last + 1 or last
-            until not escaped
-            take("string", last)
-        elseif rest:find("^[%a_]") then
-            take("name", at + #rest:match("^[%w_]+") - 1)
-        elseif rest:find("^%.?%d") then
-            local number = rest:match("^0[xX]%x+") or rest:match("^[%d.]+[eE][+-]?%d+") or rest:match("^[%d.]+")
-            take("number", at + #number - 1)
-        else
-            local operator = rest:match("^%.%.%.") or rest:match("^%.%.") or rest:match("^[=~<>]=") or rest:sub(1, 1)
-            take("operator", at + #operator - 1)
+    local tokens, at = {}, source:match("^%s*()")
+    while at <= #source do
+        local kind, last
+        if source:find("^[\"']", at) then
+            kind, last = "string", quotedEnd(source, at)
         end
+        for i = 1, last and 0 or #lexemes do
+            kind, last = lexemes[i][1], select(2, source:find(lexemes[i][2], at))
+            if last then
+                break
+            end
+        end
+        if kind ~= "comment" then
+            tokens[#tokens + 1] = { kind = kind, text = source:sub(at, last), from = at, to = last }
+        end
+        at = source:match("^%s*()", last + 1)
     end
+    return tokens
 end
 
 local function matchBrackets(tokens)

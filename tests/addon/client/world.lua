@@ -2,17 +2,16 @@
 
 local secrets = require "client.secrets"
 
-local world = {}
+local world = { MAX_HEALTH = 24310 }
 
 local BARS = { bar6 = 60, bar5 = 48 }
 local VEHICLE_PAGE, OVERRIDE_PAGE, SHAPESHIFT_PAGE = 16, 18, 17
 local OLD_VEHICLE_OFFSET = 5
-local MAX_HEALTH = 24310
 local NOTHING = { start = 0, duration = 0 }
 
 function world.new(client)
     return {
-        client = client, health = MAX_HEALTH, level = 10, money = 123456, form = 0, specialization = 1,
+        client = client, health = world.MAX_HEALTH, level = 10, money = 123456, form = 0, specialization = 1,
         page = 1, bonus = 0, gcd = NOTHING, actions = {},
     }
 end
@@ -93,9 +92,8 @@ function world.isAlive(w)
     return not w.dead and not w.ghost
 end
 
--- Puts this client's functions about the world into `define(name, function)`.
-function world.functions(w, define)
-    local client = w.client
+function world.functions(client, define)
+    local w, lacks = client.world, client.kind.lacks
     local function ofPlayer(value)
         return function(unit)
             if unit == "player" then
@@ -105,14 +103,13 @@ function world.functions(w, define)
     end
 
     define("UnitHealth", ofPlayer(function() return hide(w, world.isAlive(w) and w.health or w.ghost and 1 or 0) end))
-    define("UnitHealthMax", ofPlayer(function() return hide(w, MAX_HEALTH) end))
+    define("UnitHealthMax", ofPlayer(function() return hide(w, world.MAX_HEALTH) end))
     -- To the game a feigned death looks like death: it has to be asked for.
     define("UnitIsDead", ofPlayer(function() return w.dead or w.feign or false end))
     define("UnitIsGhost", ofPlayer(function() return w.ghost or false end))
     define("UnitIsDeadOrGhost", ofPlayer(function() return w.dead or w.feign or w.ghost or false end))
     define("UnitIsFeignDeath", ofPlayer(function() return w.feign or false end))
     define("UnitAffectingCombat", ofPlayer(function() return w.fight or false end))
-    define("UnitLevel", ofPlayer(function() return w.level end))
     define("IsStealthed", function() return w.stealth or false end)
     define("GetShapeshiftForm", function() return w.form end)
     define("GetMoney", function() return w.money end)
@@ -127,14 +124,17 @@ function world.functions(w, define)
             return nil
         end
         local shown, _, isGlobal = cooldownOf(w, ability)
-        local lacks = client.kind.lacks
         local isOnGlobal
         if not lacks.isOnGCD and isRunning(w, w.gcd) then
             isOnGlobal = isGlobal
         end
+        local isActive
+        if not lacks.isActive then
+            isActive = shown ~= NOTHING
+        end
         return {
             startTime = hide(w, shown.start), duration = hide(w, shown.duration), isEnabled = true, modRate = 1,
-            isActive = not lacks.isActive and shown ~= NOTHING or nil, isOnGCD = isOnGlobal,
+            isActive = isActive, isOnGCD = isOnGlobal,
         }
     end)
     define("C_ActionBar.GetActionCharges", function(action)
