@@ -1,7 +1,7 @@
 -- lua5.1 tests/addon/check.lua --replay GLIMRA-REPLAY --addon FOLDER SCENARIO...
 --
--- Plays scenarios, each with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and holds
--- against each other what the strip said, what Glimra made of it, and what the scenario expects.
+-- Plays scenarios, each with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and
+-- holds against each other what the strip said, what Glimra made of it, and what the scenario expects.
 
 package.path = (arg[0]:match("^(.*)/") or ".") .. "/?.lua;" .. package.path
 
@@ -30,8 +30,8 @@ local function runReplay(program, lines)
     return text
 end
 
--- What Glimra did: taken = messages, calls = calls of the LED driver; { time, text, mark } each, where mark tells how many
--- of the scenario's marks came before.
+-- What Glimra did: taken = messages, calls = calls of the LED driver; { time, text, mark } each, where mark tells how
+-- many of the scenario's marks came before.
 local function readReplay(text)
     local glimra, mark, hasQuit = { taken = {}, calls = {} }, 0, false
     for line in text:gmatch("[^\n]+") do

@@ -94,7 +94,7 @@ return {
     { "screen WIDTH HEIGHT", "the screen in pixels (1920 1080)", function(play, width, height)
         play.setup.width, play.setup.height = width, height
     end, "before login" },
-    { "pictures RATE...", "a second: 60, or 60,7 each for a second in turn, or 7..144 jumping; later on a change of rate",
+    { "pictures RATE...", "a second: 60, or 60,7 each for a second in turn, or 7..144 jumping; one after login",
         function(play, rates)
             if play.client then
                 play.client:setRate(rates[1])
@@ -262,7 +262,9 @@ return {
         function(play, line) play:toGlimra(line) end, "any time" },
 
     -- What must be so. SINCE is the last moment before this one at which something was expected.
-    { "said TEXT", "the chat has shown this since login; * is anything", function(play, text) play:mustHaveSaid(text, true) end },
+    { "said TEXT", "the chat has shown this since login; * is anything", function(play, text)
+        play:mustHaveSaid(text, true)
+    end },
     { "not-said TEXT", "it has not", function(play, text) play:mustHaveSaid(text, false) end },
     { "shows NAME VALUE", "an option has this value", function(play, name, value)
         local shown = options.shown(play.client, name)
@@ -275,10 +277,10 @@ return {
     end },
     { "expect only MESSAGE...", "SINCE, Glimra took these messages and no others", expect "only" },
     { "expect no MESSAGE...", "SINCE, Glimra took none of these", expect "no" },
-    { "expect led CALL...", "SINCE, Glimra called this: a function's name, and its first arguments or none", expect "led" },
+    { "expect led CALL...", "SINCE, Glimra called this function, with these first arguments", expect "led" },
     { "expect cooldown BAR SLOT...", "after all that it was told Glimra takes just these slots as on cooldown; or none",
         expect "cooldown" },
     { "expect truth SECONDS", "nothing painted so far was false, or had been so for longer", expect "truth" },
     { "expect standing SECONDS", "each frame so far stood so long", expect "standing" },
-    { "expect MESSAGE...", "SINCE, Glimra took these messages in this order, others between them or not", expect "order" },
+    { "expect MESSAGE...", "SINCE, Glimra took these messages in this order, among others", expect "order" },
 }

@@ -236,7 +236,8 @@ function scenario.play(steps, folders, variant)
     local play = setmetatable({
         stripWidth = 80,
         setup = { kind = variant.kind, rate = variant.rate, width = 1920, height = 1080, seed = 1, folders = folders },
-        journal = {}, toScreen = {}, beforeStart = {}, eye = strip.newEye(), history = {}, expectations = {}, problems = {},
+        journal = {}, toScreen = {}, beforeStart = {}, eye = strip.newEye(), history = {},
+        expectations = {}, problems = {},
     }, Play)
     for _, step in ipairs(steps) do
         play.step = step

@@ -21,7 +21,7 @@ local function sampled(row)
     return { cells = cells }
 end
 
--- Cells of a row: { width, cells = { "RRGGBB" ... } }, and without a width where it has no strip; then what is wrong, or
+-- Cells of a row: { width, cells = { "RRGGBB" ... } }, without a width where it has no strip; then what is wrong, or
 -- nil. All pixels of a cell have to be alike: nothing is made better than it is.
 local function read(row, width)
     local cells, showsGame, problem = {}, true, nil
@@ -45,16 +45,16 @@ local function read(row, width)
     return { width = width, cells = cells }
 end
 
-local last = {}
+local lastRead = {}
 
 function strip.read(row, width)
     -- As long as no frame changes, so does no strip; the game's picture changes always.
-    if row.spans == last.spans and width == last.shown.width then
-        return last.shown
+    if row.spans == lastRead.spans and width == lastRead.shown.width then
+        return lastRead.shown
     end
     local shown, problem = read(row, width)
     if shown.width then
-        last = { spans = row.spans, shown = shown }
+        lastRead = { spans = row.spans, shown = shown }
     end
     return shown, problem
 end

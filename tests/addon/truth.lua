@@ -48,7 +48,7 @@ local function agrees(facts, text)
     return not claims[text] or claims[text](facts)
 end
 
--- For how long a message had not been so any more when it was painted; 0 for a true one. history: { time, facts } by time.
+-- For how long a message had not been so any more when it was painted; 0 for a true one. history: { time, facts } each.
 function truth.age(history, message)
     local painted, till = message.announce.made, nil
     for i = #history, 1, -1 do

@@ -1,8 +1,8 @@
 -- The client itself: its clock, its pictures, the delivery of events, and the ways into and out of the world.
 --
--- A picture takes from one moment of the clock to the next: what happened since the last one is delivered, OnUpdate runs,
--- and the picture is painted. It is on the screen from the end of that time until the next one is. So a picture that takes
--- long is seen late, and one that is made quickly after it takes its place soon.
+-- A picture takes from one moment of the clock to the next: what happened since the last one is delivered, OnUpdate
+-- runs, and the picture is painted. It is on the screen from the end of that time until the next one is. So a picture
+-- that takes long is seen late, and one that is made quickly after it takes its place soon.
 
 local addons = require "client.addons"
 local environment = require "client.environment"

@@ -47,7 +47,8 @@ end
 
 local function timers(client, define)
     local function start(seconds, callback, ticks)
-        local timer = { due = client:time() + seconds, every = seconds, ticks = ticks or math.huge, callback = callback }
+        local timer = { due = client:time() + seconds, every = seconds, ticks = ticks or math.huge }
+        timer.callback = callback
         function timer.Cancel(self) self.ticks = 0 end
         client.timers[#client.timers + 1] = timer
         return timer

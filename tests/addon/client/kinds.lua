@@ -1,5 +1,5 @@
--- The kinds of client that an add-on meets. This table alone tells them apart: names of functions, methods ("Class:Name"),
--- events and fields that a kind lacks. Whatever is not named here, every kind has.
+-- The kinds of client that an add-on meets. This table alone tells them apart: names of functions, methods
+-- ("Class:Name"), events and fields that a kind lacks. Whatever is not named here, every kind has.
 
 local function words(text)
     local list = {}
@@ -40,7 +40,8 @@ local talentGroups = words [[ GetActiveTalentGroup ]]
 -- secrets:   what restricted moments hide is hidden
 -- old:       the world's events come without arguments, SetTexture takes a color, an add-on may be out of date
 local kinds = {
-    retail = { interface = 120100, secrets = true, lacks = { oldNames, talentGroups, { "ACTIVE_TALENT_GROUP_CHANGED" } } },
+    retail = { interface = 120100, secrets = true,
+        lacks = { oldNames, talentGroups, words "ACTIVE_TALENT_GROUP_CHANGED" } },
     mists = { interface = 50504, lacks = { oldNames, talentGroups } },
     anniversary = { interface = 20506, lacks = { oldNames, specializations } },
     -- An older build: what tells a cooldown from the global one is not there yet.

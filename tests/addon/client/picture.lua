@@ -89,8 +89,8 @@ function picture.render(client, hasInterface)
     }
 end
 
--- The color of a pixel as RRGGBB, and what it shows: "game", a "clean" color, or a "mixed" one, where an edge lies inside
--- the pixel. A real screen may round such an edge away, and on another day it may not.
+-- The color of a pixel as RRGGBB, and what it shows: "game", a "clean" color, or a "mixed" one, where an edge lies
+-- inside the pixel. A real screen may round such an edge away, and on another day it may not.
 function picture.color(row, x)
     local noise = (row.noise * 7919 + (x + 1) * 104729) % 1000003
     noise = noise * noise % 16777213

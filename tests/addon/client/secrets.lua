@@ -1,8 +1,8 @@
 -- Secret values: what the game lets an add-on carry about and hand to widgets, but not look at.
 --
--- They are userdata, which raise in arithmetic, concatenation, order and calls by themselves. Equality with another type,
--- a truth test and use as a table key raise nothing in Lua; `guard` rewrites a file's source so that they do. What stays
--- uncaught is what the language does inside its own functions: rawequal, rawset, table.concat and the like.
+-- They are userdata, which raise in arithmetic, concatenation, order and calls by themselves. Equality with another
+-- type, a truth test and use as a table key raise nothing in Lua; `guard` rewrites a file's source so that they do.
+-- What stays uncaught is what Lua does inside functions of its own: rawequal, rawset and the like.
 
 local secrets = {}
 

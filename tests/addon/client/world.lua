@@ -124,18 +124,14 @@ function world.functions(client, define)
             return nil
         end
         local shown, _, isGlobal = cooldownOf(w, ability)
-        local isOnGlobal
-        if not lacks.isOnGCD and isRunning(w, w.gcd) then
-            isOnGlobal = isGlobal
-        end
-        local isActive
+        local info = { startTime = hide(w, shown.start), duration = hide(w, shown.duration), isEnabled = true }
         if not lacks.isActive then
-            isActive = shown ~= NOTHING
+            info.isActive = shown ~= NOTHING
         end
-        return {
-            startTime = hide(w, shown.start), duration = hide(w, shown.duration), isEnabled = true, modRate = 1,
-            isActive = isActive, isOnGCD = isOnGlobal,
-        }
+        if not lacks.isOnGCD and isRunning(w, w.gcd) then
+            info.isOnGCD = isGlobal
+        end
+        return info
     end)
     define("C_ActionBar.GetActionCharges", function(action)
         local ability = world.ability(w, action)
