@@ -1,0 +1,267 @@
+-- lua5.1 tests/addon/check.lua --replay GLIMRA-REPLAY --addon FOLDER SCENARIO...
+--
+-- Plays scenarios, each with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and
+-- holds against each other what the strip said, what Glimra made of it, and what the scenario expects.
+
+package.path = (arg[0]:match("^(.*)/") or ".") .. "/?.lua;" .. package.path
+
+local kinds = require "client.kinds"
+local outcome = require "outcome"
+local scenario = require "scenario"
+local strip = require "strip"
+local truth = require "truth"
+
+local check = {}
+
+-- Glimra takes these ahead of others, so that their order says nothing.
+local AHEAD = "^[DUOVEe`%[%]{}]"
+-- For how long a message of that kind may have waited when an R drops it, in seconds.
+local LONGEST_WAIT = 3
+
+local function runReplay(program, lines)
+    local path = os.tmpname()
+    local file = assert(io.open(path, "w"))
+    file:write(table.concat(lines, "\n"), "\n")
+    file:close()
+    local output = assert(io.popen(("%q --only log,led,dump,quit %q 2>&1"):format(program, path)))
+    local text = output:read("*a")
+    output:close()
+    os.remove(path)
+    return text
+end
+
+-- What Glimra did: taken = messages, calls = calls of the LED driver; { time, text, mark } each, where mark tells how
+-- many of the scenario's marks came before.
+local function readReplay(text)
+    local glimra, mark, hasQuit = { taken = {}, calls = {} }, 0, false
+    for line in text:gmatch("[^\n]+") do
+        local time, kind = line:match('^{"t":([%d.e+-]+),"kind":"(%a+)"')
+        if not kind then
+            error("glimra-replay: " .. line, 0)
+        end
+        local digits = line:match('"text":"evaluating message .-%((%x+)%)\\n"}$')
+        local call, arguments = line:match('"call":"(%w+)","args":%[(.-)%]')
+        if digits then
+            local message = digits:gsub("%x%x", function(byte) return string.char(tonumber(byte, 16)) end)
+            table.insert(glimra.taken, { time = tonumber(time), text = message, mark = mark })
+        elseif call then
+            table.insert(glimra.calls, { text = call .. " " .. arguments:gsub(",", " ") .. " ", mark = mark })
+        elseif line:find('"what":"bitmap 0"', 1, true) then
+            mark = mark + 1
+        end
+        hasQuit = hasQuit or kind == "quit"
+    end
+    return hasQuit and glimra or error("glimra-replay has not come to its end", 0)
+end
+
+-- Whether Glimra may have left a message without saying so in its log.
+local function mayBeUnseen(play, i)
+    local sent, last = play.eye.messages, i - 1
+    local message = sent[i]
+    if message.text == "c" or message.text == "\0" then
+        return true
+    end
+    while sent[last] and #sent[last].text > 1 do
+        last = last - 1
+    end
+    if message.text == "I" and sent[last] and sent[last].text == "I" then
+        return true -- Enter flashes already.
+    end
+    for k = i + 1, #sent do
+        if sent[k].text == "R" then
+            return truth.holdsBack(play.history, message.confirm.from) and not message.text:find(AHEAD)
+                or sent[k].confirm.from - message.confirm.from < LONGEST_WAIT
+        end
+    end
+    return false
+end
+
+-- Each message of the strip has to be taken, and nothing else; those that Glimra does not reorder in their order.
+local function compareMessages(play, glimra)
+    local sent, isTaken, lastInOrder = play.eye.messages, {}, 0
+    for _, taken in ipairs(glimra.taken) do
+        local found = 1
+        while sent[found] and (isTaken[found] or sent[found].text ~= taken.text) do
+            found = found + 1
+        end
+        isTaken[found] = true
+        if not sent[found] then
+            play:complain(("at %.3f s of its clock Glimra took %s, which nobody said"):format(taken.time,
+                strip.printable(taken.text)))
+        elseif not taken.text:find(AHEAD) then
+            if found < lastInOrder then
+                play:complain(("at %.3f s of its clock Glimra took %s later than what was said after it"):format(
+                    taken.time, strip.printable(taken.text)))
+            end
+            lastInOrder = found
+        end
+    end
+    for i, message in ipairs(sent) do
+        if not isTaken[i] and not mayBeUnseen(play, i) then
+            play:complain(("%s, confirmed at %.3f s, was lost: its frames stood for %.3f and %.3f s"):format(
+                strip.printable(message.text), message.confirm.from, message.announce.till - message.announce.from,
+                message.confirm.till - message.confirm.from))
+        end
+    end
+end
+
+local function since(list, expectation)
+    local result = {}
+    for _, item in ipairs(list) do
+        if item.mark == expectation.mark - 1 then
+            result[#result + 1] = item.text
+        end
+    end
+    return result
+end
+
+local function printable(messages)
+    local list = {}
+    for i, message in ipairs(messages) do
+        list[i] = strip.printable(message)
+    end
+    return #list > 0 and table.concat(list, " ") or "nothing"
+end
+
+-- For each kind of expectation: what is wrong, or an empty text.
+local expectations = {}
+
+function expectations.order(_, glimra, expectation, wanted)
+    local taken, i = since(glimra.taken, expectation), 1
+    for _, message in ipairs(taken) do
+        i = message == wanted[i] and i + 1 or i
+    end
+    return i <= #wanted and "Glimra took " .. printable(taken) or ""
+end
+
+function expectations.only(_, glimra, expectation, wanted)
+    local taken = printable(since(glimra.taken, expectation))
+    return taken ~= printable(wanted) and "Glimra took " .. taken or ""
+end
+
+expectations["no"] = function(_, glimra, expectation, unwanted)
+    local taken = since(glimra.taken, expectation)
+    for _, message in ipairs(taken) do
+        for _, bad in ipairs(unwanted) do
+            if message == bad then
+                return "Glimra took " .. printable(taken)
+            end
+        end
+    end
+    return ""
+end
+
+function expectations.led(_, glimra, expectation, call)
+    local text = table.concat(call, " ") .. " "
+    for _, made in ipairs(since(glimra.calls, expectation)) do
+        if made:sub(1, #text) == text then
+            return ""
+        end
+    end
+    return "there was no such call"
+end
+
+function expectations.cooldown(_, glimra, expectation, bar, wanted)
+    local last, slots = {}, {}
+    for _, taken in ipairs(glimra.taken) do
+        if taken.mark < expectation.mark and #taken.text == 2 then
+            last[taken.text:sub(1, 1)] = math.floor(taken.text:byte(2) / 2)
+        end
+    end
+    for prefix, report in pairs(truth.reports) do
+        for slot = 1, 6 do
+            if report[1] == bar and math.floor((last[prefix] or 0) / 2 ^ (6 - slot)) % 2 == 1 then
+                slots[#slots + 1] = report[2] + slot
+            end
+        end
+    end
+    table.sort(slots)
+    local found = #slots > 0 and table.concat(slots, " ") or "none"
+    return found ~= table.concat(wanted, " ") and "Glimra takes these as on cooldown: " .. found or ""
+end
+
+function expectations.truth(play, _, expectation, longest)
+    local lies = {}
+    for _, message in ipairs(play.eye.messages) do
+        local age = truth.age(play.history, message)
+        if message.announce.made <= expectation.time and age > longest then
+            lies[#lies + 1] = ("%s, painted at %.3f s, %s"):format(strip.printable(message.text), message.announce.made,
+                age == math.huge and "had never been so" or ("had not been so for %.3f s"):format(age))
+        end
+    end
+    return table.concat(lies, "; ")
+end
+
+function expectations.standing(play, _, expectation, shortest)
+    local short = {}
+    for i, frame in ipairs(play.eye.frames) do
+        local following = play.eye.frames[i + 1]
+        -- What a loading screen or the player's own wish takes away is nobody's fault.
+        local isCutOff = not following or following.isGame
+        local isDue = frame.kind ~= "none" and not frame.isGame and not isCutOff and frame.till <= expectation.time
+        if isDue and frame.till - frame.from < shortest - 1e-6 then
+            short[#short + 1] = ("the %s frame of %.3f s stood %.3f s, %d pictures"):format(frame.kind, frame.from,
+                frame.till - frame.from, frame.pictures)
+        end
+    end
+    return table.concat(short, "; ")
+end
+
+-- A name that no client has is misspelt; one that others have was asked for.
+local function complainOfUnknownNames(play)
+    for name, place in pairs(play.client.unknownNames) do
+        local isKnown = play.client.mayBeNil[name] or name:find("^SLASH_") or name:find("^ChatFrame%d+")
+        for _, kind in pairs(kinds) do
+            isKnown = isKnown or kind.lacks[name]
+        end
+        if not isKnown then
+            play:complain(place .. ": nobody defines " .. name)
+        end
+    end
+end
+
+-- Everything that is wrong with one variant of a scenario, as a list of lines.
+function check.variant(steps, variant, folder, program)
+    local play = scenario.play(steps, { folder }, variant)
+    if play.client then
+        local glimra = readReplay(runReplay(program, outcome.replay(play)))
+        compareMessages(play, glimra)
+        for _, expectation in ipairs(play.expectations) do
+            local problem = expectations[expectation.kind](play, glimra, expectation, unpack(expectation.values))
+            if problem ~= "" then
+                play:complain(expectation.place .. ": " .. expectation.text .. ": " .. problem)
+            end
+        end
+        complainOfUnknownNames(play)
+    end
+    return play.problems
+end
+
+local function main()
+    local folder, program, isGood, i = "addon/Glimraxmit", "glimra-replay", #arg > 0, 1
+    while arg[i] do
+        if arg[i] == "--addon" then
+            folder, i = arg[i + 1], i + 1
+        elseif arg[i] == "--replay" then
+            program, i = arg[i + 1], i + 1
+        else
+            local steps = scenario.read(arg[i])
+            for _, variant in ipairs(scenario.variants(steps)) do
+                local problems = check.variant(steps, variant, folder, program)
+                print(("%s %s: %s, %s pictures"):format(#problems == 0 and "good" or "FAILED", arg[i], variant.kind,
+                    variant.rate))
+                for _, problem in ipairs(problems) do
+                    print("    " .. problem)
+                end
+                isGood = isGood and #problems == 0
+            end
+        end
+        i = i + 1
+    end
+    os.exit(isGood and 0 or 1)
+end
+
+if arg[0]:find("check%.lua$") then
+    main()
+end
+return check

@@ -1,0 +1,86 @@
+-- Whether what is said on the strip is so.
+
+local world = require "client.world"
+
+local truth = {}
+
+local reports = {
+    ["`"] = { "bar1", 0 }, ["["] = { "bar1", 6 }, ["]"] = { "bar6", 0 }, ["{"] = { "bar6", 6 }, ["}"] = { "bar5", 0 },
+}
+truth.reports = reports
+
+local claims = {
+    C = function(facts) return facts.fight end,
+    O = function(facts) return not facts.fight end,
+    D = function(facts) return facts.dead end,
+    U = function(facts) return not facts.dead end,
+    W = function(facts) return facts.ghost end,
+    V = function(facts) return not facts.ghost end,
+    E = function(facts) return facts.chat end,
+    e = function(facts) return not facts.chat end,
+}
+
+-- The six slots of a report as a number, the first one worth 32.
+local function slots(w, bar, offset)
+    local value = 0
+    for slot = 1, 6 do
+        value = value * 2 + (world.isOnCooldown(w, world.actionOf(w, bar, offset + slot)) and 1 or 0)
+    end
+    return value
+end
+
+-- What is so at this moment, as far as an add-on can know.
+function truth.facts(client)
+    local w = client.world
+    local facts = {
+        fight = w.fight or false, dead = w.dead or false, ghost = w.ghost or false, chat = client.focus ~= nil,
+    }
+    for prefix, report in pairs(reports) do
+        facts[prefix] = slots(w, report[1], report[2])
+    end
+    return facts
+end
+
+local function agrees(facts, text)
+    if reports[text:sub(1, 1)] and #text == 2 then
+        return facts[text:sub(1, 1)] == math.floor(text:byte(2) / 2)
+    end
+    return not claims[text] or claims[text](facts)
+end
+
+-- For how long a message had not been so any more when it was painted; 0 for a true one. history: { time, facts } each.
+function truth.age(history, message)
+    local painted, till = message.announce.made, nil
+    for i = #history, 1, -1 do
+        if history[i].time <= painted then
+            if agrees(history[i].facts, message.text) then
+                return till and painted - till or 0
+            end
+            till = history[i].time
+        end
+    end
+    return math.huge
+end
+
+-- Whether a fight or death holds messages back at a time.
+function truth.holdsBack(history, time)
+    local now = {}
+    for _, entry in ipairs(history) do
+        now = entry.time <= time and entry.facts or now
+    end
+    return now.fight or now.dead or now.ghost
+end
+
+-- Notes the facts in the history where they have changed.
+function truth.note(history, client)
+    local facts, last = truth.facts(client), history[#history]
+    local isSame = last ~= nil
+    for name, value in pairs(facts) do
+        isSame = isSame and last.facts[name] == value
+    end
+    if not isSame then
+        history[#history + 1] = { time = client.now, facts = facts }
+    end
+end
+
+return truth
