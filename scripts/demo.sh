@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # The demonstration, on an X server of its own: demo.sh PROGRAMS FOLDER [OPTION...]
-# The strip painter plays a fight, a death and a whisper at the top of the screen; glimra, started with the
-# options, lights its virtual keyboard. FOLDER gets a picture of each stage and the trace of all that left the
-# application; the exit status tells whether the keyboard lit as it should.
+# An evening in the game: the stand-in for the game plays it with the real add-on, the strip painter shows what the
+# add-on paints, and glimra, started with the options, lights its virtual keyboard. FOLDER gets a picture of each stage
+# and the trace of all that left the application; the exit status tells whether the keyboard lit as it should.
 set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
 bin=$1 folder=$2
 shift 2
 trace=$folder/trace.jsonl
@@ -89,8 +90,9 @@ if ! runs; then
     exit $?
 fi
 
-# Frames that stay for three of the reader's cycles come through on a busy machine too.
-timeout 27 "$bin/glimra-strip" --hold 150 demo | while read -r _ stage; do
+lua5.1 "$root/tests/addon/play.lua" --addon "$root/addon/Glimraxmit" --as strip \
+    "$root/tests/addon/scenarios/demonstration.scenario" >"$folder/strip.txt" || fail "the add-on could not be played."
+timeout 60 "$bin/glimra-strip" - <"$folder/strip.txt" | while read -r _ stage; do
     echo "Stage: $stage"
     case $stage in
         whisper) await_flash ;;

@@ -9,18 +9,19 @@ local _, addon = ...
 -- kind:  for a light that stays on, which of Glimra's lights it is; at most one of a kind is on
 -- ends:  for such a light, the code that ends it
 -- again: for such a light, a code that ends it, too, and does no harm when it is over already
+-- jumps: it goes ahead of what waits at Glimra's
 local list = {
     { code = "C", name = "red pulse", kind = "fight", ends = "O", again = "O" },
     { code = "w", name = "slow pulse", kind = "pulse" },
     { code = "x", name = "brisk pulse", kind = "pulse" },
     { code = "y", name = "fast pulse", kind = "pulse" },
     { code = "z", name = "racing pulse", kind = "pulse" },
-    { code = "D", name = "death glow", kind = "death", ends = "U", again = "U" },
+    { code = "D", name = "death glow", kind = "death", ends = "U", again = "U", jumps = true },
     { code = "W", name = "ghost", kind = "ghost", ends = "V", again = "U", plays = 0.42 },
     { code = "j", name = "teal glow", kind = "glow", ends = "K" },
     { code = "k", name = "blue glow", kind = "glow", ends = "K" },
     { code = "l", name = "green glow", kind = "glow", ends = "K" },
-    { code = "E", name = "chat profile", kind = "chat", ends = "e" },
+    { code = "E", name = "chat profile", kind = "chat", ends = "e", jumps = true },
     { code = "I", name = "Enter flashes", stays = 3 },
     { code = "G", name = "gold row down", plays = 0.5 },
     { code = "g", name = "gold row up", plays = 0.5 },
@@ -43,11 +44,11 @@ local list = {
     { code = "f", name = "white flash", plays = 0.6 },
     { code = "i", name = "Enter no longer flashes" },
     { code = "p", name = "the other of profiles 1 and 2" },
-    { code = "O" },
-    { code = "U" },
-    { code = "V", plays = 0.42 },
+    { code = "O", jumps = true },
+    { code = "U", jumps = true },
+    { code = "V", jumps = true, plays = 0.42 },
     { code = "K", plays = 0.6 },
-    { code = "e" },
+    { code = "e", jumps = true },
     { code = "c" },
     -- Takes no time, but whatever arrives until it is carried out is dropped.
     { code = "R", plays = 0 },

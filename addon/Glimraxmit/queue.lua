@@ -30,9 +30,9 @@ addon.queue = queue
 local mustReset, mustHush = false, false
 local moments = {}
 local reportsInARow, lastReport = 0, 0
--- Times: before which nothing, no light, no moment, no report is announced; and when Glimra will have done all that
--- it was told, at the latest.
-local anythingFrom, lightsFrom, momentsFrom, reportsFrom, doneBy = 0, 0, 0, 0, 0
+-- Times: before which nothing, nothing that jumps ahead, no moment, no report is announced; and when Glimra will have
+-- done all that it was told, at the latest.
+local anythingFrom, jumpsFrom, momentsFrom, reportsFrom, doneBy = 0, 0, 0, 0, 0
 local lastNews, saidAgain, againInFight = nil, false, 0
 local flashing, lastPulse = false, nil
 
@@ -71,7 +71,7 @@ function queue.next(now)
         return message.R
     end
     local light = lights.next()
-    if light and now >= lightsFrom then
+    if light and (now >= jumpsFrom or not light.jumps) then
         return light
     elseif mustHush then
         return message.c
@@ -130,8 +130,8 @@ local function noteTimes(told, value, now)
     end
     doneBy = math.min(math.max(doneBy, now + REACTION - PACE) + PACE + busyAtMost, now + LONGEST_BUSY)
     if not told.isReport then
-        -- Most lights jump ahead of what waits at Glimra's: the end of a fight must not pass its beginning.
-        lightsFrom = doneBy - ANNOUNCING
+        -- The end of a fight must not pass its beginning.
+        jumpsFrom = doneBy - ANNOUNCING
     end
 end
 

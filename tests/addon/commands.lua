@@ -258,6 +258,9 @@ return {
     { "strip WIDTH", "the add-on's strip has so many pixels from now on (80)", function(play, width)
         play.stripWidth = width
     end, "any time" },
+    { "stage NAME", "names this moment, for whoever shows the scenario on a real screen", function(play, name)
+        play.toScreen[#play.toScreen + 1] = { time = play.client.now, stage = name }
+    end },
     { "glimra LINE", "a line for glimra-replay, see docs/replay.md; before login it stands before \"start\"",
         function(play, line) play:toGlimra(line) end, "any time" },
 

@@ -33,7 +33,7 @@ function outcome.replay(play)
         waitUntil(item.time)
         if item.line then
             lines[#lines + 1] = item.line
-        else
+        elseif item.strip then
             if item.strip.width and item.strip.width ~= width then
                 width = item.strip.width
                 lines[#lines + 1] = ("strip-geometry 0 %d"):format(width)
@@ -49,13 +49,13 @@ end
 function outcome.strip(play)
     local lines, now = {}, 0
     for _, item in ipairs(play.toScreen) do
-        if item.strip then
+        if not item.line then
             local moment = math.floor(item.time * 1000 + 0.5)
             if moment > now then
                 lines[#lines + 1] = ("wait %d"):format(moment - now)
                 now = moment
             end
-            lines[#lines + 1] = "frame " .. table.concat(item.strip.cells, " ")
+            lines[#lines + 1] = item.stage and "stage " .. item.stage or "frame " .. table.concat(item.strip.cells, " ")
         end
     end
     lines[#lines + 1] = ("wait %d"):format(play.client.now * 1000 - now)
