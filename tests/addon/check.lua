@@ -3,7 +3,8 @@
 -- Plays scenarios, each with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and
 -- holds against each other what the strip said, what Glimra made of it, and what the scenario expects.
 
-package.path = (arg[0]:match("^(.*)/") or ".") .. "/?.lua;" .. package.path
+local here = arg[0]:match("^(.*)/") or "."
+package.path = here .. "/?.lua;" .. package.path
 
 local kinds = require "client.kinds"
 local outcome = require "outcome"
@@ -238,7 +239,7 @@ function check.variant(steps, variant, folder, program)
 end
 
 local function main()
-    local folder, program, isGood, i = "addon/Glimraxmit", "glimra-replay", #arg > 0, 1
+    local folder, program, isGood, i = here .. "/../../addon/Glimraxmit", "glimra-replay", #arg > 0, 1
     while arg[i] do
         if arg[i] == "--addon" then
             folder, i = arg[i + 1], i + 1

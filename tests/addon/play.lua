@@ -10,7 +10,8 @@
 -- play.lua --commands lists the commands of a scenario.
 -- Exit status: 0, or 1 with what went wrong on standard error, 2 for what cannot be understood.
 
-package.path = (arg[0]:match("^(.*)/") or ".") .. "/?.lua;" .. package.path
+local here = arg[0]:match("^(.*)/") or "."
+package.path = here .. "/?.lua;" .. package.path
 
 local outcome = require "outcome"
 local scenario = require "scenario"
@@ -20,7 +21,7 @@ local function stop(status, text)
     os.exit(status)
 end
 
-local chosen = { addon = "addon/Glimraxmit", as = "replay" }
+local chosen = { addon = here .. "/../../addon/Glimraxmit", as = "replay" }
 local paths, i = {}, 1
 while arg[i] do
     local option = arg[i]:match("^%-%-(%a+)$")
