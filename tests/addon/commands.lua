@@ -232,8 +232,8 @@ return {
         play.client:later(function() editBox(play):SetFocus() end)
         play.client:wait(1)
         play.client:later(function()
-            editBox(play):ClearFocus()
             play.client:enterText(text)
+            editBox(play):ClearFocus()
         end)
         play.client:waitForPicture()
     end },

@@ -175,7 +175,7 @@ local function scenariosWork()
             wait 2
             expect cooldown bar1 1
             type "/paint [\x10"
-            type "/paint ] "
+            type "/paint ]!"
             type "/paint {\x02"
             type "/paint }\x06"
             wait 6
@@ -205,7 +205,7 @@ local function scenariosWork()
         wait 1
         fight
         wait 2
-        expect E e I C
+        expect E I e C
     ]])
     expect(not calibrated:find("expect"), "calibration: %s", calibrated)
     isFine('login\nresize 2560 1051\nui-scale 0.7\nwait 1\nfight\nwait 2\nexpect C\n')

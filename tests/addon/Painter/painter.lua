@@ -56,12 +56,16 @@ end
 
 -- The time of the picture in which a frame is painted does not count: it is not on the screen yet.
 local left, isNew = 0, false
+local rest -- what is shown when nothing else is
 local function update(_, elapsed)
     left = left - (isNew and 0 or elapsed)
     isNew = false
     if left <= 0 and frames[1] then
         paint(table.remove(frames, 1))
         left, isNew = hold, hold == 0.1
+    elseif left <= 0 and rest then
+        paint(rest)
+        rest = nil
     end
 end
 
@@ -128,7 +132,7 @@ function deeds.wide()
     width = 120
     place()
 end
-function deeds.calibrate() frames[#frames + 1] = "`.}w{[y`]w." end
+function deeds.calibrate() rest = "`.}w{[y`]w." end
 function deeds.tell()
     local kept = PainterDB
     print("loaded", kept.loaded, kept.call, kept.deep.self, kept.deep[1] == 1 / 3, kept.deep[true] == "\n\0")

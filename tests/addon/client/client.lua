@@ -264,9 +264,9 @@ function Client:resize(width, height, uiScale)
     end)
 end
 
--- What the player types into the chat and sends.
+-- What the player types into the chat and sends; the box has the focus until it is done.
 function Client:enterText(text)
-    local command, argument = text:match("^(/%S+)%s?(.*)$")
+    local command, argument = text:match("^(/%S+)%s*(.-)%s*$")
     for name, handler in pairs(command and self.globals.SlashCmdList or {}) do
         local i = 1
         while rawget(self.globals, "SLASH_" .. name .. i) do
