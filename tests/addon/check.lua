@@ -59,7 +59,7 @@ end
 local function mayBeUnseen(play, i)
     local sent, last = play.eye.messages, i - 1
     local message = sent[i]
-    if message.text == "c" or message.text == "\0" then
+    if message.isUnread or message.text == "c" or message.text == "\0" then
         return true
     end
     while sent[last] and #sent[last].text > 1 do
@@ -77,14 +77,25 @@ local function mayBeUnseen(play, i)
     return false
 end
 
+-- The place of the first such message that was not taken yet, rather one that Glimra can read.
+local function firstUntaken(sent, isTaken, text)
+    local unread
+    for i, message in ipairs(sent) do
+        if message.text == text and not isTaken[i] then
+            if not message.isUnread then
+                return i
+            end
+            unread = unread or i
+        end
+    end
+    return unread or #sent + 1
+end
+
 -- Each message of the strip has to be taken, and nothing else; those that Glimra does not reorder in their order.
 local function compareMessages(play, glimra)
     local sent, isTaken, lastInOrder = play.eye.messages, {}, 0
     for _, taken in ipairs(glimra.taken) do
-        local found = 1
-        while sent[found] and (isTaken[found] or sent[found].text ~= taken.text) do
-            found = found + 1
-        end
+        local found = firstUntaken(sent, isTaken, taken.text)
         isTaken[found] = true
         if not sent[found] then
             play:complain(("at %.3f s of its clock Glimra took %s, which nobody said"):format(taken.time,

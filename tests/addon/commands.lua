@@ -261,6 +261,9 @@ return {
     { "stage NAME", "names this moment, for whoever shows the scenario on a real screen", function(play, name)
         play.toScreen[#play.toScreen + 1] = { time = play.client.now, stage = name }
     end },
+    { "unread on|off", "Glimra cannot read that strip: what is said may be lost", function(play, isOn)
+        play.isUnread = isOn
+    end },
     { "glimra LINE", "a line for glimra-replay, see docs/replay.md; before login it stands before \"start\"",
         function(play, line) play:toGlimra(line) end, "any time" },
 

@@ -164,7 +164,7 @@ function Play:onScreen(time, row)
     end
     local last = self.lastShown
     self.lastShown, self.hasFault = shown, problem ~= nil
-    self.eye:see(time, shown, row.made)
+    self.eye:see(time, shown, row.made, self.isUnread)
     if not last or last.width ~= shown.width or table.concat(last.cells) ~= table.concat(shown.cells) then
         self.toScreen[#self.toScreen + 1] = { time = time, strip = shown, row = row }
     end

@@ -96,13 +96,13 @@ local Eye = {}
 Eye.__index = Eye
 
 -- An eye that misses nothing. frames: all that were seen, { kind, character, prefix, from, till, pictures, made };
--- messages: { text, announce = frame, confirm = frame }.
+-- messages: { text, announce = frame, confirm = frame, isUnread }.
 function strip.newEye()
     return setmetatable({ frames = {}, messages = {} }, Eye)
 end
 
--- made: when the picture was painted.
-function Eye:see(time, shown, made)
+-- made: when the picture was painted; isUnread: Glimra may miss it.
+function Eye:see(time, shown, made, isUnread)
     local key = table.concat(shown.cells)
     local last = self.frames[#self.frames]
     if last then
@@ -121,7 +121,7 @@ function Eye:see(time, shown, made)
     elseif frame.kind == "confirm" then
         if self.announced and self.announced.character == frame.character then
             self.messages[#self.messages + 1] = {
-                text = frame.prefix .. frame.character, announce = self.announced, confirm = frame,
+                text = frame.prefix .. frame.character, announce = self.announced, confirm = frame, isUnread = isUnread,
             }
         end
         self.announced = nil

@@ -74,11 +74,15 @@ function options.functions(client, define)
     end)
 end
 
-local function controlNamed(client, name)
+-- The control of that name, and a list of { value, label } that it offers; empty for a number.
+local function find(client, name)
     for _, page in ipairs(client.pages) do
         for _, control in ipairs(page.controls) do
             if control.setting.name == name then
-                return control
+                local offers = { dropdown = control.options, checkbox = function()
+                    return { { value = true, label = "on" }, { value = false, label = "off" } }
+                end }
+                return control, offers[control.kind] and offers[control.kind]() or {}
             end
         end
     end
@@ -87,33 +91,29 @@ end
 
 -- The value that the player sees: the label of a drop-down's entry, "on", "off" or a number.
 function options.shown(client, name)
-    local control = controlNamed(client, name)
+    local control, entries = find(client, name)
     local value = control.setting:GetValue()
-    if control.kind == "dropdown" then
-        for _, entry in ipairs(control.options()) do
-            if entry.value == value then
-                return entry.label
-            end
+    for _, entry in ipairs(entries) do
+        if entry.value == value then
+            return entry.label
         end
-        return "nothing"
     end
-    return value == true and "on" or value == false and "off" or tostring(value)
+    return tostring(value)
 end
 
 -- Sets a control as the player does, by what is to be seen on it.
 function options.choose(client, name, shown)
-    local control = controlNamed(client, name)
-    if control.kind == "checkbox" then
-        return client:call(control.setting.SetValue, control.setting, shown == "on")
-    elseif control.kind == "slider" then
-        return client:call(control.setting.SetValue, control.setting, tonumber(shown))
-    end
-    for _, entry in ipairs(control.options()) do
+    local control, entries = find(client, name)
+    local value = #entries == 0 and tonumber(shown) or nil
+    for _, entry in ipairs(entries) do
         if entry.label == shown then
-            return client:call(control.setting.SetValue, control.setting, entry.value)
+            value = entry.value
         end
     end
-    error("\"" .. name .. "\" has no entry \"" .. shown .. "\"", 0)
+    if value == nil then
+        error("\"" .. name .. "\" cannot be set to \"" .. shown .. "\"", 0)
+    end
+    client:call(control.setting.SetValue, control.setting, value)
 end
 
 return options
