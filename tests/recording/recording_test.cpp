@@ -9,6 +9,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace glimra::recording {
 namespace {
 
@@ -143,6 +145,9 @@ TEST(ScriptText, HoldsNoWordsOfTheUsers) {
     EXPECT_EQ(settingLine("a \"b\"", std::string("secret")), std::nullopt);
     EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5}),
               "default \"a \\\"b\\\"\" [1,2.5]");
+    EXPECT_EQ(settingLine("map", platform::NumberArray{std::int64_t{5}, std::nan(""), std::int64_t{6}}),
+              "default \"map\" [5,-1,6]")
+        << "an element that is no number counts as no slot";
     EXPECT_EQ(waitLine(1'000'050'000ns), "wait 1.000050");
 }
 
