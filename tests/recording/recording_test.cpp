@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <clocale>
 #include <cmath>
 
 namespace glimra::recording {
@@ -149,6 +150,24 @@ TEST(ScriptText, HoldsNoWordsOfTheUsers) {
               "default \"map\" [5,-1,6]")
         << "an element that is no number counts as no slot";
     EXPECT_EQ(waitLine(1'000'050'000ns), "wait 1.000050");
+}
+
+TEST(ScriptRecorder, WritesNumbersAsTheReplayReadsThem) {
+    // Where that language is installed; a desktop program takes the user's.
+    std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
+    std::string script;
+    ScriptRecorder recorder([] { return 0s; },
+                            [&script](std::string_view lines) {
+                                script += lines;
+                                return true;
+                            },
+                            [](const std::string&) {});
+    simulated::InMemoryDefaults settings;
+    settings.set("scanWidth", 81.5);
+    settings.set("scanOffset", std::int64_t{3});
+    recorder.launch(settings, 1.25);
+    std::setlocale(LC_NUMERIC, "C");
+    EXPECT_THAT(script, AllOf(HasSubstr("display 1920 1080 1.25\n"), HasSubstr("strip-geometry 3 81.5\n")));
 }
 
 TEST(ScriptRecorder, EndsAtItsLimitAndWhenItCannotWrite) {
