@@ -6,6 +6,8 @@
 #include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/paint_button.h"
 #include "desktop/windows/qt_colors.h"
+#include "desktop/windows/seconds_box.h"
+#include "platform/decimal_text.h"
 
 #include <algorithm>
 
@@ -47,7 +49,8 @@ bool isOperable(const QObject* object) {
         return !action->isSeparator() && action->menu() == nullptr;
     return qobject_cast<const QAbstractButton*>(object) != nullptr ||
            qobject_cast<const QComboBox*>(object) != nullptr ||
-           qobject_cast<const QLineEdit*>(object) != nullptr;
+           qobject_cast<const QLineEdit*>(object) != nullptr ||
+           qobject_cast<const QAbstractSpinBox*>(object) != nullptr;
 }
 
 /// Qt's own parts of a widget have no name, or one that says whose they are.
@@ -218,6 +221,13 @@ void InterfaceBinder::bindAction(QObject* object, const ActionRow& row) {
                 argument.text = titles[static_cast<std::size_t>(index)];
             sendWith(argument);
         });
+    } else if (auto* const box = dynamic_cast<SecondsBox*>(object);
+               box != nullptr && row.kind == ArgumentKind::Text) {
+        connect(box, &QDoubleSpinBox::valueChanged, this, [sendWith, box](double value) {
+            ActionArgument argument;
+            argument.text = QString::number(value, 'f', box->decimals()).toStdString();
+            sendWith(argument);
+        });
     } else if (auto* const field = qobject_cast<QLineEdit*>(object);
                field != nullptr && row.kind == ArgumentKind::Text) {
         connect(field, &QLineEdit::editingFinished, this, [sendWith, field] {
@@ -341,6 +351,14 @@ bool InterfaceBinder::attach(QObject* object, platform::PopUp& control) {
 }
 
 bool InterfaceBinder::attach(QObject* object, platform::TextField& control) {
+    if (auto* const box = dynamic_cast<SecondsBox*>(object)) {
+        const auto showNumber = [box, &control] { box->show(platform::leadingNumber(control.text.get())); };
+        m_show[object] = showNumber;
+        control.text.changed.observe([showNumber](const std::string&) { showNumber(); });
+        showNumber();
+        follow(box, control);
+        return true;
+    }
     auto* const field = qobject_cast<QLineEdit*>(object);
     if (field == nullptr)
         return false;

@@ -6,6 +6,7 @@
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/content_fitter.h"
 #include "desktop/windows/keyboard_canvas.h"
+#include "desktop/windows/seconds_box.h"
 #include "profiles/color_slots.h"
 
 #include "ui_about.h"
@@ -102,6 +103,15 @@ void Windows::buildMainWindow() {
 
 void Windows::buildProgrammer() {
     m_programmer = add<Ui::ColorProgrammer, QWidget>();
+    auto* const blinkTime = dynamic_cast<SecondsBox*>(m_programmer->findChild<QWidget*>("blinkTimeTextbox"));
+    auto* const limits = m_programmer->findChild<QLabel*>("secondsLabel");
+    blinkTime->refused = [limits, range = blinkTime->limits()](bool refused) {
+        limits->setText(QString(refused ? "⚠ Only %1 seconds" : "seconds (%1)").arg(range));
+    };
+    // Nothing moves when the words change.
+    blinkTime->refused(true);
+    limits->setMinimumWidth(limits->sizeHint().width());
+    blinkTime->refused(false);
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
         {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },

@@ -397,12 +397,53 @@ TEST_F(WindowsTest, OptionsGoToTheSettingsAndGreyOutWhatTheyTurnOff) {
     click("combatChatAlertCheckbox");
     EXPECT_EQ(storedBool("autoToggleProfile"), true);
     EXPECT_EQ(storedBool("combatChatWarning"), true);
+}
 
-    auto* const blink = widget<QLineEdit>("blinkTimeTextbox");
-    blink->selectAll();
-    QTest::keyClicks(blink, "2.5");
-    QTest::keyClick(blink, Qt::Key_Return);
-    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 2.5);
+/// The programmer in one of the two ways to write decimals.
+class BlinkTimeTest : public WindowsFixture, public testing::WithParamInterface<QLocale::Language> {
+protected:
+    BlinkTimeTest() { QLocale::setDefault(QLocale(GetParam())); }
+    ~BlinkTimeTest() override { QLocale::setDefault(QLocale::c()); }
+
+    /// What is stored after this was typed over what stood there, and the box was left.
+    std::optional<double> type(const char* text) {
+        auto* const box = widget("blinkTimeTextbox");
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, text);
+        widget("colorOkButton")->setFocus();
+        return platform::storedDouble(m_machine.userDefaults, "blinkTimePref");
+    }
+    std::string shown() { return widget("blinkTimeTextbox")->property("text").toString().toStdString(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, BlinkTimeTest, testing::Values(QLocale::German, QLocale::English));
+
+TEST_P(BlinkTimeTest, NeverTurnsIntoAnotherNumber) {
+    const std::string sign = QLocale().decimalPoint().toStdString();
+    m_machine.userDefaults.set("blinkTimePref", 12.5);
+    launch();
+    openProgrammer();
+    window("colorProgrammerWindow")->activateWindow();
+    EXPECT_EQ(shown(), "12" + sign + "5") << "stored before there was a limit";
+    EXPECT_EQ(type("1,5"), 1.5);
+    EXPECT_EQ(shown(), "1" + sign + "5");
+    EXPECT_EQ(type("2.25"), 2.25);
+    EXPECT_EQ(shown(), "2" + sign + "25");
+    const auto words = [this] { return widget<QLabel>("secondsLabel")->text().toStdString(); };
+    EXPECT_EQ(words(), "seconds (0" + sign + "01 to 5)");
+    for (const char* const none :
+         {"abc", "0", "-1", "15", "0,001", ",", "1e3", "1,5 s", "1,2345", "1.234,5"}) {
+        EXPECT_EQ(type(none), 2.25) << none;
+        EXPECT_EQ(shown(), "2" + sign + "25") << none;
+        EXPECT_THAT(words(), HasSubstr("Only")) << none;
+    }
+    QTest::keyClick(widget("blinkTimeTextbox"), Qt::Key_Down);
+    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 2.15);
+    EXPECT_EQ(type("0,01"), 0.01);
+    EXPECT_EQ(words(), "seconds (0" + sign + "01 to 5)");
+    click("colorOkButton");
+    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 0.01);
 }
 
 TEST_F(WindowsTest, ActionKeysAreStoredWithOkAndForgottenWithCancel) {
