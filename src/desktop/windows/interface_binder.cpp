@@ -395,7 +395,8 @@ bool InterfaceBinder::attach(QObject* object, platform::Label& control) {
 }
 
 bool InterfaceBinder::attach(QObject* object, platform::CheckBox& control) {
-    auto* const box = qobject_cast<QCheckBox*>(object);
+    // A push button stands for one of which nobody asks whether it is on.
+    auto* const box = qobject_cast<QAbstractButton*>(object);
     if (box == nullptr)
         return false;
     const auto show = [box, &control] { box->setChecked(control.on.get()); };

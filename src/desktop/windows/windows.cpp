@@ -135,6 +135,8 @@ void Windows::buildOthers() {
 }
 
 void Windows::bindAll() {
+    m_binder.aboutToSend.observe(
+        [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
     m_binder.setCommand("quit", m.quit);
     m_binder.setCommand("undo", [this] { m_canvas->undo(); });
     m_binder.setCommand("redo", [this] { m_canvas->redo(); });
@@ -172,7 +174,22 @@ void Windows::askForCanvas() {
 void Windows::showStrokes() {
     m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m_canvas->canUndo());
     m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m_canvas->canRedo());
+    showWhatIsPossible();
     showPaletteWarning();
+}
+
+void Windows::showWhatIsPossible() {
+    const app::State& state = m.delegate.state();
+    const app::Outlets& outlets = m.delegate.outlets();
+    m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
+        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && state.canvas.usingActionbarCooldowns);
+    m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
+        ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
+}
+
+void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
+    if (m.delegate.isCalibrating() && action.selector.starts_with("calibrate"))
+        m.delegate.tell("Glimra is calibrating already, for up to 90 seconds.");
 }
 
 void Windows::showPaletteWarning() {

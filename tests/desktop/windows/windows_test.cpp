@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
@@ -85,6 +86,55 @@ TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
                         (button != nullptr && button->text().size() > 1))
                 << each->objectName().toStdString();
         }
+}
+
+TEST_F(WindowsTest, NoTwoControlsOfAWindowOrMenuHaveOneMnemonic) {
+    const auto expectUnique = [](const std::vector<QString>& texts) {
+        std::map<QString, QString> owners;
+        for (const QString& text : texts) {
+            const QString key = QKeySequence::mnemonic(text).toString();
+            EXPECT_TRUE(key.isEmpty() || owners.emplace(key, text).second)
+                << key.toStdString() << ": " << owners[key].toStdString() << ", " << text.toStdString();
+        }
+    };
+    for (QWidget* const top : QApplication::topLevelWidgets()) {
+        std::vector<QString> texts;
+        for (const auto* const button : top->findChildren<QAbstractButton*>())
+            texts.push_back(button->window() == top ? button->text() : QString());
+        for (const auto* const label : top->findChildren<QLabel*>())
+            texts.push_back(label->window() == top && label->buddy() != nullptr ? label->text() : QString());
+        for (const auto* const bar : top->findChildren<QMenuBar*>())
+            for (const QAction* const menu : bar->actions())
+                texts.push_back(menu->text());
+        expectUnique(texts);
+        for (const auto* const menu : top->findChildren<QMenu*>()) {
+            texts.clear();
+            for (const QAction* const item : menu->actions())
+                texts.push_back(item->text());
+            expectUnique(texts);
+        }
+    }
+}
+
+TEST_F(WindowsTest, WhatCanDoNothingNowIsGreyOrSaysSo) {
+    openProgrammer();
+    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled()) << "no cooldowns are shown, so no preview";
+    click("actionBarEffectCheckbox");
+    settle();
+    EXPECT_TRUE(widget("cooldownPreviewBtn")->isEnabled());
+    EXPECT_TRUE(widget("controlAllLightsCheckbox")->isEnabled());
+    click("singleColorModeBtn");
+    settle();
+    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled());
+    EXPECT_FALSE(widget("controlAllLightsCheckbox")->isEnabled()) << "one color is there, not these";
+
+    click("calibrateButton");
+    QTimer::singleShot(0, [this] {
+        window("mainWindow")->findChild<QAction*>("calibrateItem")->trigger();
+        EXPECT_THAT(outlets().myTextScroll.text, HasSubstr("calibrating already"));
+        m_runLoop.terminate();
+    });
+    click("calibrateButton");
 }
 
 /// All windows, in a font of another size than the desktop's own.
