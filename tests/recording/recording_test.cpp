@@ -114,6 +114,23 @@ TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
     EXPECT_EQ(replayedCalls(), m_driver.calls);
 }
 
+TEST_F(RecordingTest, WhatBecomesOfEffectsIsReplayedAsItWasChosen) {
+    m_machine.userDefaults.set("endStaleEffects", true);
+    launch();
+    wait(500ms);
+    show('C');
+    act("endStaleEffectsMI:", {.state = false});
+    wait(40s);
+    EXPECT_TRUE(m_delegate.state().effects.combatAnimationPlaying);
+    const std::size_t callsUntilThen = m_driver.calls.size();
+    act("endStaleEffectsMI:", {.state = true});
+    wait(1s);
+    EXPECT_FALSE(m_delegate.state().effects.combatAnimationPlaying);
+    EXPECT_GT(m_driver.calls.size(), callsUntilThen);
+    quit();
+    EXPECT_EQ(replayedCalls(), m_driver.calls);
+}
+
 TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
     launch();
     wait(500ms);

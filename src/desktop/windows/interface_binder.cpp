@@ -193,10 +193,15 @@ void InterfaceBinder::bindAction(QObject* object, const ActionRow& row) {
     const auto sendWith = [this, object, &row](ActionArgument argument) { send(row, argument, object); };
     const bool isPlain = row.kind == ArgumentKind::None || row.kind == ArgumentKind::ButtonTag;
 
-    if (auto* const item = qobject_cast<QAction*>(object); item != nullptr && isPlain) {
+    if (auto* const item = qobject_cast<QAction*>(object);
+        item != nullptr && (isPlain || row.kind == ArgumentKind::State)) {
         if (row.selector == "debugMenuItem:")
             attach(item, m_delegate.outlets().debugMenuItem);
-        connect(item, &QAction::triggered, this, [sendWith] { sendWith({}); });
+        connect(item, &QAction::triggered, this, [sendWith](bool checked) {
+            ActionArgument argument;
+            argument.state = checked;
+            sendWith(argument);
+        });
     } else if (auto* const well = dynamic_cast<ColorWell*>(object);
                well != nullptr && row.kind == ArgumentKind::Well) {
         well->picked = [sendWith, well](const QColor& color) {

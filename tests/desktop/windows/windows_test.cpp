@@ -600,9 +600,18 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
     m_keyboardName.set("keyboard G810 on USB");
     EXPECT_TRUE(widget<QLabel>("statusText")->accessibleName().startsWith("Keyboard G810 on USB"));
 
+    std::string sent;
+    windows().binder().aboutToSend.observe(
+        [&sent](const app::ActionRow& action, const app::ActionArgument& argument) {
+            sent = action.selector + (argument.state ? " on" : " off");
+        });
     item("endStaleEffectsItem")->trigger();
+    EXPECT_EQ(sent, "endStaleEffectsMI: on") << "what is sent is what a recording has";
     EXPECT_TRUE(state().options.endStaleEffects);
     EXPECT_EQ(m_machine.userDefaults.get("endStaleEffects"), platform::StoredValue{true});
+    m_delegate->setEndStaleEffects(false);
+    Q_EMIT window("mainWindow")->findChild<QMenu*>("keyboardMenu")->aboutToShow();
+    EXPECT_FALSE(item("endStaleEffectsItem")->isChecked());
 }
 
 TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
