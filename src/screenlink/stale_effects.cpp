@@ -1,5 +1,7 @@
 #include "screenlink/stale_effects.h"
 
+#include <utility>
+
 namespace glimra::screenlink {
 
 void StaleEffects::check() {
@@ -7,6 +9,7 @@ void StaleEffects::check() {
     if (!m_lastSign || frames != m_validFrames || m.pump.gameIsInFront()) {
         m_lastSign = m.runLoop.now();
         m_validFrames = frames;
+        m_isSaid = false;
         return;
     }
     if (m.options.endStaleEffects && m.effects.isAnyPlaying() && m.runLoop.now() - *m_lastSign >= kPatience)
@@ -14,7 +17,8 @@ void StaleEffects::check() {
 }
 
 void StaleEffects::endEffects() {
-    m.log.appendLog("The game is gone; the effects that it left behind have ended.\n");
+    if (!std::exchange(m_isSaid, true))
+        m.log.appendLog("The game is gone; the effects that it left behind have ended.\n");
     m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
     for (const lighting::IndividuallyLitKey& key : lighting::individuallyLitKeys)
         m.driver.LogiLedStopEffectsOnKey(key.keyName);

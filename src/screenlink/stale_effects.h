@@ -41,6 +41,8 @@ private:
     std::uint64_t m_validFrames = 0;
     /// The game gave its last sign of life; none before the first look.
     std::optional<platform::Time> m_lastSign;
+    /// What the effects held back may begin others, which end as well.
+    bool m_isSaid = false;
 };
 
 } // namespace glimra::screenlink

@@ -65,6 +65,16 @@ TEST(StaleEffects, EndAlsoWhereNoBitmapReachesAndWithTheirFlags) {
     EXPECT_EQ(test::stateAfter(kWanted + "start\nwait 1\nshow \"I\"\nwait 60")["whisperLightActive"], false);
 }
 
+TEST(StaleEffects, EndAlsoWhatTheyHeldBackAndLetAPlayersWishThrough) {
+    // The fight holds both back: death, and the profile that is asked for afterwards.
+    const std::string script = kWanted + kGameLeavesInAFight + "show \"D\"\ntoken \"5\"\nwait 60";
+    const auto state = test::stateAfter(script);
+    EXPECT_EQ(state["activeColorProfile"], 5);
+    EXPECT_EQ(state["deadAnimationPlaying"], false);
+    EXPECT_THAT(test::replayText(script, {trace::TraceKind::Log}),
+                Contains(HasSubstr("game is gone")).Times(1));
+}
+
 TEST(StaleEffects, EndUnderTheOpenProgrammerAndShowWhatItHolds) {
     const std::string script = kWanted + "start\nwait 0.5\nshow \"3\"\naction \"setColorsBtn:\"\nwait 0.1\n"
                                          "action \"mouseDown:\" 20 130\nshow \"D\"\nwait 60\ndump state";
