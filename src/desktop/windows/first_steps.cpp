@@ -79,6 +79,7 @@ void FirstSteps::showAgain() {
     m_step = 0;
     show();
     m_window->findChild<QWidget*>("guidePanel")->show();
+    m_window->findChild<QWidget*>("guideNext")->setFocus();
 }
 
 void FirstSteps::show() {

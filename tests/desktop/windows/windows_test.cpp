@@ -580,6 +580,9 @@ TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
         click("guideNext");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
     EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);
+    window("mainWindow")->findChild<QAction*>("guideItem")->trigger();
+    EXPECT_FALSE(widget("guidePanel")->isHidden());
+    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("guideNext")) << "also where it was there already";
 }
 
 TEST_F(WindowsTest, TheTrayMenuSwitchesProfilesAndLightsThem) {
