@@ -25,6 +25,10 @@ std::vector<ActionRow> makeTable() {
         row("debugMenuItem:", &D::debugMenuItem),
         row("resetLightsMI:", &D::resetLightsMI),
         row("resetClicked:", &D::resetClicked),
+        {"endStaleEffectsMI:",
+         ArgumentKind::State,
+         {},
+         [](D& delegate, const Argument& argument) { delegate.setEndStaleEffects(argument.state); }},
         row("testLightsMI:", &D::testLightsMI),
         row("testButton:", &D::testButton),
 

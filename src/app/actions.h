@@ -13,7 +13,7 @@ namespace glimra::app {
 /// What a user action brings with it.
 enum class ArgumentKind {
     None,
-    /// The new state of a check box.
+    /// The new state of a check box, or of a menu item that is one.
     State,
     /// The chosen item of a pop-up, by index or, for the key menus, by title.
     Index,

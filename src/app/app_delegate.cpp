@@ -54,7 +54,8 @@ AppDelegate::AppDelegate(platform::Platform& platform)
                   platform.modifiers, m_log, m_outlets, m_windowCloser, m_state.launcher}),
       activeScreenReader(platform.readerCapture, platform.runLoop, m_log, platform.application,
                          m_messageQueue, m_state.stripGeometry, m_state.readerFlags),
-      m_staleEffects({platform.runLoop, activeScreenReader, m_messagePump, m_dispatcher, m_lighting,
+      m_staleEffects({platform.runLoop, activeScreenReader, m_messagePump, platform.ledDriver, m_log,
+                      m_outlets.keyboardCanvas, m_effects, m_lighting, m_state.lighting, m_state.profile,
                       m_state.effects, m_state.options}) {
 }
 

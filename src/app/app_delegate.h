@@ -84,6 +84,7 @@ public:
     std::uint64_t validFrames() const { return activeScreenReader.validFrames(); }
     std::uint64_t dispatchedMessages() const { return m_messagePump.dispatchedMessages(); }
     bool gameIsInFront() const { return m_messagePump.gameIsInFront(); }
+    bool isCalibrating() const { return m_calibration.isRunning(); }
 
     /// Whether long effects end by themselves when the game is gone; remembered.
     void setEndStaleEffects(bool endThem);

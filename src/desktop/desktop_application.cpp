@@ -158,6 +158,8 @@ int runDesktopApplication(const Options& options) {
     app::Outlets& outlets = delegate.outlets();
     const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
     tellNotes(machine, outlets, delegate);
+    machine.told.observe(tell);
+    machine.workspace.told.observe(tell);
     machine.keyboard.told.observe(tell);
     machine.settings.told.observe(tell);
     if (options.printLog)

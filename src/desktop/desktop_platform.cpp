@@ -29,7 +29,7 @@ DesktopPlatform::DesktopPlatform(const Options& options)
       childProcesses(
           voice,
           [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
-          systemLog) {
+          [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }) {
 }
 
 void DesktopPlatform::chooseKeyboard(const std::string& driver) {

@@ -14,6 +14,7 @@
 #include "desktop/thread_worker_loop.h"
 #include "desktop/x11/screen_capture.h"
 #include "keyboards/chosen_keyboard.h"
+#include "platform/controls.h"
 #include "platform/platform.h"
 
 #include <functional>
@@ -45,6 +46,8 @@ struct DesktopPlatform {
     RestingCapture mainCapture;
     ThreadWorkerLoop readerThread;
     keyboards::ChosenKeyboard keyboard;
+    /// Sentences for the user about what could not be done.
+    platform::Signal<std::string_view> told;
     /// What the services of the machine cannot do here, for whoever debugs.
     std::vector<std::string> notes;
     PowerServices power;

@@ -31,7 +31,10 @@ void DesktopWorkspace::observeSleep(std::function<void()> aboutToSleep,
 
 bool DesktopWorkspace::openUrl(const std::string& address) {
     const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
-    return url.isValid() && !url.isRelative() && QDesktopServices::openUrl(url);
+    const bool isOpening = url.isValid() && !url.isRelative() && QDesktopServices::openUrl(url);
+    told.emit(isOpening ? "The browser is asked for " + address
+                        : "No browser can be started. The page is at " + address);
+    return isOpening;
 }
 
 void DesktopWorkspace::timerEvent(QTimerEvent*) {

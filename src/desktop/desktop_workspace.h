@@ -2,6 +2,7 @@
 
 #include "desktop/services/power_services.h"
 #include "desktop/x11/frontmost_application.h"
+#include "platform/controls.h"
 #include "platform/workspace.h"
 
 #include <QBasicTimer>
@@ -23,7 +24,11 @@ public:
 
     std::optional<platform::RunningApplication> frontmostApplication() const override;
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
+    /// Says what becomes of it, too: a browser that fails later does so without a word.
     bool openUrl(const std::string& address) override;
+
+    /// Sentences for the user.
+    platform::Signal<std::string_view> told;
 
 protected:
     void timerEvent(QTimerEvent* event) override;

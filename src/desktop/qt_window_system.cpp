@@ -159,10 +159,13 @@ void QtWindowSystem::hideColorPanel() {
 }
 
 std::optional<std::string> QtWindowSystem::documentsFolder() {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (folder.isEmpty() || !QDir(folder).exists())
-        return std::nullopt;
-    return QFile::encodeName(folder).toStdString();
+    // Many a home has no such folder, and the file may go anywhere.
+    for (const auto location : {QStandardPaths::DocumentsLocation, QStandardPaths::HomeLocation}) {
+        const QString folder = QStandardPaths::writableLocation(location);
+        if (!folder.isEmpty() && QDir(folder).exists())
+            return QFile::encodeName(folder).toStdString();
+    }
+    return std::nullopt;
 }
 
 } // namespace glimra::desktop

@@ -63,7 +63,9 @@ std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
 std::optional<StoredValue> SettingsFile::read(const QString& key) const {
     if (!m_settings.contains(key))
         return std::nullopt;
-    std::optional<StoredValue> value = storedValueFromText(m_settings.value(key).toString().toStdString());
+    // Text with a comma that a hand has written is a list to Qt.
+    const QString text = m_settings.value(key).toStringList().join(',');
+    std::optional<StoredValue> value = storedValueFromText(text.toStdString());
     if (!value && m_reportedKeys.insert(key).second)
         m_systemLog.write("Settings: the value of \"" + key.toStdString() +
                           "\" can't be read and is ignored");

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 
 namespace glimra::desktop {
 
@@ -87,19 +88,20 @@ std::optional<Number> numberFromText(std::string_view text) {
     return std::nullopt;
 }
 
+/// What is no number becomes one that says so; none when there is nothing else.
 std::optional<NumberArray> arrayFromText(std::string_view text) {
     NumberArray numbers;
+    bool isWorthIt = text.empty();
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(' '), text.size());
         if (end > 0) {
             const std::optional<Number> number = numberFromText(text.substr(0, end));
-            if (!number)
-                return std::nullopt;
-            numbers.push_back(*number);
+            isWorthIt = isWorthIt || number;
+            numbers.push_back(number.value_or(std::numeric_limits<double>::quiet_NaN()));
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return numbers;
+    return isWorthIt ? std::optional(std::move(numbers)) : std::nullopt;
 }
 
 std::optional<Data> dataFromHex(std::string_view text) {

@@ -72,7 +72,7 @@ constexpr auto kCopperBlink = blink(kCopper);
 constexpr auto kFireUp = sweepUp(kFire);
 constexpr auto kFireBlink = blink(kFire);
 
-// Edge sequences: colours that flow through seven bands, from both edges to the centre.
+// Edge sequences: colours that flow through seven bands, from the centre to both edges.
 
 constexpr Rgb kUnpainted{64, 64, 64};
 constexpr Rgb kCrimson{255, 25, 25};
@@ -111,7 +111,7 @@ constexpr Paint edgeBands(int distance, Rgb color) {
 }
 
 template <std::size_t Length>
-constexpr auto flowToCentre(const std::array<Rgb, Length>& colors, Duration wait) {
+constexpr auto flowToEdges(const std::array<Rgb, Length>& colors, Duration wait) {
     const auto frame = [&](int number) {
         const Rgb* color = &colors[static_cast<std::size_t>(number)];
         return Frame{Ground::Kept,
@@ -149,11 +149,11 @@ constexpr Steps<4> kEndingN{{
     {Frame{Ground::Kept, {bands(7, {0, 6}, kWhite)}}, 65ms},
 }};
 
-constexpr auto kEdgesA = joined(flowToCentre(kSequenceA, 75ms), counted<0, 5>(75ms, profileRowBack));
+constexpr auto kEdgesA = joined(flowToEdges(kSequenceA, 75ms), counted<0, 5>(75ms, profileRowBack));
 constexpr auto kCentreA = centreColors(kSequenceA, 75ms);
-constexpr auto kEdgesF = joined(flowToCentre(kSequenceF, 65ms), kEndingF, kBackToProfile);
+constexpr auto kEdgesF = joined(flowToEdges(kSequenceF, 65ms), kEndingF, kBackToProfile);
 constexpr auto kCentreF = centreColors(kSequenceF, 65ms);
-constexpr auto kEdgesN = joined(flowToCentre(kSequenceN, 65ms), kEndingN, kBackToProfile);
+constexpr auto kEdgesN = joined(flowToEdges(kSequenceN, 65ms), kEndingN, kBackToProfile);
 constexpr auto kCentreN = centreColors(kSequenceN, 65ms);
 
 // Stripe run: three pairs of stripes, four bands apart, from left to right.

@@ -134,6 +134,9 @@ void Dispatcher::resetLights(ResetNotice notice) {
         m.log.appendLog("Reset the message queue, color profile, and animated keys.\n");
     m.messages.messageQueue.set({});
     m.messages.currentMessage.clear();
+    // In single-colour mode the whole keyboard is stopped below.
+    if ((m.effects.combatAnimationPlaying || m.effects.deadAnimationPlaying) && !m.options.useSingleColorMode)
+        m.effects.leftPulsing = true;
     m.effects.combatAnimationPlaying = false;
     m.effects.deadAnimationPlaying = false;
     m.effects.shadowAnimationPlaying = false;
@@ -152,6 +155,7 @@ void Dispatcher::endCombat() {
     for (const KeyName key : combatKeys)
         m.driver.LogiLedStopEffectsOnKey(key);
     m.effects.combatAnimationPlaying = false;
+    m.effects.leftPulsing = false;
     m.messages.WoWisInTheForeground = 0;
 }
 
@@ -163,6 +167,7 @@ void Dispatcher::startDeath() {
 void Dispatcher::endDeath() {
     m.lighting.stopScatterPulse();
     m.effects.deadAnimationPlaying = false;
+    m.effects.leftPulsing = false;
     m.messages.WoWisInTheForeground = 1;
 }
 

@@ -38,7 +38,8 @@ public:
     /// terminated.
     void evaluateMessage(std::string_view message);
 
-    /// Drops what waits, ends every effect and goes back to profile 1. The whisper signal, the combat pulse's
+    /// Drops what waits, ends the effects on the keys of the LED bitmap and goes back to profile 1. Outside
+    /// single-colour mode the other keys go on pulsing. The flag of the whisper signal, the combat pulse's
     /// speed and the cooldowns stay.
     void resetLights(ResetNotice notice);
 

@@ -14,12 +14,15 @@ struct EffectState {
     bool shadowAnimationPlaying = false;
     /// The whisper signal on the Enter key.
     bool whisperLightActive = false;
+    /// A reset left keys pulsing that no bitmap covers: G keys, logo and badge.
+    bool leftPulsing = false;
     /// Period of the combat pulse.
     int combatPulseMs = 400;
 
     /// Whether one of them shows that only a message of the game ends.
     bool isAnyPlaying() const {
-        return combatAnimationPlaying || deadAnimationPlaying || shadowAnimationPlaying || whisperLightActive;
+        return combatAnimationPlaying || deadAnimationPlaying || shadowAnimationPlaying ||
+               whisperLightActive || leftPulsing;
     }
 };
 

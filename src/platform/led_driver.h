@@ -28,7 +28,8 @@ public:
     virtual bool LogiLedSetLightingFromBitmap(LedBitmapView bitmap) = 0;
     virtual bool LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage, int greenPercentage,
                                                      int bluePercentage) = 0;
-    /// Flashes a key every `msInterval` for `msDuration` (0: until stopped).
+    /// Lights a key in the colour for `msInterval`, lets it be for as long, and so on, for `msDuration` (0:
+    /// until stopped): a flash begins every second interval.
     virtual bool LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage,
                                        int bluePercentage, int msDuration, int msInterval) = 0;
     /// Pulses a key from the start to the finish colour and back, once in `msDuration`, and when `isInfinite`

@@ -54,7 +54,7 @@ public:
     /// Hides the shared colour panel, if it shows.
     virtual void hideColorPanel() = 0;
 
-    /// The user's folder for documents; none when there is no such folder.
+    /// The user's folder for documents, or what stands in for it; none when there is no such folder.
     virtual std::optional<std::string> documentsFolder() = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "recording/script_recorder.h"
 
+#include "platform/decimal_text.h"
 #include "recording/script_text.h"
 #include "screenlink/scan_settings.h"
 
@@ -41,10 +42,11 @@ void ScriptRecorder::launch(const platform::UserDefaults& settings, double scale
     screenlink::loadScanSettings(scan, {settings, noLog});
     const double right = scan.scanWidth + scan.scanOffset;
     write({"display " + std::to_string(static_cast<int>(std::clamp(right, 1920.0, 1e5))) + " 1080 " +
-               std::to_string(scale),
+               platform::decimalText(scale),
            time});
     if (scan.scanWidth > 0.0)
-        write({"strip-geometry " + std::to_string(scan.scanOffset) + " " + std::to_string(scan.scanWidth),
+        write({"strip-geometry " + std::to_string(scan.scanOffset) + " " +
+                   platform::decimalText(scan.scanWidth),
                time});
     write({"start", time});
 }

@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
+
 namespace glimra::recording {
 
 namespace {
@@ -24,10 +26,16 @@ std::string jsonText(std::string_view text) {
     return json(text).dump(-1, ' ', true, json::error_handler_t::replace);
 }
 
+/// Arrays are key maps. An element that is no number, which JSON cannot show, is no slot; nor is -1.
 json toJson(const platform::NumberArray& numbers) {
     json array = json::array();
-    for (const platform::Number& number : numbers)
-        std::visit([&array](auto value) { array.push_back(value); }, number);
+    for (const platform::Number& number : numbers) {
+        const auto* const real = std::get_if<double>(&number);
+        if (real != nullptr && !std::isfinite(*real))
+            array.push_back(-1);
+        else
+            std::visit([&array](auto value) { array.push_back(value); }, number);
+    }
     return array;
 }
 

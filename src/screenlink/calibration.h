@@ -26,6 +26,7 @@ public:
     /// The calibrate command. While a search runs it is ignored. The reader goes on with the old geometry
     /// until a search has succeeded.
     void calibrateScreen();
+    bool isRunning() const { return m_running; }
 
 private:
     void runSearch();

@@ -6,7 +6,8 @@
 namespace glimra::screenlink {
 
 /// Ends what the game left burning: where it crashed or was closed in a fight, nobody would ever tell that
-/// the fight is over. Main thread.
+/// the fight is over. It ends effects and nothing else: what waits in the queue and the profile stay, and the
+/// keyboard shows again what the effects lay over. Main thread.
 class StaleEffects {
 public:
     /// How long the strip must be gone, and the game not in front.
@@ -16,9 +17,14 @@ public:
         platform::RunLoop& runLoop;
         const ScreenReader& reader;
         const MessagePump& pump;
-        events::Dispatcher& dispatcher;
+        platform::LedDriver& driver;
+        platform::MessageLog& log;
+        platform::CanvasView& canvasView;
+        events::Effects& animations;
         lighting::LightingOutput& lighting;
-        const events::EffectState& effects;
+        const lighting::LightingState& lightingState;
+        const profiles::ProfileState& profile;
+        events::EffectState& effects;
         const events::OptionState& options;
     };
 
@@ -29,12 +35,14 @@ public:
 
 private:
     void endEffects();
+    void showWhatLiesUnder();
 
     Parts m;
     std::uint64_t m_validFrames = 0;
     /// The game gave its last sign of life; none before the first look.
     std::optional<platform::Time> m_lastSign;
-    bool m_ended = false;
+    /// What the effects held back may begin others, which end as well.
+    bool m_isSaid = false;
 };
 
 } // namespace glimra::screenlink

@@ -31,6 +31,7 @@ using platform::NumberArray;
 using platform::StoredValue;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::VariantWith;
 
 class LinesLog final : public platform::SystemLog {
 public:
@@ -114,7 +115,7 @@ TEST_F(SettingsTest, DamagedValuesCountAsAbsentAndAreSaidOnce) {
                                            "- 5",
                                            "+5",
                                            "[1 2",
-                                           "[1 two]",
+                                           "[one two]",
                                            "hex:0g",
                                            "hex:0",
                                            "HEX:00",
@@ -135,6 +136,17 @@ TEST_F(SettingsTest, DamagedValuesCountAsAbsentAndAreSaidOnce) {
     EXPECT_EQ(settings.all(), (std::map<std::string, StoredValue, std::less<>>{{"good", std::int64_t{7}}}));
     EXPECT_EQ(m_log.lines.size(), damaged.size());
     EXPECT_THAT(m_log.lines.front(), HasSubstr("\"bad0\""));
+}
+
+TEST_F(SettingsTest, AnArrayLosesItsDamagedElementsOnly) {
+    writeFile("[General]\nmap=[4 fuenf 6 99999999999999999999 -1 7,5]\n");
+    const auto read = SettingsFile(path(), m_log).get("map");
+    ASSERT_TRUE(read);
+    using Integer = testing::Matcher<const platform::Number&>;
+    const Integer damaged = VariantWith<double>(testing::IsNan());
+    const auto integer = [](std::int64_t value) -> Integer { return VariantWith<std::int64_t>(value); };
+    EXPECT_THAT(std::get<NumberArray>(*read),
+                ElementsAre(integer(4), damaged, integer(6), damaged, integer(-1), damaged));
 }
 
 TEST_F(SettingsTest, ADamagedFileIsKeptBesideTheNewOne) {

@@ -2,9 +2,11 @@
 #include "desktop/qt_window_system.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -70,6 +72,20 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     stored = Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}};
     m_windowSystem.restoreFrame("windowPosition");
     EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
+}
+
+TEST_F(WindowSystemTest, WithoutADocumentsFolderTheHomeFolderStandsInForIt) {
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+    EXPECT_EQ(m_windowSystem.documentsFolder(), home.path().toStdString());
+    QDir(home.path()).mkdir("Documents");
+    EXPECT_EQ(m_windowSystem.documentsFolder(), home.filePath("Documents").toStdString());
+    qputenv("HOME", home.filePath("nobody").toLocal8Bit());
+    EXPECT_EQ(m_windowSystem.documentsFolder(), std::nullopt);
+    qputenv("HOME", before);
+    qunsetenv("XDG_CONFIG_HOME");
 }
 
 TEST_F(WindowSystemTest, AModalSessionEndsWithItsCodeOrWithItsWindow) {

@@ -9,6 +9,9 @@
 
 #include <gmock/gmock.h>
 
+#include <clocale>
+#include <cmath>
+
 namespace glimra::recording {
 namespace {
 
@@ -111,6 +114,23 @@ TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
     EXPECT_EQ(replayedCalls(), m_driver.calls);
 }
 
+TEST_F(RecordingTest, WhatBecomesOfEffectsIsReplayedAsItWasChosen) {
+    m_machine.userDefaults.set("endStaleEffects", true);
+    launch();
+    wait(500ms);
+    show('C');
+    act("endStaleEffectsMI:", {.state = false});
+    wait(40s);
+    EXPECT_TRUE(m_delegate.state().effects.combatAnimationPlaying);
+    const std::size_t callsUntilThen = m_driver.calls.size();
+    act("endStaleEffectsMI:", {.state = true});
+    wait(1s);
+    EXPECT_FALSE(m_delegate.state().effects.combatAnimationPlaying);
+    EXPECT_GT(m_driver.calls.size(), callsUntilThen);
+    quit();
+    EXPECT_EQ(replayedCalls(), m_driver.calls);
+}
+
 TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
     launch();
     wait(500ms);
@@ -143,7 +163,28 @@ TEST(ScriptText, HoldsNoWordsOfTheUsers) {
     EXPECT_EQ(settingLine("a \"b\"", std::string("secret")), std::nullopt);
     EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5}),
               "default \"a \\\"b\\\"\" [1,2.5]");
+    EXPECT_EQ(settingLine("map", platform::NumberArray{std::int64_t{5}, std::nan(""), std::int64_t{6}}),
+              "default \"map\" [5,-1,6]")
+        << "an element that is no number counts as no slot";
     EXPECT_EQ(waitLine(1'000'050'000ns), "wait 1.000050");
+}
+
+TEST(ScriptRecorder, WritesNumbersAsTheReplayReadsThem) {
+    // Where that language is installed; a desktop program takes the user's.
+    std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
+    std::string script;
+    ScriptRecorder recorder([] { return 0s; },
+                            [&script](std::string_view lines) {
+                                script += lines;
+                                return true;
+                            },
+                            [](const std::string&) {});
+    simulated::InMemoryDefaults settings;
+    settings.set("scanWidth", 81.5);
+    settings.set("scanOffset", std::int64_t{3});
+    recorder.launch(settings, 1.25);
+    std::setlocale(LC_NUMERIC, "C");
+    EXPECT_THAT(script, AllOf(HasSubstr("display 1920 1080 1.25\n"), HasSubstr("strip-geometry 3 81.5\n")));
 }
 
 TEST(ScriptRecorder, EndsAtItsLimitAndWhenItCannotWrite) {

@@ -16,12 +16,14 @@ namespace {
 /// Where there is no sound device it has been seen to hang.
 constexpr auto kSpeechLimit = std::chrono::seconds(5);
 
+constexpr const char* kWhereNamesAre = "Application Names in the menu Launch tells what is launched.";
+
 } // namespace
 
-LinuxCommands::LinuxCommands(BackgroundWorker& voice, RaiseWindow raiseWindow, platform::SystemLog& systemLog)
+LinuxCommands::LinuxCommands(BackgroundWorker& voice, RaiseWindow raiseWindow, Tell tell)
     : m_voice(voice),
       m_raiseWindow(std::move(raiseWindow)),
-      m_systemLog(systemLog) {
+      m_tell(std::move(tell)) {
 }
 
 void LinuxCommands::start(const std::string& path, const std::vector<std::string>& arguments) {
@@ -42,18 +44,26 @@ void LinuxCommands::speak(const std::string& text) {
 
 void LinuxCommands::activate(const std::string& argument) {
     const std::optional<std::string> name = activatedApplication(argument);
-    if (!name || name->empty() || m_raiseWindow(*name))
+    if (!name)
         return;
-    m_launches.post([name = *name](const std::stop_token&) {
-        if (const std::optional<Command> command = findApplication(name, dataFolders()))
-            startDetached(*command);
+    if (name->empty())
+        return m_tell(std::string("There is nothing to launch: the application has no name. ") +
+                      kWhereNamesAre);
+    if (m_raiseWindow(*name))
+        return;
+    m_launches.post([this, name = *name](const std::stop_token&) {
+        const std::optional<Command> command = findApplication(name, dataFolders());
+        if (!command)
+            m_tell("There is no application \"" + name + "\" on this machine. " + kWhereNamesAre);
+        else if (!startDetached(*command))
+            m_tell("The application \"" + name + "\" can't be started.");
     });
 }
 
 void LinuxCommands::launch(const std::string& path, const std::vector<std::string>& arguments) {
     m_launches.post([this, path, arguments](const std::stop_token&) {
         if (!startDetached({path, arguments, {}}))
-            m_systemLog.write("Can't start " + path);
+            m_tell("Can't start " + path + ".");
     });
 }
 

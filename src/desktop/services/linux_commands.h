@@ -12,7 +12,7 @@ namespace glimra::desktop {
 ///
 /// - /usr/bin/say with one argument speaks it through speech-dispatcher, if that is installed;
 /// - /usr/bin/osascript with the argument that activates an application brings its window to the front, or
-///   starts the application whose desktop entry has that name, or else does nothing.
+///   starts the application whose desktop entry has that name.
 ///
 /// Every other path is started as it is. `start` hands over to a worker and returns.
 class LinuxCommands final : public platform::ChildProcesses {
@@ -20,9 +20,12 @@ public:
     /// Brings the window of an application to the front; false when there is none. Main thread.
     using RaiseWindow = std::function<bool(const std::string& name)>;
 
-    /// What is spoken goes to `voice`, what is started to a worker of its own. A program that cannot be
-    /// started is said in the system log.
-    LinuxCommands(BackgroundWorker& voice, RaiseWindow raiseWindow, platform::SystemLog& systemLog);
+    /// Takes a sentence for the user. Any thread.
+    using Tell = std::function<void(const std::string& sentence)>;
+
+    /// What is spoken goes to `voice`, what is started to a worker of its own. What cannot be started is
+    /// told.
+    LinuxCommands(BackgroundWorker& voice, RaiseWindow raiseWindow, Tell tell);
 
     void start(const std::string& path, const std::vector<std::string>& arguments) override;
 
@@ -33,7 +36,7 @@ private:
 
     BackgroundWorker& m_voice;
     RaiseWindow m_raiseWindow;
-    platform::SystemLog& m_systemLog;
+    Tell m_tell;
     /// More than anyone can ask for in the time that a start takes.
     BackgroundWorker m_launches{8};
 };

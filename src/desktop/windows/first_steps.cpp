@@ -32,7 +32,9 @@ constexpr std::array<Step, 4> kSteps{{
      "when "
      "it is done.",
      "Calibrate", "calibrateButton"},
-    {"Test", "The test pattern lets the whole keyboard flash red. If it does, the keyboard works.",
+    {"Test",
+     "The test pattern is a red block in a white frame. If your keyboard shows it, the keyboard works. Press "
+     "Reset to end it.",
      "Show Test Pattern", "testButton"},
     {"Ready",
      "Choose your colors with Set Colors, and tell Glimra your keys with Map Action Keys in the menu "
@@ -77,6 +79,7 @@ void FirstSteps::showAgain() {
     m_step = 0;
     show();
     m_window->findChild<QWidget*>("guidePanel")->show();
+    m_window->findChild<QWidget*>("guideNext")->setFocus();
 }
 
 void FirstSteps::show() {

@@ -6,6 +6,8 @@
 #include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/paint_button.h"
 #include "desktop/windows/qt_colors.h"
+#include "desktop/windows/seconds_box.h"
+#include "platform/decimal_text.h"
 
 #include <algorithm>
 
@@ -47,7 +49,8 @@ bool isOperable(const QObject* object) {
         return !action->isSeparator() && action->menu() == nullptr;
     return qobject_cast<const QAbstractButton*>(object) != nullptr ||
            qobject_cast<const QComboBox*>(object) != nullptr ||
-           qobject_cast<const QLineEdit*>(object) != nullptr;
+           qobject_cast<const QLineEdit*>(object) != nullptr ||
+           qobject_cast<const QAbstractSpinBox*>(object) != nullptr;
 }
 
 /// Qt's own parts of a widget have no name, or one that says whose they are.
@@ -190,10 +193,15 @@ void InterfaceBinder::bindAction(QObject* object, const ActionRow& row) {
     const auto sendWith = [this, object, &row](ActionArgument argument) { send(row, argument, object); };
     const bool isPlain = row.kind == ArgumentKind::None || row.kind == ArgumentKind::ButtonTag;
 
-    if (auto* const item = qobject_cast<QAction*>(object); item != nullptr && isPlain) {
+    if (auto* const item = qobject_cast<QAction*>(object);
+        item != nullptr && (isPlain || row.kind == ArgumentKind::State)) {
         if (row.selector == "debugMenuItem:")
             attach(item, m_delegate.outlets().debugMenuItem);
-        connect(item, &QAction::triggered, this, [sendWith] { sendWith({}); });
+        connect(item, &QAction::triggered, this, [sendWith](bool checked) {
+            ActionArgument argument;
+            argument.state = checked;
+            sendWith(argument);
+        });
     } else if (auto* const well = dynamic_cast<ColorWell*>(object);
                well != nullptr && row.kind == ArgumentKind::Well) {
         well->picked = [sendWith, well](const QColor& color) {
@@ -216,6 +224,13 @@ void InterfaceBinder::bindAction(QObject* object, const ActionRow& row) {
             ActionArgument argument = withNumber(index);
             if (static_cast<std::size_t>(index) < titles.size())
                 argument.text = titles[static_cast<std::size_t>(index)];
+            sendWith(argument);
+        });
+    } else if (auto* const box = dynamic_cast<SecondsBox*>(object);
+               box != nullptr && row.kind == ArgumentKind::Text) {
+        connect(box, &QDoubleSpinBox::valueChanged, this, [sendWith, box](double value) {
+            ActionArgument argument;
+            argument.text = QString::number(value, 'f', box->decimals()).toStdString();
             sendWith(argument);
         });
     } else if (auto* const field = qobject_cast<QLineEdit*>(object);
@@ -341,6 +356,14 @@ bool InterfaceBinder::attach(QObject* object, platform::PopUp& control) {
 }
 
 bool InterfaceBinder::attach(QObject* object, platform::TextField& control) {
+    if (auto* const box = dynamic_cast<SecondsBox*>(object)) {
+        const auto showNumber = [box, &control] { box->show(platform::leadingNumber(control.text.get())); };
+        m_show[object] = showNumber;
+        control.text.changed.observe([showNumber](const std::string&) { showNumber(); });
+        showNumber();
+        follow(box, control);
+        return true;
+    }
     auto* const field = qobject_cast<QLineEdit*>(object);
     if (field == nullptr)
         return false;
@@ -377,7 +400,8 @@ bool InterfaceBinder::attach(QObject* object, platform::Label& control) {
 }
 
 bool InterfaceBinder::attach(QObject* object, platform::CheckBox& control) {
-    auto* const box = qobject_cast<QCheckBox*>(object);
+    // A push button stands for one of which nobody asks whether it is on.
+    auto* const box = qobject_cast<QAbstractButton*>(object);
     if (box == nullptr)
         return false;
     const auto show = [box, &control] { box->setChecked(control.on.get()); };

@@ -14,26 +14,20 @@ QString toQString(std::string_view text) {
 
 } // namespace
 
-KeyboardMenu::KeyboardMenu(QMenu* menu, KeyboardChoice choice, app::AppDelegate& delegate)
+KeyboardMenu::KeyboardMenu(QMenu* menu, KeyboardChoice choice, const app::AppDelegate& delegate)
     : m_choice(std::move(choice)) {
-    menu->addSeparator();
-    QMenu* const drivers = menu->addMenu("&Light the Keyboard By");
+    auto* const stale = menu->parentWidget()->window()->findChild<QAction*>("endStaleEffectsItem");
+    auto* const drivers = new QMenu("&Light the Keyboard By", menu);
     drivers->setObjectName("driverMenu");
+    menu->insertMenu(stale, drivers);
     addDriver(drivers, std::string(keyboards::kAutomaticDriver), "&Automatic");
     drivers->addSeparator();
     for (const keyboards::DriverName& driver : keyboards::kDriverNames)
         addDriver(drivers, std::string(driver.name), toQString(driver.title));
 
-    QAction* const stale = menu->addAction("&End Effects When the Game Is Gone");
-    stale->setObjectName("endStaleEffectsItem");
-    stale->setToolTip("Half a minute after the game was last heard of");
-    stale->setCheckable(true);
-    connect(stale, &QAction::toggled, this, [&delegate](bool on) { delegate.setEndStaleEffects(on); });
     // The setting is read when the application launches, which is after the windows are made.
-    connect(menu, &QMenu::aboutToShow, stale, [stale, &delegate] {
-        const QSignalBlocker blocker(stale);
-        stale->setChecked(delegate.state().options.endStaleEffects);
-    });
+    connect(menu, &QMenu::aboutToShow, stale,
+            [stale, &delegate] { stale->setChecked(delegate.state().options.endStaleEffects); });
 }
 
 void KeyboardMenu::addDriver(QMenu* menu, const std::string& name, const QString& title) {

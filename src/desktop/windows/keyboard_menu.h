@@ -20,7 +20,7 @@ struct KeyboardChoice {
 /// gone. Main thread.
 class KeyboardMenu final : public QObject {
 public:
-    KeyboardMenu(QMenu* menu, KeyboardChoice choice, app::AppDelegate& delegate);
+    KeyboardMenu(QMenu* menu, KeyboardChoice choice, const app::AppDelegate& delegate);
 
 private:
     void addDriver(QMenu* menu, const std::string& name, const QString& title);

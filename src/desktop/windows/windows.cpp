@@ -6,6 +6,7 @@
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/content_fitter.h"
 #include "desktop/windows/keyboard_canvas.h"
+#include "desktop/windows/seconds_box.h"
 #include "profiles/color_slots.h"
 
 #include "ui_about.h"
@@ -102,6 +103,15 @@ void Windows::buildMainWindow() {
 
 void Windows::buildProgrammer() {
     m_programmer = add<Ui::ColorProgrammer, QWidget>();
+    auto* const blinkTime = dynamic_cast<SecondsBox*>(m_programmer->findChild<QWidget*>("blinkTimeTextbox"));
+    auto* const limits = m_programmer->findChild<QLabel*>("secondsLabel");
+    blinkTime->refused = [limits, range = blinkTime->limits()](bool refused) {
+        limits->setText(QString(refused ? "⚠ Only %1 seconds" : "seconds (%1)").arg(range));
+    };
+    // Nothing moves when the words change.
+    blinkTime->refused(true);
+    limits->setMinimumWidth(limits->sizeHint().width());
+    blinkTime->refused(false);
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
         {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },
@@ -125,6 +135,8 @@ void Windows::buildOthers() {
 }
 
 void Windows::bindAll() {
+    m_binder.aboutToSend.observe(
+        [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
     m_binder.setCommand("quit", m.quit);
     m_binder.setCommand("undo", [this] { m_canvas->undo(); });
     m_binder.setCommand("redo", [this] { m_canvas->redo(); });
@@ -162,7 +174,22 @@ void Windows::askForCanvas() {
 void Windows::showStrokes() {
     m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m_canvas->canUndo());
     m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m_canvas->canRedo());
+    showWhatIsPossible();
     showPaletteWarning();
+}
+
+void Windows::showWhatIsPossible() {
+    const app::State& state = m.delegate.state();
+    const app::Outlets& outlets = m.delegate.outlets();
+    m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
+        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && state.canvas.usingActionbarCooldowns);
+    m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
+        ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
+}
+
+void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
+    if (m.delegate.isCalibrating() && action.selector.starts_with("calibrate"))
+        m.delegate.tell("Glimra is calibrating already, for up to 90 seconds.");
 }
 
 void Windows::showPaletteWarning() {

@@ -50,6 +50,9 @@ private:
     void bindAll();
     void askForCanvas();
     void showStrokes();
+    /// Greys out what would do nothing now.
+    void showWhatIsPossible();
+    void sayWhatIsIgnored(const app::ActionRow& action);
     void showPaletteWarning();
     QString colorNameOfKey(lighting::KeyCode code) const;
 

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
@@ -85,6 +86,55 @@ TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
                         (button != nullptr && button->text().size() > 1))
                 << each->objectName().toStdString();
         }
+}
+
+TEST_F(WindowsTest, NoTwoControlsOfAWindowOrMenuHaveOneMnemonic) {
+    const auto expectUnique = [](const std::vector<QString>& texts) {
+        std::map<QString, QString> owners;
+        for (const QString& text : texts) {
+            const QString key = QKeySequence::mnemonic(text).toString();
+            EXPECT_TRUE(key.isEmpty() || owners.emplace(key, text).second)
+                << key.toStdString() << ": " << owners[key].toStdString() << ", " << text.toStdString();
+        }
+    };
+    for (QWidget* const top : QApplication::topLevelWidgets()) {
+        std::vector<QString> texts;
+        for (const auto* const button : top->findChildren<QAbstractButton*>())
+            texts.push_back(button->window() == top ? button->text() : QString());
+        for (const auto* const label : top->findChildren<QLabel*>())
+            texts.push_back(label->window() == top && label->buddy() != nullptr ? label->text() : QString());
+        for (const auto* const bar : top->findChildren<QMenuBar*>())
+            for (const QAction* const menu : bar->actions())
+                texts.push_back(menu->text());
+        expectUnique(texts);
+        for (const auto* const menu : top->findChildren<QMenu*>()) {
+            texts.clear();
+            for (const QAction* const item : menu->actions())
+                texts.push_back(item->text());
+            expectUnique(texts);
+        }
+    }
+}
+
+TEST_F(WindowsTest, WhatCanDoNothingNowIsGreyOrSaysSo) {
+    openProgrammer();
+    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled()) << "no cooldowns are shown, so no preview";
+    click("actionBarEffectCheckbox");
+    settle();
+    EXPECT_TRUE(widget("cooldownPreviewBtn")->isEnabled());
+    EXPECT_TRUE(widget("controlAllLightsCheckbox")->isEnabled());
+    click("singleColorModeBtn");
+    settle();
+    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled());
+    EXPECT_FALSE(widget("controlAllLightsCheckbox")->isEnabled()) << "one color is there, not these";
+
+    click("calibrateButton");
+    QTimer::singleShot(0, [this] {
+        window("mainWindow")->findChild<QAction*>("calibrateItem")->trigger();
+        EXPECT_THAT(outlets().myTextScroll.text, HasSubstr("calibrating already"));
+        m_runLoop.terminate();
+    });
+    click("calibrateButton");
 }
 
 /// All windows, in a font of another size than the desktop's own.
@@ -397,12 +447,53 @@ TEST_F(WindowsTest, OptionsGoToTheSettingsAndGreyOutWhatTheyTurnOff) {
     click("combatChatAlertCheckbox");
     EXPECT_EQ(storedBool("autoToggleProfile"), true);
     EXPECT_EQ(storedBool("combatChatWarning"), true);
+}
 
-    auto* const blink = widget<QLineEdit>("blinkTimeTextbox");
-    blink->selectAll();
-    QTest::keyClicks(blink, "2.5");
-    QTest::keyClick(blink, Qt::Key_Return);
-    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 2.5);
+/// The programmer in one of the two ways to write decimals.
+class BlinkTimeTest : public WindowsFixture, public testing::WithParamInterface<QLocale::Language> {
+protected:
+    BlinkTimeTest() { QLocale::setDefault(QLocale(GetParam())); }
+    ~BlinkTimeTest() override { QLocale::setDefault(QLocale::c()); }
+
+    /// What is stored after this was typed over what stood there, and the box was left.
+    std::optional<double> type(const char* text) {
+        auto* const box = widget("blinkTimeTextbox");
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, text);
+        widget("colorOkButton")->setFocus();
+        return platform::storedDouble(m_machine.userDefaults, "blinkTimePref");
+    }
+    std::string shown() { return widget("blinkTimeTextbox")->property("text").toString().toStdString(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, BlinkTimeTest, testing::Values(QLocale::German, QLocale::English));
+
+TEST_P(BlinkTimeTest, NeverTurnsIntoAnotherNumber) {
+    const std::string sign = QLocale().decimalPoint().toStdString();
+    m_machine.userDefaults.set("blinkTimePref", 12.5);
+    launch();
+    openProgrammer();
+    window("colorProgrammerWindow")->activateWindow();
+    EXPECT_EQ(shown(), "12" + sign + "5") << "stored before there was a limit";
+    EXPECT_EQ(type("1,5"), 1.5);
+    EXPECT_EQ(shown(), "1" + sign + "5");
+    EXPECT_EQ(type("2.25"), 2.25);
+    EXPECT_EQ(shown(), "2" + sign + "25");
+    const auto words = [this] { return widget<QLabel>("secondsLabel")->text().toStdString(); };
+    EXPECT_EQ(words(), "seconds (0" + sign + "01 to 5)");
+    for (const char* const none :
+         {"abc", "0", "-1", "15", "0,001", ",", "1e3", "1,5 s", "1,2345", "1.234,5"}) {
+        EXPECT_EQ(type(none), 2.25) << none;
+        EXPECT_EQ(shown(), "2" + sign + "25") << none;
+        EXPECT_THAT(words(), HasSubstr("Only")) << none;
+    }
+    QTest::keyClick(widget("blinkTimeTextbox"), Qt::Key_Down);
+    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 2.15);
+    EXPECT_EQ(type("0,01"), 0.01);
+    EXPECT_EQ(words(), "seconds (0" + sign + "01 to 5)");
+    click("colorOkButton");
+    EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 0.01);
 }
 
 TEST_F(WindowsTest, ActionKeysAreStoredWithOkAndForgottenWithCancel) {
@@ -489,6 +580,9 @@ TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
         click("guideNext");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
     EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);
+    window("mainWindow")->findChild<QAction*>("guideItem")->trigger();
+    EXPECT_FALSE(widget("guidePanel")->isHidden());
+    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("guideNext")) << "also where it was there already";
 }
 
 TEST_F(WindowsTest, TheTrayMenuSwitchesProfilesAndLightsThem) {
@@ -509,9 +603,18 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
     m_keyboardName.set("keyboard G810 on USB");
     EXPECT_TRUE(widget<QLabel>("statusText")->accessibleName().startsWith("Keyboard G810 on USB"));
 
+    std::string sent;
+    windows().binder().aboutToSend.observe(
+        [&sent](const app::ActionRow& action, const app::ActionArgument& argument) {
+            sent = action.selector + (argument.state ? " on" : " off");
+        });
     item("endStaleEffectsItem")->trigger();
+    EXPECT_EQ(sent, "endStaleEffectsMI: on") << "what is sent is what a recording has";
     EXPECT_TRUE(state().options.endStaleEffects);
     EXPECT_EQ(m_machine.userDefaults.get("endStaleEffects"), platform::StoredValue{true});
+    m_delegate->setEndStaleEffects(false);
+    Q_EMIT window("mainWindow")->findChild<QMenu*>("keyboardMenu")->aboutToShow();
+    EXPECT_FALSE(item("endStaleEffectsItem")->isChecked());
 }
 
 TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
