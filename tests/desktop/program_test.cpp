@@ -67,7 +67,10 @@ protected:
 };
 
 TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
-    const Result blind = run(m_program + "doctor --json");
+    const tests::ClosedPort noServer;
+    const std::string noKeyboard =
+        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(noServer.number()) + " ";
+    const Result blind = run(m_program + noKeyboard + "doctor --json");
     EXPECT_EQ(blind.status, 1);
     const json nothing = json::parse(blind.output);
     EXPECT_EQ(nothing["works"], false);
@@ -99,12 +102,12 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     }
 
     server.process().signal(SIGSTOP);
-    const Result hung = run("timeout 20 env " + m_program + "--display " + server.display() + " doctor");
+    const Result hung = run("timeout 20 env " + m_program + noKeyboard + "--display " + server.display() + " doctor");
     server.process().signal(SIGCONT);
     EXPECT_EQ(hung.status, 1);
     EXPECT_THAT(hung.output, HasSubstr("does not answer"));
 
-    const Result words = run(m_program + "--display " + server.display() + " doctor");
+    const Result words = run(m_program + noKeyboard + "--display " + server.display() + " doctor");
     EXPECT_EQ(words.status, 0);
     EXPECT_THAT(words.output, HasSubstr("microseconds"));
     EXPECT_THAT(words.output, HasSubstr("Glimra can work here."));

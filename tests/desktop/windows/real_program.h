@@ -170,7 +170,8 @@ public:
         m_process.setStandardOutputFile(path("log"));
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(GLIMRA_PROGRAM,
-                        {"--settings", path("settings.ini"), "--trace", path("trace"), "--log"});
+                        {"--keyboard", "virtual", "--settings", path("settings.ini"), "--trace",
+                                         path("trace"), "--log"});
         if (!m_process.waitForStarted())
             throw std::runtime_error("the program does not start");
     }

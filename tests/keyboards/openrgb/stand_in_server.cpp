@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include <netinet/in.h>
@@ -38,24 +39,38 @@ StandInServer::Bytes numbers(std::initializer_list<std::uint32_t> values) {
     return bytes;
 }
 
+/// A socket at this port of 127.0.0.1, 0 for one that the system chooses, and that port.
+std::pair<int, std::uint16_t> boundSocket(std::uint16_t port) {
+    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int on = 1;
+    setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(fd, generic, size) != 0 || getsockname(fd, generic, &size) != 0)
+        throw std::runtime_error("no port for the stand-in server");
+    return {fd, ntohs(address.sin_port)};
+}
+
 } // namespace
+
+ClosedPort::ClosedPort() {
+    std::tie(m_socket, m_number) = boundSocket(0);
+}
+
+ClosedPort::~ClosedPort() {
+    close(m_socket);
+}
 
 StandInServer::StandInServer(std::vector<ServerDevice> devices, Options options)
     : m_options(std::move(options)) {
     install(std::move(devices));
-    m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int on = 1;
-    setsockopt(m_listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(m_options.port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(m_listener, generic, size) != 0 || listen(m_listener, 4) != 0 ||
-        getsockname(m_listener, generic, &size) != 0)
-        throw std::runtime_error("no port for the stand-in server");
-    m_port = ntohs(address.sin_port);
+    std::tie(m_listener, m_port) = boundSocket(m_options.port);
+    if (listen(m_listener, 4) != 0)
+        throw std::runtime_error("the stand-in server cannot listen");
     m_thread = std::thread([this] { run(); });
 }
 

@@ -13,6 +13,21 @@
 
 namespace glimra::tests {
 
+/// A port of 127.0.0.1 where nobody listens, as long as this object is there.
+class ClosedPort {
+public:
+    ClosedPort();
+    ~ClosedPort();
+    ClosedPort(const ClosedPort&) = delete;
+    ClosedPort& operator=(const ClosedPort&) = delete;
+
+    std::uint16_t number() const { return m_number; }
+
+private:
+    int m_socket;
+    std::uint16_t m_number = 0;
+};
+
 /// An OpenRGB server for tests: speaks the protocol as the real ones do, with their peculiarities, on a port
 /// of the loopback interface that the system chooses. What a real server would choke on, it writes down.
 class StandInServer {
