@@ -177,6 +177,13 @@ TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
     EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4000}});
 }
 
+TEST_F(SettingsTest, ARunHasItsCopyFromTheStartOn) {
+    SettingsFile(path(), m_log).set("start", true);
+    QFile::remove(path() + ".1");
+    const SettingsFile running(path(), m_log);
+    EXPECT_EQ(contentOf(path() + ".1"), contentOf(path()));
+}
+
 TEST_F(SettingsTest, WhereNothingFitsOnTheDiskTheOldCopiesStay) {
     for (const std::int64_t start : {1, 20, 300, 4000})
         SettingsFile(path(), m_log).set("start", start);

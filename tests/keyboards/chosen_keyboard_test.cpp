@@ -103,6 +103,7 @@ TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItCom
     ChosenKeyboard& keyboard = make(wanted);
     ASSERT_TRUE(keyboard.LogiLedInit());
     EXPECT_THAT(m_lines, ElementsAre("Keyboard driver: sdk"));
+    EXPECT_THAT(keyboard.description.get(), StartsWith("keyboard of "));
     EXPECT_TRUE(keyboard.LogiLedSetLightingForKeyWithKeyName(kEscape, 51, 33, 7));
     EXPECT_EQ(takeCalls(FAKE_SDK), "Init\nSetLightingForKeyWithKeyName 1 51 33 7\n");
     EXPECT_NE(drawn(kEscape), Rgb{});

@@ -14,8 +14,8 @@ public:
     OwnSurroundings() {
         if (::mkdtemp(m_folder.data()) == nullptr)
             std::abort();
-        for (const char* const name : {"HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
-                                       "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+        for (const char* const name : {"HOME", "TMPDIR", "TEST_TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME",
+                                       "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
             ::setenv(name, m_folder.c_str(), 1);
         for (const char* const name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "PULSE_SERVER"})
             ::setenv(name, ("unix:path=" + m_folder + "/none").c_str(), 1);

@@ -78,7 +78,7 @@ TEST(ExecLineTest, RefusesToGrowWithoutBound) {
 TEST(DesktopEntryTest, ReadsItsOwnGroupAlone) {
     const auto entry =
         parseDesktopEntry("# comment\r\n[Desktop Entry]\r\nType = Application\r\nName=A\\sB\r\n"
-                          "Name[de]=C\r\nnonsense\r\n=\r\nExec=game\r\nHidden=true\r\n"
+                          "Name[de]=C\r\nnonsense\r\n=\r\nExec=game\r\nExec\r\n#Exec=other\r\nHidden=true\r\n"
                           "[Desktop Action x]\r\nName=D\r\nExec=other\r\n");
     ASSERT_TRUE(entry);
     EXPECT_EQ(entry->name, "A B");

@@ -245,6 +245,7 @@ TEST_F(PowerServicesTest, KeepsTheMachineAwakeForTheTimeOfTheActivity) {
     power->processActivity().begin("Playing");
     EXPECT_TRUE(eventuallyLocked({"sleep/Glimra/delay", "idle/Glimra/block"}));
     EXPECT_TRUE(eventually([&] { return screenSaver.inhibitions == 1; }));
+    serveEvents(100); // the service's answer comes after what it has done
     power->processActivity().end("Playing");
     EXPECT_TRUE(eventuallyLocked(kDelay));
     EXPECT_TRUE(eventually([&] { return screenSaver.inhibitions == 0; }));

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -66,6 +67,13 @@ TEST(ReplayCommandLineTest, DrawsTheKeyboardAsItIsBeforeItIsHandedBack) {
     const Outcome outcome = run(lit + "quit", "--only quit --keyboard -");
     EXPECT_THAT(outcome.output, HasSubstr("\x1b[48;2;255;255;0m\x1b[38;2;0;0;0mEsc\x1b[0m"));
     EXPECT_THAT(outcome.output, EndsWith(run(lit, "--only quit --keyboard -").output));
+}
+
+TEST(ReplayCommandLineTest, FilmsWhatTheKeyboardShows) {
+    const std::string folder = testing::TempDir() + "film";
+    EXPECT_EQ(run("start\ntoken \"C\"\nwait 1", "--film " + folder + " -").status, 0);
+    const std::filesystem::directory_iterator pictures(folder);
+    EXPECT_GT(std::distance(begin(pictures), end(pictures)), 5);
 }
 
 TEST(ReplayCommandLineTest, NoticesThatItsOutputIsLost) {
