@@ -35,7 +35,7 @@ protected:
     /// Windows are searched for a few times a second only.
     bool sees(tools::StripPainter& painter) {
         painter.paint(tools::testPattern());
-        return glimra::testing::eventually([&] {
+        return glimra::tests::eventually([&] {
             const auto image = capture.capture({0.0, 0.0, 1.0, 1.0});
             return image && image->view().colorAt(0) == platform::Color{1.0, 0.0, 0.0};
         });
@@ -66,7 +66,7 @@ protected:
         return seen;
     }
 
-    glimra::testing::XvfbServer server;
+    glimra::tests::XvfbServer server;
     desktop::X11ScreenCapture capture{server.display(), GetParam()};
     simulated::SimulatedRunLoop loop;
     simulated::InMemoryDefaults defaults;

@@ -16,9 +16,9 @@
 namespace glimra {
 namespace {
 
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::XvfbServer;
 using nlohmann::json;
 using ::testing::HasSubstr;
 

@@ -1,9 +1,10 @@
 #!/bin/sh
 # run.sh REPLAY [--update]: runs the scripts of this folder, each with the options in its first line, and compares what
 # comes out with the file beside it; --update writes those files instead. There, a long line ends in a sum, and what
-# comes in great numbers stands as a number and a sum: LED calls of one kind at one moment, the looks and the beeps of
-# a calibration.
-cd "$(dirname "$0")" || exit 2
+# comes in great numbers stands as a number and a sum: LED calls of one kind at one moment (all that follow one another,
+# where the first line ends in "# brief"), the looks and the beeps of a calibration.
+folder=$(cd "$(dirname "$0")" && pwd) && work=$(mktemp -d) && cd "$work" || exit 2
+trap 'rm -rf "$work"' EXIT
 
 shortened='
 BEGIN { for (i = 1; i < 256; ++i) code[sprintf("%c", i)] = i }
@@ -20,7 +21,7 @@ function flush() {
 /"text":"Glimra version / { next }
 {
     now = substr($0, 1, match($0, /,"args"/) ? RSTART - 1 : length($0))
-    if (match($0, /"CAL loop: |"sound"/)) now = substr($0, RSTART, RLENGTH)
+    if (brief && match($0, /"led"/) || match($0, /"CAL loop: |"sound"/)) now = substr($0, RSTART, RLENGTH)
     if (now != kind) flush()
     kind = now
     lines = lines (length($0) > 600 ? substr($0, 1, 80) " ... sum " sum($0) : $0) "\n"
@@ -29,11 +30,12 @@ function flush() {
 END { flush() }'
 
 status=0
-for script in *.replay; do
+for script in "$folder"/*.replay; do
     expected=${script%.replay}.expected
     # The options are words.
     # shellcheck disable=SC2046
-    actual=$("$1" $(sed -n '1s/^# //p' "$script") "$script" | awk "$shortened")
+    actual=$("$1" $(sed -n '1{s/^# //;s/ # brief//;p}' "$script") "$script" |
+        awk -v brief="$(sed -n '1s/.* # brief/1/p' "$script")" "$shortened")
     if [ "${2:-}" = --update ]; then
         printf '%s\n' "$actual" >"$expected"
     elif ! printf '%s\n' "$actual" | diff "$expected" -; then

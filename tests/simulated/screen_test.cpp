@@ -33,16 +33,6 @@ TEST(SimulatedScreenTest, CellsCoverThePixelsWhoseCentresTheyHold) {
     EXPECT_THAT(pixels(screen, {1.0, 1.0, 2.0, 1.0}), Each(0)); // below the strip
 }
 
-TEST(SimulatedScreenTest, PaintingBlackensWhatWasPaintedBefore) {
-    SimulatedScreen screen;
-    screen.setStripGeometry(0.0, 11.0);
-    screen.paintStrip(kCells);
-    screen.setStripGeometry(3.0, 11.0);
-    EXPECT_THAT(pixels(screen, {0.0, 0.0, 2.0, 1.0}), ElementsAre(0x10, 0x11));
-    screen.paintStrip(kCells);
-    EXPECT_THAT(pixels(screen, {0.0, 0.0, 5.0, 1.0}), ElementsAre(0, 0, 0, 0x10, 0x11));
-}
-
 TEST(SimulatedScreenTest, ImageEndsWithTheScreenAndKeepsItsPositions) {
     SimulatedScreen screen;
     screen.connectDisplay(20.0, 10.0, 2.0);

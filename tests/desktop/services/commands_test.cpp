@@ -16,8 +16,8 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::millisecondsOf;
-using glimra::testing::soon;
+using glimra::tests::millisecondsOf;
+using glimra::tests::soon;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -65,7 +65,7 @@ protected:
         return folder.content("record.txt");
     }
 
-    glimra::testing::ScriptFolder folder;
+    glimra::tests::ScriptFolder folder;
     RecordedLog log;
     std::vector<std::string> raised;
     bool hasWindow = false;
@@ -161,7 +161,7 @@ protected:
         EXPECT_TRUE(soon([&] { return isDone.load(); }));
     }
 
-    glimra::testing::ScriptFolder folder;
+    glimra::tests::ScriptFolder folder;
 };
 
 TEST_F(ThemeSoundsTest, PlaysTheThemesSoundWithThePlayerThatIsThere) {

@@ -112,7 +112,7 @@ protected:
         return command ? command->program : "";
     }
 
-    glimra::testing::ScriptFolder folder;
+    glimra::tests::ScriptFolder folder;
 };
 
 TEST_F(ApplicationFinderTest, PrefersTheExactNameThenTheEarlierFolder) {

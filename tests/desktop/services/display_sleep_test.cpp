@@ -26,7 +26,7 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::eventually;
+using glimra::tests::eventually;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
@@ -152,7 +152,7 @@ private:
 
 class DisplaySleepTest : public ::testing::Test {
 protected:
-    DisplaySleepTest() { glimra::testing::ensureApplication(); }
+    DisplaySleepTest() { glimra::tests::ensureApplication(); }
 
     void observe(const std::string& display) {
         displays = std::make_unique<X11DisplaySleep>(display);

@@ -20,8 +20,8 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::eventually;
-using glimra::testing::serveEvents;
+using glimra::tests::eventually;
+using glimra::tests::serveEvents;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -34,7 +34,7 @@ const QString kScreenSaverName = "org.freedesktop.ScreenSaver";
 /// A login manager as its users see it.
 class MockLogin {
 public:
-    explicit MockLogin(glimra::testing::PrivateBus& bus) : m_bus(bus) {
+    explicit MockLogin(glimra::tests::PrivateBus& bus) : m_bus(bus) {
         const bool isUp =
             eventually([&] { return m_bus.connection().interface()->isServiceRegistered(kLogin).value(); });
         if (!isUp)
@@ -63,8 +63,8 @@ public:
     }
 
 private:
-    glimra::testing::PrivateBus& m_bus;
-    glimra::testing::Program m_program{"/usr/bin/python3",
+    glimra::tests::PrivateBus& m_bus;
+    glimra::tests::Program m_program{"/usr/bin/python3",
                                        {"-m", "dbusmock", "--system", "--template", "logind"}};
 };
 
@@ -74,7 +74,7 @@ class MockScreenSaver : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
 
 public:
-    explicit MockScreenSaver(glimra::testing::PrivateBus& bus) : m_bus(bus) {
+    explicit MockScreenSaver(glimra::tests::PrivateBus& bus) : m_bus(bus) {
         m_bus.connection().registerObject("/org/freedesktop/ScreenSaver", this,
                                           QDBusConnection::ExportAllSlots);
         m_bus.connection().registerService(kScreenSaverName);
@@ -95,7 +95,7 @@ public Q_SLOTS:
     }
 
 private:
-    glimra::testing::PrivateBus& m_bus;
+    glimra::tests::PrivateBus& m_bus;
 };
 
 /// Displays that sleep when the test says so.
@@ -111,7 +111,7 @@ private:
 class PowerServicesTest : public ::testing::Test {
 protected:
     PowerServicesTest() {
-        glimra::testing::ensureApplication();
+        glimra::tests::ensureApplication();
         useBuses("unix:path=/nonexistent", "unix:path=/nonexistent");
     }
     ~PowerServicesTest() override { power.reset(); }
@@ -121,7 +121,7 @@ protected:
         qputenv("DBUS_SESSION_BUS_ADDRESS", session.toLocal8Bit());
     }
     void useBus() {
-        bus = std::make_unique<glimra::testing::PrivateBus>();
+        bus = std::make_unique<glimra::tests::PrivateBus>();
         useBuses(bus->address(), bus->address());
     }
     void startLogin() { login = std::make_unique<MockLogin>(*bus); }
@@ -140,7 +140,7 @@ protected:
         return eventually([&] { return login->locks() == locks; });
     }
 
-    std::unique_ptr<glimra::testing::PrivateBus> bus;
+    std::unique_ptr<glimra::tests::PrivateBus> bus;
     std::unique_ptr<MockLogin> login;
     DisplaySleep::Teller tellOfDisplays;
     std::vector<std::string> reports;

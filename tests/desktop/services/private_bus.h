@@ -16,7 +16,7 @@
 
 #include <sys/prctl.h>
 
-namespace glimra::testing {
+namespace glimra::tests {
 
 /// The application that every event loop needs.
 inline void ensureApplication() {
@@ -104,4 +104,4 @@ private:
     QDBusConnection m_connection;
 };
 
-} // namespace glimra::testing
+} // namespace glimra::tests

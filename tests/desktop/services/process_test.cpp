@@ -22,8 +22,8 @@ namespace glimra::desktop {
 namespace {
 
 using namespace std::chrono_literals;
-using glimra::testing::millisecondsOf;
-using glimra::testing::soon;
+using glimra::tests::millisecondsOf;
+using glimra::tests::soon;
 using ::testing::ElementsAre;
 
 class ProcessTest : public ::testing::Test {
@@ -38,7 +38,7 @@ protected:
         return !status.empty() && status.at(status.rfind(')') + 2) != 'Z';
     }
 
-    glimra::testing::ScriptFolder folder;
+    glimra::tests::ScriptFolder folder;
 };
 
 TEST_F(ProcessTest, HandsEveryArgumentOverByteForByte) {
@@ -134,7 +134,7 @@ TEST(BackgroundWorkerTest, KeepsTheOrderAndForgetsTheOldest) {
 }
 
 TEST(BackgroundWorkerTest, EndsInTheMiddleOfAProgramThatHangs) {
-    const glimra::testing::ScriptFolder folder;
+    const glimra::tests::ScriptFolder folder;
     folder.addScript("hang", "echo > \"$OUT/begun\"\nexec sleep 100");
     bool hasRunWaiting = false;
     EXPECT_LT(millisecondsOf([&] {

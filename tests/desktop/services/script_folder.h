@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-namespace glimra::testing {
+namespace glimra::tests {
 
 /// A folder of small programs that stand in front of all others in PATH, and of the files that they write.
 /// It is where XDG's data folders are, too.
@@ -74,4 +74,4 @@ long long millisecondsOf(Action&& action) {
         .count();
 }
 
-} // namespace glimra::testing
+} // namespace glimra::tests

@@ -13,8 +13,8 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
 
 const std::string kDarkCells = "000000 000000 000000 000000 000000 000000 000000 000000 000000 ";
 

@@ -18,7 +18,7 @@ class RealDesktop {
 public:
     RealDesktop() {
         // Only once it takes charge of windows is the manager there.
-        glimra::testing::XClient client(m_server.display());
+        glimra::tests::XClient client(m_server.display());
         const xcb_window_t window = client.createWindow({});
         if (!client.showManaged(window))
             throw std::runtime_error("no window manager");
@@ -48,7 +48,7 @@ public:
     /// Waits until the window with this title has the keyboard; nameless when it never has.
     ActiveWindow waitForWindow(const QString& title) const {
         ActiveWindow window;
-        const bool isThere = glimra::testing::eventually([&] {
+        const bool isThere = glimra::tests::eventually([&] {
             window = active();
             // Qt appends the program's name.
             if (window.title != title && !window.title.startsWith(title + " — "))
@@ -87,8 +87,8 @@ private:
         return process.readAllStandardOutput();
     }
 
-    glimra::testing::XvfbServer m_server{"1280x720x24", glimra::testing::reservedDisplayNumber()};
-    glimra::testing::ChildProcess m_manager{"openbox", {"openbox"}, m_server.display()};
+    glimra::tests::XvfbServer m_server{"1280x720x24", glimra::tests::reservedDisplayNumber()};
+    glimra::tests::ChildProcess m_manager{"openbox", {"openbox"}, m_server.display()};
 };
 
 /// A desktop's tray, for icons that are windows.
@@ -121,7 +121,7 @@ public:
 
     /// Waits until an icon asks to be docked.
     bool getsAnIcon() {
-        return glimra::testing::eventually([this] {
+        return glimra::tests::eventually([this] {
             bool isDocked = false;
             while (xcb_generic_event_t* const event = xcb_poll_for_event(m_xcb)) {
                 const auto* const message = reinterpret_cast<const xcb_client_message_event_t*>(event);

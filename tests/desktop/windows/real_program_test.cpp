@@ -11,7 +11,7 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::eventually;
+using glimra::tests::eventually;
 using ::testing::AssertionFailure;
 using ::testing::AssertionResult;
 using ::testing::AssertionSuccess;

@@ -10,10 +10,10 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace std::string_literals;
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 using platform::RunningApplication;
 using ::testing::Optional;
 
@@ -77,7 +77,7 @@ protected:
         application.processEvents(now);
     }
 
-    XvfbServer server{"800x600x24", glimra::testing::reservedDisplayNumber()};
+    XvfbServer server{"800x600x24", glimra::tests::reservedDisplayNumber()};
     XClient client{server.display()};
     int changes = 0;
     X11FrontmostApplication application{server.display(), [this] { ++changes; }};

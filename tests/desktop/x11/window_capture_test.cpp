@@ -10,11 +10,11 @@ namespace glimra::desktop {
 namespace {
 
 using namespace std::string_literals;
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::run;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::run;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 
 const std::string kGameClass = "wow.exe\0wow.exe\0"s;
 constexpr std::uint32_t kRed = 0xFF0000;

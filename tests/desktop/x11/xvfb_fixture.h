@@ -21,7 +21,7 @@
 #include <vector>
 
 /// Real X servers and X clients for tests and benchmarks. Whatever cannot be started throws.
-namespace glimra::testing {
+namespace glimra::tests {
 
 /// A program that ends, at the latest, with this object. `program` is found in PATH; `arguments` begin with
 /// its name.
@@ -261,4 +261,4 @@ private:
     xcb_gcontext_t m_context = 0;
 };
 
-} // namespace glimra::testing
+} // namespace glimra::tests

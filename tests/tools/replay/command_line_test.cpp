@@ -33,15 +33,6 @@ Outcome run(const std::string& script, const std::string& arguments) {
     return outcome;
 }
 
-TEST(ReplayCommandLineTest, PrintsTheWantedKinds) {
-    const Outcome outcome = run("start\nwait 1\nquit", "--only activity,quit -");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output, R"({"t":0,"kind":"activity","action":"begin","reason":"Reading the screen"}
-{"t":1.05,"kind":"activity","action":"end","reason":"Reading the screen"}
-{"t":1.05,"kind":"quit"}
-)");
-}
-
 TEST(ReplayCommandLineTest, RunsNothingOfAScriptWithAnError) {
     const Outcome outcome = run("start\nfly", "- 2>/dev/null");
     EXPECT_EQ(outcome.status, 2);

@@ -7,9 +7,9 @@
 namespace glimra::tools {
 namespace {
 
-using glimra::testing::eventually;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::eventually;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 using ::testing::HasSubstr;
 using ::testing::ThrowsMessage;
 
@@ -89,7 +89,7 @@ TEST(StripPainter, OtherWindowsDoNotWipeItOut) {
 
 TEST(StripPainter, FollowsTheMainDisplay) {
     XvfbServer server;
-    ASSERT_EQ(glimra::testing::run({"xrandr", "--setmonitor", "*right", "400/100x600/150+400+0", "screen"},
+    ASSERT_EQ(glimra::tests::run({"xrandr", "--setmonitor", "*right", "400/100x600/150+400+0", "screen"},
                                    server.display()),
               0);
     desktop::X11ScreenCapture whole(server.display());

@@ -11,9 +11,9 @@
 namespace glimra::tools {
 namespace {
 
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::XvfbServer;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
