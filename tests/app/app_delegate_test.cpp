@@ -51,6 +51,20 @@ TEST_F(AppDelegateTest, ACalibrationThatIsQuitStoresNothing) {
     EXPECT_THAT(log(), Not(HasSubstr("failed")));
 }
 
+TEST_F(AppDelegateTest, AStripThatGoesIsNotFound) {
+    simulated::SimulatedScreen::StripCells cells{0xFF0000, 0,        0x00FFFF, 0xFFFFFF, 0xFF00FF, 0x0000FF,
+                                                 0xFFFF00, 0xFF0000, 0x00FF00, 0xFFFFFF, 0};
+    machine.screen.setStripGeometry(0.0, 110.0);
+    machine.screen.paintStrip(cells);
+    machine.runLoop.after(500ms, [&] {
+        cells[0] = 0;
+        machine.screen.paintStrip(cells);
+    });
+    delegate.calibrateButton();
+    delegate.calibrateButton();
+    EXPECT_THAT(log(), HasSubstr("failed"));
+}
+
 TEST_F(AppDelegateTest, AnImportKeepsTheProfilesAsTheyWere) {
     const std::string kept = platform.settingsFolder + "before-import.keycolormap";
     const std::string file = platform.settingsFolder + "exported.keycolormap";

@@ -60,22 +60,6 @@ TEST_F(LifecycleTest, OneRequestAtATimeAndOneAnswer) {
     EXPECT_TRUE(m_runLoop.isTerminated());
 }
 
-TEST_F(LifecycleTest, OtherRepliesAreCarriedOutAtOnce) {
-    launch();
-    m_reply = TerminateReply::Cancel;
-    m_lifecycle.terminate();
-    EXPECT_FALSE(m_runLoop.isTerminated());
-    m_reply = TerminateReply::Now;
-    m_lifecycle.terminate();
-    EXPECT_EQ(m_events, "launched asked asked ending ");
-}
-
-TEST_F(LifecycleTest, ARequestBeforeTheLaunchWaitsForIt) {
-    m_lifecycle.terminate();
-    launch();
-    EXPECT_EQ(m_events, "launched asked ");
-}
-
 TEST_F(LifecycleTest, ASignalEndsTheProgramFromInsideAWait) {
     const QuitSignals signals([this] { m_lifecycle.terminate(); });
     m_runLoop.post([this] {

@@ -1,6 +1,7 @@
 // The real program, as a user or a script starts it.
 
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/folder.h"
+#include "support/x_server.h"
 #include "keyboards/openrgb/stand_in_server.h"
 #include "tools/strip/strip_painter.h"
 
@@ -9,14 +10,13 @@
 
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 namespace glimra {
 namespace {
 
 using glimra::tests::ChildProcess;
+using glimra::tests::contentOf;
 using glimra::tests::eventually;
 using glimra::tests::XvfbServer;
 using nlohmann::json;
@@ -28,7 +28,7 @@ struct Result {
 };
 
 Result run(const std::string& command) {
-    std::FILE* const output = ::popen(("unset DISPLAY WAYLAND_DISPLAY; " + command).c_str(), "r");
+    std::FILE* const output = ::popen(command.c_str(), "r");
     Result result;
     for (int c = 0; (c = std::fgetc(output)) != EOF;)
         result.output += static_cast<char>(c);
@@ -36,19 +36,8 @@ Result run(const std::string& command) {
     return result;
 }
 
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return (std::ostringstream() << stream.rdbuf()).str();
-}
-
 class ProgramTest : public ::testing::Test {
 protected:
-    ProgramTest() {
-        std::filesystem::create_directory(m_folder);
-        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all);
-    }
-    ~ProgramTest() override { std::filesystem::remove_all(m_folder); }
-
     std::string file(const char* name) const { return (m_folder / name).string(); }
     /// Of the doctor's report: health by check.
     static std::map<std::string, std::string> healths(const json& report) {
@@ -58,8 +47,7 @@ protected:
         return healths;
     }
 
-    std::filesystem::path m_folder =
-        std::filesystem::temp_directory_path() / ("glimra-program-test-" + std::to_string(::getpid()));
+    const std::filesystem::path m_folder = tests::newFolder();
     const std::string m_onAnyBus = "XDG_RUNTIME_DIR=" + m_folder.string() +
                                    " QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM " --settings " +
                                    file("settings.ini") + " ";

@@ -112,22 +112,6 @@ TEST(QtRunLoop, PostedJobsKeepTheirOrderAndDoNotWaitForAWaitingOne) {
     EXPECT_TRUE(std::ranges::is_sorted(fromThread));
 }
 
-TEST(QtRunLoop, WaitsServeTheUsersEventsAndEndAtTheirOwnDeadlines) {
-    QtRunLoop loop;
-    std::string order;
-    QTimer::singleShot(0, [&] { order += 'u'; });
-    const Time outer = loop.now() + 3ms;
-    const Time inner = loop.now() + 6ms;
-    loop.post([&] {
-        EXPECT_TRUE(loop.runUntil(inner));
-        EXPECT_GE(loop.now(), inner);
-        order += 'i';
-    });
-    EXPECT_TRUE(loop.runUntil(outer));
-    order += 'o';
-    EXPECT_EQ(order, "uio");
-}
-
 TEST(QtRunLoop, AfterTerminationEveryWaitReturnsFalseAndNothingStarts) {
     QtRunLoop loop;
     std::string order;

@@ -1,7 +1,7 @@
 #include "desktop/services/application_finder.h"
 #include "desktop/services/desktop_entry.h"
 
-#include "script_folder.h"
+#include "support/script_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "desktop/services/instance_channel.h"
 
-#include "private_bus.h"
+#include "support/private_bus.h"
 
 #include <gmock/gmock.h>
 

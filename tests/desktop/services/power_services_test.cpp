@@ -1,6 +1,6 @@
 #include "desktop/services/power_services.h"
 
-#include "private_bus.h"
+#include "support/private_bus.h"
 
 #include <QDBusArgument>
 #include <QDBusVariant>
@@ -12,8 +12,6 @@
 #include <string>
 #include <vector>
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -64,8 +62,8 @@ public:
 
 private:
     glimra::tests::PrivateBus& m_bus;
-    glimra::tests::Program m_program{"/usr/bin/python3",
-                                       {"-m", "dbusmock", "--system", "--template", "logind"}};
+    glimra::tests::ChildProcess m_program{
+        "/usr/bin/python3", {"python3", "-m", "dbusmock", "--system", "--template", "logind"}};
 };
 
 /// The desktop's screen saver service.
@@ -168,24 +166,6 @@ TEST_F(PowerServicesTest, HoldsTheSleepUpUntilItsHandlerHasRunAndAgainAfterWakin
     EXPECT_THAT(reports, IsEmpty());
 }
 
-TEST_F(PowerServicesTest, TellsOneSleepOfAllThatSleeps) {
-    useBus();
-    startLogin();
-    startPower();
-    ASSERT_TRUE(eventuallyLocked(kDelay));
-
-    tellOfDisplays(SleepSource::ScreenSaver, true);
-    tellOfDisplays(SleepSource::DisplayPower, true);
-    login->prepareForSleep(true);
-    ASSERT_TRUE(eventuallyLocked({}));
-    tellOfDisplays(SleepSource::DisplayPower, false);
-    login->prepareForSleep(false);
-    ASSERT_TRUE(eventuallyLocked(kDelay));
-    EXPECT_THAT(told, ElementsAre("sleep"));
-    tellOfDisplays(SleepSource::ScreenSaver, false);
-    EXPECT_THAT(told, ElementsAre("sleep", "wake"));
-}
-
 TEST_F(PowerServicesTest, BelievesNobodyButTheLoginManager) {
     useBus();
     startLogin();
@@ -221,20 +201,6 @@ TEST_F(PowerServicesTest, OutlivesTheLoginManagerAndGreetsTheNext) {
     EXPECT_TRUE(eventually([&] { return login->locks().size() == 2; }));
 }
 
-TEST_F(PowerServicesTest, LosesItsBusInItsSleep) {
-    useBus();
-    startLogin();
-    startPower();
-    ASSERT_TRUE(eventuallyLocked(kDelay));
-    login->prepareForSleep(true);
-    ASSERT_TRUE(eventuallyLocked({}));
-    login.reset();
-    bus.reset();
-    EXPECT_TRUE(eventually([&] { return told == std::vector<std::string>{"sleep", "wake"}; }));
-    power->processActivity().begin("Playing");
-    power->processActivity().end("Playing");
-}
-
 TEST_F(PowerServicesTest, KeepsTheMachineAwakeForTheTimeOfTheActivity) {
     useBus();
     startLogin();
@@ -268,31 +234,6 @@ TEST_F(PowerServicesTest, InhibitsAScreenSaverServiceThatComesLate) {
     EXPECT_TRUE(eventually([&] { return screenSaver.inhibitions == 1; }));
 }
 
-int inheritedDescriptors() {
-    int count = 0;
-    DIR* const folder = ::opendir("/proc/self/fd");
-    while (const dirent* const entry = ::readdir(folder)) {
-        const int descriptor = std::atoi(entry->d_name);
-        const int flags = ::fcntl(descriptor, F_GETFD);
-        count += descriptor > STDERR_FILENO && flags >= 0 && (flags & FD_CLOEXEC) == 0 ? 1 : 0;
-    }
-    ::closedir(folder);
-    return count;
-}
-
-TEST_F(PowerServicesTest, LeavesItsLocksToNoChildProcess) {
-    const int before = inheritedDescriptors();
-    useBus();
-    startLogin();
-    startPower();
-    power->processActivity().begin("Playing");
-    ASSERT_TRUE(eventually([&] { return login->locks().size() == 2; }));
-    // What is listed still has to reach us.
-    serveEvents(100);
-    ASSERT_EQ(login->locks().size(), 2U);
-    EXPECT_EQ(inheritedDescriptors(), before);
-}
-
 TEST_F(PowerServicesTest, RunsWithoutABusAndSaysSoOnce) {
     startPower();
     power->processActivity().begin("Playing");
@@ -303,17 +244,6 @@ TEST_F(PowerServicesTest, RunsWithoutABusAndSaysSoOnce) {
 
     tellOfDisplays(SleepSource::ScreenSaver, true);
     EXPECT_THAT(told, ElementsAre("sleep"));
-}
-
-TEST_F(PowerServicesTest, RunsWithoutALoginManagerAndSaysSoOnce) {
-    useBus();
-    startPower();
-    power->processActivity().begin("Playing");
-    EXPECT_TRUE(eventually([&] { return !reports.empty(); }));
-    serveEvents(50);
-    EXPECT_THAT(reports, ElementsAre(HasSubstr("No help from the login manager")));
-    startLogin();
-    EXPECT_TRUE(eventually([&] { return login->locks().size() == 2; }));
 }
 
 TEST_F(PowerServicesTest, NeverWaitsForABusThatDoesNotAnswer) {

@@ -1,7 +1,7 @@
 #include "desktop/services/background_worker.h"
 #include "desktop/services/process.h"
 
-#include "script_folder.h"
+#include "support/script_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using glimra::tests::millisecondsOf;
-using glimra::tests::soon;
+using glimra::tests::eventually;
 using ::testing::ElementsAre;
 
 class ProcessTest : public ::testing::Test {
@@ -66,7 +66,7 @@ TEST_F(ProcessTest, RunsNothingButProgramFiles) {
 TEST_F(ProcessTest, KillsWhatHangsWithAllThatItHasStarted) {
     folder.addScript("hang", "sleep 100 &\necho $! > \"$OUT/pid\"\nwait");
     EXPECT_EQ(runToEnd({"hang", {}, {}}, 300ms, {}), std::nullopt);
-    EXPECT_TRUE(soon([&] { return !isRunning("pid"); }));
+    EXPECT_TRUE(eventually([&] { return !isRunning("pid"); }));
 }
 
 TEST_F(ProcessTest, WorksWhereTheEndOfChildrenIsIgnored) {
@@ -104,7 +104,7 @@ TEST_F(ProcessTest, DetachesWhatItStarts) {
     ASSERT_TRUE(startDetached({"detached", {}, "/usr"}));
     // Nothing is left to be waited for.
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
-    ASSERT_TRUE(soon([&] { return !folder.content("ids").empty(); }));
+    ASSERT_TRUE(eventually([&] { return !folder.content("ids").empty(); }));
     int parent = 0, session = 0;
     ASSERT_EQ(std::sscanf(folder.content("ids").c_str(), "%d %d", &parent, &session), 2);
     EXPECT_NE(parent, ::getpid());
@@ -140,7 +140,7 @@ TEST(BackgroundWorkerTest, EndsInTheMiddleOfAProgramThatHangs) {
     EXPECT_LT(millisecondsOf([&] {
                   BackgroundWorker worker(2);
                   worker.post([](const std::stop_token& stop) { runToEnd({"hang", {}, {}}, 100s, stop); });
-                  soon([&] { return !folder.content("begun").empty(); });
+                  eventually([&] { return !folder.content("begun").empty(); });
                   worker.post([&](const std::stop_token&) { hasRunWaiting = true; });
               }),
               1000);

@@ -2,7 +2,7 @@
 
 #include "desktop/settings_file.h"
 #include "desktop/system_services.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "desktop/services/private_bus.h"
+#include "support/private_bus.h"
 #include "desktop/windows/application_style.h"
 #include "desktop/windows/theme.h"
 

@@ -1,7 +1,7 @@
 #include "desktop/x11/frontmost_application.h"
 #include "desktop/x11/raise_window.h"
 #include "desktop/x11/utf8.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <gmock/gmock.h>
 

@@ -120,19 +120,6 @@ TEST_P(EveryVersion, LightsTheKeyboardAndPutsEverythingBack) {
     EXPECT_EQ(server.lights("Small Board").mode, "Rainbow");
     EXPECT_EQ(server.lights("Mouse").frames, 0U);
     EXPECT_THAT(server.complaints(), IsEmpty());
-    EXPECT_THAT(server.clientName(), HasSubstr("Glimra"));
-}
-
-TEST_P(EveryVersion, UnderstandsAServerThatSplitsEverythingAndTalksInBetween) {
-    StandInServer server({tests::fullKeyboard()}, {.version = GetParam(), .isTalkative = true});
-    OpenRgbDevice device = deviceAt(server, limits());
-    const WakeEvent stop;
-    const OpenResult opened = device.open(stop);
-    ASSERT_TRUE(opened.found) << opened.text;
-    device.write(allKeys(kRed));
-    EXPECT_TRUE(showsEsc(server, "Full Board", kRed));
-    device.close();
-    EXPECT_THAT(server.complaints(), IsEmpty());
 }
 
 TEST_P(VersionsWithNotices, AreFollowedThroughAListThatChanges) {
@@ -206,29 +193,6 @@ TEST(OpenRgbDevice, ChoosesTheKeyboardWithMostKeysOrTheOneThatIsNamed) {
     EXPECT_THAT(found("lamp"), HasSubstr("has no keyboard named \"lamp\"")) << "it cannot light single keys";
     server.setDevices({mouse()});
     EXPECT_THAT(found(""), HasSubstr("has no keyboard with a light behind each key"));
-    EXPECT_THAT(server.complaints(), IsEmpty());
-}
-
-TEST(OpenRgbDevice, AsksOnlyAddressesThatNeedNoLookingUp) {
-    const WakeEvent stop;
-    OpenRgbDevice device({{"keyboards.example", 6742}, {}, {}});
-    EXPECT_THAT(device.open(stop).text, HasSubstr("not a numeric address"));
-}
-
-TEST(OpenRgbDevice, FallsBackWhenTheUnreleasedVersionHasBecomeAnother) {
-    int answers = 0;
-    const auto tamper = [&](std::uint32_t id) -> std::optional<StandInServer::Bytes> {
-        if (id != 1 || answers++ > 0)
-            return std::nullopt;
-        return packet(PacketId::ControllerData, 0, encodeDevice(tests::smallKeyboard(), 5));
-    };
-    StandInServer server({tests::smallKeyboard()}, {.version = 6, .tamper = tamper});
-    const WakeEvent stop;
-    OpenRgbDevice device = deviceAt(server);
-    EXPECT_TRUE(device.open(stop).found);
-    device.write(allKeys(kRed));
-    EXPECT_TRUE(showsEsc(server, "Small Board", kRed));
-    device.close();
     EXPECT_THAT(server.complaints(), IsEmpty());
 }
 

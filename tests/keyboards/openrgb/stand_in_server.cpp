@@ -114,11 +114,6 @@ std::vector<std::string> StandInServer::complaints() const {
     return m_complaints;
 }
 
-std::string StandInServer::clientName() const {
-    const std::scoped_lock lock(m_mutex);
-    return m_clientName;
-}
-
 bool StandInServer::clientSaidGoodbye() const {
     const std::scoped_lock lock(m_mutex);
     return std::ranges::any_of(m_clients, &Client::saidGoodbye);
@@ -288,7 +283,6 @@ void StandInServer::serve(Client& client, const Request& request) {
         negotiate(client, request);
         break;
     case 50:
-        m_clientName.assign(request.payload.begin(), request.payload.end());
         break;
     case 1050:
         update(client, request);
@@ -388,8 +382,6 @@ void StandInServer::changeMode(Client& client, const Request& request) {
 }
 
 void StandInServer::answer(Client& client, std::uint32_t device, std::uint32_t id, const Bytes& payload) {
-    if (m_options.isTalkative)
-        send(client, frame(77, 9999, {1, 2, 3}));
     send(client, frame(device, id, payload));
 }
 
@@ -407,10 +399,8 @@ void StandInServer::send(Client& client, const Bytes& bytes) {
 
 void StandInServer::sendNow(Client& client, const Bytes& bytes) {
     // Real servers send header and payload one by one.
-    const std::size_t first = m_options.isTalkative ? 1 : kHeaderBytes;
-    const std::size_t step = m_options.isTalkative ? 1 : bytes.size();
     for (std::size_t at = 0; at < bytes.size() && client.fd >= 0;) {
-        const std::size_t size = std::min(at == 0 ? first : step, bytes.size() - at);
+        const std::size_t size = std::min(at == 0 ? kHeaderBytes : bytes.size(), bytes.size() - at);
         if (::send(client.fd, bytes.data() + at, size, MSG_NOSIGNAL) < 0) {
             m_complaints.push_back("an answer that nobody took");
             drop(client);

@@ -38,8 +38,6 @@ public:
         /// The newest that it speaks; with 0 it gives no answer about versions.
         std::uint32_t version = 5;
         std::uint16_t port = 0;
-        /// Sends byte by byte, with notices between the answers.
-        bool isTalkative = false;
         /// Keeps a frame that comes less than this after another until the next one.
         platform::Duration writingTime{};
         /// Says something else in place of an answer.
@@ -61,7 +59,6 @@ public:
     };
     Lights lights(const std::string& device) const;
     std::vector<std::string> complaints() const;
-    std::string clientName() const;
     /// A client will send nothing more but waits for its answers.
     bool clientSaidGoodbye() const;
     /// Requests that have come, by their ids.
@@ -134,7 +131,6 @@ private:
     std::vector<Client> m_clients;
     std::vector<std::string> m_complaints;
     std::vector<std::uint32_t> m_requests;
-    std::string m_clientName;
     std::thread m_thread;
 };
 

@@ -1,5 +1,5 @@
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 #include "tools/strip/strip_painter.h"
 
 #include <gmock/gmock.h>
@@ -56,17 +56,6 @@ TEST(StripPainter, EachPixelHasTheColorOfItsCell) {
         painter.paint(kColors);
         EXPECT_EQ(row(capture, place.left, 0, place.width), stripRow(kColors, place.width)) << place.width;
         EXPECT_EQ(row(capture, place.left + place.width, 0, 3), around);
-    }
-}
-
-TEST(StripPainter, DeepScreensShowTheSameColors) {
-    for (const char* screen : {"800x600x30", "800x600x16"}) {
-        XvfbServer server(screen);
-        desktop::X11ScreenCapture capture(server.display());
-        StripPainter painter(server.display(), {});
-        const TokenFrames frames = encodeToken({'{', 'A'});
-        painter.paint(frames.confirm);
-        EXPECT_EQ(row(capture, 2, 0, 80), stripRow(frames.confirm, 80)) << screen;
     }
 }
 

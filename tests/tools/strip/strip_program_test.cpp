@@ -1,5 +1,5 @@
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 #include "tools/strip/strip_encoder.h"
 
 #include <gmock/gmock.h>

@@ -1,20 +1,19 @@
 #pragma once
 
+#include "support/eventually.h"
+#include "support/process.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <QThread>
 
-#include <csignal>
 #include <stdexcept>
 
-#include <sys/prctl.h>
 
 namespace glimra::tests {
 
@@ -26,20 +25,6 @@ inline void ensureApplication() {
     static QCoreApplication application(argumentCount, arguments);
 }
 
-/// Serves the event loop until `condition` holds, 10 seconds at most; whether it does.
-template <class Condition>
-bool eventually(Condition&& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10'000)
-            return false;
-        QCoreApplication::processEvents();
-        QThread::msleep(2);
-    }
-    return true;
-}
-
 /// Serves the event loop for a while, for what must not happen.
 inline void serveEvents(int milliseconds) {
     QElapsedTimer timer;
@@ -48,32 +33,12 @@ inline void serveEvents(int milliseconds) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
 }
 
-/// A program that ends with this object, at the latest with the test.
-class Program {
-public:
-    Program(const QString& path, const QStringList& arguments) {
-        m_process.setProcessChannelMode(QProcess::MergedChannels);
-        m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        m_process.start(path, arguments);
-        if (!m_process.waitForStarted())
-            throw std::runtime_error("cannot start " + path.toStdString());
-    }
-    ~Program() {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-private:
-    QProcess m_process;
-};
-
 /// A message bus of the test's own, with a connection to it that may wait for its answers.
 class PrivateBus {
 public:
     PrivateBus()
-        : m_daemon("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--address=" + address()}),
+        : m_daemon("dbus-daemon", {"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                                   "--address=" + address().toStdString()}),
           m_connection(QString()) {
         const bool isUp = eventually([this] {
             m_connection = QDBusConnection::connectToBus(address(), name());
@@ -100,7 +65,7 @@ private:
     QString name() const { return "test-" + m_folder.path(); }
 
     QTemporaryDir m_folder;
-    Program m_daemon;
+    ChildProcess m_daemon;
     QDBusConnection m_connection;
 };
 

@@ -2,7 +2,7 @@
 //
 //   glimra_screenshots FOLDER
 
-#include "windows_fixture.h"
+#include "desktop/windows/windows_fixture.h"
 
 #include "desktop/windows/theme.h"
 
