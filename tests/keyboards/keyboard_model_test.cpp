@@ -44,42 +44,6 @@ TEST(TargetDevice, NothingHappensWhilePerKeyBoardsAreNotMeant) {
     EXPECT_EQ(colorOf(model, kEsc), kRedLight);
 }
 
-TEST(Flash, AlternatesWithTheBaseColorOfTheMoment) {
-    KeyboardModel model;
-    ASSERT_TRUE(model.flash(kEsc, kRed, 250ms, 100ms, 5s));
-    EXPECT_EQ(colorOf(model, kEsc, 5s), kRedLight);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 100ms - 1ns), kRedLight);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 100ms), kDark);
-    model.setLighting(kBlue);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 50ms), kRedLight);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 199ms), kBlueLight);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 249ms), kRedLight);
-    EXPECT_EQ(colorOf(model, kEsc, 5s + 250ms), kBlueLight);
-    EXPECT_EQ(colorOf(model, kQ, 5s), kBlueLight);
-}
-
-TEST(Pulse, GoesEvenlyThereAndBackOnce) {
-    KeyboardModel model;
-    model.setKey(kG1, kBlue);
-    ASSERT_TRUE(model.pulse(kG1, {100, 0, 20}, {20, 80, 20}, 400ms, Repeat::Once, 1s));
-    EXPECT_EQ(colorOf(model, kG1, 1s), (Rgb{255, 0, 51}));
-    EXPECT_EQ(colorOf(model, kG1, 1s + 100ms), (Rgb{153, 102, 51}));
-    EXPECT_EQ(colorOf(model, kG1, 1s + 200ms), (Rgb{51, 204, 51}));
-    EXPECT_EQ(colorOf(model, kG1, 1s + 300ms), (Rgb{153, 102, 51}));
-    EXPECT_EQ(colorOf(model, kG1, 1s + 400ms), kBlueLight);
-}
-
-TEST(Pulse, RepeatsWithItsPeriodUntilStopped) {
-    KeyboardModel model;
-    model.pulse(kEsc, kRed, kBlue, 400ms, Repeat::UntilStopped, 0s);
-    EXPECT_EQ(colorOf(model, kEsc, 24h), kRedLight);
-    EXPECT_EQ(colorOf(model, kEsc, 24h + 200ms), kBlueLight);
-    model.setKey(kEsc, {100, 100, 100});
-    EXPECT_EQ(colorOf(model, kEsc, 24h + 200ms), kBlueLight);
-    model.stopEffects();
-    EXPECT_EQ(colorOf(model, kEsc, 24h + 200ms), (Rgb{255, 255, 255}));
-}
-
 TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {
     KeyboardModel model;
     model.pulse(kEsc, kRed, kBlue, Duration::max(), Repeat::Once, 10s);

@@ -2,7 +2,7 @@
 # run.sh REPLAY [--update]: runs the scripts of this folder, each with the options in its first line, and compares what
 # comes out with the file beside it; --update writes those files instead. There, a long line ends in a sum, and what
 # comes in great numbers stands as a number and a sum: LED calls of one kind at one moment (all that follow one another,
-# where the first line ends in "# brief"), the looks and the beeps of a calibration.
+# where the first line ends in "# brief"), the looks and the beeps of a calibration. Files that a script has exported stand as their sums.
 folder=$(cd "$(dirname "$0")" && pwd) && work=$(mktemp -d) && cd "$work" || exit 2
 trap 'rm -rf "$work"' EXIT
 
@@ -35,7 +35,8 @@ for script in "$folder"/*.replay; do
     # The options are words.
     # shellcheck disable=SC2046
     actual=$("$1" $(sed -n '1{s/^# //;s/ # brief//;p}' "$script") "$script" |
-        awk -v brief="$(sed -n '1s/.* # brief/1/p' "$script")" "$shortened")
+        awk -v brief="$(sed -n '1s/.* # brief/1/p' "$script")" "$shortened"
+        find . -type f -exec cksum {} \; -delete)
     if [ "${2:-}" = --update ]; then
         printf '%s\n' "$actual" >"$expected"
     elif ! printf '%s\n' "$actual" | diff "$expected" -; then

@@ -34,7 +34,7 @@ public:
     OwnSurroundings& operator=(const OwnSurroundings&) = delete;
 
 private:
-    std::string m_folder = "/tmp/glimra-test-XXXXXX";
+    std::string m_folder = std::filesystem::temp_directory_path() / "glimra-test-XXXXXX";
     pid_t m_process = ::getpid();
 };
 

@@ -62,8 +62,8 @@ public:
 
 private:
     glimra::tests::PrivateBus& m_bus;
-    glimra::tests::ChildProcess m_program{
-        "/usr/bin/python3", {"python3", "-m", "dbusmock", "--system", "--template", "logind"}};
+    glimra::tests::ChildProcess m_program{"/usr/bin/python3",
+                                          {"python3", "-m", "dbusmock", "--system", "--template", "logind"}};
 };
 
 /// The desktop's screen saver service.
@@ -183,22 +183,6 @@ TEST_F(PowerServicesTest, BelievesNobodyButTheLoginManager) {
     serveEvents(200);
     EXPECT_THAT(told, IsEmpty());
     EXPECT_EQ(login->locks(), kDelay);
-}
-
-TEST_F(PowerServicesTest, OutlivesTheLoginManagerAndGreetsTheNext) {
-    useBus();
-    startLogin();
-    startPower();
-    power->processActivity().begin("Playing");
-    ASSERT_TRUE(eventually([&] { return login->locks().size() == 2; }));
-    login->prepareForSleep(true);
-    ASSERT_TRUE(eventually([&] { return told.size() == 1; }));
-
-    login.reset();
-    ASSERT_TRUE(eventually([&] { return told.size() == 2; }));
-    EXPECT_THAT(told, ElementsAre("sleep", "wake"));
-    startLogin();
-    EXPECT_TRUE(eventually([&] { return login->locks().size() == 2; }));
 }
 
 TEST_F(PowerServicesTest, KeepsTheMachineAwakeForTheTimeOfTheActivity) {

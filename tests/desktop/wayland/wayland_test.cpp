@@ -113,34 +113,5 @@ TEST_F(WaylandTest, TheProgramLightsKeysForTheGamesWindow) {
     EXPECT_EQ(glimra.wait(), 0);
 }
 
-TEST_F(WaylandTest, TheScreenIsRefusedAndTheGamesWindowIsRead) {
-    X11ScreenCapture screen(session.display(), CaptureChoice::Screen);
-    EXPECT_EQ(screen.capture({0, 0, 80, 1}), std::nullopt);
-    EXPECT_EQ(screen.state(), CaptureState::ScreenRefused);
-
-    // Nothing is known of a display that is named but what it allows; it is judged by that alone.
-    X11ScreenCapture capture(session.display());
-    EXPECT_EQ(capture.capture({2, 0, 80, 1}), std::nullopt);
-    EXPECT_EQ(capture.state(), CaptureState::NoWindow);
-    const CaptureCheck before = checkCapture(session.display(), CaptureChoice::Automatic, {2, 0, 80, 1});
-    EXPECT_EQ(before.server, DisplayServer::XWayland);
-    EXPECT_EQ(before.state, CaptureState::NoWindow);
-    EXPECT_NE(before.problem, "");
-
-    Game game;
-    game.command("frame ff0000 " + kDarkCells + "00ff00");
-    const auto colorAt = [&](int x) {
-        const auto image = capture.capture({2, 0, 80, 1});
-        return image ? image->view().colorAt(x) : std::nullopt;
-    };
-    const platform::Color red{1.0, 0.0, 0.0};
-    const platform::Color green{0.0, 1.0, 0.0};
-    EXPECT_TRUE(eventually([&] { return colorAt(0) == red && colorAt(79) == green; }));
-    EXPECT_EQ(capture.state(), CaptureState::Window);
-    const CaptureCheck after = checkCapture(session.display(), CaptureChoice::Automatic, {2, 0, 80, 1});
-    EXPECT_EQ(after.problem, "");
-    EXPECT_TRUE(after.captureTime);
-}
-
 } // namespace
 } // namespace glimra::desktop

@@ -345,18 +345,13 @@ void StandInServer::update(Client& client, const Request& request) {
         acknowledge(client, request, kGone);
         return;
     }
-    const platform::Time now = keyboards::monotonicNow();
-    const bool isBusy = now < device->lastWrite + m_options.writingTime;
     for (std::size_t led = 0; led < count; ++led) {
         const auto color = reader.bytes(4);
         device->stored[led] = {color[0], color[1], color[2]};
         if (color[3] != 0)
             m_complaints.push_back("a colour with a fourth byte");
     }
-    if (!isBusy) {
-        device->lights.colors = device->stored;
-        device->lastWrite = now;
-    }
+    device->lights.colors = device->stored;
     ++device->lights.frames;
     acknowledge(client, request, 0);
     if (client.version >= 6)

@@ -38,8 +38,6 @@ public:
         /// The newest that it speaks; with 0 it gives no answer about versions.
         std::uint32_t version = 5;
         std::uint16_t port = 0;
-        /// Keeps a frame that comes less than this after another until the next one.
-        platform::Duration writingTime{};
         /// Says something else in place of an answer.
         std::function<std::optional<Bytes>(std::uint32_t requestId)> tamper = nullptr;
     };
@@ -82,7 +80,6 @@ private:
         std::uint32_t id = 0;
         Lights lights;
         std::vector<Rgb> stored;
-        platform::Time lastWrite = platform::Time::min();
     };
     struct Client {
         int fd = -1;

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-
 namespace glimra::keyboards {
 namespace {
 
@@ -141,31 +140,6 @@ TEST_F(UsbKeyboardTest, PluggingAnewIsNoticedAlsoWhenNothingIsSent) {
     EXPECT_EQ(lost.kind, DeviceStatus::Kind::Lost);
     EXPECT_EQ(lost.text, "The keyboard G810 (046d:c331) was unplugged.");
     EXPECT_EQ(m_keyboard->serve().kind, DeviceStatus::Kind::Ok);
-}
-
-TEST_F(UsbKeyboardTest, ASingleLightShowsTheColourOfMostKeys) {
-    const auto colored = [](std::size_t first, std::size_t last, Rgb color) {
-        std::vector<KeyColor> keys;
-        for (std::size_t i = first; i < last; ++i)
-            keys.push_back({indexOf(lighting::keyBitmapOffsets[i].code), color});
-        return keys;
-    };
-    plug(0xC33A);
-    const auto only = [](const std::string& color) {
-        return ElementsAre(StartsWith("11ff0c3c0001" + color));
-    };
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
-    EXPECT_THAT(reportsOf(colored(0, 51, {9, 0, 0})), IsEmpty());
-    EXPECT_THAT(reportsOf(colored(51, 52, {9, 0, 0})), only("090000"));
-    EXPECT_THAT(reportsOf(colored(0, 1, {5, 5, 5})), only("010203"));
-    m_keyboard->close();
-
-    plug(0xC336);
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})),
-                ElementsAre(report("11ff0c3a0101010203", 20), report("11ff0c3a0201010203", 20),
-                            report("11ff0c3a0301010203", 20), report("11ff0c3a0401010203", 20),
-                            report("11ff0c3a0501010203", 20)));
 }
 
 } // namespace
