@@ -135,40 +135,5 @@ TEST(QtRunLoop, AfterTerminationEveryWaitReturnsFalseAndNothingStarts) {
     EXPECT_EQ(order, "ti");
 }
 
-TEST(QtRunLoop, TimersThatFallTogetherShareAWakeUp) {
-    struct CountTimerEvents : QObject {
-        bool eventFilter(QObject*, QEvent* event) override {
-            count += event->type() == QEvent::Timer ? 1 : 0;
-            return false;
-        }
-        int count = 0;
-    } wakeUps;
-    QtRunLoop loop;
-    int runs = 0;
-    // On a busy machine even two lines can lie apart.
-    Time begin{};
-    TimerId first = 0;
-    TimerId second = 0;
-    do {
-        loop.cancel(first);
-        loop.cancel(second);
-        begin = loop.now();
-        first = loop.repeat(5ms, [&] { ++runs; });
-        second = loop.repeat(5ms, [&] { ++runs; });
-    } while (loop.now() - begin > QtRunLoop::kCoalescingSlack / 2);
-    loop.installEventFilter(&wakeUps);
-    while (runs < 20 && loop.now() < begin + 10s)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_GE(runs, 20);
-    EXPECT_LE(wakeUps.count, runs * 3 / 4);
-
-    // With nothing to do it sleeps.
-    loop.cancel(first);
-    loop.cancel(second);
-    wakeUps.count = 0;
-    QTest::qWait(20);
-    EXPECT_EQ(wakeUps.count, 0);
-}
-
 } // namespace
 } // namespace glimra::desktop

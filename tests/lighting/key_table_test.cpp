@@ -1,5 +1,4 @@
 #include "lighting/key_table.h"
-#include "lighting/keyboard_layout.h"
 
 #include <gmock/gmock.h>
 
@@ -22,19 +21,6 @@ TEST(KeyTable, MenuListIsSortedWithNoKeyFirst) {
     EXPECT_EQ(at("F12") + 1, at("G Logo \u00A9"));
     EXPECT_EQ(at("G9") + 1, at("Glimra Badge \u00A9"));
     EXPECT_THAT(std::vector(names.end() - 4, names.end()), testing::ElementsAre("[", "\\", "]", "~"));
-}
-
-TEST(KeyboardLayout, DrawsEveryKeyOnceWithoutOverlap) {
-    std::set<KeyCode> codes;
-    for (const KeyRect& key : kKeyboardLayout) {
-        EXPECT_TRUE(codes.insert(key.code).second) << key.code;
-        EXPECT_TRUE(displayNameOfKey(key.code)) << key.code;
-        for (const KeyRect& other : kKeyboardLayout)
-            EXPECT_TRUE(&key == &other || key.x + key.width <= other.x || other.x + other.width <= key.x ||
-                        key.y + key.height <= other.y || other.y + other.height <= key.y)
-                << key.code << " and " << other.code;
-    }
-    EXPECT_EQ(codes.size(), 115U);
 }
 
 } // namespace

@@ -12,9 +12,6 @@
 #include <string>
 #include <vector>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-
 namespace glimra::desktop {
 namespace {
 
@@ -228,28 +225,6 @@ TEST_F(PowerServicesTest, RunsWithoutABusAndSaysSoOnce) {
 
     tellOfDisplays(SleepSource::ScreenSaver, true);
     EXPECT_THAT(told, ElementsAre("sleep"));
-}
-
-TEST_F(PowerServicesTest, NeverWaitsForABusThatDoesNotAnswer) {
-    const QTemporaryDir folder;
-    const QByteArray path = folder.filePath("bus").toLocal8Bit();
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::copy(path.begin(), path.end(), address.sun_path);
-    const UniqueFd listener(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(listener.get(), 8), 0);
-    useBuses("unix:path=" + path, "unix:path=" + path);
-
-    QElapsedTimer timer;
-    timer.start();
-    startPower();
-    power->processActivity().begin("Playing");
-    serveEvents(50);
-    power->processActivity().end("Playing");
-    power.reset();
-    EXPECT_LT(timer.elapsed(), 1000);
-    EXPECT_THAT(told, IsEmpty());
 }
 
 } // namespace

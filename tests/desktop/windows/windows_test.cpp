@@ -326,29 +326,6 @@ TEST_F(WindowsTest, TheProgrammerWarnsOfACooldownColorThatIsLikeAnActionKeysOwn)
     EXPECT_THAT(warning->text().toStdString(), testing::Not(HasSubstr("color C")));
 }
 
-TEST_F(WindowsTest, MenusMarkTheAutorunChoiceAndDebugMode) {
-    auto* const none = window("mainWindow")->findChild<QAction*>("autorunNoneMI");
-    auto* const wow = none->parent()->findChild<QAction*>("autorunWowMI");
-    EXPECT_TRUE(none->isChecked());
-    wow->trigger();
-    auto* const sheet = window("mainWindow")->findChild<QMessageBox*>();
-    ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->informativeText(),
-              "Each time Glimra opens, it will automatically launch\nWorld of Warcraft");
-    EXPECT_FALSE(sheet->text().isEmpty());
-    sheet->close();
-    EXPECT_TRUE(wow->isChecked());
-    EXPECT_FALSE(none->isChecked());
-    // The chosen one chosen again stays chosen.
-    wow->trigger();
-    EXPECT_TRUE(wow->isChecked());
-
-    auto* const debug = none->parent()->findChild<QAction*>("debugItem");
-    debug->trigger();
-    EXPECT_TRUE(state().log.debugMode);
-    EXPECT_TRUE(debug->isChecked());
-}
-
 TEST_F(WindowsTest, ClosingTheMainWindowClosesItsCompanionsAndAsksToQuit) {
     openProgrammer();
     click("helpButton");

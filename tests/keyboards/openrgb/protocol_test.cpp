@@ -53,20 +53,6 @@ TEST_P(ControllerData, IsRefusedWhenAnyOfItIsMissingOrLeftOver) {
     EXPECT_FALSE(readController(longer, GetParam()));
 }
 
-TEST_P(ControllerData, WithAnyNumberBlownUpIsNeverTakenForMore) {
-    const Payload whole = encodeDevice(tests::smallKeyboard(), GetParam());
-    for (std::size_t at = 4; at + 2 <= whole.size(); ++at) {
-        Payload blownUp = whole;
-        blownUp[at] = blownUp[at + 1] = 0xFF;
-        // Bytes of a colour or a name may be anything; numbers of things and lengths may not.
-        if (const auto read = readController(blownUp, GetParam())) {
-            EXPECT_EQ(read->leds.size(), 6U) << at;
-            EXPECT_EQ(read->colors.size(), 6U) << at;
-            EXPECT_EQ(read->modes.size(), 2U) << at;
-        }
-    }
-}
-
 TEST(ControllerDataLimits, MatrixMustHaveAsManyCellsAsItSays) {
     ServerDevice device = tests::fullKeyboard();
     device.zones[0].height = 0x10000;
