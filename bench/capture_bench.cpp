@@ -2,7 +2,7 @@
 // bare loop of the same request. Starts its own servers; ends with 1 when the capture misses its goal.
 
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <unistd.h>
 

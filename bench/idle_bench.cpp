@@ -3,7 +3,7 @@
 // own. Ends with 1 when the application misses its goal.
 
 #include "desktop/x11/connection.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <CLI/CLI.hpp>
 

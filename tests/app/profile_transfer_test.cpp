@@ -4,24 +4,17 @@
 #include <gmock/gmock.h>
 
 #include <bit>
-#include <cstdio>
-#include <filesystem>
 #include <limits>
-#include <unistd.h>
 
 namespace glimra {
 namespace {
 
-using ::testing::ElementsAre;
 using trace::TraceKind;
 
 constexpr float kMarker = 654321.0F;
 
-/// A profile file under /tmp that goes with the test.
 class ProfileTransferTest : public ::testing::Test {
 protected:
-    ~ProfileTransferTest() override { std::filesystem::remove(path); }
-
     void write(const std::vector<float>& values,
                std::size_t bytes = std::numeric_limits<std::size_t>::max()) {
         std::vector<std::uint8_t> content;
@@ -30,15 +23,6 @@ protected:
                 content.push_back(static_cast<std::uint8_t>(std::bit_cast<std::uint32_t>(value) >> shift));
         content.resize(std::min(content.size(), bytes));
         ASSERT_EQ(platform::writeWholeFile(path, content), "");
-    }
-
-    std::vector<float> read() const {
-        const std::vector<std::uint8_t> bytes = platform::readWholeFile(path, 1 << 20).bytes;
-        std::vector<float> values;
-        for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4)
-            values.push_back(std::bit_cast<float>(static_cast<std::uint32_t>(
-                bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16 | bytes[i + 3] << 24)));
-        return values;
     }
 
     /// A whole file: version, blink time and every flag, colour component and slot alike.
@@ -55,65 +39,21 @@ protected:
 
     /// Imports the file; the last log line, and the settings afterwards.
     std::pair<std::string, nlohmann::ordered_json> import(const std::string& before = "") {
-        const auto lines = test::replay(before + "start\nanswer-path \"" + path +
-                                            "\"\naction \"ImportPreferencesMI:\"\ndump defaults\n",
-                                        {TraceKind::Log, TraceKind::Dump, TraceKind::SystemLog});
+        const auto lines = tests::replay(before + "start\nanswer-path \"" + path +
+                                             "\"\naction \"ImportPreferencesMI:\"\ndump defaults\n",
+                                         {TraceKind::Log, TraceKind::Dump, TraceKind::SystemLog});
         systemLogLines = 0;
         for (const auto& line : lines)
             systemLogLines += line["kind"] == "system-log" ? 1 : 0;
         return {lines.at(lines.size() - 2)["text"], lines.back()["value"]};
     }
 
-    const std::string path = "/tmp/glimra-test-" + std::to_string(::getpid()) + ".keycolormap";
+    const std::string path = ::testing::TempDir() + "test.keycolormap";
     const std::string kImported = "Color profiles imported.\n";
     const std::string kInvalid =
         "Error: File does not contain valid Color Presets for this version of Glimra.\n";
     int systemLogLines = 0;
 };
-
-TEST_F(ProfileTransferTest, ExportWritesEveryValueWhereItBelongs) {
-    test::replayText(R"(
-        default "blinkTimePref" 2.5
-        default "useActionBarCooldowns3" true
-        default-color "colorIColor2" 0.25 0.5 0.75
-        default "savedKeyToColorMap9" [7, 9]
-        start
-        answer-path ")" +
-                     path + R"("
-        action "ExportPreferencesMI:"
-    )");
-    const std::vector<float> all = read();
-    ASSERT_EQ(all.size(), 1402U);
-    for (const std::size_t marker : {0U, 13U, 365U, 1401U})
-        EXPECT_EQ(all[marker], kMarker);
-    EXPECT_EQ(all[2], 1.0F);
-    EXPECT_EQ(all[3], 2.5F);
-    EXPECT_THAT(std::vector(all.begin() + 4, all.begin() + 13), ElementsAre(0, 0, 1, 0, 0, 0, 0, 0, 0));
-    EXPECT_THAT(std::vector(all.begin() + 14, all.begin() + 17), ElementsAre(1.0F, 0.5F, 0.0F)); // factory I
-    EXPECT_THAT(std::vector(all.begin() + 53, all.begin() + 56), ElementsAre(0.25F, 0.5F, 0.75F));
-    EXPECT_EQ(all[366], 5.0F);           // Esc of profile 1, factory
-    EXPECT_EQ(all[366 + 8 * 115], 9.0F); // Esc of profile 9, stored; what its short map lacks is slot 4
-    EXPECT_EQ(all[366 + 8 * 115 + 1], 4.0F);
-}
-
-TEST_F(ProfileTransferTest, WhatWasExportedComesBack) {
-    const auto before = test::replay(R"(
-        default "blinkTimePref" 0.5
-        default "useActionBarCooldowns9" true
-        default-color "colorAColor1" 0.125 0.25 1
-        start
-        answer-path ")" + path + R"("
-        action "ExportPreferencesMI:"
-    )");
-    const auto [message, defaults] = import();
-    EXPECT_EQ(message, kImported);
-    EXPECT_EQ(defaults["blinkTimePref"], 0.5);
-    EXPECT_EQ(defaults["useActionBarCooldowns9"], true);
-    EXPECT_EQ(defaults["colorAColor1"], nlohmann::ordered_json::parse("[0.125, 0.25, 1.0]"));
-    ASSERT_EQ(defaults["savedKeyToColorMap1"].size(), 528U);
-    EXPECT_EQ(defaults["savedKeyToColorMap1"][17], 6); // W
-    EXPECT_EQ(defaults["savedKeyToColorMap1"][84], 0); // no key of the canvas
-}
 
 TEST_F(ProfileTransferTest, ValuesAreLimited) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -157,18 +97,6 @@ TEST_F(ProfileTransferTest, AFileCutOffRepeatsItsLastValue) {
     const auto [message, defaults] = import();
     EXPECT_EQ(message, kImported);
     EXPECT_EQ(defaults["savedKeyToColorMap1"][1], 12);
-}
-
-TEST_F(ProfileTransferTest, OutcomesHaveTheirMessages) {
-    const auto lastLog = [&](const std::string& script) {
-        return std::string(test::replay("start\n" + script, {TraceKind::Log}).back()["text"]);
-    };
-    EXPECT_EQ(lastLog("action \"ExportPreferencesMI:\""), "Export cancelled.\n");
-    EXPECT_EQ(lastLog("action \"ImportPreferencesMI:\""), "Import cancelled.\n");
-    EXPECT_EQ(lastLog("answer-path \"/nowhere/x\"\naction \"ExportPreferencesMI:\""),
-              "Error: Could not save the file.\n");
-    EXPECT_EQ(lastLog("answer-path \"/nowhere/x\"\naction \"ImportPreferencesMI:\""),
-              "Error: Unable to access that file or folder.\n");
 }
 
 } // namespace

@@ -102,36 +102,6 @@ TEST_F(KeyboardViewTest, OnlyWhatChangesIsPaintedAndACallStormOnce) {
     EXPECT_TRUE(m_paints.region.contains(placeOf(kLogo)));
 }
 
-TEST_F(KeyboardViewTest, EffectsMoveWhileTheyRunAndRestWhenTheyAreOver) {
-    show();
-    m_now += 1s;
-    m_keyboard.LogiLedPulseSingleKey(kEnter, 100, 0, 0, 0, 0, 0, 400, false);
-    const std::size_t enter = *keyboards::keyIndex(kEnter);
-    const auto shows = [this, enter](Rgb color) {
-        return QTest::qWaitFor([&] { return m_view.shownColors()[enter] == color; });
-    };
-    EXPECT_TRUE(shows({255, 0, 0}));
-    m_now += 200ms;
-    EXPECT_TRUE(shows({0, 0, 0}));
-    m_now += 200ms;
-    EXPECT_TRUE(shows({0, 0, 0}));
-    EXPECT_TRUE(comesToRest());
-}
-
-TEST_F(KeyboardViewTest, AHiddenKeyboardRestsAndIsRightWhenItShowsAgain) {
-    show();
-    m_keyboard.LogiLedPulseSingleKey(kEnter, 100, 0, 0, 0, 0, 0, 400, true);
-    m_view.hide();
-    m_paints.clear();
-    m_now += 10min;
-    m_keyboard.LogiLedSetLighting(0, 100, 0);
-    m_keyboard.LogiLedStopEffects();
-    QTest::qWait(100);
-    EXPECT_EQ(m_paints.count + m_paints.timers, 0);
-    m_view.show();
-    EXPECT_EQ(m_view.shownColors()[*keyboards::keyIndex(kEnter)], (Rgb{0, 255, 0}));
-}
-
 TEST_F(KeyboardViewTest, KeysStandInTheirPlacesAtEverySizeInTheirOwnColours) {
     keyboards::KeyColors colors{};
     for (std::size_t i = 0; i < colors.size(); ++i)

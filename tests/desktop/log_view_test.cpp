@@ -74,28 +74,6 @@ TEST_F(LogViewTest, TheNextLineReplacesWhatTheUserHasSelected) {
     EXPECT_EQ(m_text.text, shown());
 }
 
-TEST_F(LogViewTest, AClickMovesTheInsertionPointAndCtrlEndBringsItBack) {
-    log("one\ntwo\n");
-    QTest::mouseClick(m_view.viewport(), Qt::LeftButton, {}, m_view.cursorRect().topLeft() - QPoint(0, 500));
-    press(Qt::Key_Home, Qt::ControlModifier);
-    log("zero\n");
-    EXPECT_EQ(shown(), "zero\none\ntwo\n");
-    press(Qt::Key_End, Qt::ControlModifier);
-    log("three\n");
-    EXPECT_EQ(shown(), "zero\none\ntwo\nthree\n");
-}
-
-TEST_F(LogViewTest, TheUserCannotChangeTheText) {
-    log("fixed\n");
-    QApplication::clipboard();
-    press(Qt::Key_X);
-    press(Qt::Key_Backspace);
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_X, Qt::ControlModifier);
-    press(Qt::Key_Delete);
-    EXPECT_EQ(shown(), "fixed\n");
-}
-
 TEST_F(LogViewTest, WhateverIsLoggedPositionsStayRight) {
     using namespace std::string_literals;
     // What a view drops, joins or turns into something else.

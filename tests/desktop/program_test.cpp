@@ -1,6 +1,7 @@
 // The real program, as a user or a script starts it.
 
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/folder.h"
+#include "support/x_server.h"
 #include "keyboards/openrgb/stand_in_server.h"
 #include "tools/strip/strip_painter.h"
 
@@ -9,16 +10,15 @@
 
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 namespace glimra {
 namespace {
 
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::contentOf;
+using glimra::tests::eventually;
+using glimra::tests::XvfbServer;
 using nlohmann::json;
 using ::testing::HasSubstr;
 
@@ -28,7 +28,7 @@ struct Result {
 };
 
 Result run(const std::string& command) {
-    std::FILE* const output = ::popen(("unset DISPLAY WAYLAND_DISPLAY; " + command).c_str(), "r");
+    std::FILE* const output = ::popen(command.c_str(), "r");
     Result result;
     for (int c = 0; (c = std::fgetc(output)) != EOF;)
         result.output += static_cast<char>(c);
@@ -36,19 +36,8 @@ Result run(const std::string& command) {
     return result;
 }
 
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return (std::ostringstream() << stream.rdbuf()).str();
-}
-
 class ProgramTest : public ::testing::Test {
 protected:
-    ProgramTest() {
-        std::filesystem::create_directory(m_folder);
-        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all);
-    }
-    ~ProgramTest() override { std::filesystem::remove_all(m_folder); }
-
     std::string file(const char* name) const { return (m_folder / name).string(); }
     /// Of the doctor's report: health by check.
     static std::map<std::string, std::string> healths(const json& report) {
@@ -58,8 +47,7 @@ protected:
         return healths;
     }
 
-    std::filesystem::path m_folder =
-        std::filesystem::temp_directory_path() / ("glimra-program-test-" + std::to_string(::getpid()));
+    const std::filesystem::path m_folder = tests::newFolder();
     const std::string m_onAnyBus = "XDG_RUNTIME_DIR=" + m_folder.string() +
                                    " QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM " --settings " +
                                    file("settings.ini") + " ";
@@ -67,7 +55,10 @@ protected:
 };
 
 TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
-    const Result blind = run(m_program + "doctor --json");
+    const tests::ClosedPort noServer;
+    const std::string noKeyboard =
+        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(noServer.number()) + " ";
+    const Result blind = run(m_program + noKeyboard + "doctor --json");
     EXPECT_EQ(blind.status, 1);
     const json nothing = json::parse(blind.output);
     EXPECT_EQ(nothing["works"], false);
@@ -99,12 +90,12 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     }
 
     server.process().signal(SIGSTOP);
-    const Result hung = run("timeout 20 env " + m_program + "--display " + server.display() + " doctor");
+    const Result hung = run("timeout 20 env " + m_program + noKeyboard + "--display " + server.display() + " doctor");
     server.process().signal(SIGCONT);
     EXPECT_EQ(hung.status, 1);
     EXPECT_THAT(hung.output, HasSubstr("does not answer"));
 
-    const Result words = run(m_program + "--display " + server.display() + " doctor");
+    const Result words = run(m_program + noKeyboard + "--display " + server.display() + " doctor");
     EXPECT_EQ(words.status, 0);
     EXPECT_THAT(words.output, HasSubstr("microseconds"));
     EXPECT_THAT(words.output, HasSubstr("Glimra can work here."));

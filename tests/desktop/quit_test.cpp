@@ -140,30 +140,5 @@ TEST_F(QuitTest, IsAnsweredWhileReadingIsSuspended) {
     expectLetGo();
 }
 
-TEST_F(QuitTest, EndsAnAnimationAtOnce) {
-    m_begin = [this] {
-        m_driver.calls.clear();
-        m_delegate.appendToMessageQueue("A");
-    };
-    EXPECT_LT(quitWhen([this] { return m_driver.calls.size() > 3; }), kAnswerLimit);
-    expectLetGo();
-}
-
-TEST_F(QuitTest, EndsACalibrationAtOnceAndStoresNothing) {
-    m_begin = [this] {
-        m_machine.runLoop.after(0ms, [this] {
-            while (m_delegate.state().messages.confirmCalibrate)
-                m_delegate.calibrateButton();
-            m_delegate.calibrateButton();
-        });
-    };
-    const auto isCalibrating = [this] {
-        return m_delegate.outlets().myTextScroll.text.find("ATTEMPTING") != std::string::npos;
-    };
-    EXPECT_LT(quitWhen(isCalibrating), kAnswerLimit);
-    expectLetGo();
-    EXPECT_FALSE(m_machine.settings.get("scanWidth"));
-}
-
 } // namespace
 } // namespace glimra::desktop

@@ -1,6 +1,8 @@
 #include "desktop/thread_worker_loop.h"
 #include "screenlink/calibration.h"
 #include "screenlink/screen_reader.h"
+#include "simulated/screen.h"
+#include "simulated/user_defaults.h"
 #include "support/real_time_loop.h"
 #include "tools/strip/strip_encoder.h"
 
@@ -48,13 +50,6 @@ private:
     std::size_t m_frame = 0;
 };
 
-class BlackScreen final : public platform::ScreenCapture {
-public:
-    int activeDisplayCount() override { return 1; }
-    double backingScaleFactor() override { return 1.0; }
-    std::optional<platform::Image> capture(const platform::ScreenRect&) override { return std::nullopt; }
-};
-
 /// The reader's real thread, without its pauses.
 class HurriedThread final : public platform::WorkerLoop {
 public:
@@ -72,13 +67,6 @@ struct Silence final : platform::MessageLog, platform::Sounds, platform::ChildPr
     void insertText(std::string_view) override {}
     void play(std::string_view) override {}
     void start(const std::string&, const std::vector<std::string>&) override {}
-};
-
-class NoSettings final : public platform::UserDefaults {
-public:
-    std::optional<platform::StoredValue> get(std::string_view) const override { return std::nullopt; }
-    void set(std::string_view, platform::StoredValue) override {}
-    std::map<std::string, platform::StoredValue, std::less<>> all() const override { return {}; }
 };
 
 struct Replied final : platform::Application {
@@ -105,10 +93,11 @@ bool couldComeFromTheFront(const std::vector<std::string>& pushed, const std::ve
 TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
     tests::RealTimeLoop loop;
     FastScreen screen;
-    BlackScreen black;
+    simulated::SimulatedScreen off;
+    simulated::SimulatedCapture black(off);
     HurriedThread thread;
     Silence silence;
-    NoSettings settings;
+    simulated::InMemoryDefaults settings;
     Replied application(loop);
     events::MessageState messages;
     events::EffectState effects;

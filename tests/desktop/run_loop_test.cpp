@@ -112,22 +112,6 @@ TEST(QtRunLoop, PostedJobsKeepTheirOrderAndDoNotWaitForAWaitingOne) {
     EXPECT_TRUE(std::ranges::is_sorted(fromThread));
 }
 
-TEST(QtRunLoop, WaitsServeTheUsersEventsAndEndAtTheirOwnDeadlines) {
-    QtRunLoop loop;
-    std::string order;
-    QTimer::singleShot(0, [&] { order += 'u'; });
-    const Time outer = loop.now() + 3ms;
-    const Time inner = loop.now() + 6ms;
-    loop.post([&] {
-        EXPECT_TRUE(loop.runUntil(inner));
-        EXPECT_GE(loop.now(), inner);
-        order += 'i';
-    });
-    EXPECT_TRUE(loop.runUntil(outer));
-    order += 'o';
-    EXPECT_EQ(order, "uio");
-}
-
 TEST(QtRunLoop, AfterTerminationEveryWaitReturnsFalseAndNothingStarts) {
     QtRunLoop loop;
     std::string order;
@@ -149,41 +133,6 @@ TEST(QtRunLoop, AfterTerminationEveryWaitReturnsFalseAndNothingStarts) {
     std::this_thread::sleep_for(2ms);
     QCoreApplication::processEvents();
     EXPECT_EQ(order, "ti");
-}
-
-TEST(QtRunLoop, TimersThatFallTogetherShareAWakeUp) {
-    struct CountTimerEvents : QObject {
-        bool eventFilter(QObject*, QEvent* event) override {
-            count += event->type() == QEvent::Timer ? 1 : 0;
-            return false;
-        }
-        int count = 0;
-    } wakeUps;
-    QtRunLoop loop;
-    int runs = 0;
-    // On a busy machine even two lines can lie apart.
-    Time begin{};
-    TimerId first = 0;
-    TimerId second = 0;
-    do {
-        loop.cancel(first);
-        loop.cancel(second);
-        begin = loop.now();
-        first = loop.repeat(5ms, [&] { ++runs; });
-        second = loop.repeat(5ms, [&] { ++runs; });
-    } while (loop.now() - begin > QtRunLoop::kCoalescingSlack / 2);
-    loop.installEventFilter(&wakeUps);
-    while (runs < 20 && loop.now() < begin + 10s)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_GE(runs, 20);
-    EXPECT_LE(wakeUps.count, runs * 3 / 4);
-
-    // With nothing to do it sleeps.
-    loop.cancel(first);
-    loop.cancel(second);
-    wakeUps.count = 0;
-    QTest::qWait(20);
-    EXPECT_EQ(wakeUps.count, 0);
 }
 
 } // namespace

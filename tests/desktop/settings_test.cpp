@@ -162,12 +162,13 @@ TEST_F(SettingsTest, ADamagedFileIsKeptBesideTheNewOne) {
 }
 
 TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
-    for (std::int64_t start = 1; start <= 5; ++start)
+    // Each file of another size: within one process Qt takes a file of the same size and time for unchanged.
+    for (const std::int64_t start : {1, 20, 300, 4000, 50'000})
         SettingsFile(path(), m_log).set("start", start);
     SettingsFile(path(), m_log); // changes nothing, so nothing is kept once more
     const QByteArray good = contentOf(path());
     EXPECT_EQ(contentOf(path() + ".1"), good);
-    EXPECT_THAT(contentOf(path() + ".3").toStdString(), HasSubstr("start=3\n"));
+    EXPECT_THAT(contentOf(path() + ".3").toStdString(), HasSubstr("start=300\n"));
     EXPECT_FALSE(QFile::exists(path() + ".4"));
     EXPECT_THAT(m_log.lines, ElementsAre());
 
@@ -176,7 +177,7 @@ TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
                                      "[General]\nstart\n" + good}) {
         m_log.lines.clear();
         writeFile(damage);
-        EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{5}});
+        EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{50'000}});
         EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr(".damaged")));
     }
     EXPECT_EQ(contentOf(path() + ".damaged-4").left(16), "[General]\nstart\n");
@@ -185,11 +186,18 @@ TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
     QFile::remove(path() + ".1");
     QFile::rename(path() + ".1x", path() + ".1");
     writeFile("nonsense");
-    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4}});
+    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4000}});
+}
+
+TEST_F(SettingsTest, ARunHasItsCopyFromTheStartOn) {
+    SettingsFile(path(), m_log).set("start", true);
+    QFile::remove(path() + ".1");
+    const SettingsFile running(path(), m_log);
+    EXPECT_EQ(contentOf(path() + ".1"), contentOf(path()));
 }
 
 TEST_F(SettingsTest, WhereNothingFitsOnTheDiskTheOldCopiesStay) {
-    for (std::int64_t start = 1; start <= 4; ++start)
+    for (const std::int64_t start : {1, 20, 300, 4000})
         SettingsFile(path(), m_log).set("start", start);
     const std::vector copies{contentOf(path() + ".1"), contentOf(path() + ".2"), contentOf(path() + ".3")};
     writeFile("[General]\nfilling=" + QByteArray(2000, 'x') + "\n\n[zz]\ncomplete=true\n");
@@ -207,7 +215,7 @@ TEST_F(SettingsTest, WhereNothingFitsOnTheDiskTheOldCopiesStay) {
     EXPECT_EQ(copies,
               (std::vector{contentOf(path() + ".1"), contentOf(path() + ".2"), contentOf(path() + ".3")}));
     EXPECT_THAT(m_log.lines, ElementsAre(HasSubstr("can't write")));
-    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4}});
+    EXPECT_EQ(SettingsFile(path(), m_log).get("start"), StoredValue{std::int64_t{4000}});
 }
 
 /// Changes two values together, again and again, until it is killed. Each save is told through `saved`.

@@ -1,5 +1,6 @@
 #include "desktop/qt_run_loop.h"
 #include "desktop/qt_window_system.h"
+#include "simulated/user_defaults.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,24 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <map>
 
 namespace glimra::desktop {
 namespace {
-
-class MemoryDefaults final : public platform::UserDefaults {
-public:
-    std::optional<platform::StoredValue> get(std::string_view key) const override {
-        const auto found = values.find(key);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
-    }
-    void set(std::string_view key, platform::StoredValue value) override {
-        values.insert_or_assign(std::string(key), std::move(value));
-    }
-    std::map<std::string, platform::StoredValue, std::less<>> all() const override { return values; }
-
-    std::map<std::string, platform::StoredValue, std::less<>> values;
-};
 
 class WindowSystemTest : public testing::Test {
 protected:
@@ -41,7 +27,7 @@ protected:
 
     platform::Window m_window;
     QWidget m_mainWindow;
-    MemoryDefaults m_defaults;
+    simulated::InMemoryDefaults m_defaults;
     QtWindowSystem m_windowSystem{m_defaults};
 };
 
@@ -56,8 +42,8 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     m_windowSystem.restoreFrame("windowPosition");
     EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
 
-    ASSERT_EQ(m_defaults.values.size(), 1U);
-    platform::StoredValue& stored = m_defaults.values.begin()->second;
+    ASSERT_EQ(m_defaults.all().size(), 1U);
+    const std::string key = m_defaults.all().begin()->first;
     using Array = platform::NumberArray;
     for (const platform::StoredValue& damaged : {platform::StoredValue{1.5},
                                                  {Array{}},
@@ -65,11 +51,11 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
                                                  {Array{1.0, 2.0, 0.0, -5.0}},
                                                  {Array{1e300, 2.0, 300.0, 300.0}},
                                                  {Array{1.0, std::nan(""), 300.0, 300.0}}}) {
-        stored = damaged;
+        m_defaults.set(key, damaged);
         m_windowSystem.restoreFrame("windowPosition");
         EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 720, 560));
     }
-    stored = Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}};
+    m_defaults.set(key, Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}});
     m_windowSystem.restoreFrame("windowPosition");
     EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
 }

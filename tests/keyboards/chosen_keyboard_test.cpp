@@ -28,7 +28,7 @@ protected:
     static ChosenKeyboard::Options options(const std::string& driver) {
         ChosenKeyboard::Options options;
         options.driver = driver;
-        options.openRgb.server.port = 1;
+        options.openRgb.server.port = s_noServer.number();
         options.hidFolders = {"/nowhere", "/nowhere"};
         return options;
     }
@@ -47,6 +47,7 @@ protected:
         return m_keyboard->drawn().model().colorsAt(m_loop.now())[keyIndex(key).value()];
     }
 
+    static inline const tests::ClosedPort s_noServer;
     tests::RealTimeLoop m_loop;
     std::optional<ChosenKeyboard> m_keyboard;
     std::vector<std::string> m_lines;
@@ -57,7 +58,8 @@ TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
     EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
     EXPECT_TRUE(keyboard.LogiLedInit());
     EXPECT_THAT(m_lines, ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
-                                     "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:1.",
+                                     "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:" +
+                                         std::to_string(s_noServer.number()) + ".",
                                      "Keyboard driver: virtual"));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     EXPECT_TRUE(keyboard.LogiLedSetLighting(100, 0, 0));
@@ -101,6 +103,7 @@ TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItCom
     ChosenKeyboard& keyboard = make(wanted);
     ASSERT_TRUE(keyboard.LogiLedInit());
     EXPECT_THAT(m_lines, ElementsAre("Keyboard driver: sdk"));
+    EXPECT_THAT(keyboard.description.get(), StartsWith("keyboard of "));
     EXPECT_TRUE(keyboard.LogiLedSetLightingForKeyWithKeyName(kEscape, 51, 33, 7));
     EXPECT_EQ(takeCalls(FAKE_SDK), "Init\nSetLightingForKeyWithKeyName 1 51 33 7\n");
     EXPECT_NE(drawn(kEscape), Rgb{});

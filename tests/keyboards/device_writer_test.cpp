@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include <time.h>
+#include <ctime>
 
 namespace glimra::keyboards {
 namespace {
@@ -132,6 +132,9 @@ TEST(DeviceWriter, ShowsTheNewestModelAndHandsTheDeviceBack) {
     for (int red = 1; red <= 100; ++red)
         writer.show(modelWithEsc({red, 0, 0}));
     EXPECT_TRUE(bench.waitFor([](const Bench::State& s) { return escOf(s) == Rgb{255, 0, 0}; }));
+    const std::clock_t before = std::clock();
+    std::this_thread::sleep_for(200ms);
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 50) << "nothing changes, so it rests";
     writer.stop();
     bench.with([](const Bench::State& s) {
         EXPECT_EQ(s.frameSizes.front(), kKeyCount);

@@ -98,20 +98,6 @@ TEST(WriterPlan, SendsAllKeysOnceThenOnlyWhatChanges) {
     EXPECT_THAT(scene.frames[1].keys, ElementsAre(lit(kEsc, {255, 0, 0})));
 }
 
-TEST(WriterPlan, RestsWhileNoColourChanges) {
-    Scene scene;
-    scene.settle();
-    scene.runFor(1h);
-    EXPECT_EQ(scene.steps, 1);
-    EXPECT_TRUE(scene.frames.empty());
-
-    scene.show();
-    scene.model.setKey(kEsc, kBlack);
-    scene.show();
-    scene.runFor(1h);
-    EXPECT_TRUE(scene.frames.empty()) << "shown anew, but no colour is another one";
-}
-
 TEST(WriterPlan, WakesForTheEdgesOfAFlashOnly) {
     Scene scene;
     scene.settle();
@@ -140,29 +126,6 @@ TEST(WriterPlan, SendsThirtyFramesASecondAtMostWhateverIsShown) {
     EXPECT_GE(scene.frames.size(), 270U);
     for (std::size_t i = 1; i < scene.frames.size(); ++i)
         EXPECT_GE(scene.frames[i].at - scene.frames[i - 1].at, WriterPlan::kFrameInterval);
-}
-
-TEST(WriterPlan, GivesASlowDeviceTheNewestFrameOnly) {
-    for (const bool isSlowByItself : {false, true}) {
-        Scene scene;
-        scene.settle();
-        scene.writingTime = isSlowByItself ? 200ms : 0ms;
-        if (!isSlowByItself) {
-            scene.plan.lost(scene.now);
-            scene.pace.interval = 200ms;
-            scene.runFor(2s);
-            scene.frames.clear();
-        }
-        const Time begin = scene.now;
-        scene.model.pulse(kEsc, kBlack, kRed, 2s, Repeat::UntilStopped, begin);
-        scene.show();
-        scene.runFor(2s);
-        EXPECT_LE(scene.frames.size(), 11U);
-        EXPECT_GE(scene.frames.size(), 9U);
-        for (const Scene::Frame& frame : scene.frames)
-            EXPECT_EQ(frame.keys[0].color, scene.model.colorsAt(frame.at)[frame.keys[0].key])
-                << "the colours are those of the moment of sending";
-    }
 }
 
 TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
@@ -205,38 +168,6 @@ TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
     ASSERT_EQ(scene.frames.size(), 1U);
     EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
     EXPECT_THAT(scene.frames[0].keys, testing::Contains(lit(kEsc, {255, 0, 0})));
-}
-
-TEST(WriterPlan, DoesNotRushAtADeviceThatComesAndGoes) {
-    Scene scene;
-    scene.settle();
-    scene.searches.clear();
-    for (int i = 0; i < 5; ++i) {
-        scene.plan.lost(scene.now);
-        scene.runUntil(scene.now + WriterPlan::kLongestPause);
-        scene.plan.lost(scene.now);
-        while (!scene.plan.isOpen())
-            scene.runFor(100ms);
-    }
-    const std::size_t quick = scene.searches.size();
-    scene.searches.clear();
-    const Time end = scene.now + 10min;
-    while (scene.now < end) {
-        if (scene.plan.isOpen())
-            scene.plan.lost(scene.now);
-        scene.runFor(100ms);
-    }
-    EXPECT_LE(quick, 10U);
-    EXPECT_LE(scene.searches.size(), 25U);
-}
-
-TEST(WriterPlan, SendsEverythingAgainWhenAsked) {
-    Scene scene;
-    scene.settle();
-    scene.plan.resendAll(scene.now);
-    scene.runFor(1h);
-    ASSERT_EQ(scene.frames.size(), 1U);
-    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
 }
 
 } // namespace

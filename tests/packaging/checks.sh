@@ -4,7 +4,8 @@ sources=$1
 build=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export LC_ALL=C.UTF-8
+export LC_ALL=C.UTF-8 HOME=$work
+unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_RUNTIME_DIR XDG_CONFIG_HOME XDG_DATA_HOME
 failures=0
 
 fail() {

@@ -68,9 +68,9 @@ protected:
         m_machine.application.terminate();
         static_cast<void>(m_machine.runLoop.runUntil(now() + 1s));
     }
-    /// What the keyboard was told, as `test::ledCalls` tells it of the replayed script, without times.
+    /// What the keyboard was told, as `tests::ledCalls` tells it of the replayed script, without times.
     std::vector<std::string> replayedCalls() const {
-        std::vector<std::string> calls = test::ledCalls(m_script, 0.0);
+        std::vector<std::string> calls = tests::ledCalls(m_script, 0.0);
         for (std::string& call : calls)
             call.erase(0, call.find(' ') + 1);
         return calls;

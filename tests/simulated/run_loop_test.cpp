@@ -40,25 +40,6 @@ TEST_F(RunLoopTest, ServesInOrderOfTimeAndAmongEqualsOfCreation) {
     EXPECT_EQ(loop.now(), milliseconds(20));
 }
 
-TEST_F(RunLoopTest, ServesWhatIsPostedMeanwhileAtTheMomentOfPosting) {
-    loop.after(milliseconds(10), [this] {
-        loop.post(noting("posted"));
-        note("first");
-    });
-    loop.after(milliseconds(10), noting("second"));
-    loop.after(milliseconds(11), noting("third"));
-    EXPECT_TRUE(wait(20));
-    EXPECT_THAT(happened, ElementsAre("10 first", "10 second", "10 posted", "11 third"));
-}
-
-TEST_F(RunLoopTest, WaitOfNothingServesWhatIsDueNow) {
-    loop.post(noting("posted"));
-    loop.after(milliseconds(0), noting("at once"));
-    loop.after(milliseconds(1), noting("later"));
-    EXPECT_TRUE(wait(0));
-    EXPECT_THAT(happened, ElementsAre("0 posted", "0 at once"));
-}
-
 TEST_F(RunLoopTest, NestedWaitServesAllButTheTimerItself) {
     loop.repeat(milliseconds(10), [this] {
         note("in");
@@ -73,16 +54,6 @@ TEST_F(RunLoopTest, NestedWaitServesAllButTheTimerItself) {
     happened.clear();
     EXPECT_TRUE(wait(5));
     EXPECT_THAT(happened, ElementsAre("40 in", "40 other", "48 other", "56 other", "64 other", "65 out"));
-}
-
-TEST_F(RunLoopTest, GridPointThatIsNowIsPassedOver) {
-    loop.repeat(milliseconds(10), [this] {
-        note("tick");
-        const bool isFirst = loop.now() == milliseconds(10);
-        EXPECT_TRUE(wait(isFirst ? 20 : 0));
-    });
-    EXPECT_TRUE(wait(45));
-    EXPECT_THAT(happened, ElementsAre("10 tick", "40 tick"));
 }
 
 TEST_F(RunLoopTest, CancelInAndOutsideTheOwnAction) {

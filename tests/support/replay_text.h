@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace glimra::test {
+namespace glimra::tests {
 
 /// Runs a script and gives the lines of these kinds (all when none is named) as text, without line ends. A
 /// script that can't be understood is a test failure.
@@ -61,27 +61,4 @@ inline std::vector<std::string> ledCalls(std::string_view script, double since) 
     return calls;
 }
 
-/// What the last dump of a script shows.
-inline nlohmann::ordered_json dumped(std::string_view script) {
-    const auto lines = replay(script, {trace::TraceKind::Dump});
-    return lines.empty() ? nlohmann::ordered_json{} : lines.back()["value"];
-}
-inline nlohmann::ordered_json stateAfter(std::string_view script) {
-    return dumped(std::string(script) + "\ndump state");
-}
-
-/// What a run writes to the system log.
-inline std::vector<std::string> systemLog(std::string_view script) {
-    std::vector<std::string> texts;
-    for (const auto& line : replay(script, {trace::TraceKind::SystemLog}))
-        texts.push_back(line["text"]);
-    return texts;
-}
-
-/// Script lines for a token (as JSON writes it) that finds the queue and the buffer empty: dispatched at the
-/// end of the two tenths of a second that it takes.
-inline std::string say(std::string_view token) {
-    return "token \"" + std::string(token) + "\"\nwait 0.2\n";
-}
-
-} // namespace glimra::test
+} // namespace glimra::tests

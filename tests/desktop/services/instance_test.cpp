@@ -1,6 +1,6 @@
 #include "desktop/services/instance_channel.h"
 
-#include "private_bus.h"
+#include "support/private_bus.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +17,7 @@ namespace {
 using Kind = InstanceCommand::Kind;
 using Standing = InstanceChannel::Standing;
 using Delivery = InstanceChannel::Delivery;
-using glimra::testing::eventually;
+using glimra::tests::eventually;
 
 TEST(InstanceCommand, IsReadAsItIsWrittenAndNothingElseIs) {
     for (const InstanceCommand& command :
@@ -32,7 +32,7 @@ TEST(InstanceCommand, IsReadAsItIsWrittenAndNothingElseIs) {
 
 class InstanceEdgeTest : public ::testing::Test {
 protected:
-    InstanceEdgeTest() { glimra::testing::ensureApplication(); }
+    InstanceEdgeTest() { glimra::tests::ensureApplication(); }
 
     Standing claim(InstanceChannel& channel) {
         return channel.claim([this](const InstanceCommand& command) {
@@ -67,7 +67,7 @@ protected:
         sender.join();
         return delivery;
     }
-    std::optional<glimra::testing::PrivateBus> m_bus;
+    std::optional<glimra::tests::PrivateBus> m_bus;
 };
 
 INSTANTIATE_TEST_SUITE_P(Channels, InstanceTest, ::testing::Values("bus", "socket"));

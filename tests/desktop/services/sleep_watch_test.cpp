@@ -49,17 +49,5 @@ TEST_F(SleepWatchTest, TellsASleepThatIsUnderWayButNoneThatIsOver) {
     EXPECT_THAT(told, ElementsAre("sleep"));
 }
 
-TEST_F(SleepWatchTest, TellsWhatHappensInAnObserverAfterIt) {
-    watch.observe(
-        [this] {
-            told.push_back("sleep");
-            watch.set(SleepSource::Machine, false);
-            told.push_back("asleep");
-        },
-        [this] { told.push_back("wake"); });
-    watch.set(SleepSource::Machine, true);
-    EXPECT_THAT(told, ElementsAre("sleep", "asleep", "wake"));
-}
-
 } // namespace
 } // namespace glimra::desktop

@@ -1,56 +1,26 @@
 #include "desktop/x11/capture_check.h"
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/folder.h"
+#include "support/x_server.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
 
 const std::string kDarkCells = "000000 000000 000000 000000 000000 000000 000000 000000 000000 ";
-
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// A folder that only this user can read, as sockets want it.
-class PrivateFolder {
-public:
-    PrivateFolder() {
-        if (::mkdtemp(m_path.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-    }
-    ~PrivateFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-
-    std::filesystem::path operator/(const char* file) const { return std::filesystem::path(m_path) / file; }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path = "/tmp/glimra-wayland-XXXXXX";
-};
 
 /// A Wayland session without a screen, in this program's environment and that of the programs it starts.
 class WaylandSession {
 public:
-    explicit WaylandSession(const PrivateFolder& folder) {
-        ::setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-        ::unsetenv("WAYLAND_DISPLAY");
-        ::unsetenv("DISPLAY");
+    explicit WaylandSession(const std::filesystem::path& folder) {
+        ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
         const auto log = folder / "compositor.log";
         m_compositor = std::make_unique<ChildProcess>(
             "weston", std::vector<std::string>{"weston", "--backend=headless-backend.so", "--xwayland",
@@ -59,7 +29,7 @@ public:
         std::smatch match;
         std::string text;
         const bool started = eventually([&] {
-            text = contents(log);
+            text = tests::contentOf(log);
             return std::regex_search(text, match, std::regex("xserver listening on display (:[0-9]+)"));
         });
         if (!started) {
@@ -101,7 +71,7 @@ private:
 
 class WaylandTest : public ::testing::Test {
 protected:
-    PrivateFolder folder;
+    const std::filesystem::path folder = tests::newFolder();
     WaylandSession session{folder};
 };
 
@@ -113,7 +83,7 @@ bool answers(Game& game, const std::string& message, const std::filesystem::path
         game.command("send " + message);
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
         while (std::chrono::steady_clock::now() < deadline) {
-            if (contents(file).find(text, offset) != std::string::npos)
+            if (tests::contentOf(file).find(text, offset) != std::string::npos)
                 return true;
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
@@ -128,48 +98,19 @@ TEST_F(WaylandTest, TheProgramLightsKeysForTheGamesWindow) {
     ChildProcess glimra(GLIMRA_PROGRAM, {"glimra", "--keyboard", "virtual", "--settings",
                                          (folder / "settings.ini").string(), "--trace", trace.string()});
     const auto says = [&](const char* text) {
-        return eventually([&] { return contents(trace).find(text) != std::string::npos; });
+        return eventually([&] { return tests::contentOf(trace).find(text) != std::string::npos; });
     };
-    ASSERT_TRUE(says("Screen capture: the game's own window is read")) << contents(trace);
+    ASSERT_TRUE(says("Screen capture: the game's own window is read")) << tests::contentOf(trace);
     {
         Game game;
-        ASSERT_TRUE(answers(game, "C", trace, 0, R"("LogiLedPulseSingleKey")")) << contents(trace);
+        ASSERT_TRUE(answers(game, "C", trace, 0, R"("LogiLedPulseSingleKey")")) << tests::contentOf(trace);
     }
     // Gone with its window, and started anew.
-    const std::size_t seen = contents(trace).size();
+    const std::size_t seen = tests::contentOf(trace).size();
     Game game;
-    EXPECT_TRUE(answers(game, "O", trace, seen, R"("LogiLedStopEffectsOnKey")")) << contents(trace);
+    EXPECT_TRUE(answers(game, "O", trace, seen, R"("LogiLedStopEffectsOnKey")")) << tests::contentOf(trace);
     glimra.signal(SIGTERM);
     EXPECT_EQ(glimra.wait(), 0);
-}
-
-TEST_F(WaylandTest, TheScreenIsRefusedAndTheGamesWindowIsRead) {
-    X11ScreenCapture screen(session.display(), CaptureChoice::Screen);
-    EXPECT_EQ(screen.capture({0, 0, 80, 1}), std::nullopt);
-    EXPECT_EQ(screen.state(), CaptureState::ScreenRefused);
-
-    // Nothing is known of a display that is named but what it allows; it is judged by that alone.
-    X11ScreenCapture capture(session.display());
-    EXPECT_EQ(capture.capture({2, 0, 80, 1}), std::nullopt);
-    EXPECT_EQ(capture.state(), CaptureState::NoWindow);
-    const CaptureCheck before = checkCapture(session.display(), CaptureChoice::Automatic, {2, 0, 80, 1});
-    EXPECT_EQ(before.server, DisplayServer::XWayland);
-    EXPECT_EQ(before.state, CaptureState::NoWindow);
-    EXPECT_NE(before.problem, "");
-
-    Game game;
-    game.command("frame ff0000 " + kDarkCells + "00ff00");
-    const auto colorAt = [&](int x) {
-        const auto image = capture.capture({2, 0, 80, 1});
-        return image ? image->view().colorAt(x) : std::nullopt;
-    };
-    const platform::Color red{1.0, 0.0, 0.0};
-    const platform::Color green{0.0, 1.0, 0.0};
-    EXPECT_TRUE(eventually([&] { return colorAt(0) == red && colorAt(79) == green; }));
-    EXPECT_EQ(capture.state(), CaptureState::Window);
-    const CaptureCheck after = checkCapture(session.display(), CaptureChoice::Automatic, {2, 0, 80, 1});
-    EXPECT_EQ(after.problem, "");
-    EXPECT_TRUE(after.captureTime);
 }
 
 } // namespace

@@ -2,12 +2,13 @@
 
 #include "desktop/settings_file.h"
 #include "desktop/system_services.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <QDir>
 #include <QFile>
 #include <QPoint>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSize>
 #include <QTemporaryDir>
 
@@ -18,7 +19,7 @@ class RealDesktop {
 public:
     RealDesktop() {
         // Only once it takes charge of windows is the manager there.
-        glimra::testing::XClient client(m_server.display());
+        glimra::tests::XClient client(m_server.display());
         const xcb_window_t window = client.createWindow({});
         if (!client.showManaged(window))
             throw std::runtime_error("no window manager");
@@ -30,31 +31,33 @@ public:
     struct ActiveWindow {
         QString id;
         QString title;
+        QPoint place;
         QSize size;
+        friend bool operator==(const ActiveWindow&, const ActiveWindow&) = default;
     };
     /// The window that has the keyboard; nameless when there is none.
     ActiveWindow active() const {
         const QStringList lines =
             user({"getactivewindow", "getwindowname", "getwindowgeometry", "--shell"}).split('\n');
-        ActiveWindow window;
-        window.title = lines.value(0);
-        const auto number = [&](const QString& name) {
-            return lines.filter(name + "=").value(0).section('=', 1).toInt();
+        const auto value = [&](const QString& name) {
+            return lines.filter(QRegularExpression("^" + name + "=")).value(0).section('=', 1);
         };
-        window.id = lines.filter("WINDOW=").value(0).section('=', 1);
-        window.size = {number("WIDTH"), number("HEIGHT")};
-        return window;
+        return {value("WINDOW"),
+                lines.value(0),
+                {value("X").toInt(), value("Y").toInt()},
+                {value("WIDTH").toInt(), value("HEIGHT").toInt()}};
     }
-    /// Waits until the window with this title has the keyboard; nameless when it never has.
+    /// Waits until the window with this title has the keyboard and its place; nameless when it never has.
     ActiveWindow waitForWindow(const QString& title) const {
         ActiveWindow window;
-        const bool isThere = glimra::testing::eventually([&] {
-            window = active();
+        const bool isThere = glimra::tests::eventually([&] {
+            const ActiveWindow before = std::exchange(window, active());
             // Qt appends the program's name.
             if (window.title != title && !window.title.startsWith(title + " — "))
                 return false;
-            // The manager gives the keyboard to a window before it shows it.
-            return user({"search", "--onlyvisible", "--name", "."}).split('\n').contains(window.id);
+            // The manager gives the keyboard to a window before it shows it, and may still move it then.
+            return window == before &&
+                   user({"search", "--onlyvisible", "--name", "."}).split('\n').contains(window.id);
         });
         return isThere ? window : ActiveWindow{};
     }
@@ -87,65 +90,8 @@ private:
         return process.readAllStandardOutput();
     }
 
-    glimra::testing::XvfbServer m_server{"1280x720x24", glimra::testing::reservedDisplayNumber()};
-    glimra::testing::ChildProcess m_manager{"openbox", {"openbox"}, m_server.display()};
-};
-
-/// A desktop's tray, for icons that are windows.
-class TrayHost {
-public:
-    explicit TrayHost(const std::string& display) : m_xcb(xcb_connect(display.c_str(), nullptr)) {
-        if (xcb_connection_has_error(m_xcb) != 0)
-            throw std::runtime_error("no X server at " + display);
-        const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(m_xcb)).data;
-        m_window = xcb_generate_id(m_xcb);
-        xcb_create_window(m_xcb, XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 100, 30, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        m_opcode = atom("_NET_SYSTEM_TRAY_OPCODE");
-        const xcb_atom_t selection = atom("_NET_SYSTEM_TRAY_S0");
-        xcb_set_selection_owner(m_xcb, m_window, selection, XCB_CURRENT_TIME);
-        xcb_client_message_event_t announcement{};
-        announcement.response_type = XCB_CLIENT_MESSAGE;
-        announcement.format = 32;
-        announcement.window = screen->root;
-        announcement.type = atom("MANAGER");
-        announcement.data.data32[1] = selection;
-        announcement.data.data32[2] = m_window;
-        xcb_send_event(m_xcb, 0, screen->root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&announcement));
-        xcb_flush(m_xcb);
-    }
-    ~TrayHost() { xcb_disconnect(m_xcb); }
-    TrayHost(const TrayHost&) = delete;
-    TrayHost& operator=(const TrayHost&) = delete;
-
-    /// Waits until an icon asks to be docked.
-    bool getsAnIcon() {
-        return glimra::testing::eventually([this] {
-            bool isDocked = false;
-            while (xcb_generic_event_t* const event = xcb_poll_for_event(m_xcb)) {
-                const auto* const message = reinterpret_cast<const xcb_client_message_event_t*>(event);
-                constexpr std::uint32_t kRequestDock = 0;
-                isDocked = isDocked || ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE &&
-                                        message->type == m_opcode && message->data.data32[1] == kRequestDock);
-                std::free(event);
-            }
-            return isDocked;
-        });
-    }
-
-private:
-    xcb_atom_t atom(std::string_view name) {
-        xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(
-            m_xcb, xcb_intern_atom(m_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
-        const xcb_atom_t atom = reply == nullptr ? XCB_NONE : reply->atom;
-        std::free(reply);
-        return atom;
-    }
-
-    xcb_connection_t* m_xcb;
-    xcb_window_t m_window = XCB_NONE;
-    xcb_atom_t m_opcode = XCB_NONE;
+    glimra::tests::XvfbServer m_server{"1280x720x24", glimra::tests::reservedDisplayNumber()};
+    glimra::tests::ChildProcess m_manager{"openbox", {"openbox"}, m_server.display()};
 };
 
 /// The program in a home of its own. It is ended, at the latest, with this object.
@@ -169,8 +115,8 @@ public:
         m_process.setProcessEnvironment(environment);
         m_process.setStandardOutputFile(path("log"));
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(GLIMRA_PROGRAM,
-                        {"--settings", path("settings.ini"), "--trace", path("trace"), "--log"});
+        m_process.start(GLIMRA_PROGRAM, {"--keyboard", "virtual", "--settings", path("settings.ini"),
+                                         "--trace", path("trace"), "--log"});
         if (!m_process.waitForStarted())
             throw std::runtime_error("the program does not start");
     }

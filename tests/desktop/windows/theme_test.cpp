@@ -1,4 +1,4 @@
-#include "desktop/services/private_bus.h"
+#include "support/private_bus.h"
 #include "desktop/windows/application_style.h"
 #include "desktop/windows/theme.h"
 
@@ -11,7 +11,7 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::eventually;
+using glimra::tests::eventually;
 
 constexpr uint kPreferDark = 1;
 constexpr uint kPreferLight = 2;
@@ -22,7 +22,7 @@ class MockPortal : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    explicit MockPortal(glimra::testing::PrivateBus& bus) {
+    explicit MockPortal(glimra::tests::PrivateBus& bus) {
         bus.connection().registerObject("/org/freedesktop/portal/desktop", this,
                                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
         bus.connection().registerService("org.freedesktop.portal.Desktop");
@@ -49,7 +49,7 @@ bool isDark() {
 }
 
 TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
-    glimra::testing::PrivateBus bus;
+    glimra::tests::PrivateBus bus;
     MockPortal portal(bus);
     const DesktopTheme theme(QDBusConnection::connectToBus(bus.address(), "theme"));
     EXPECT_FALSE(isDark()) << "until the desktop has answered";

@@ -331,64 +331,6 @@ TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
     }
 }
 
-TEST_F(WindowsTest, UnsavedEditsAreKeptSavedOrGivenUpAsTheUserAnswers) {
-    openProgrammer();
-    const int factory = slotOf(kQ);
-    auto* const popUp = widget<QComboBox>("currentProfilePopup");
-    click("paintC");
-    paintKey(kQ);
-
-    QTimer::singleShot(0, [this] { click("keepEditingButton"); });
-    choose("currentProfilePopup", 2);
-    EXPECT_EQ(popUp->currentIndex(), 0) << "the menu shows the profile that is edited";
-    EXPECT_EQ(slotOf(kQ), 6);
-    EXPECT_TRUE(state().profile.profileTouched);
-    EXPECT_FALSE(window("profileChangeAlert")->isVisible());
-
-    // Escape is Cancel.
-    QTimer::singleShot(0, [this] { QTest::keyClick(window("profileChangeAlert"), Qt::Key_Escape); });
-    choose("currentProfilePopup", 2);
-    EXPECT_EQ(popUp->currentIndex(), 0);
-    EXPECT_FALSE(outlets().profileChangeAlert.visible.get());
-
-    QTimer::singleShot(0, [this] { click("discardButton"); });
-    choose("currentProfilePopup", 2);
-    EXPECT_EQ(state().profile.activeColorProfile, 3);
-    EXPECT_FALSE(state().profile.profileTouched);
-
-    paintKey(kQ);
-    QTimer::singleShot(0, [this] { click("saveButton"); });
-    choose("currentProfilePopup", 0);
-    EXPECT_EQ(state().profile.activeColorProfile, 1);
-    EXPECT_EQ(slotOf(kQ), factory) << "what was discarded never reached profile 1";
-    choose("currentProfilePopup", 2);
-    EXPECT_EQ(slotOf(kQ), 6) << "what was saved is in profile 3";
-}
-
-TEST_F(WindowsTest, AProfileIsCopiedOntoAnother) {
-    openProgrammer();
-    click("paintC");
-    paintKey(kQ);
-    QTimer::singleShot(0, [this] { click("saveButton"); });
-    choose("currentProfilePopup", 2);
-    choose("currentProfilePopup", 0);
-    auto* const popUp = widget<QComboBox>("currentProfilePopup");
-    ASSERT_EQ(popUp->itemText(10), "Copy profile…");
-    QTimer::singleShot(0, [this] {
-        EXPECT_EQ(widget<QComboBox>("fromProfileMenu")->currentIndex(), 0);
-        EXPECT_EQ(widget<QComboBox>("toProfileMenu")->currentIndex(), 1);
-        choose("toProfileMenu", 0);
-        EXPECT_FALSE(widget("copyProfileCopyBtn")->isEnabled()) << "onto itself";
-        choose("toProfileMenu", 4);
-        click("copyProfileCopyBtn");
-    });
-    choose("currentProfilePopup", 10);
-    EXPECT_EQ(popUp->currentIndex(), 4);
-    EXPECT_EQ(state().profile.activeColorProfile, 5);
-    EXPECT_EQ(slotOf(kQ), 6);
-    EXPECT_FALSE(window("copyProfileDialog")->isVisible());
-}
-
 TEST_F(WindowsTest, AWellChangesItsColorThroughTheDialogAndCancelBringsItBack) {
     openProgrammer();
     auto* const well = dynamic_cast<ColorWell*>(widget("colorC"));
@@ -432,21 +374,6 @@ TEST_F(WindowsTest, TheProgrammerWarnsOfACooldownColorThatIsLikeAnActionKeysOwn)
     EXPECT_TRUE(warning->isVisible());
     cool(QColor(80, 0, 0));
     EXPECT_THAT(warning->text().toStdString(), testing::Not(HasSubstr("color C")));
-}
-
-TEST_F(WindowsTest, OptionsGoToTheSettingsAndGreyOutWhatTheyTurnOff) {
-    openProgrammer();
-    click("singleColorModeBtn");
-    EXPECT_EQ(storedBool("singleColorMode"), true);
-    EXPECT_FALSE(widget("actionBarEffectCheckbox")->isEnabled());
-    EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled());
-    click("singleColorModeBtn");
-    EXPECT_EQ(storedBool("singleColorMode"), false);
-    EXPECT_TRUE(widget("actionBarEffectCheckbox")->isEnabled());
-    click("autoChatProfileCheckbox");
-    click("combatChatAlertCheckbox");
-    EXPECT_EQ(storedBool("autoToggleProfile"), true);
-    EXPECT_EQ(storedBool("combatChatWarning"), true);
 }
 
 /// The programmer in one of the two ways to write decimals.
@@ -494,65 +421,6 @@ TEST_P(BlinkTimeTest, NeverTurnsIntoAnotherNumber) {
     EXPECT_EQ(words(), "seconds (0" + sign + "01 to 5)");
     click("colorOkButton");
     EXPECT_EQ(platform::storedDouble(m_machine.userDefaults, "blinkTimePref"), 0.01);
-}
-
-TEST_F(WindowsTest, ActionKeysAreStoredWithOkAndForgottenWithCancel) {
-    click("mapKeysButton");
-    settle();
-    ASSERT_TRUE(window("actionKeySetterWindow")->isVisible());
-    auto* const menu = widget<QComboBox>("menu103");
-    const lighting::KeyCode before = state().actionKeys.actionBar1Keys[2];
-    const int f5 = menu->findText("F 5");
-    ASSERT_GE(f5, 0);
-    choose("menu103", f5);
-    EXPECT_EQ(state().actionKeys.actionBar1Keys[2], 0x3FU);
-    click("setterCancelButton");
-    EXPECT_EQ(state().actionKeys.actionBar1Keys[2], before);
-    EXPECT_FALSE(window("actionKeySetterWindow")->isVisible());
-
-    click("mapKeysButton");
-    choose("menu103", f5);
-    choose("menu104", widget<QComboBox>("menu104")->findText("Q"));
-    click("setterOkButton");
-    EXPECT_EQ(platform::storedInteger(m_machine.userDefaults, "key103"), 0x3F);
-    EXPECT_EQ(platform::storedInteger(m_machine.userDefaults, "key104"), 0x10);
-    for (const char* const unwatched : {"menu507", "menu512"})
-        EXPECT_FALSE(widget(unwatched)->isEnabled());
-}
-
-TEST_F(WindowsTest, MenusMarkTheAutorunChoiceAndDebugMode) {
-    auto* const none = window("mainWindow")->findChild<QAction*>("autorunNoneMI");
-    auto* const wow = none->parent()->findChild<QAction*>("autorunWowMI");
-    EXPECT_TRUE(none->isChecked());
-    wow->trigger();
-    auto* const sheet = window("mainWindow")->findChild<QMessageBox*>();
-    ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->informativeText(),
-              "Each time Glimra opens, it will automatically launch\nWorld of Warcraft");
-    EXPECT_FALSE(sheet->text().isEmpty());
-    sheet->close();
-    EXPECT_TRUE(wow->isChecked());
-    EXPECT_FALSE(none->isChecked());
-    // The chosen one chosen again stays chosen.
-    wow->trigger();
-    EXPECT_TRUE(wow->isChecked());
-
-    auto* const debug = none->parent()->findChild<QAction*>("debugItem");
-    debug->trigger();
-    EXPECT_TRUE(state().log.debugMode);
-    EXPECT_TRUE(debug->isChecked());
-}
-
-TEST_F(WindowsTest, LaunchOptionsKeepTheNamesThatWereTyped) {
-    QTimer::singleShot(0, [this] {
-        auto* const field = widget<QLineEdit>("BNAppNameField");
-        field->selectAll();
-        QTest::keyClicks(field, "My \"Net\"");
-        click("launchOkButton");
-    });
-    window("mainWindow")->findChild<QAction*>("gameNamesItem")->trigger();
-    EXPECT_EQ(platform::storedString(m_machine.userDefaults, "BNAppName"), "My \"Net\"");
-    EXPECT_FALSE(window("launchOptionWindow")->isVisible());
 }
 
 TEST_F(WindowsTest, ClosingTheMainWindowClosesItsCompanionsAndAsksToQuit) {

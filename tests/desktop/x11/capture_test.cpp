@@ -1,5 +1,5 @@
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <gmock/gmock.h>
 
@@ -8,10 +8,10 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::testing::eventually;
-using glimra::testing::run;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::eventually;
+using glimra::tests::run;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 using platform::ScreenRect;
 using ::testing::DoubleEq;
 using ::testing::ElementsAre;
@@ -142,7 +142,7 @@ TEST(X11ScreenCaptureTest, SendsOneRequestForEachCycleAndNothingElse) {
 }
 
 TEST(X11ScreenCaptureTest, TakesALostServerForAnOutageAndFindsItAgain) {
-    const int number = glimra::testing::reservedDisplayNumber();
+    const int number = glimra::tests::reservedDisplayNumber();
     auto server = std::make_unique<XvfbServer>("800x600x24", number);
     X11ScreenCapture capture(server->display());
     ASSERT_TRUE(capture.capture({0, 0, 80, 1}));

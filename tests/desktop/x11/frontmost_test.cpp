@@ -1,7 +1,7 @@
 #include "desktop/x11/frontmost_application.h"
 #include "desktop/x11/raise_window.h"
 #include "desktop/x11/utf8.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <gmock/gmock.h>
 
@@ -10,10 +10,10 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace std::string_literals;
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 using platform::RunningApplication;
 using ::testing::Optional;
 
@@ -77,7 +77,7 @@ protected:
         application.processEvents(now);
     }
 
-    XvfbServer server{"800x600x24", glimra::testing::reservedDisplayNumber()};
+    XvfbServer server{"800x600x24", glimra::tests::reservedDisplayNumber()};
     XClient client{server.display()};
     int changes = 0;
     X11FrontmostApplication application{server.display(), [this] { ++changes; }};

@@ -1,6 +1,6 @@
 #include "desktop/x11/capture_check.h"
 #include "desktop/x11/screen_capture.h"
-#include "desktop/x11/xvfb_fixture.h"
+#include "support/x_server.h"
 
 #include <gmock/gmock.h>
 
@@ -10,11 +10,11 @@ namespace glimra::desktop {
 namespace {
 
 using namespace std::string_literals;
-using glimra::testing::ChildProcess;
-using glimra::testing::eventually;
-using glimra::testing::run;
-using glimra::testing::XClient;
-using glimra::testing::XvfbServer;
+using glimra::tests::ChildProcess;
+using glimra::tests::eventually;
+using glimra::tests::run;
+using glimra::tests::XClient;
+using glimra::tests::XvfbServer;
 
 const std::string kGameClass = "wow.exe\0wow.exe\0"s;
 constexpr std::uint32_t kRed = 0xFF0000;
@@ -127,34 +127,6 @@ TEST_F(WindowCaptureTest, TakesTheLargestWindowAndOfEqualOnesTheActive) {
     EXPECT_TRUE(becomes(kBlue));
 }
 
-TEST_F(WindowCaptureTest, FindsTheWindowThatAWindowManagerFrames) {
-    ChildProcess windowManager("openbox", {"openbox"}, server.display());
-    const auto game = client.createWindow(kGameClass);
-    ASSERT_TRUE(client.showManaged(game));
-    client.fill(game, 0, 0, 100, 100, kRed);
-    EXPECT_TRUE(becomes(kRed));
-    client.destroy(game);
-    EXPECT_TRUE(becomes(std::nullopt));
-}
-
-TEST_F(WindowCaptureTest, SendsOneRequestForEachCycleAndNothingElse) {
-    const auto cyclesCost = [&] {
-        const std::uint64_t before = capture.bytesSent();
-        for (int cycle = 0; cycle < 10; ++cycle) {
-            capture.activeDisplayCount();
-            capture.capture({0, 0, 80, 1});
-        }
-        return capture.bytesSent() - before;
-    };
-    EXPECT_EQ(cyclesCost(), 0U) << "without a window";
-    const auto game = shownWindow(kGameClass, kRed);
-    ASSERT_TRUE(becomes(kRed));
-    // Whatever showing the window set off has been looked into by now.
-    ASSERT_TRUE(eventually([&] { return cyclesCost() == 10 * sizeof(xcb_get_image_request_t); }));
-    client.place(game, 10, 10, 90, 90);
-    EXPECT_EQ(cyclesCost(), 10 * sizeof(xcb_get_image_request_t)) << "a window that moves";
-}
-
 TEST_F(WindowCaptureTest, OutlivesWindowsThatComeAndGo) {
     std::atomic<bool> goesOn = true;
     std::thread others([&] {
@@ -178,25 +150,6 @@ TEST_F(WindowCaptureTest, OutlivesWindowsThatComeAndGo) {
     others.join();
     EXPECT_TRUE(becomes(std::nullopt));
     shownWindow(kGameClass, kRed);
-    EXPECT_TRUE(becomes(kRed));
-}
-
-TEST_F(WindowCaptureTest, GoesOnWithoutAServerThatStandsStillDuringASearch) {
-    for (int i = 0; i < 50; ++i)
-        shownWindow("editor\0Editor\0"s, kBlue);
-    ASSERT_EQ(firstPixel(), std::nullopt);
-    shownWindow(kGameClass, kRed);
-    server.process().signal(SIGSTOP);
-    const std::uint64_t before = capture.bytesSent();
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_TRUE(eventually([&] {
-        EXPECT_EQ(firstPixel(), std::nullopt);
-        return capture.bytesSent() > before;
-    }));
-    for (int cycle = 0; cycle < 100; ++cycle)
-        EXPECT_EQ(firstPixel(), std::nullopt);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 8 * kReplyPatience);
-    server.process().signal(SIGCONT);
     EXPECT_TRUE(becomes(kRed));
 }
 

@@ -93,15 +93,6 @@ TEST(KeyNames, KeysOfTheMakersOwnAreFoundUnderAllTheirNames) {
     EXPECT_THAT(ledsOf(withLeds({"Key: M10"}), 0xFFF1), IsEmpty());
 }
 
-TEST(KeyNames, LedsWithoutAColourAreNotLit) {
-    Controller controller = fullKeyboard();
-    controller.colors.resize(10);
-    for (const LedOfKey& led : ledsOfKeys(controller))
-        EXPECT_LT(led.led, 10U);
-    controller.colors.clear();
-    EXPECT_THAT(ledsOfKeys(controller), IsEmpty());
-}
-
 TEST(KeyNames, KeyboardsAreKnownByTypeOrByTheirKeys) {
     Controller laptop = fullKeyboard();
     laptop.type = 19;

@@ -1,12 +1,10 @@
 #include "keyboards/openrgb/openrgb_device.h"
 
-#include "keyboards/device_writer.h"
 #include "keyboards/openrgb/stand_in_server.h"
 
 #include <gmock/gmock.h>
 
 #include <future>
-#include <mutex>
 
 namespace glimra::keyboards::openrgb {
 namespace {
@@ -19,7 +17,6 @@ using tests::StandInServer;
 using Status = DeviceStatus::Kind;
 
 constexpr KeyName kEsc = 0x01;
-constexpr KeyName kLogo = 0xFFFF1;
 constexpr Rgb kRed{255, 0, 0};
 
 // LEDs of the small keyboard.
@@ -120,19 +117,6 @@ TEST_P(EveryVersion, LightsTheKeyboardAndPutsEverythingBack) {
     EXPECT_EQ(server.lights("Small Board").mode, "Rainbow");
     EXPECT_EQ(server.lights("Mouse").frames, 0U);
     EXPECT_THAT(server.complaints(), IsEmpty());
-    EXPECT_THAT(server.clientName(), HasSubstr("Glimra"));
-}
-
-TEST_P(EveryVersion, UnderstandsAServerThatSplitsEverythingAndTalksInBetween) {
-    StandInServer server({tests::fullKeyboard()}, {.version = GetParam(), .isTalkative = true});
-    OpenRgbDevice device = deviceAt(server, limits());
-    const WakeEvent stop;
-    const OpenResult opened = device.open(stop);
-    ASSERT_TRUE(opened.found) << opened.text;
-    device.write(allKeys(kRed));
-    EXPECT_TRUE(showsEsc(server, "Full Board", kRed));
-    device.close();
-    EXPECT_THAT(server.complaints(), IsEmpty());
 }
 
 TEST_P(VersionsWithNotices, AreFollowedThroughAListThatChanges) {
@@ -209,29 +193,6 @@ TEST(OpenRgbDevice, ChoosesTheKeyboardWithMostKeysOrTheOneThatIsNamed) {
     EXPECT_THAT(server.complaints(), IsEmpty());
 }
 
-TEST(OpenRgbDevice, AsksOnlyAddressesThatNeedNoLookingUp) {
-    const WakeEvent stop;
-    OpenRgbDevice device({{"keyboards.example", 6742}, {}, {}});
-    EXPECT_THAT(device.open(stop).text, HasSubstr("not a numeric address"));
-}
-
-TEST(OpenRgbDevice, FallsBackWhenTheUnreleasedVersionHasBecomeAnother) {
-    int answers = 0;
-    const auto tamper = [&](std::uint32_t id) -> std::optional<StandInServer::Bytes> {
-        if (id != 1 || answers++ > 0)
-            return std::nullopt;
-        return packet(PacketId::ControllerData, 0, encodeDevice(tests::smallKeyboard(), 5));
-    };
-    StandInServer server({tests::smallKeyboard()}, {.version = 6, .tamper = tamper});
-    const WakeEvent stop;
-    OpenRgbDevice device = deviceAt(server);
-    EXPECT_TRUE(device.open(stop).found);
-    device.write(allKeys(kRed));
-    EXPECT_TRUE(showsEsc(server, "Small Board", kRed));
-    device.close();
-    EXPECT_THAT(server.complaints(), IsEmpty());
-}
-
 struct Nonsense {
     const char* name;
     std::uint32_t inPlaceOf;
@@ -243,21 +204,14 @@ std::vector<Nonsense> nonsense() {
     std::fill(huge.begin() + 12, huge.end(), std::uint8_t{0xFF});
     StandInServer::Bytes cut = packet(PacketId::ControllerData, 0, encodeDevice(tests::smallKeyboard(), 5));
     cut.resize(cut.size() / 2);
-    StandInServer::Bytes wrongSize = encodeDevice(tests::smallKeyboard(), 5);
-    ++wrongSize[0];
-    StandInServer::Bytes manyColors = encodeDevice(tests::smallKeyboard(), 5);
-    manyColors.resize(manyColors.size() - 20);
     return {
         {"silence", 0, {}},
         {"a web server",
          0,
          {'H', 'T', 'T', 'P', '/', '1', '.', '1', ' ', '4', '0', '0', ' ', 'N', 'o', '\r', '\n'}},
         {"more devices than there can be", 0, numberPacket(PacketId::ControllerCount, 0, 0xFFFFFFFF)},
-        {"a version of three bytes", 40, packet(PacketId::ProtocolVersion, 0, StandInServer::Bytes{5, 0, 0})},
         {"a payload of four gigabytes", 1, huge},
         {"half of an answer", 1, cut},
-        {"a wrong inner size", 1, packet(PacketId::ControllerData, 0, wrongSize)},
-        {"less than it says", 1, packet(PacketId::ControllerData, 0, manyColors)},
         {"another device", 1, packet(PacketId::ControllerData, 9, encodeDevice(tests::smallKeyboard(), 5))}};
 }
 
@@ -316,33 +270,6 @@ TEST(OpenRgbDevice, StopsAtOnceButNeverLeavesWhileAnAnswerIsOnItsWay) {
     server.holdAnswers(false);
     opening.wait();
     ASSERT_TRUE(server.waitForClients(0));
-    EXPECT_THAT(server.complaints(), IsEmpty());
-}
-
-TEST(OpenRgbDevice, InTheHandsOfItsWriterGetsTheLastFrameThrough) {
-    // Each frame that comes less than this after another is kept until the next one.
-    StandInServer server({tests::smallKeyboard()}, {.version = 6, .writingTime = 60ms});
-    std::mutex mutex;
-    std::vector<std::string> texts;
-    DeviceWriter writer(std::make_unique<OpenRgbDevice>(Options{{"127.0.0.1", server.port()}, {}, {}}),
-                        [&](const DeviceEvent& event) {
-                            const std::scoped_lock lock(mutex);
-                            texts.push_back(event.text);
-                        });
-    KeyboardModel model;
-    model.pulse(kEsc, {0, 0, 0}, {100, 0, 0}, 400ms, Repeat::Once, monotonicNow());
-    model.flash(kLogo, {100, 0, 0}, 200ms, 0ms, monotonicNow());
-    model.setKey(kEsc, {100, 100, 100});
-    writer.show(model);
-    EXPECT_TRUE(showsEsc(server, "Small Board", {255, 255, 255}));
-    const std::size_t frames = server.lights("Small Board").frames;
-    const Time begin = monotonicNow();
-    writer.stop();
-    EXPECT_LT(monotonicNow() - begin, DeviceWriter::kStopLimit);
-    ASSERT_TRUE(server.waitForClients(0));
-    EXPECT_EQ(server.lights("Small Board").colors, tests::smallKeyboard().colors);
-    EXPECT_LE(frames, 18U);
-    EXPECT_THAT(texts, testing::ElementsAre(HasSubstr("found through OpenRGB")));
     EXPECT_THAT(server.complaints(), IsEmpty());
 }
 

@@ -53,20 +53,6 @@ TEST_P(ControllerData, IsRefusedWhenAnyOfItIsMissingOrLeftOver) {
     EXPECT_FALSE(readController(longer, GetParam()));
 }
 
-TEST_P(ControllerData, WithAnyNumberBlownUpIsNeverTakenForMore) {
-    const Payload whole = encodeDevice(tests::smallKeyboard(), GetParam());
-    for (std::size_t at = 4; at + 2 <= whole.size(); ++at) {
-        Payload blownUp = whole;
-        blownUp[at] = blownUp[at + 1] = 0xFF;
-        // Bytes of a colour or a name may be anything; numbers of things and lengths may not.
-        if (const auto read = readController(blownUp, GetParam())) {
-            EXPECT_EQ(read->leds.size(), 6U) << at;
-            EXPECT_EQ(read->colors.size(), 6U) << at;
-            EXPECT_EQ(read->modes.size(), 2U) << at;
-        }
-    }
-}
-
 TEST(ControllerDataLimits, MatrixMustHaveAsManyCellsAsItSays) {
     ServerDevice device = tests::fullKeyboard();
     device.zones[0].height = 0x10000;
@@ -75,37 +61,6 @@ TEST(ControllerDataLimits, MatrixMustHaveAsManyCellsAsItSays) {
     device.zones[0].height = 21;
     device.zones[0].width = 6;
     EXPECT_TRUE(readController(encodeDevice(device, 5), 5));
-}
-
-TEST(ControllerDataLimits, ZonesThatDoNotFitTheLedsAreIgnored) {
-    ServerDevice device = tests::smallKeyboard();
-    device.zones[0].ledCount = 0xFFFFFFFF;
-    const auto read = readController(encodeDevice(device, 5), 5);
-    ASSERT_TRUE(read);
-    EXPECT_TRUE(read->zones.empty());
-    // A zone that only effects may resize takes one LED, whatever it says.
-    device.zones[0].flags = 1;
-    device.leds.erase(device.leds.begin());
-    EXPECT_EQ(readController(encodeDevice(device, 5), 5)->zones.at(2).firstLed, 1U);
-}
-
-TEST(ControllerDataLimits, LengthsOfTextsMayBeZeroAndTextsEndAtTheirNul) {
-    Payload payload;
-    for (const std::uint32_t number : {0U, 5U})
-        appendU32(payload, number);
-    appendU16(payload, 6);
-    appendBytes(payload, Payload{'A', 'B', 0, 'C', 'D', 0});
-    for (int text = 0; text < 5; ++text)
-        appendU16(payload, 0);
-    appendU16(payload, 0);
-    appendU32(payload, 0xFFFFFFFF);
-    for (int list = 0; list < 3; ++list)
-        appendU16(payload, 0);
-    payload[0] = static_cast<std::uint8_t>(payload.size());
-    const auto read = readController(payload, 4);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->name, "AB");
-    EXPECT_EQ(read->activeMode, -1);
 }
 
 TEST(PerLedMode, PrefersDirectAndNeverOneThatWearsTheDeviceOut) {
@@ -151,32 +106,6 @@ TEST(PacketReader, FindsPacketsHoweverTheyAreSplitAndKeepsOnlyWhatIsRead) {
         EXPECT_EQ(packets[3].device, 9U);
         EXPECT_TRUE(readController(packets[3].payload, 5));
     }
-}
-
-TEST(PacketReader, RefusesWhatIsNotOfTheProtocol) {
-    Payload tooLong = packet(PacketId::ControllerData, 0);
-    tooLong[14] = 0x81;
-    const Payload web{'H', 'T', 'T', 'P', '/', '1', '.', '1',  ' ',
-                      '4', '0', '0', ' ', 'B', 'a', 'd', '\r', '\n'};
-    for (const Payload& stream : {tooLong, web}) {
-        PacketReader reader;
-        EXPECT_TRUE(readInPieces(reader, stream, 1).empty());
-        EXPECT_TRUE(reader.failed());
-        Bytes more = stream;
-        EXPECT_FALSE(reader.take(more));
-    }
-}
-
-TEST(ControllerList, HasTheNumbersThatRequestsTake) {
-    using testing::ElementsAre;
-    using testing::Optional;
-    EXPECT_THAT(readControllerList(Payload{2, 0, 0, 0}, 5), Optional(ElementsAre(0, 1)));
-    EXPECT_THAT(readControllerList(Payload{2, 0, 0, 0, 7, 0, 0, 0, 9, 0, 0, 0}, 6),
-                Optional(ElementsAre(7, 9)));
-    EXPECT_FALSE(readControllerList(Payload{2, 0, 0, 0, 7, 0, 0, 0}, 6));
-    EXPECT_FALSE(readControllerList(Payload{2, 0, 0, 0, 7, 0, 0, 0, 9, 0, 0, 0}, 5));
-    EXPECT_FALSE(readControllerList(Payload{0xFF, 0xFF, 0xFF, 0xFF}, 5));
-    EXPECT_FALSE(readControllerList(Payload{2, 0, 0}, 5));
 }
 
 } // namespace

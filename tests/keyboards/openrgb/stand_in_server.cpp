@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include <netinet/in.h>
@@ -38,24 +39,38 @@ StandInServer::Bytes numbers(std::initializer_list<std::uint32_t> values) {
     return bytes;
 }
 
+/// A socket at this port of 127.0.0.1, 0 for one that the system chooses, and that port.
+std::pair<int, std::uint16_t> boundSocket(std::uint16_t port) {
+    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int on = 1;
+    setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(fd, generic, size) != 0 || getsockname(fd, generic, &size) != 0)
+        throw std::runtime_error("no port for the stand-in server");
+    return {fd, ntohs(address.sin_port)};
+}
+
 } // namespace
+
+ClosedPort::ClosedPort() {
+    std::tie(m_socket, m_number) = boundSocket(0);
+}
+
+ClosedPort::~ClosedPort() {
+    close(m_socket);
+}
 
 StandInServer::StandInServer(std::vector<ServerDevice> devices, Options options)
     : m_options(std::move(options)) {
     install(std::move(devices));
-    m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int on = 1;
-    setsockopt(m_listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(m_options.port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(m_listener, generic, size) != 0 || listen(m_listener, 4) != 0 ||
-        getsockname(m_listener, generic, &size) != 0)
-        throw std::runtime_error("no port for the stand-in server");
-    m_port = ntohs(address.sin_port);
+    std::tie(m_listener, m_port) = boundSocket(m_options.port);
+    if (listen(m_listener, 4) != 0)
+        throw std::runtime_error("the stand-in server cannot listen");
     m_thread = std::thread([this] { run(); });
 }
 
@@ -97,11 +112,6 @@ StandInServer::Lights StandInServer::lights(const std::string& name) const {
 std::vector<std::string> StandInServer::complaints() const {
     const std::scoped_lock lock(m_mutex);
     return m_complaints;
-}
-
-std::string StandInServer::clientName() const {
-    const std::scoped_lock lock(m_mutex);
-    return m_clientName;
 }
 
 bool StandInServer::clientSaidGoodbye() const {
@@ -273,7 +283,6 @@ void StandInServer::serve(Client& client, const Request& request) {
         negotiate(client, request);
         break;
     case 50:
-        m_clientName.assign(request.payload.begin(), request.payload.end());
         break;
     case 1050:
         update(client, request);
@@ -336,18 +345,13 @@ void StandInServer::update(Client& client, const Request& request) {
         acknowledge(client, request, kGone);
         return;
     }
-    const platform::Time now = keyboards::monotonicNow();
-    const bool isBusy = now < device->lastWrite + m_options.writingTime;
     for (std::size_t led = 0; led < count; ++led) {
         const auto color = reader.bytes(4);
         device->stored[led] = {color[0], color[1], color[2]};
         if (color[3] != 0)
             m_complaints.push_back("a colour with a fourth byte");
     }
-    if (!isBusy) {
-        device->lights.colors = device->stored;
-        device->lastWrite = now;
-    }
+    device->lights.colors = device->stored;
     ++device->lights.frames;
     acknowledge(client, request, 0);
     if (client.version >= 6)
@@ -373,8 +377,6 @@ void StandInServer::changeMode(Client& client, const Request& request) {
 }
 
 void StandInServer::answer(Client& client, std::uint32_t device, std::uint32_t id, const Bytes& payload) {
-    if (m_options.isTalkative)
-        send(client, frame(77, 9999, {1, 2, 3}));
     send(client, frame(device, id, payload));
 }
 
@@ -392,10 +394,8 @@ void StandInServer::send(Client& client, const Bytes& bytes) {
 
 void StandInServer::sendNow(Client& client, const Bytes& bytes) {
     // Real servers send header and payload one by one.
-    const std::size_t first = m_options.isTalkative ? 1 : kHeaderBytes;
-    const std::size_t step = m_options.isTalkative ? 1 : bytes.size();
     for (std::size_t at = 0; at < bytes.size() && client.fd >= 0;) {
-        const std::size_t size = std::min(at == 0 ? first : step, bytes.size() - at);
+        const std::size_t size = std::min(at == 0 ? kHeaderBytes : bytes.size(), bytes.size() - at);
         if (::send(client.fd, bytes.data() + at, size, MSG_NOSIGNAL) < 0) {
             m_complaints.push_back("an answer that nobody took");
             drop(client);

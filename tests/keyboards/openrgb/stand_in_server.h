@@ -13,6 +13,21 @@
 
 namespace glimra::tests {
 
+/// A port of 127.0.0.1 where nobody listens, as long as this object is there.
+class ClosedPort {
+public:
+    ClosedPort();
+    ~ClosedPort();
+    ClosedPort(const ClosedPort&) = delete;
+    ClosedPort& operator=(const ClosedPort&) = delete;
+
+    std::uint16_t number() const { return m_number; }
+
+private:
+    int m_socket;
+    std::uint16_t m_number = 0;
+};
+
 /// An OpenRGB server for tests: speaks the protocol as the real ones do, with their peculiarities, on a port
 /// of the loopback interface that the system chooses. What a real server would choke on, it writes down.
 class StandInServer {
@@ -23,10 +38,6 @@ public:
         /// The newest that it speaks; with 0 it gives no answer about versions.
         std::uint32_t version = 5;
         std::uint16_t port = 0;
-        /// Sends byte by byte, with notices between the answers.
-        bool isTalkative = false;
-        /// Keeps a frame that comes less than this after another until the next one.
-        platform::Duration writingTime{};
         /// Says something else in place of an answer.
         std::function<std::optional<Bytes>(std::uint32_t requestId)> tamper = nullptr;
     };
@@ -46,7 +57,6 @@ public:
     };
     Lights lights(const std::string& device) const;
     std::vector<std::string> complaints() const;
-    std::string clientName() const;
     /// A client will send nothing more but waits for its answers.
     bool clientSaidGoodbye() const;
     /// Requests that have come, by their ids.
@@ -70,7 +80,6 @@ private:
         std::uint32_t id = 0;
         Lights lights;
         std::vector<Rgb> stored;
-        platform::Time lastWrite = platform::Time::min();
     };
     struct Client {
         int fd = -1;
@@ -119,7 +128,6 @@ private:
     std::vector<Client> m_clients;
     std::vector<std::string> m_complaints;
     std::vector<std::uint32_t> m_requests;
-    std::string m_clientName;
     std::thread m_thread;
 };
 

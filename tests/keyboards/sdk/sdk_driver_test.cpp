@@ -65,17 +65,6 @@ TEST(SdkDriver, HandsEveryCallToTheLibraryWhileItRuns) {
                                    "Shutdown\n");
 }
 
-TEST(SdkDriver, StartsAgainAfterAShutdownAndShutsDownAtItsEnd) {
-    {
-        SdkDriver driver({FAKE_SDK});
-        ASSERT_TRUE(driver.LogiLedInit());
-        driver.LogiLedShutdown();
-        driver.LogiLedShutdown();
-        ASSERT_TRUE(driver.LogiLedInit());
-    }
-    EXPECT_EQ(takeCalls(FAKE_SDK), "Init\nShutdown\nInit\nShutdown\n");
-}
-
 TEST(SdkDriver, AnUnusableLibraryGivesAReasonAndIsNeverCalled) {
     const auto refused = [](std::filesystem::path library) {
         SdkDriver driver({std::move(library)});
@@ -90,15 +79,6 @@ TEST(SdkDriver, AnUnusableLibraryGivesAReasonAndIsNeverCalled) {
     EXPECT_EQ(takeCalls(FAKE_SDK_LACKING), "");
     EXPECT_THAT(refused(FAKE_SDK_REFUSING), EndsWith(" refused to start."));
     EXPECT_EQ(takeCalls(FAKE_SDK_REFUSING), "Init\n");
-}
-
-TEST(SdkDriver, ALibraryIsAFileAlsoWithoutASlash) {
-    const std::filesystem::path before = std::filesystem::current_path();
-    const std::filesystem::path library = FAKE_SDK;
-    std::filesystem::current_path(library.parent_path());
-    SdkDriver driver({library.filename()});
-    EXPECT_TRUE(driver.LogiLedInit()) << driver.reason();
-    std::filesystem::current_path(before);
 }
 
 } // namespace

@@ -2,10 +2,8 @@
 
 #include "keyboards/usb/hid_nodes.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 
 namespace glimra::keyboards {
@@ -14,11 +12,7 @@ namespace glimra::keyboards {
 class HidTree {
 public:
     HidTree() {
-        std::string pattern = std::filesystem::temp_directory_path() / "hid_tree_XXXXXX";
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        m_root = pattern;
-        std::filesystem::create_directory(folders().classes);
+        std::filesystem::create_directories(folders().classes);
         std::filesystem::create_directory(folders().devices);
     }
     ~HidTree() { std::filesystem::remove_all(m_root); }
@@ -43,7 +37,7 @@ public:
     }
 
 private:
-    std::filesystem::path m_root;
+    const std::filesystem::path m_root = std::filesystem::temp_directory_path() / "hid_tree";
 };
 
 } // namespace glimra::keyboards

@@ -1,24 +1,14 @@
-#include "keyboards/device_writer.h"
 #include "keyboards/usb/usb_keyboard.h"
-#include "keyboards/writer_plan.h"
 
 #include "fake_hid.h"
 #include "hid_tree.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <condition_variable>
-#include <iostream>
-#include <iterator>
-#include <map>
-#include <mutex>
-#include <thread>
-
 namespace glimra::keyboards {
 namespace {
 
-using std::chrono::milliseconds;
+namespace fakeHid = tests::fakeHid;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -67,74 +57,6 @@ protected:
     std::unique_ptr<KeyboardDevice> m_keyboard = makeUsbKeyboard(m_tree.folders());
 };
 
-/// The keys' names in the order of their HID usages, from 4 on; the one of ISO keyboards is empty. Copyright
-/// signs are left out.
-constexpr std::array<std::string_view, 98> kFromUsage4{
-    " A",          " B",         " C",          " D",          " E",
-    " F",          " G",         " H",          " I",          " J",
-    " K",          " L",         " M",          " N",          " O",
-    " P",          " Q",         " R",          " S",          " T",
-    " U",          " V",         " W",          " X",          " Y",
-    " Z",          " 1",         " 2",          " 3",          " 4",
-    " 5",          " 6",         " 7",          " 8",          " 9",
-    " 0",          "Enter",      "Esc",         "Backspace",   "Tab",
-    "Spacebar",    "-",          "=",           "[",           "]",
-    "\\",          "",           ";",           "'",           "~",
-    ",",           ".",          "/",           "Caps Lock",   "F 1",
-    "F 2",         "F 3",        "F 4",         "F 5",         "F 6",
-    "F 7",         "F 8",        "F 9",         "F10",         "F11",
-    "F12",         "Print Scrn", "Scroll Lock", "Pause|Break", "Insert",
-    "Home",        "Page Up",    "Delete",      "End",         "Page Down",
-    "Arrow Right", "Arrow Left", "Arrow Down",  "Arrow Up",    "Num Lock",
-    "NumPad /",    "NumPad *",   "NumPad -",    "NumPad +",    "NumPad Enter",
-    "NumPad 1",    "NumPad 2",   "NumPad 3",    "NumPad 4",    "NumPad 5",
-    "NumPad 6",    "NumPad 7",   "NumPad 8",    "NumPad 9",    "NumPad 0",
-    "NumPad .",    "",           "Context Menu"};
-constexpr std::array<std::string_view, 8> kFromUsageE0{"Left Control", "Left Shift",    "Left Alt",
-                                                       "Left Windows", "Right Control", "Right Shift",
-                                                       "Right Alt",    "Right Windows"};
-
-int usageOf(std::string_view name) {
-    name = name.substr(0, name.find(" \u00A9"));
-    if (const auto* modifier = std::ranges::find(kFromUsageE0, name); modifier != kFromUsageE0.end())
-        return 0xE0 + static_cast<int>(modifier - kFromUsageE0.begin());
-    return 4 + static_cast<int>(std::ranges::find(kFromUsage4, name) - kFromUsage4.begin());
-}
-
-TEST_F(UsbKeyboardTest, AFullFrameReachesEveryKeyInItsColour) {
-    plug(0xC331);
-    std::vector<KeyColor> frame = fullFrame({});
-    for (KeyColor& key : frame)
-        key.color = {static_cast<std::uint8_t>(key.key), static_cast<std::uint8_t>(255 - key.key), 7};
-    const std::vector<std::string> reports = reportsOf(frame);
-
-    ASSERT_THAT(reports, SizeIs(10));
-    EXPECT_THAT(reports.front(), StartsWith("11ff0c3a0010000101"));
-    EXPECT_EQ(reports.back(), kCommit);
-    std::map<int, std::string> colorOfUsage;
-    for (std::size_t i = 1; i < 9; ++i) {
-        EXPECT_THAT(reports[i], SizeIs(128));
-        EXPECT_THAT(reports[i], StartsWith("12ff0c3a0001000e"));
-        for (std::size_t at = 16; at + 8 <= reports[i].size(); at += 8) {
-            const int usage = std::stoi(reports[i].substr(at, 2), nullptr, 16);
-            EXPECT_TRUE(colorOfUsage.emplace(usage, reports[i].substr(at + 2, 6)).second || usage == 0)
-                << usage;
-        }
-    }
-    colorOfUsage.erase(0);
-    EXPECT_THAT(colorOfUsage, SizeIs(104 + 3));
-    for (const lighting::KeyBitmapOffset& key : lighting::keyBitmapOffsets) {
-        const std::string_view name = *lighting::displayNameOfKey(key.code);
-        const int value = static_cast<int>(indexOf(key.code));
-        EXPECT_EQ(std::stoi(colorOfUsage[usageOf(name)], nullptr, 16),
-                  value * 0x10000 + (255 - value) * 0x100 + 7)
-            << name;
-    }
-    EXPECT_EQ(colorOfUsage[0x32], colorOfUsage[0x31]);
-    EXPECT_EQ(colorOfUsage[0x64], colorOfUsage[0xE1]);
-    EXPECT_EQ(colorOfUsage[0x87], colorOfUsage[0xE5]);
-}
-
 TEST_F(UsbKeyboardTest, OneKeyIsOneReportAndACommitOnEveryModel) {
     constexpr lighting::KeyCode kA = 0x1E;
     constexpr lighting::KeyCode kNumberPad5 = 0x4C;
@@ -182,46 +104,6 @@ TEST_F(UsbKeyboardTest, OneKeyIsOneReportAndACommitOnEveryModel) {
     }
 }
 
-TEST_F(UsbKeyboardTest, APulseOverASecondIsOneKeyAndACommitPerFrame) {
-    plug(0xC331);
-    KeyboardModel model;
-    model.setLighting({0, 100, 0});
-    WriterPlan plan;
-    plan.found(m_keyboard->pace(), Time(0));
-    plan.show(model, Time(0));
-    const Time begin = milliseconds(100);
-    Time time{};
-    const auto runUntil = [&](Time end) {
-        std::vector<std::vector<std::string>> frames;
-        while (time < end) {
-            const WriterPlan::Step step = plan.next(time);
-            if (step.kind == WriterPlan::Step::Kind::Write)
-                frames.push_back(reportsOf({step.keys.begin(), step.keys.end()}));
-            else
-                time = step.until.value_or(end);
-        }
-        return frames;
-    };
-    EXPECT_THAT(runUntil(begin), ElementsAre(SizeIs(10)));
-
-    model.pulse(0x1E, {100, 0, 0}, {0, 0, 100}, milliseconds(1000), Repeat::Once, begin);
-    plan.show(model, begin);
-    std::vector<std::string> colors;
-    for (const std::vector<std::string>& frame : runUntil(begin + milliseconds(1100))) {
-        ASSERT_THAT(frame, SizeIs(2));
-        EXPECT_THAT(frame[0], StartsWith("12ff0c3a0001000e04"));
-        EXPECT_EQ(frame[0], report(frame[0].substr(0, 24), 64));
-        EXPECT_EQ(frame[1], kCommit);
-        colors.push_back(frame[0].substr(18, 6));
-    }
-    ASSERT_THAT(colors, SizeIs(31));
-    EXPECT_THAT(runUntil(begin + milliseconds(5000)), IsEmpty());
-    EXPECT_EQ(colors.front(), "fe0001");
-    EXPECT_EQ(colors.back(), "00ff00");
-    EXPECT_TRUE(std::is_sorted(colors.begin(), colors.begin() + 16, std::greater()));
-    EXPECT_TRUE(std::is_sorted(colors.begin() + 15, colors.begin() + 30));
-}
-
 TEST_F(UsbKeyboardTest, AnUnpluggedKeyboardIsLostAndFoundAgain) {
     m_tree.add("hidraw0", "0003:0000046D:0000C331");
     plug(0xC331);
@@ -258,95 +140,6 @@ TEST_F(UsbKeyboardTest, PluggingAnewIsNoticedAlsoWhenNothingIsSent) {
     EXPECT_EQ(lost.kind, DeviceStatus::Kind::Lost);
     EXPECT_EQ(lost.text, "The keyboard G810 (046d:c331) was unplugged.");
     EXPECT_EQ(m_keyboard->serve().kind, DeviceStatus::Kind::Ok);
-}
-
-TEST_F(UsbKeyboardTest, OpensEveryModelOfTheTableAndNoOther) {
-    for (const UsbModel& model : kUsbModels) {
-        fakeHid::plug(model.product);
-        EXPECT_THAT(m_keyboard->open(m_stop).text, HasSubstr(describe(model)));
-        m_keyboard->close();
-    }
-    fakeHid::plug(0xC52B);
-    EXPECT_FALSE(m_keyboard->open(m_stop).found);
-}
-
-TEST_F(UsbKeyboardTest, ASingleLightShowsTheColourOfMostKeys) {
-    const auto colored = [](std::size_t first, std::size_t last, Rgb color) {
-        std::vector<KeyColor> keys;
-        for (std::size_t i = first; i < last; ++i)
-            keys.push_back({indexOf(lighting::keyBitmapOffsets[i].code), color});
-        return keys;
-    };
-    plug(0xC33A);
-    const auto only = [](const std::string& color) {
-        return ElementsAre(StartsWith("11ff0c3c0001" + color));
-    };
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
-    EXPECT_THAT(reportsOf(colored(0, 51, {9, 0, 0})), IsEmpty());
-    EXPECT_THAT(reportsOf(colored(51, 52, {9, 0, 0})), only("090000"));
-    EXPECT_THAT(reportsOf(colored(0, 1, {5, 5, 5})), only("010203"));
-    m_keyboard->close();
-
-    plug(0xC336);
-    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})),
-                ElementsAre(report("11ff0c3a0101010203", 20), report("11ff0c3a0201010203", 20),
-                            report("11ff0c3a0301010203", 20), report("11ff0c3a0401010203", 20),
-                            report("11ff0c3a0501010203", 20)));
-}
-
-TEST_F(UsbKeyboardTest, TheLibraryPrintsNothing) {
-    plug(0xC331);
-    fakeHid::unplugAfter(0);
-    testing::internal::CaptureStdout();
-    std::thread writer(
-        [this] { EXPECT_EQ(m_keyboard->write(fullFrame({})).kind, DeviceStatus::Kind::Lost); });
-    writer.join();
-    m_keyboard->write(fullFrame({}));
-    std::cout << "our own " << 1 << std::endl;
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "our own 1\n");
-}
-
-TEST_F(UsbKeyboardTest, ItsWriterLightsItAgainAfterAReplugging) {
-    std::mutex mutex;
-    std::condition_variable told;
-    std::vector<std::string> texts;
-    const auto waitForTexts = [&](std::size_t count) {
-        std::unique_lock lock(mutex);
-        return told.wait_for(lock, std::chrono::seconds(20), [&] { return texts.size() == count; });
-    };
-    const auto waitForFrame = [] {
-        std::vector<std::string> reports;
-        for (int tries = 0; tries < 2000 && (reports.empty() || reports.back() != kCommit); ++tries) {
-            std::this_thread::sleep_for(milliseconds(10));
-            std::ranges::move(fakeHid::takeReports(), std::back_inserter(reports));
-        }
-        return reports;
-    };
-    KeyboardModel model;
-    model.setLighting({100, 0, 0});
-    m_tree.add("hidraw0", "0003:0000046D:0000C331");
-    fakeHid::plug(0xC331);
-    DeviceWriter writer(std::move(m_keyboard), [&](const DeviceEvent& event) {
-        const std::scoped_lock lock(mutex);
-        texts.push_back(event.text);
-        told.notify_one();
-    });
-    writer.show(model);
-    const std::vector<std::string> first = waitForFrame();
-    EXPECT_THAT(first, SizeIs(10));
-
-    fakeHid::unplug();
-    m_tree.remove("hidraw0");
-    EXPECT_TRUE(waitForTexts(2));
-    m_tree.add("hidraw0", "0003:0000046D:0000C331");
-    fakeHid::plug(0xC331);
-    EXPECT_EQ(waitForFrame(), first);
-    writer.stop();
-    EXPECT_THAT(texts, ElementsAre("The keyboard G810 (046d:c331) is lit over USB.",
-                                   "The keyboard G810 (046d:c331) was unplugged.",
-                                   "The keyboard G810 (046d:c331) is lit over USB."));
-    m_keyboard = makeUsbKeyboard(m_tree.folders());
 }
 
 } // namespace

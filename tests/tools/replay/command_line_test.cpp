@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -32,15 +33,6 @@ Outcome run(const std::string& script, const std::string& arguments) {
     return outcome;
 }
 
-TEST(ReplayCommandLineTest, PrintsTheWantedKinds) {
-    const Outcome outcome = run("start\nwait 1\nquit", "--only activity,quit -");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output, R"({"t":0,"kind":"activity","action":"begin","reason":"Reading the screen"}
-{"t":1.05,"kind":"activity","action":"end","reason":"Reading the screen"}
-{"t":1.05,"kind":"quit"}
-)");
-}
-
 TEST(ReplayCommandLineTest, RunsNothingOfAScriptWithAnError) {
     const Outcome outcome = run("start\nfly", "- 2>/dev/null");
     EXPECT_EQ(outcome.status, 2);
@@ -66,6 +58,13 @@ TEST(ReplayCommandLineTest, DrawsTheKeyboardAsItIsBeforeItIsHandedBack) {
     const Outcome outcome = run(lit + "quit", "--only quit --keyboard -");
     EXPECT_THAT(outcome.output, HasSubstr("\x1b[48;2;255;255;0m\x1b[38;2;0;0;0mEsc\x1b[0m"));
     EXPECT_THAT(outcome.output, EndsWith(run(lit, "--only quit --keyboard -").output));
+}
+
+TEST(ReplayCommandLineTest, FilmsWhatTheKeyboardShows) {
+    const std::string folder = testing::TempDir() + "film";
+    EXPECT_EQ(run("start\ntoken \"C\"\nwait 1", "--film " + folder + " -").status, 0);
+    const std::filesystem::directory_iterator pictures(folder);
+    EXPECT_GT(std::distance(begin(pictures), end(pictures)), 5);
 }
 
 TEST(ReplayCommandLineTest, NoticesThatItsOutputIsLost) {

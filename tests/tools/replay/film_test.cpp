@@ -44,15 +44,6 @@ protected:
     KeyboardModel keyboard;
 };
 
-TEST_F(FilmTest, OneFrameForEachMomentWithOtherColours) {
-    light(100, 500);
-    light(40, 500); // never seen: replaced at the same moment
-    light(40, 600); // nothing new
-    light(20, 700);
-    film.end(milliseconds(900));
-    EXPECT_THAT(frames, ElementsAre(Frame{500, 700, 102}, Frame{700, 900, 51}));
-}
-
 TEST_F(FilmTest, EffectsMoveBetweenTheCalls) {
     keyboard.flash(0xFFF6, {100, 0, 0}, milliseconds(0), milliseconds(250),
                    milliseconds(100)); // first in the layout
@@ -66,11 +57,6 @@ TEST_F(FilmTest, LastChangeIsSeen) {
     light(20, 200);
     film.end(milliseconds(200));
     EXPECT_THAT(frames, ElementsAre(Frame{100, 200, 255}, Frame{200, 233, 51}));
-}
-
-TEST_F(FilmTest, NoChangeNoFrame) {
-    film.end(milliseconds(200));
-    EXPECT_TRUE(frames.empty());
 }
 
 class FilmOutputTest : public testing::Test {

@@ -1,0 +1,90 @@
+// What no script can do: use the application while one of its actions waits, and give it a folder of its own.
+
+#include "app/app_delegate.h"
+#include "keyboards/virtual_keyboard.h"
+#include "platform/whole_file.h"
+#include "simulated/simulated_platform.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace glimra::app {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::Not;
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest() {
+        platform.settingsFolder = testing::TempDir();
+        delegate.applicationDidFinishLaunching();
+    }
+    std::string log() { return delegate.outlets().myTextScroll.text; }
+
+    simulated::SimulatedPlatform machine{1};
+    keyboards::VirtualKeyboard keyboard{[this] { return machine.runLoop.now(); }};
+    platform::Platform platform = machine.platform(keyboard, {});
+    AppDelegate delegate{platform};
+};
+
+TEST_F(AppDelegateTest, ACalibrationIsOneHoweverOftenItIsAskedFor) {
+    delegate.calibrateButton();
+    machine.runLoop.after(1s, [&] { delegate.calibrateMI(); });
+    delegate.calibrateButton();
+    EXPECT_EQ(machine.runLoop.now(), 90.075s);
+    const std::string said = log();
+    EXPECT_EQ(said.find("ATTEMPTING"), said.rfind("ATTEMPTING"));
+    delegate.calibrateButton();
+    EXPECT_NE(log(), said) << "asks whether it is to calibrate once more";
+}
+
+TEST_F(AppDelegateTest, ACalibrationThatIsQuitStoresNothing) {
+    machine.userDefaults.set("scanWidth", 80.5);
+    delegate.calibrateButton();
+    machine.runLoop.after(1s, [&] { machine.runLoop.terminate(); });
+    delegate.calibrateButton();
+    EXPECT_EQ(machine.runLoop.now(), 1s);
+    EXPECT_EQ(machine.userDefaults.get("scanWidth"), platform::StoredValue(80.5));
+    EXPECT_THAT(log(), Not(HasSubstr("failed")));
+}
+
+TEST_F(AppDelegateTest, AStripThatGoesIsNotFound) {
+    simulated::SimulatedScreen::StripCells cells{0xFF0000, 0,        0x00FFFF, 0xFFFFFF, 0xFF00FF, 0x0000FF,
+                                                 0xFFFF00, 0xFF0000, 0x00FF00, 0xFFFFFF, 0};
+    machine.screen.setStripGeometry(0.0, 110.0);
+    machine.screen.paintStrip(cells);
+    machine.runLoop.after(500ms, [&] {
+        cells[0] = 0;
+        machine.screen.paintStrip(cells);
+    });
+    delegate.calibrateButton();
+    delegate.calibrateButton();
+    EXPECT_THAT(log(), HasSubstr("failed"));
+}
+
+TEST_F(AppDelegateTest, AnImportKeepsTheProfilesAsTheyWere) {
+    const std::string kept = platform.settingsFolder + "before-import.keycolormap";
+    const std::string file = platform.settingsFolder + "exported.keycolormap";
+    const auto blinkTimeAfterImport = [&](const std::string& path) {
+        machine.windowSystem.queuePath(path);
+        delegate.ImportPreferencesMI();
+        return std::get<double>(machine.userDefaults.get("blinkTimePref").value());
+    };
+    machine.userDefaults.set("blinkTimePref", 1.5);
+    machine.windowSystem.queuePath(file);
+    delegate.ExportPreferencesMI();
+    EXPECT_FALSE(std::filesystem::exists(kept));
+    machine.userDefaults.set("blinkTimePref", 2.5);
+    EXPECT_EQ(blinkTimeAfterImport(file), 1.5);
+    EXPECT_EQ(blinkTimeAfterImport(kept), 2.5);
+
+    // Where it cannot be kept, nothing is imported.
+    platform.settingsFolder = "/nowhere";
+    EXPECT_EQ(blinkTimeAfterImport(file), 2.5);
+}
+
+} // namespace
+} // namespace glimra::app
