@@ -119,7 +119,7 @@ worked_example() {
             tail -n "$(wc -l <<<"$expected")")"
 }
 
-# What is installed is what the list names.
+# What is installed is what the list names, and the installed program finds it and puts it into a game.
 addon() {
     local folder=$share/glimra/addon/Glimraxmit
     local listed version
@@ -127,6 +127,10 @@ addon() {
     same "the add-on's files" "$listed" "$(cd "$folder" && find . -type f | sed 's,^\./,,' | sort)"
     version=$("$bin/glimra" --version)
     same "the add-on's version" "${version#glimra }" "$(sed -n 's/^## Version: *//p' "$folder/Glimraxmit.toc" | tr -d '\r')"
+    local game=$work/game/_retail_
+    mkdir -p "$game/Interface"
+    same "installing the add-on" "$game: installed ${version#glimra }" "$("$bin/glimra" --install-addon "$work/game")"
+    silent "the add-on in the game" diff -r "$folder" "$game/Interface/AddOns/Glimraxmit"
 }
 
 # The same file whoever makes it and wherever, with the folder at its top and nothing else.
