@@ -28,7 +28,7 @@ std::string_view nameOf(Standing standing) {
 
 std::string remedyFor(const addon::InstalledAddon& installed) {
     if (installed.canBeInstalled())
-        return "Run glimra --install-addon.";
+        return "Choose Install the Add-on in the menu Help, or run glimra --install-addon.";
     if (installed.standing == Standing::Newer)
         return "Update Glimra: the two belong together.";
     return {};
