@@ -1,5 +1,6 @@
 # What the program says about itself.
 set(GLIMRA_BUILD "1" CACHE STRING "Number of the build")
+set(GLIMRA_RELEASE_DATE "2026-11-23" CACHE STRING "Date of this version")
 set(GLIMRA_COPYRIGHT "Copyright © 2026 the Glimra developers. Free software under the GNU GPL, version 3 or later."
     CACHE STRING "Copyright line of the about window")
 set(GLIMRA_HOME_PAGE "https://glimra.example" CACHE STRING "Address of the product's home page")

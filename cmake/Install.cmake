@@ -1,7 +1,6 @@
 # What is installed, and the Debian package.
 include(GNUInstallDirs)
 
-set(GLIMRA_RELEASE_DATE "2026-11-23" CACHE STRING "Date of this version")
 set(GLIMRA_APP_ID "example.glimra.Glimra")
 set(CPACK_PACKAGE_CONTACT "Glimra developers <${GLIMRA_SUPPORT_ADDRESS}>")
 # Not one of the distribution's own, which would begin with 1.
@@ -58,6 +57,9 @@ if(GLIMRA_DESKTOP)
     # Where udev looks, whatever the machine calls its folder of libraries.
     install(FILES ${GLIMRA_PACKAGING}/udev/70-glimra-keyboard.rules DESTINATION lib/udev/rules.d)
 endif()
+
+list(TRANSFORM GLIMRA_ADDON_FILES PREPEND ${GLIMRA_ADDON_BUILT}/ OUTPUT_VARIABLE addon_files)
+install(FILES ${addon_files} DESTINATION ${GLIMRA_ADDON_DIR}/Glimraxmit)
 
 install(FILES docs/user-guide.md docs/protocol.md docs/replay.md docs/screens.md DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES ${GLIMRA_PACKAGING}/debian/copyright DESTINATION ${GLIMRA_DOC_DIR})

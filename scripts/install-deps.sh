@@ -4,6 +4,7 @@
 #   demo    to show the demonstration where there is no display
 #   test    to build and run the tests and the benchmarks
 #   check   to check the sources' form
+#   addon   to pack the add-on for sites that hand out add-ons
 #   icons   to draw the application's icon anew
 set -euo pipefail
 
@@ -11,8 +12,9 @@ build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-de
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(lua5.1 netpbm xvfb)
 test=(appstream dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian lua-check lua5.1 man-db openbox
-    python3-dbusmock weston x11-xserver-utils xdotool xvfb xwayland)
+    python3-dbusmock unzip weston x11-xserver-utils xdotool xvfb xwayland zip)
 check=(clang-format clang-tidy)
+addon=(zip)
 icons=(librsvg2-bin)
 
 wanted=()
@@ -22,6 +24,7 @@ for list in "$@"; do
         demo) wanted+=("${demo[@]}") ;;
         test) wanted+=("${test[@]}") ;;
         check) wanted+=("${check[@]}") ;;
+        addon) wanted+=("${addon[@]}") ;;
         icons) wanted+=("${icons[@]}") ;;
         *)
             echo "install-deps.sh: there is no list \"$list\"" >&2

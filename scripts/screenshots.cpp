@@ -7,8 +7,12 @@
 #include "desktop/windows/theme.h"
 
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 namespace glimra::desktop {
 namespace {
@@ -20,6 +24,18 @@ protected:
     void TestBody() override {}
 
 public:
+    /// A player's home, with a game that has an old add-on and one that has none.
+    Screenshots() {
+        const QString game = m_home.filePath(".wine/drive_c/Program Files (x86)/World of Warcraft/");
+        const QString old = game + "_classic_era_/Interface/AddOns/Glimraxmit";
+        QDir().mkpath(game + "_retail_/Interface");
+        QDir().mkpath(old);
+        QFile toc(old + "/Glimraxmit.toc");
+        if (!toc.open(QIODevice::WriteOnly) || toc.write("## Version: 0.0.9\n") < 0)
+            throw std::runtime_error("no home");
+        qputenv("HOME", QFile::encodeName(m_home.path()));
+    }
+
     /// Whether all pictures could be written.
     bool take(bool isDark) {
         QApplication::setPalette(themePalette(isDark));
@@ -37,20 +53,24 @@ public:
         click("setColorsButton");
         settle();
         window("mainWindow")->findChild<QAction*>("aboutItem")->trigger();
+        window("mainWindow")->findChild<QAction*>("installAddonItem")->trigger();
         for (const char* const modal : {"profileChangeAlert", "copyProfileDialog", "launchOptionWindow"})
             window(modal)->show();
         choose("toProfileMenu", 1);
         // Until the status line has looked once more.
         QTest::qWait(1500);
-        bool isWritten = true;
+        std::vector<QWidget*> tops{widget("installAddonWindow")};
         for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
-            if (std::holds_alternative<platform::Window*>(outlet.control)) {
-                const QString path = s_folder + "/" + QString::fromStdString(outlet.name) +
-                                     (isDark ? "-dark.png" : "-light.png");
-                isWritten = window(outlet.name)->grab().save(path, "PNG", 0) && isWritten;
-            }
-        return isWritten;
+            if (std::holds_alternative<platform::Window*>(outlet.control))
+                tops.push_back(window(outlet.name));
+        return std::ranges::all_of(tops, [isDark](QWidget* top) {
+            const QString path = s_folder + "/" + top->objectName() + (isDark ? "-dark.png" : "-light.png");
+            return top->grab().save(path, "PNG", 0);
+        });
     }
+
+private:
+    QTemporaryDir m_home;
 };
 
 } // namespace

@@ -9,7 +9,7 @@ _glimra_words() {
         glimra-replay:--only)
             echo led log system-log process sound alert panel modal window url activity frame quit dump
             ;;
-        *:--settings | *:--trace | *:--record | *:--sdk | *:--film) ;; # files
+        *:--settings | *:--trace | *:--record | *:--sdk | *:--film | *:--install-addon) ;; # files
         *)
             case ${1##*/}:$2 in
                 *:-*) "$1" --help 2>/dev/null | grep -oE -e '(^ +|,)--[a-z][a-z-]*' | tr -d ' ,' ;;

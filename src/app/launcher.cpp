@@ -1,7 +1,5 @@
 #include "app/launcher.h"
 
-#include "platform/stored_values.h"
-
 #include <array>
 
 namespace glimra::app {
@@ -25,6 +23,11 @@ constexpr std::array<NameRow, 3> kNames{{
     {"BNAppName", &LauncherState::BNAppName, &Outlets::BNAppNameField},
 }};
 
+std::optional<std::string> storedName(const platform::SettingsReader& settings, std::string_view key) {
+    return settings.checked(platform::storedString(settings.defaults, key), key,
+                            "is no text and is ignored.");
+}
+
 std::array<platform::MenuItem*, 4> autorunItems(Outlets& outlets) {
     return {&outlets.autorunNoneMI, &outlets.autorunBNetMI, &outlets.autorunWowMI, &outlets.autorunClassicMI};
 }
@@ -41,23 +44,30 @@ std::string activationScript(std::string_view name) {
     return script + "\" to activate";
 }
 
-Launcher::Launcher(const Parts& parts) : m(parts) {
+LauncherState savedApplicationNames(const platform::SettingsReader& settings) {
+    LauncherState names;
+    for (const NameRow& row : kNames) {
+        std::string& name = names.*row.name;
+        name = storedName(settings, row.key).value_or(name);
+    }
+    return names;
+}
+
+Launcher::Launcher(const Parts& parts) : m(parts), m_settings{parts.defaults, parts.systemLog} {
 }
 
 void Launcher::loadApplicationNames() {
-    for (const NameRow& row : kNames) {
-        std::string& name = m.names.*row.name;
-        name = storedName(row.key).value_or(name);
-        (m.outlets.*row.field).text.set(name);
-    }
+    m.names = savedApplicationNames(m_settings);
+    for (const NameRow& row : kNames)
+        (m.outlets.*row.field).text.set(m.names.*row.name);
 }
 
 void Launcher::autorun() {
-    const std::optional<std::string> title = storedName(kAutorunTitleKey);
+    const std::optional<std::string> title = storedName(m_settings, kAutorunTitleKey);
     for (platform::MenuItem* item : autorunItems(m.outlets))
         item->on.set(item->title == title);
 
-    const std::string name = storedName(kAutorunNameKey).value_or("");
+    const std::string name = storedName(m_settings, kAutorunNameKey).value_or("");
     if (name.empty() || name == "None") {
         m.outlets.autorunNoneMI.on.set(true);
         return;
@@ -94,11 +104,6 @@ void Launcher::editGameNames() {
         m.defaults.set(row.key, m.names.*row.name);
     }
     m.closer.close(m.outlets.launchOptionWindow);
-}
-
-std::optional<std::string> Launcher::storedName(std::string_view key) const {
-    const platform::SettingsReader reader{m.defaults, m.systemLog};
-    return reader.checked(platform::storedString(m.defaults, key), key, "is no text and is ignored.");
 }
 
 void Launcher::activate(const std::string& name) {

@@ -5,6 +5,7 @@
 #include "events/event_state.h"
 #include "platform/bundle.h"
 #include "platform/message_log.h"
+#include "platform/stored_values.h"
 #include "platform/system_services.h"
 #include "platform/user_defaults.h"
 #include "platform/window_system.h"
@@ -18,6 +19,9 @@ struct LauncherState {
     std::string WowClassicAppName = "World of Warcraft Classic";
     std::string BNAppName = "Battle.net";
 };
+
+/// The names that are saved; those that are not, or that cannot be used, as they are at first.
+LauncherState savedApplicationNames(const platform::SettingsReader& settings);
 
 /// Brings up the game and its launcher, now or at each start. Main thread.
 class Launcher {
@@ -48,10 +52,10 @@ public:
     void editGameNames();
 
 private:
-    std::optional<std::string> storedName(std::string_view key) const;
     void activate(const std::string& name);
 
     Parts m;
+    platform::SettingsReader m_settings;
 };
 
 /// The argument with which the scripting command activates an application. Quotes and backslashes of a name

@@ -1,5 +1,6 @@
 #include "desktop/desktop_application.h"
 #include "desktop/doctor/doctor.h"
+#include "desktop/install_command.h"
 #include "desktop/options.h"
 #include "desktop/running_instance.h"
 
@@ -57,6 +58,10 @@ int main(int argc, char** argv) {
     const Options& options = std::get<Options>(parsed);
     if (options.command)
         return tellRunningInstance(options, argc, argv);
+    if (options.installAddon) {
+        const QCoreApplication application(argc, argv);
+        return runInstallCommand(options);
+    }
     if (options.doctor) {
         const QCoreApplication application(argc, argv);
         return runDoctor(options);

@@ -127,9 +127,17 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             "Show a colour profile, 1 to 9")
         ->type_name("N")
         ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
+    CLI::Option* const install =
+        command
+            .add_option("--install-addon", options.installAddon,
+                        "Install the game's add-on: in the clients of a folder, or in all that are found")
+            ->type_name("[FOLDER]")
+            ->expected(0, 1);
+    running->excludes(install);
     CLI::App* const doctor =
         command.add_subcommand("doctor", "Tell what works here, what does not, and how to mend it")
-            ->fallthrough();
+            ->fallthrough()
+            ->excludes(install);
     bool json = false;
     doctor->add_flag("--json", json, "As JSON");
     doctor->final_callback([&] { options.doctor = json ? ReportForm::Json : ReportForm::Words; });

@@ -34,6 +34,9 @@ struct Options {
     bool printLog = false;
     /// What the program that is running shall do; this one only tells it.
     std::optional<InstanceCommand> command;
+    /// Only to install the add-on: into the clients of this folder, or of all that are found where it is
+    /// empty.
+    std::optional<std::string> installAddon;
     /// Only to tell what works here, and in which form.
     std::optional<ReportForm> doctor;
 };

@@ -1,8 +1,8 @@
 // The real program, as a user or a script starts it.
 
+#include "keyboards/openrgb/stand_in_server.h"
 #include "support/folder.h"
 #include "support/x_server.h"
-#include "keyboards/openrgb/stand_in_server.h"
 #include "tools/strip/strip_painter.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +10,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
 
 namespace glimra {
@@ -20,6 +22,7 @@ using glimra::tests::contentOf;
 using glimra::tests::eventually;
 using glimra::tests::XvfbServer;
 using nlohmann::json;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 struct Result {
@@ -90,7 +93,8 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     }
 
     server.process().signal(SIGSTOP);
-    const Result hung = run("timeout 20 env " + m_program + noKeyboard + "--display " + server.display() + " doctor");
+    const Result hung =
+        run("timeout 20 env " + m_program + noKeyboard + "--display " + server.display() + " doctor");
     server.process().signal(SIGCONT);
     EXPECT_EQ(hung.status, 1);
     EXPECT_THAT(hung.output, HasSubstr("does not answer"));
@@ -99,6 +103,45 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
     EXPECT_EQ(words.status, 0);
     EXPECT_THAT(words.output, HasSubstr("microseconds"));
     EXPECT_THAT(words.output, HasSubstr("Glimra can work here."));
+}
+
+TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
+    const std::string program =
+        "HOME=" + m_folder.string() + " XDG_DATA_HOME= XDG_DATA_DIRS=/nowhere " + m_program;
+    const Result lost = run(program + "--install-addon 2>&1");
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_THAT(lost.output, AllOf(HasSubstr("~/.wine"), HasSubstr("--install-addon FOLDER")));
+
+    const std::filesystem::path game = m_folder / ".wine/drive_c/Program Files (x86)/World of Warcraft";
+    std::filesystem::create_directories(game / "_retail_/WTF");
+    const std::filesystem::path old = game / "_classic_/Interface/AddOns/Glimraxmit";
+    std::filesystem::create_directories(old);
+    std::ofstream(old / "Glimraxmit.toc") << "## Version: 0.0.9\n";
+    const auto states = [&] {
+        std::string text;
+        const json report = json::parse(run(program + "doctor --json").output);
+        for (const json& check : report["checks"])
+            if (check["check"] == "addon")
+                text += check["details"].value("state", "") + " " + check["health"].get<std::string>() + "; ";
+        return text;
+    };
+    EXPECT_EQ(states(), "missing limited; older limited; ");
+    const std::string version = run(program + "--version").output.substr(std::strlen("glimra "));
+    const Result done = run(program + "--install-addon");
+    EXPECT_EQ(done.status, 0);
+    EXPECT_EQ(done.output, (game / "_retail_: installed ").string() + version +
+                               (game / "_classic_: replaced 0.0.9 by ").string() + version);
+    EXPECT_EQ(states(), "current good; current good; ");
+
+    std::ofstream(m_folder / "Interface") << "a file";
+    std::filesystem::create_directories(m_folder / "_retail_/WTF");
+    std::filesystem::copy(m_folder / "Interface", m_folder / "_retail_/Interface");
+    const Result refused = run(program + "--install-addon " + m_folder.string());
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.output, HasSubstr("/_retail_: could not be written: "));
+    const Result wrong = run(program + "--install-addon /usr 2>&1");
+    EXPECT_EQ(wrong.status, 1);
+    EXPECT_THAT(wrong.output, HasSubstr("\"/usr\" is no folder of World of Warcraft"));
 }
 
 TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {

@@ -119,8 +119,37 @@ worked_example() {
             tail -n "$(wc -l <<<"$expected")")"
 }
 
+# What is installed is what the list names, and the installed program finds it and puts it into a game.
+addon() {
+    local folder=$share/glimra/addon/Glimraxmit
+    local listed version
+    listed=$({ echo Glimraxmit.toc && grep -v '^#' "$folder/Glimraxmit.toc" | tr -d '\r' | grep .; } | sort)
+    same "the add-on's files" "$listed" "$(cd "$folder" && find . -type f | sed 's,^\./,,' | sort)"
+    version=$("$bin/glimra" --version)
+    same "the add-on's version" "${version#glimra }" "$(sed -n 's/^## Version: *//p' "$folder/Glimraxmit.toc" | tr -d '\r')"
+    local game=$work/game/_retail_
+    mkdir -p "$game/Interface"
+    same "installing the add-on" "$game: installed ${version#glimra }" "$("$bin/glimra" --install-addon "$work/game")"
+    silent "the add-on in the game" diff -r "$folder" "$game/Interface/AddOns/Glimraxmit"
+}
+
+# The same file whoever makes it and wherever, with the folder at its top and nothing else.
+addon_package() {
+    local zip sum
+    TZ=UTC succeeds "the target addon" cmake --build "$build" --target addon
+    zip=$(echo "$build"/glimraxmit-*.zip)
+    sum=$(sha256sum "$zip")
+    touch "$build"/addon/Glimraxmit/*
+    TZ=Asia/Tokyo succeeds "the target addon" bash -c 'umask 077 && cmake --build "$1" --target addon' - "$build"
+    same "the add-on's package, made once more" "$sum" "$(sha256sum "$zip")"
+    succeeds "unpacking the add-on" unzip -q "$zip" -d "$work/unpacked"
+    silent "what the package holds" diff -r "$share/glimra/addon" "$work/unpacked"
+}
+
 programs
 replay
+addon
+addon_package
 for program in glimra glimra-replay glimra-strip; do manual "$program"; done
 desktop_files
 icons

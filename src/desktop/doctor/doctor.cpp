@@ -17,10 +17,11 @@ using doctor::Findings;
 using doctor::Health;
 
 Findings examine(const Options& options) {
-    const doctor::SettingsCopy settings(options);
+    const SettingsCopy settings(options);
     Findings all = doctor::checkScreen(options, settings.values());
-    for (Findings& findings : std::array{doctor::checkKeyboards(options, settings.values()),
-                                         doctor::checkServices(), settings.findings()})
+    for (Findings& findings :
+         std::array{doctor::checkKeyboards(options, settings.values()), doctor::checkAddon(settings.values()),
+                    doctor::checkServices(), doctor::checkSettings(settings)})
         std::ranges::move(findings, std::back_inserter(all));
     return all;
 }

@@ -1,11 +1,6 @@
 #include "desktop/doctor/checks.h"
 
-#include "desktop/settings_backups.h"
-#include "desktop/settings_file.h"
-
-#include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 namespace glimra::desktop::doctor {
 
@@ -46,37 +41,8 @@ Finding finding(const QFileInfo& file, bool isMended, bool hasCopy) {
 
 } // namespace
 
-struct SettingsCopy::Parts {
-    explicit Parts(const QString& path) : original(path) {
-        const QString file = folder.filePath("settings.ini");
-        QFile::copy(path, file);
-        for (int number = 1; number <= kCopies; ++number) {
-            QFile::copy(copyName(path, number), copyName(file, number));
-            hasCopy = hasCopy || isSound(copyName(file, number));
-        }
-        settings.emplace(file, log);
-    }
-
-    QFileInfo original;
-    bool hasCopy = false;
-    QTemporaryDir folder;
-    SilentLog log;
-    std::optional<SettingsFile> settings;
-};
-
-SettingsCopy::SettingsCopy(const Options& options)
-    : m_parts(std::make_unique<Parts>(options.settingsFile ? QString::fromStdString(*options.settingsFile)
-                                                           : SettingsFile::defaultPath())) {
-}
-
-SettingsCopy::~SettingsCopy() = default;
-
-const platform::UserDefaults& SettingsCopy::values() const {
-    return *m_parts->settings;
-}
-
-Findings SettingsCopy::findings() const {
-    return {finding(m_parts->original, !m_parts->settings->mending().empty(), m_parts->hasCopy)};
+Findings checkSettings(const SettingsCopy& settings) {
+    return {finding(QFileInfo(settings.original()), settings.isMended(), settings.hasBackup())};
 }
 
 } // namespace glimra::desktop::doctor

@@ -2,6 +2,7 @@
 
 #include "platform/stored_values.h"
 
+#include <QAction>
 #include <QLabel>
 #include <QPushButton>
 
@@ -17,25 +18,29 @@ struct Step {
     const char* title;
     /// "%1" is the keyboard.
     const char* text;
-    /// Text of the button that does the step, and the main window's button that it presses; empty for none.
+    /// Text of the button that does the step, and the main window's menu item that it chooses; empty for
+    /// none.
     const char* act = "";
-    const char* button = "";
+    const char* item = "";
 };
 
-constexpr std::array<Step, 4> kSteps{{
+constexpr std::array<Step, 5> kSteps{{
     {"Welcome to Glimra",
      "What happens in your game becomes light on your keyboard. Glimra lights the %1; what "
      "it shows is drawn below."},
+    {"Install the Add-on",
+     "A small add-on in World of Warcraft, Glimraxmit, shows Glimra what happens there. Install it, then "
+     "start "
+     "the game and tick it in the list of add-ons.",
+     "Install the Add-on…", "installAddonItem"},
     {"Calibrate",
-     "Copy the folder Glimraxmit into Interface/AddOns of your game, start the game and log in. Then press "
-     "Calibrate here twice, go back to the game and type /glimracal in the chat box. The log below tells "
-     "when "
-     "it is done.",
-     "Calibrate", "calibrateButton"},
+     "Log in to the game. Then press Calibrate here twice, go back to the game and type /glimracal in the "
+     "chat box. The log below tells when it is done.",
+     "Calibrate", "calibrateItem"},
     {"Test",
      "The test pattern is a red block in a white frame. If your keyboard shows it, the keyboard works. Press "
      "Reset to end it.",
-     "Show Test Pattern", "testButton"},
+     "Show Test Pattern", "testItem"},
     {"Ready",
      "Choose your colors with Set Colors, and tell Glimra your keys with Map Action Keys in the menu "
      "Profiles. Help has the rest."},
@@ -58,9 +63,8 @@ FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults
 }
 
 void FirstSteps::act() {
-    const Step& step = kSteps[m_step];
-    if (auto* const button = m_window->findChild<QPushButton*>(step.button))
-        button->click();
+    if (auto* const item = m_window->findChild<QAction*>(kSteps[m_step].item))
+        item->trigger();
 }
 
 void FirstSteps::next() {

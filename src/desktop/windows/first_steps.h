@@ -7,11 +7,11 @@
 
 namespace glimra::desktop {
 
-/// The short guide at the top of the main window for the first run: keyboard, calibration, test. It goes for
+/// The short guide at the top of the main window for the first run: add-on, calibration, test. It goes for
 /// good when it was done or dismissed.
 class FirstSteps {
 public:
-    /// Works with the panel and the buttons of `mainWindow`, by their names.
+    /// Works with the panel and the menu items of `mainWindow`, by their names.
     FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults,
                platform::Property<std::string>& keyboardName);
 

@@ -14,6 +14,7 @@
 #include "ui_color_programmer.h"
 #include "ui_copy_profile_dialog.h"
 #include "ui_help.h"
+#include "ui_install_addon.h"
 #include "ui_launch_options.h"
 #include "ui_main_window.h"
 #include "ui_profile_change_alert.h"
@@ -125,10 +126,12 @@ void Windows::buildProgrammer() {
 void Windows::buildOthers() {
     // When a dialog goes, the window that it belongs to gets the keyboard back.
     QWidget* const about = add<Ui::About, QWidget>();
+    auto* const installAddon = add<Ui::InstallAddon, QDialog>(m_mainWindow);
+    m_addonInstaller = std::make_unique<AddonInstaller>(installAddon, m.runLoop, m.delegate.state().launcher);
     for (QWidget* const window : std::initializer_list<QWidget*>{
              add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
              add<Ui::CopyProfileDialog, QDialog>(m_programmer), add<Ui::LaunchOptions, QDialog>(m_mainWindow),
-             add<Ui::ActionKeySetter, QWidget>(), about})
+             add<Ui::ActionKeySetter, QWidget>(), installAddon, about})
         new ContentFitter(window);
     about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
     add<Ui::Help, QWidget>();
@@ -144,6 +147,10 @@ void Windows::bindAll() {
     m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
     m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
     m_binder.setCommand("showGuide", [this] { m_firstSteps->showAgain(); });
+    m_binder.setCommand("installAddon", [this] { m_addonInstaller->open(); });
+    m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
+    m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });
+    m_binder.setCommand("addonClose", [this] { m_addonInstaller->close(); });
     for (const auto& window : m_windows)
         m_binder.bind(window.get());
     for (const app::NamedOutlet& outlet : app::namedOutlets(m.delegate.outlets()))

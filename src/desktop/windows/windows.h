@@ -2,6 +2,7 @@
 
 #include "app/app_delegate.h"
 #include "desktop/qt_window_system.h"
+#include "desktop/windows/addon_installer.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
 #include "desktop/windows/keyboard_menu.h"
@@ -62,6 +63,7 @@ private:
     QMainWindow* m_mainWindow = nullptr;
     QWidget* m_programmer = nullptr;
     KeyboardCanvas* m_canvas = nullptr;
+    std::unique_ptr<AddonInstaller> m_addonInstaller;
     std::unique_ptr<FirstSteps> m_firstSteps;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;

@@ -9,19 +9,23 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QColorDialog>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
 namespace glimra::desktop {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -174,14 +178,16 @@ TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
     launch();
     click("setColorsButton");
     window("mainWindow")->findChild<QAction*>("mapKeysItem")->trigger();
-    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets())) {
-        if (!std::holds_alternative<platform::Window*>(outlet.control))
-            continue;
-        QWidget* const top = window(outlet.name);
+    std::vector<QWidget*> tops{widget("installAddonWindow")};
+    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
+        if (std::holds_alternative<platform::Window*>(outlet.control))
+            tops.push_back(window(outlet.name));
+    for (QWidget* const top : tops) {
+        const std::string name = top->objectName().toStdString();
         top->show();
         settle();
-        EXPECT_LE(top->width(), kRoom.width()) << outlet.name;
-        EXPECT_LE(top->height(), kRoom.height()) << outlet.name;
+        EXPECT_LE(top->width(), kRoom.width()) << name;
+        EXPECT_LE(top->height(), kRoom.height()) << name;
         // As shown, and as small as the user can make it.
         for (const QSize size : {top->size(), top->minimumSize().expandedTo(top->minimumSizeHint())}) {
             top->resize(size);
@@ -194,9 +200,9 @@ TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
                     each->objectName().startsWith("qt_") || each->objectName() == "statusText")
                     continue;
                 EXPECT_GE(each->width(), need(*each).width())
-                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.width();
+                    << each->objectName().toStdString() << " in " << name << " at " << size.width();
                 EXPECT_GE(each->height(), need(*each).height())
-                    << each->objectName().toStdString() << " in " << outlet.name << " at " << size.height();
+                    << each->objectName().toStdString() << " in " << name << " at " << size.height();
             }
         }
     }
@@ -308,9 +314,10 @@ TEST_F(WindowsTest, EveryKeyIsAnAccessibleButtonThatTellsItsColorAndCanBePressed
 
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
     // The question for unsaved edits is left out: it begins with its last button, the safe answer.
-    for (const char* const name : {"mainWindow", "colorProgrammerWindow", "launchOptionWindow",
-                                   "copyProfileDialog", "actionKeySetterWindow", "aboutWindow"}) {
-        QWidget* const top = window(name);
+    for (const char* const name :
+         {"mainWindow", "colorProgrammerWindow", "launchOptionWindow", "copyProfileDialog",
+          "actionKeySetterWindow", "aboutWindow", "installAddonWindow"}) {
+        QWidget* const top = window(name) != nullptr ? window(name) : widget(name);
         top->show();
         settle();
         QRect placeBefore;
@@ -437,6 +444,66 @@ TEST_F(WindowsTest, ClosingTheMainWindowClosesItsCompanionsAndAsksToQuit) {
     EXPECT_TRUE(m_machine.runLoop.isTerminated()) << "the application has quit";
 }
 
+class AddonWindowTest : public WindowsTest {
+protected:
+    AddonWindowTest() {
+        qputenv("HOME", QFile::encodeName(m_home.path()));
+        const QString game = "/.wine/drive_c/Program Files (x86)/World of Warcraft/";
+        QDir(m_home.path() + game).mkpath("_retail_/WTF");
+        QDir(m_home.path()).mkpath("elsewhere/_classic_era_/Interface");
+    }
+    ~AddonWindowTest() override { qputenv("HOME", m_homeBefore); }
+
+    /// Waits until the window has done what it was asked for; what it lists then.
+    std::string listed() {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return widget("addonChooseButton")->isEnabled(); }));
+        const auto* const list = widget<QListWidget>("addonClients");
+        QStringList lines;
+        for (int row = 0; row < list->count(); ++row)
+            lines.append(list->item(row)->text());
+        return lines.join('\n').toStdString();
+    }
+    std::string result() { return widget<QLabel>("addonResult")->text().toStdString(); }
+    /// As a user does in the panel.
+    void chooseFolder(const QString& folder) {
+        click("addonChooseButton");
+        auto* const panel = widget("installAddonWindow")->findChild<QFileDialog*>();
+        ASSERT_NE(panel, nullptr);
+        panel->setDirectory(folder);
+        panel->selectFile(folder);
+        static_cast<QDialog*>(panel)->accept();
+        settle();
+    }
+
+    const QByteArray m_homeBefore = qgetenv("HOME");
+    QTemporaryDir m_home;
+};
+
+TEST_F(AddonWindowTest, ListsTheClientsAndSaysWhatCameOfInstalling) {
+    window("mainWindow")->findChild<QAction*>("installAddonItem")->trigger();
+    EXPECT_FALSE(widget("addonInstallButton")->isEnabled()) << "it is looking";
+    EXPECT_EQ(listed(), "Retail: the add-on is missing; it will be installed\n"
+                        "~/.wine/drive_c/Program Files (x86)/World of Warcraft/_retail_");
+    chooseFolder(m_home.filePath(".wine"));
+    EXPECT_THAT(listed(), HasSubstr("Retail"));
+    EXPECT_THAT(result(), HasSubstr("/.wine is no folder of World of Warcraft."));
+    chooseFolder(m_home.filePath("elsewhere"));
+    EXPECT_THAT(listed(), HasSubstr("_retail_\nClassic Era: the add-on is missing"));
+    click("addonInstallButton");
+    EXPECT_THAT(listed(), AllOf(HasSubstr("Retail: installed "), HasSubstr("Classic Era: installed ")));
+    EXPECT_THAT(result(), HasSubstr("tick Glimraxmit"));
+    EXPECT_FALSE(widget("addonInstallButton")->isEnabled());
+    EXPECT_TRUE(
+        QFile::exists(m_home.filePath("elsewhere/_classic_era_/Interface/AddOns/Glimraxmit/Glimraxmit.toc")));
+
+    QTest::keyClick(widget("installAddonWindow"), Qt::Key_Escape);
+    EXPECT_FALSE(widget("installAddonWindow")->isVisible());
+    window("mainWindow")->findChild<QAction*>("installAddonItem")->trigger();
+    EXPECT_THAT(listed(), HasSubstr("Retail: the add-on is ")) << "it looks anew";
+    EXPECT_THAT(listed(), AllOf(HasSubstr(", current"), testing::Not(HasSubstr("Classic Era"))));
+    EXPECT_EQ(result(), "There is nothing to install.");
+}
+
 using FirstStepsTest = WindowsFixture;
 
 TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
@@ -444,7 +511,10 @@ TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
     launch();
     EXPECT_FALSE(widget("guidePanel")->isHidden());
     EXPECT_THAT(widget<QLabel>("guideText")->text().toStdString(), HasSubstr("test keyboard"));
-    for (int step = 0; step < 4; ++step)
+    click("guideNext");
+    click("guideAct");
+    EXPECT_TRUE(widget("installAddonWindow")->isVisible());
+    for (int step = 1; step < 5; ++step)
         click("guideNext");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
     EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Packs the add-on as sites for add-ons take it, and prints the file's name.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh build addon
+options=()
+# A build folder that has the tests keeps them.
+[ -f build/release/CMakeCache.txt ] || options=(-DGLIMRA_BENCH=OFF -DGLIMRA_TESTS=OFF)
+cmake --preset release "${options[@]}" >/dev/null
+cmake --build --preset release --target addon >/dev/null
+ls "$PWD"/build/release/glimraxmit-*.zip
