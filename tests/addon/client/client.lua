@@ -29,7 +29,7 @@ local function new(setup)
         width = setup.width, height = setup.height, uiScale = setup.uiScale or 1, folders = setup.folders,
         onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing, note = setup.note or nothing,
         now = 0, pictureTime = 0, nextPicture = 0, randomState = setup.seed or 1, isInWorld = false,
-        queue = {}, savedVariables = {}, mayBeNil = {}, unknownNames = {}, errors = {}, said = {},
+        queue = {}, savedVariables = setup.kept or {}, mayBeNil = {}, unknownNames = {}, errors = {}, said = {},
         globals = {}, regions = {}, listeners = {}, frameVersion = 0,
     }, Client)
     client.world = world.new(client)
