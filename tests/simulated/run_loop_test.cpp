@@ -1,4 +1,5 @@
 #include "simulated/run_loop.h"
+#include "simulated/worker_loop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ using testing::ElementsAre;
 
 /// What happened, each with its moment in milliseconds.
 class RunLoopTest : public testing::Test {
-protected:
+public:
     void note(const std::string& what) {
         happened.push_back(std::to_string(loop.now() / milliseconds(1)) + " " + what);
     }
@@ -84,6 +85,20 @@ TEST_F(RunLoopTest, EndsAtOnceInNestedWaitsToo) {
     EXPECT_THAT(happened, ElementsAre("5 in", "7 out"));
     EXPECT_FALSE(wait(0));
     EXPECT_EQ(loop.now(), milliseconds(7));
+}
+
+TEST_F(RunLoopTest, AReaderLeavesAtAGridPointWithoutAPass) {
+    struct Body final : platform::LoopBody {
+        explicit Body(RunLoopTest& owner) : test(owner) {}
+        void pass() override { test.note("pass"); }
+        bool goesOn() const override { return test.loop.now() < milliseconds(100); }
+        void left() override { test.note("left"); }
+        RunLoopTest& test;
+    } body(*this);
+    SimulatedWorkerLoop worker(loop);
+    worker.start(body, milliseconds(50));
+    EXPECT_TRUE(wait(300));
+    EXPECT_THAT(happened, ElementsAre("0 pass", "50 pass", "100 left"));
 }
 
 } // namespace

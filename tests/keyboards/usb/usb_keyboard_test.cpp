@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <iostream>
+#include <thread>
+
 namespace glimra::keyboards {
 namespace {
 
@@ -140,6 +143,36 @@ TEST_F(UsbKeyboardTest, PluggingAnewIsNoticedAlsoWhenNothingIsSent) {
     EXPECT_EQ(lost.kind, DeviceStatus::Kind::Lost);
     EXPECT_EQ(lost.text, "The keyboard G810 (046d:c331) was unplugged.");
     EXPECT_EQ(m_keyboard->serve().kind, DeviceStatus::Kind::Ok);
+}
+
+TEST_F(UsbKeyboardTest, ASingleLightShowsTheColourOfMostKeys) {
+    const auto colored = [](std::size_t first, std::size_t last, Rgb color) {
+        std::vector<KeyColor> keys;
+        for (std::size_t i = first; i < last; ++i)
+            keys.push_back({indexOf(lighting::keyBitmapOffsets[i].code), color});
+        return keys;
+    };
+    plug(0xC33A);
+    const auto only = [](const std::string& color) {
+        return ElementsAre(StartsWith("11ff0c3c0001" + color));
+    };
+    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
+    EXPECT_THAT(reportsOf(fullFrame({1, 2, 3})), only("010203"));
+    EXPECT_THAT(reportsOf(colored(0, 51, {9, 0, 0})), IsEmpty());
+    EXPECT_THAT(reportsOf(colored(51, 52, {9, 0, 0})), only("090000"));
+    EXPECT_THAT(reportsOf(colored(0, 1, {5, 5, 5})), only("010203"));
+}
+
+TEST_F(UsbKeyboardTest, TheLibraryPrintsNothing) {
+    plug(0xC331);
+    fakeHid::unplugAfter(0);
+    testing::internal::CaptureStdout();
+    std::thread writer(
+        [this] { EXPECT_EQ(m_keyboard->write(fullFrame({})).kind, DeviceStatus::Kind::Lost); });
+    writer.join();
+    m_keyboard->write(fullFrame({}));
+    std::cout << "our own " << 1 << std::endl;
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "our own 1\n");
 }
 
 } // namespace
