@@ -264,7 +264,7 @@ return {
     { "unread on|off", "Glimra cannot read that strip: what is said may be lost", function(play, isOn)
         play.isUnread = isOn
     end },
-    { "kept NAME VALUE", "what an earlier evening has left in a saved variable, as Lua writes it", function(play, name, value)
+    { "kept NAME VALUE", "what an earlier evening left in a saved variable, in Lua", function(play, name, value)
         play.setup.kept = { [name] = value }
     end, "before login" },
     { "glimra LINE", "a line for glimra-replay, see docs/replay.md; before login it stands before \"start\"",
