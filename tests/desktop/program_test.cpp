@@ -50,6 +50,10 @@ protected:
         return healths;
     }
 
+    const tests::ClosedPort m_noServer;
+    /// What the doctor would try if it were not told otherwise.
+    const std::string m_noKeyboard =
+        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(m_noServer.number()) + " ";
     const std::filesystem::path m_folder = tests::newFolder();
     const std::string m_onAnyBus = "XDG_RUNTIME_DIR=" + m_folder.string() +
                                    " QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM " --settings " +
@@ -58,10 +62,7 @@ protected:
 };
 
 TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
-    const tests::ClosedPort noServer;
-    const std::string noKeyboard =
-        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(noServer.number()) + " ";
-    const Result blind = run(m_program + noKeyboard + "doctor --json");
+    const Result blind = run(m_program + m_noKeyboard + "doctor --json");
     EXPECT_EQ(blind.status, 1);
     const json nothing = json::parse(blind.output);
     EXPECT_EQ(nothing["works"], false);
@@ -94,12 +95,12 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
 
     server.process().signal(SIGSTOP);
     const Result hung =
-        run("timeout 20 env " + m_program + noKeyboard + "--display " + server.display() + " doctor");
+        run("timeout 20 env " + m_program + m_noKeyboard + "--display " + server.display() + " doctor");
     server.process().signal(SIGCONT);
     EXPECT_EQ(hung.status, 1);
     EXPECT_THAT(hung.output, HasSubstr("does not answer"));
 
-    const Result words = run(m_program + noKeyboard + "--display " + server.display() + " doctor");
+    const Result words = run(m_program + m_noKeyboard + "--display " + server.display() + " doctor");
     EXPECT_EQ(words.status, 0);
     EXPECT_THAT(words.output, HasSubstr("microseconds"));
     EXPECT_THAT(words.output, HasSubstr("Glimra can work here."));
@@ -119,7 +120,7 @@ TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
     std::ofstream(old / "Glimraxmit.toc") << "## Version: 0.0.9\n";
     const auto states = [&] {
         std::string text;
-        const json report = json::parse(run(program + "doctor --json").output);
+        const json report = json::parse(run(program + m_noKeyboard + "doctor --json").output);
         for (const json& check : report["checks"])
             if (check["check"] == "addon")
                 text += check["details"].value("state", "") + " " + check["health"].get<std::string>() + "; ";

@@ -1,6 +1,6 @@
 #include "desktop/addon/addon_folder.h"
 
-#include "../services/script_folder.h"
+#include "support/script_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -101,7 +101,7 @@ protected:
         return done.error;
     }
 
-    glimra::testing::ScriptFolder m_files;
+    tests::ScriptFolder m_files;
     ShippedAddon m_shipped;
     Tree m_before;
 };
