@@ -1,6 +1,6 @@
 #include "desktop/addon/addon_folder.h"
 
-#include "../services/script_folder.h"
+#include "support/script_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -50,10 +50,9 @@ Tree treeOf(const fs::path& folder) {
     Tree tree;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
         const std::string name = entry.path().lexically_relative(folder).string();
-        std::ifstream file(entry.path());
         tree[name] = entry.is_symlink()     ? "-> " + fs::read_symlink(entry.path()).string()
                      : entry.is_directory() ? "folder"
-                                            : std::string(std::istreambuf_iterator<char>(file), {});
+                                            : tests::contentOf(entry.path());
     }
     return tree;
 }
@@ -101,7 +100,7 @@ protected:
         return done.error;
     }
 
-    glimra::testing::ScriptFolder m_files;
+    tests::ScriptFolder m_files;
     ShippedAddon m_shipped;
     Tree m_before;
 };

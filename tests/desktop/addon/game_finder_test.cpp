@@ -1,6 +1,6 @@
 #include "desktop/addon/game_finder.h"
 
-#include "../services/script_folder.h"
+#include "support/script_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -32,7 +32,7 @@ protected:
         return texts(clientsOfFolder(m_files.path(folder)));
     }
 
-    glimra::testing::ScriptFolder m_files;
+    tests::ScriptFolder m_files;
 };
 
 TEST_F(GameFinderTest, FindsEveryClientInTheUsualPlacesOnce) {
