@@ -30,8 +30,7 @@ constexpr std::array<Step, 5> kSteps{{
      "it shows is drawn below."},
     {"Install the Add-on",
      "A small add-on in World of Warcraft, Glimraxmit, shows Glimra what happens there. Install it, then "
-     "start "
-     "the game and tick it in the list of add-ons.",
+     "start the game and tick it in the list of add-ons.",
      "Install the Add-on…", "installAddonItem"},
     {"Calibrate",
      "Log in to the game. Then press Calibrate here twice, go back to the game and type /glimracal in the "

@@ -50,10 +50,9 @@ Tree treeOf(const fs::path& folder) {
     Tree tree;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
         const std::string name = entry.path().lexically_relative(folder).string();
-        std::ifstream file(entry.path());
         tree[name] = entry.is_symlink()     ? "-> " + fs::read_symlink(entry.path()).string()
                      : entry.is_directory() ? "folder"
-                                            : std::string(std::istreambuf_iterator<char>(file), {});
+                                            : tests::contentOf(entry.path());
     }
     return tree;
 }
