@@ -1,9 +1,9 @@
 #include "desktop/x11/screen_capture.h"
-#include "support/x_server.h"
 #include "screenlink/calibration.h"
 #include "simulated/run_loop.h"
 #include "simulated/services.h"
 #include "simulated/user_defaults.h"
+#include "support/x_server.h"
 #include "tools/strip/strip_painter.h"
 
 #include <gtest/gtest.h>

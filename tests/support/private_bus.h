@@ -14,7 +14,6 @@
 
 #include <stdexcept>
 
-
 namespace glimra::tests {
 
 /// The application that every event loop needs.

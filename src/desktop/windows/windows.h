@@ -50,7 +50,7 @@ private:
     void buildOthers();
     void bindAll();
     void askForCanvas();
-    void showStrokes();
+    void showSteps();
     /// Greys out what would do nothing now.
     void showWhatIsPossible();
     void sayWhatIsIgnored(const app::ActionRow& action);
@@ -67,7 +67,6 @@ private:
     std::unique_ptr<FirstSteps> m_firstSteps;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;
-    int m_canvasProfile = 0;
     bool m_canvasIsAsked = false;
 };
 

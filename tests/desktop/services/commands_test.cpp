@@ -16,8 +16,8 @@
 namespace glimra::desktop {
 namespace {
 
-using glimra::tests::millisecondsOf;
 using glimra::tests::eventually;
+using glimra::tests::millisecondsOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;

@@ -1,6 +1,6 @@
-#include "support/private_bus.h"
 #include "desktop/windows/application_style.h"
 #include "desktop/windows/theme.h"
+#include "support/private_bus.h"
 
 #include <QApplication>
 #include <QDBusVariant>
