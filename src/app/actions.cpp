@@ -90,6 +90,7 @@ std::vector<ActionRow> makeTable() {
         row("undo:", &D::undo),
         row("redo:", &D::redo),
         row("endEdit:", &D::endEdit),
+        row("settleEdits:", &D::settleEdits),
         {"colorWellRestored:",
          ArgumentKind::Well,
          {},

@@ -185,6 +185,11 @@ void AppDelegate::showProfile(int profile) {
         m_dispatcher.switchToProfile(profile);
 }
 
+void AppDelegate::settleEdits() {
+    if (m_unsavedEdits.settle())
+        m_state.profile.profileTouched = false;
+}
+
 void AppDelegate::undo() {
     m_canvasEdits.undo();
 }

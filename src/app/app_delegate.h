@@ -137,6 +137,9 @@ public:
     // What a desktop can ask besides.
     /// Shows a profile (1 to 9; another number does nothing) as it is stored, and leaves the canvas alone.
     void showProfile(int profile);
+    /// Asks what shall become of unsaved edits, of the profile that the keyboard shows, if there are any.
+    /// Only where the user wants to go on editing does the canvas count as edited afterwards.
+    void settleEdits();
     void undo();
     void redo();
     /// What is edited next is a step of its own to `undo`.

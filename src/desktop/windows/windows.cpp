@@ -65,6 +65,11 @@ Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
     buildProgrammer();
     buildOthers();
     bindAll();
+    m_guard = std::make_unique<PainterGuard>(
+        PainterGuard::Parts{m_binder, m.delegate, m.windowSystem, m.runLoop, m.quit});
+    m_editedProfile = std::make_unique<EditedProfile>(m_programmer, m.delegate, m.runLoop);
+    m_questions =
+        std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"), m.delegate);
     m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
     m_statusLine =
         std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.captureWay, m.now);
@@ -137,8 +142,7 @@ void Windows::buildOthers() {
 void Windows::bindAll() {
     m_binder.aboutToSend.observe(
         [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
-    m_binder.setCommand("quit", m.quit);
-    m_binder.claim({"showProfile:"}); // by the tray
+    m_binder.setCommand("quit", [this] { quit(); });
     m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
     m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
     m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
@@ -167,6 +171,7 @@ void Windows::askForCanvas() {
         if (!window.visible.get())
             return;
         m_canvas->redraw();
+        m_editedProfile->show();
         showSteps();
     });
 }
