@@ -87,6 +87,21 @@ std::vector<ActionRow> makeTable() {
         row("helpMenuItem:", &D::helpMenuItem),
         row("myBtnClicked:", &D::myBtnClicked),
 
+        row("undo:", &D::undo),
+        row("redo:", &D::redo),
+        row("endEdit:", &D::endEdit),
+        row("settleEdits:", &D::settleEdits),
+        {"colorWellRestored:",
+         ArgumentKind::Well,
+         {},
+         [](D& delegate, const Argument& argument) {
+             delegate.colorWellRestored(wellOfTag(delegate.outlets(), argument.number));
+         }},
+        {"showProfile:",
+         ArgumentKind::ButtonTag,
+         {},
+         [](D& delegate, const Argument& argument) { delegate.showProfile(argument.number); }},
+
         {"windowShouldClose:",
          ArgumentKind::WindowName,
          {},
@@ -96,12 +111,15 @@ std::vector<ActionRow> makeTable() {
                      delegate.windowShouldClose(**window);
          }},
     };
-    for (const std::string selector : {"mouseDown:", "mouseDragged:"})
+    using PointMethod = void (D::*)(double, double);
+    for (const auto& [selector, method] :
+         {std::pair<std::string, PointMethod>{"mouseDown:", &D::mouseDown},
+          std::pair<std::string, PointMethod>{"mouseDragged:", &D::mouseDragged}})
         table.push_back({selector,
                          ArgumentKind::Point,
                          {"keyboardCanvas"},
-                         [](AppDelegate& delegate, const Argument& argument) {
-                             delegate.mouseDown(argument.x, argument.y);
+                         [method = method](D& delegate, const Argument& argument) {
+                             (delegate.*method)(argument.x, argument.y);
                          }});
     for (const profiles::ActionSlot& slot : profiles::actionSlots()) {
         const int number = slot.number;

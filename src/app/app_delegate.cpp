@@ -1,5 +1,7 @@
 #include "app/app_delegate.h"
 
+#include "app/color_wells.h"
+
 #include <string>
 
 namespace glimra::app {
@@ -38,13 +40,14 @@ AppDelegate::AppDelegate(platform::Platform& platform)
       m_calibration({platform.runLoop, platform.mainCapture, platform.sounds, platform.childProcesses,
                      platform.userDefaults, m_log, m_state.messages, m_state.scan, m_state.stripGeometry}),
       m_unsavedEdits(platform.windowSystem, m_outlets, m_profileStore, m_state.profile),
+      m_canvasEdits({m_outlets, m_profileStore, m_state.profile, m_state.canvas, m_state.lighting}),
       m_windowCloser(m_outlets, platform.application),
       m_actionKeySetter({platform.userDefaults, m_outlets, m_unsavedEdits, m_windowCloser, m_profileStore,
                          m_state.profile, m_state.canvas, m_state.lighting, m_state.actionKeys,
                          m_state.saveActionBarKeyMap}),
       m_colorProgrammer({platform.runLoop, platform.windowSystem, platform.userDefaults, platform.systemLog,
-                         m_outlets, m_unsavedEdits, m_lighting, m_state.lighting, m_profileStore,
-                         m_state.profile, m_state.canvas, m_cooldownDisplay, m_state.options,
+                         m_outlets, m_unsavedEdits, m_canvasEdits, m_lighting, m_state.lighting,
+                         m_profileStore, m_state.profile, m_state.canvas, m_cooldownDisplay, m_state.options,
                          m_state.messages}),
       m_profileTransfer({platform.windowSystem, platform.userDefaults, platform.systemLog, m_log,
                          platform.bundle, platform.settingsFolder, m_outlets, m_lighting, m_state.lighting,
@@ -104,16 +107,13 @@ void AppDelegate::drawKeyboardCanvas(platform::Painter& painter) {
     m_colorPainter.drawRect(painter);
 }
 
-void AppDelegate::restoreCanvasKeyMap(const lighting::KeyMap& map) {
-    if (map.size() != m_state.canvas.keysToColors.size())
-        return;
-    m_state.canvas.keysToColors = map;
-    m_state.profile.profileTouched = true;
-    m_outlets.keyboardCanvas.displayNeeded.emit();
+void AppDelegate::mouseDown(double x, double y) {
+    m_canvasEdits.endStep();
+    mouseDragged(x, y);
 }
 
-void AppDelegate::mouseDown(double x, double y) {
-    m_colorPainter.mouseDown(x, y);
+void AppDelegate::mouseDragged(double x, double y) {
+    m_canvasEdits.perform(EditHistory::kStroke, [&] { m_colorPainter.mouseDown(x, y); });
 }
 
 void AppDelegate::calibrateButton() {
@@ -180,6 +180,33 @@ void AppDelegate::windowShouldClose(platform::Window& window) {
     m_windowCloser.windowShouldClose(window);
 }
 
+void AppDelegate::showProfile(int profile) {
+    if (profile >= 1 && profile <= static_cast<int>(lighting::kProfileCount))
+        m_dispatcher.switchToProfile(profile);
+}
+
+void AppDelegate::settleEdits() {
+    if (m_unsavedEdits.settle())
+        m_state.profile.profileTouched = false;
+}
+
+void AppDelegate::undo() {
+    m_canvasEdits.undo();
+}
+
+void AppDelegate::redo() {
+    m_canvasEdits.redo();
+}
+
+void AppDelegate::endEdit() {
+    m_canvasEdits.endStep();
+}
+
+void AppDelegate::colorWellRestored(const platform::ColorWell& well) {
+    colorWellDropped(well);
+    m_canvasEdits.settleTouched();
+}
+
 void AppDelegate::setColorsMI() {
     m_colorProgrammer.openColorProgrammer();
 }
@@ -209,7 +236,7 @@ void AppDelegate::paintingColorPicker() {
 }
 
 void AppDelegate::colorWellDropped(const platform::ColorWell& well) {
-    m_colorProgrammer.colorWellDropped(well);
+    m_canvasEdits.perform(slotOfWell(well), [&] { m_colorProgrammer.colorWellDropped(well); });
 }
 
 void AppDelegate::colorOK() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/action_key_setter.h"
+#include "app/canvas_edits.h"
 #include "app/color_painter.h"
 #include "app/color_programmer.h"
 #include "app/launcher.h"
@@ -76,9 +77,8 @@ public:
     void appendToMessageQueue(std::string_view token);
     /// Draws the keyboard canvas; only while its window is shown.
     void drawKeyboardCanvas(platform::Painter& painter);
-    /// Gives the canvas back an earlier key map of its own, of the same size, and has it drawn. An edit, as
-    /// painting is.
-    void restoreCanvasKeyMap(const lighting::KeyMap& map);
+    bool canUndo() const { return m_canvasEdits.canUndo(); }
+    bool canRedo() const { return m_canvasEdits.canRedo(); }
 
     // What the desktop tells the user about the run.
     std::uint64_t validFrames() const { return activeScreenReader.validFrames(); }
@@ -86,14 +86,12 @@ public:
     bool gameIsInFront() const { return m_messagePump.gameIsInFront(); }
     bool isCalibrating() const { return m_calibration.isRunning(); }
 
-    /// Whether long effects end by themselves when the game is gone; remembered.
-    void setEndStaleEffects(bool endThem);
-
     // User actions, by their selectors; `actions.h` lists them. What an action's control shows is set before.
     void calibrateButton();
     void calibrateMI();
     void debugMenuItem();
     void mouseDown(double x, double y);
+    void mouseDragged(double x, double y);
     void cooldownCheck();
     void revealCooldownColors();
     void blinkTimeChanged();
@@ -136,6 +134,22 @@ public:
     void myBtnClicked();
     void windowShouldClose(platform::Window& window);
 
+    // What a desktop can ask besides.
+    /// Shows a profile (1 to 9; another number does nothing) as it is stored, and leaves the canvas alone.
+    void showProfile(int profile);
+    /// Asks what shall become of unsaved edits, of the profile that the keyboard shows, if there are any.
+    /// Only where the user wants to go on editing does the canvas count as edited afterwards.
+    void settleEdits();
+    void undo();
+    void redo();
+    /// What is edited next is a step of its own to `undo`.
+    void endEdit();
+    /// A colour was tried and given up: its well shows again what it showed before. Nothing counts as edited
+    /// if nothing else was meanwhile.
+    void colorWellRestored(const platform::ColorWell& well);
+    /// Whether long effects end by themselves when the game is gone; remembered.
+    void setEndStaleEffects(bool endThem);
+
 private:
     void logVersions();
     void showTestPattern();
@@ -163,6 +177,7 @@ private:
     screenlink::MessagePump m_messagePump;
     screenlink::Calibration m_calibration;
     UnsavedEdits m_unsavedEdits;
+    CanvasEdits m_canvasEdits;
     WindowCloser m_windowCloser;
     ActionKeySetter m_actionKeySetter;
     ColorProgrammer m_colorProgrammer;

@@ -3,6 +3,8 @@
 #include "app/color_wells.h"
 #include "platform/stored_values.h"
 
+#include <utility>
+
 namespace glimra::app {
 
 namespace {
@@ -140,10 +142,11 @@ void ColorProgrammer::profileSelectPopup() {
         showSelectedProfile();
         return;
     }
+    std::optional<EditState> overwritten;
     if (chosen == kCopyItem + 1) {
-        const bool copied = copyProfile();
+        overwritten = copyProfile();
         showSelectedProfile();
-        if (!copied)
+        if (!overwritten)
             return;
     } else if (isProfile(chosen)) {
         m.store.loadProfile(chosen);
@@ -153,9 +156,11 @@ void ColorProgrammer::profileSelectPopup() {
         return;
     }
     showLoadedProfile();
+    if (overwritten)
+        m.edits.replaced(std::move(*overwritten));
 }
 
-bool ColorProgrammer::copyProfile() {
+std::optional<EditState> ColorProgrammer::copyProfile() {
     m.outlets.fromProfileMenu.selected.set(m.profile.activeColorProfile - 1);
     m.outlets.toProfileMenu.selected.set(m.profile.activeColorProfile %
                                          static_cast<int>(lighting::kProfileCount));
@@ -165,14 +170,15 @@ bool ColorProgrammer::copyProfile() {
     const int from = m.outlets.fromProfileMenu.selected.get() + 1;
     const int to = m.outlets.toProfileMenu.selected.get() + 1;
     if (answer != kCopy || !isProfile(from) || !isProfile(to))
-        return false;
+        return std::nullopt;
+    EditState overwritten = m.edits.stored(to);
     m.store.loadProfile(from);
     m.canvas.fillFrom(m.lightingState);
     m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
     m.profile.activeColorProfile = to;
     m.store.saveProfile(to);
     m.store.loadProfile(to);
-    return true;
+    return overwritten;
 }
 
 void ColorProgrammer::copyProfileSameSame() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/canvas_edits.h"
 #include "app/outlets.h"
 #include "app/unsaved_edits.h"
 #include "events/cooldown_display.h"
@@ -18,6 +19,7 @@ public:
         platform::SystemLog& systemLog;
         Outlets& outlets;
         UnsavedEdits& unsavedEdits;
+        CanvasEdits& edits;
         lighting::LightingOutput& lighting;
         lighting::LightingState& lightingState;
         profiles::ProfileStore& store;
@@ -54,7 +56,8 @@ public:
 
 private:
     void showSelectedProfile();
-    [[nodiscard]] bool copyProfile();
+    /// The profile that another one was copied over, as it was; none where nothing was copied.
+    [[nodiscard]] std::optional<EditState> copyProfile();
     void showLoadedProfile();
     void setAllToColorA();
     void closeWindow();

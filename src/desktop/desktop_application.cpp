@@ -181,7 +181,7 @@ int runDesktopApplication(const Options& options) {
          .keyboardChoice = {[&machine] { return machine.keyboard.chosen(); },
                             [&machine](const std::string& name) { machine.chooseKeyboard(name); }},
          .captureWay = [&machine] { return captureDescription(machine.readerCapture.state()); }});
-    const Tray tray(windows.binder(), delegate, quit);
+    const Tray tray(windows.binder(), delegate, [&windows] { windows.quit(); });
     const QuitSignals quitSignals(quit);
     if (recording)
         recording->follow(windows.binder(), outlets, tell);

@@ -52,7 +52,7 @@ struct DesktopPlatform {
     std::vector<std::string> notes;
     PowerServices power;
     DesktopWorkspace workspace;
-    QtWindowSystem windowSystem{settings};
+    QtWindowSystem windowSystem{settings, runLoop};
     /// Speaks and beeps: one thing after the other, and nothing that is long past.
     BackgroundWorker voice{2};
     LinuxCommands childProcesses;

@@ -85,7 +85,7 @@ void QtRunLoop::takePostedJobs() {
     // They join the queue rather than run from here, so that a job that waits does not hold up those behind
     // it.
     for (PostedJob& posted : jobs)
-        enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job)});
+        enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job), Kind::Job});
 }
 
 bool QtRunLoop::runUntil(Time deadline) {
@@ -93,16 +93,16 @@ bool QtRunLoop::runUntil(Time deadline) {
         return false;
     Wait wait;
     m_waits.push_back(&wait);
-    const TimerId end = enqueue(deadline, {Duration::zero(), [&wait] {
-                                               wait.over = true;
-                                               wait.loop.quit();
-                                           }});
+    wait.end = enqueue(deadline, {Duration::zero(), [&wait] {
+                                      wait.over = true;
+                                      wait.loop.quit();
+                                  }});
     wait.loop.exec();
     m_waits.pop_back();
     // Qt ends all event loops at once when it quits on its own account; nothing may go on after that either.
     if (!wait.over)
         terminate();
-    cancel(end);
+    cancel(wait.end);
     return !m_terminated;
 }
 
@@ -135,13 +135,26 @@ void QtRunLoop::serveDue() {
     // What falls due meanwhile waits for the next wake-up: a timer that takes longer than its period must not
     // shut out the user's events.
     const Time limit = now();
-    while (!m_queue.empty() && m_queue.begin()->first.first <= limit && !innermostWaitIsOver())
-        serveFront();
+    for (auto next = front(); next != m_queue.end() && next->first.first <= limit && !innermostWaitIsOver();
+         next = front())
+        serve(next);
     armWakeUp();
 }
 
-void QtRunLoop::serveFront() {
-    auto node = m_queue.extract(m_queue.begin());
+QtRunLoop::Queue::iterator QtRunLoop::front() {
+    return std::ranges::find_if(m_queue, [this](const auto& entry) { return !isHeld(entry); });
+}
+
+bool QtRunLoop::isHeld(const Queue::value_type& entry) const {
+    return entry.second.kind == Kind::Timer && entry.first.second <= m_lastHeld;
+}
+
+bool QtRunLoop::innermostWaitIsOver() const {
+    return !m_waits.empty() && m_waits.back()->over && m_waits.back()->end > m_lastHeld;
+}
+
+void QtRunLoop::serve(Queue::iterator place) {
+    auto node = m_queue.extract(place);
     const auto [due, id] = node.key();
     Entry& entry = node.mapped();
     m_dueTimes.erase(id);
@@ -160,13 +173,16 @@ void QtRunLoop::serveFront() {
 }
 
 void QtRunLoop::armWakeUp() {
-    if (m_terminated || m_queue.empty()) {
+    const auto first = front();
+    if (m_terminated || first == m_queue.end()) {
         m_wakeUp.stop();
         return;
     }
-    const Time first = m_queue.begin()->first.first;
-    const auto beyond = m_queue.upper_bound({first + kCoalescingSlack, ~TimerId{0}});
-    const Time wakeUpAt = std::prev(beyond)->first.first;
+    Time wakeUpAt = first->first.first;
+    const auto beyond = m_queue.upper_bound({wakeUpAt + kCoalescingSlack, ~TimerId{0}});
+    for (auto entry = first; entry != beyond; ++entry)
+        if (!isHeld(*entry))
+            wakeUpAt = entry->first.first;
     if (m_wakeUp.isActive() && m_wakeUpAt == wakeUpAt)
         return;
     m_wakeUpAt = wakeUpAt;
@@ -176,6 +192,16 @@ void QtRunLoop::armWakeUp() {
     constexpr std::chrono::milliseconds kLongest = std::chrono::hours(1);
     const auto bounded = std::clamp(delay, std::chrono::milliseconds::zero(), kLongest);
     m_wakeUp.start(static_cast<int>(bounded.count()), Qt::PreciseTimer, this);
+}
+
+QtRunLoop::Hold::Hold(QtRunLoop& loop) : m_loop(loop), m_before(loop.m_lastHeld) {
+    m_loop.m_lastHeld = m_loop.m_lastId;
+    m_loop.armWakeUp();
+}
+
+QtRunLoop::Hold::~Hold() {
+    m_loop.m_lastHeld = m_before;
+    m_loop.armWakeUp();
 }
 
 } // namespace glimra::desktop

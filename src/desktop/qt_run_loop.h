@@ -41,6 +41,20 @@ public:
     /// The same clock, for any thread.
     static platform::Time monotonicNow();
 
+    /// While it lives, what waits already goes on waiting: timers, and waits under way. Only posted jobs are
+    /// served, and what began since. Afterwards all that fell due meanwhile is, each once.
+    class Hold {
+    public:
+        explicit Hold(QtRunLoop& loop);
+        ~Hold();
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        QtRunLoop& m_loop;
+        const platform::TimerId m_before;
+    };
+
 protected:
     void timerEvent(QTimerEvent* event) override;
     void customEvent(QEvent* event) override;
@@ -48,33 +62,43 @@ protected:
 private:
     /// Order of service: by time, then by creation.
     using Place = std::pair<platform::Time, platform::TimerId>;
+    enum class Kind { Timer, Job };
     struct Entry {
         /// 0 for what runs once.
         platform::Duration period{0};
         std::function<void()> action;
+        Kind kind = Kind::Timer;
     };
+    using Queue = std::map<Place, Entry>;
     struct PostedJob {
         platform::Time postedAt;
         std::function<void()> job;
     };
     struct Wait {
         QEventLoop loop;
+        /// Of the timer that ends it.
+        platform::TimerId end = 0;
         bool over = false;
     };
 
     platform::TimerId enqueue(platform::Time due, Entry entry);
     void takePostedJobs();
     void serveDue();
-    void serveFront();
+    void serve(Queue::iterator place);
+    /// The first in the queue that is not held.
+    Queue::iterator front();
+    bool isHeld(const Queue::value_type& entry) const;
     void armWakeUp();
-    bool innermostWaitIsOver() const { return !m_waits.empty() && m_waits.back()->over; }
+    bool innermostWaitIsOver() const;
 
-    std::map<Place, Entry> m_queue;
+    Queue m_queue;
     std::unordered_map<platform::TimerId, platform::Time> m_dueTimes;
     /// Repeating timers whose action is running; cancelling one takes it out.
     std::set<platform::TimerId> m_running;
     platform::TimerId m_lastId = 0;
     std::vector<Wait*> m_waits;
+    /// The last of those that are held; 0 when none is.
+    platform::TimerId m_lastHeld = 0;
     bool m_terminated = false;
 
     QBasicTimer m_wakeUp;

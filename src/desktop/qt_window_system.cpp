@@ -77,6 +77,13 @@ void QtWindowSystem::addWindow(platform::Window& window, QWidget* widget) {
     });
 }
 
+bool QtWindowSystem::raiseModal() {
+    if (m_sessions.empty())
+        return false;
+    m_sessions.back()->window.bringToFront();
+    return true;
+}
+
 void QtWindowSystem::restoreFrame(std::string_view frameName) {
     const std::optional<platform::StoredValue> stored = m_userDefaults.get(frameKey(frameName));
     const QRect frame = stored ? frameFrom(*stored) : QRect();
@@ -108,6 +115,7 @@ int QtWindowSystem::runModal(platform::Window& window) {
     if (QWidget* const widget = m_widgets[&window])
         widget->setWindowModality(Qt::ApplicationModal);
     m_sessions.push_back(&session);
+    const QtRunLoop::Hold hold(m_runLoop);
     window.bringToFront();
     session.loop.exec();
     m_sessions.pop_back();
@@ -122,6 +130,7 @@ void QtWindowSystem::stopModal(int code) {
 }
 
 std::optional<std::string> QtWindowSystem::runSavePanel(const platform::SavePanel& panel) {
+    const QtRunLoop::Hold hold(m_runLoop);
     QFileDialog dialog(m_mainWindow);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
@@ -133,6 +142,7 @@ std::optional<std::string> QtWindowSystem::runSavePanel(const platform::SavePane
 }
 
 std::optional<std::string> QtWindowSystem::runOpenPanel(const platform::OpenPanel& panel) {
+    const QtRunLoop::Hold hold(m_runLoop);
     QFileDialog dialog(m_mainWindow);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
@@ -142,6 +152,7 @@ std::optional<std::string> QtWindowSystem::runOpenPanel(const platform::OpenPane
 }
 
 void QtWindowSystem::runAlert(const platform::Alert& alert) {
+    const QtRunLoop::Hold hold(m_runLoop);
     messageBox(alert, m_mainWindow)->exec();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/qt_run_loop.h"
 #include "platform/user_defaults.h"
 #include "platform/window_system.h"
 
@@ -12,17 +13,21 @@
 
 namespace glimra::desktop {
 
-/// Windows, panels and alerts of Qt. While one of them waits for the user it takes all of the user's input;
-/// the run loop goes on beneath. Main thread.
+/// Windows, panels and alerts of Qt. While one of them waits for the user it takes all of the user's input
+/// and holds the run loop, but for posted jobs: the application can still be asked to quit. Main thread.
 class QtWindowSystem final : public platform::WindowSystem {
 public:
-    /// Frames are kept in `userDefaults`.
-    explicit QtWindowSystem(platform::UserDefaults& userDefaults) : m_userDefaults(userDefaults) {}
+    /// Frames are kept in `userDefaults`; `runLoop` is the one to hold.
+    QtWindowSystem(platform::UserDefaults& userDefaults, QtRunLoop& runLoop)
+        : m_userDefaults(userDefaults),
+          m_runLoop(runLoop) {}
 
     /// The window that frames, sheets and panels belong to.
     void setMainWindow(QWidget* mainWindow) { m_mainWindow = mainWindow; }
     /// The widget that shows `window`, for modal sessions.
     void addWindow(platform::Window& window, QWidget* widget);
+    /// Brings the window of the innermost modal session to the front; false when there is none.
+    bool raiseModal();
 
     void restoreFrame(std::string_view frameName) override;
     void saveFrame(std::string_view frameName) override;
@@ -37,14 +42,15 @@ public:
 
 private:
     struct ModalSession {
-        explicit ModalSession(const platform::Window& shown) : window(shown) {}
+        explicit ModalSession(platform::Window& shown) : window(shown) {}
 
-        const platform::Window& window;
+        platform::Window& window;
         QEventLoop loop;
         int code = 0;
     };
 
     platform::UserDefaults& m_userDefaults;
+    QtRunLoop& m_runLoop;
     QPointer<QWidget> m_mainWindow;
     std::unordered_map<const platform::Window*, QPointer<QWidget>> m_widgets;
     std::vector<ModalSession*> m_sessions;

@@ -43,6 +43,9 @@ public:
     /// speed and the cooldowns stay.
     void resetLights(ResetNotice notice);
 
+    /// Shows a profile as it is stored, with its cooldowns.
+    void switchToProfile(int profile);
+
 private:
     struct Message;
     struct CodeAction;
@@ -67,7 +70,6 @@ private:
     /// False when the application terminated meanwhile.
     bool playAnimation(char code);
     void pulseCombatKeys();
-    void switchToProfile(int profile);
     bool chatSwitchesProfile() const;
     bool chatRecoloursCombat() const;
 

@@ -8,7 +8,9 @@ inline constexpr std::size_t kProfileCount = 9;
 
 /// What the keyboard shows, as the application keeps it. Profile numbers run from 1 to 9.
 struct LightingState {
-    /// Colour set and key map of the profile in memory.
+    /// The profile in memory; 0 before one was loaded.
+    int profileInMemory = 0;
+    /// Its colour set and key map.
     ColorSet keyboardColorSet = [] {
         ColorSet cyan;
         cyan.fill({0.0, 1.0, 1.0});

@@ -9,6 +9,8 @@ using CanvasKeyCodes = std::vector<lighting::KeyCode>;
 
 /// The profile as it is being edited. Painting changes only this; saving takes it from here.
 struct CanvasBuffer {
+    /// The profile that it was filled with, whichever the keyboard shows by now; 0 until then.
+    int profile = 0;
     /// Colour slot that a click applies.
     int paintColor = lighting::kColorASlot;
     /// A whole colour set and key map once the editor was opened; until then one black colour and one key.
@@ -19,6 +21,7 @@ struct CanvasBuffer {
     lighting::DimmedKeys dimmedKeys;
 
     void fillFrom(const lighting::LightingState& lighting) {
+        profile = lighting.profileInMemory;
         keyColorSet.assign(lighting.keyboardColorSet.begin(), lighting.keyboardColorSet.end());
         keysToColors = lighting.keyToColorMap;
     }

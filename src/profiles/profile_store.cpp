@@ -75,6 +75,7 @@ std::optional<lighting::KeyMap> ProfileStore::storedKeyMap(const std::string& ke
 }
 
 void ProfileStore::loadIntoMemory(int profile) {
+    m.lighting.profileInMemory = profile;
     loadColorSet(m.lighting.keyboardColorSet, profile);
     loadKeyMap(m.lighting.keyToColorMap, profile);
     const std::string key = profileKey(kCooldownKey, profile);

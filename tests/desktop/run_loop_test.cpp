@@ -70,6 +70,22 @@ TEST(QtRunLoop, ARepeatingTimerKeepsItsGridAndNeverRunsInsideItself) {
     EXPECT_GE(otherRuns, 1) << "other timers run while one of them waits";
 }
 
+TEST(QtRunLoop, HeldItServesNothingButJobsAndWhatBeganSince) {
+    QtRunLoop loop;
+    std::string order;
+    loop.after(2ms, [&] { order += 't'; });
+    // In the middle of a wait, and for longer than that.
+    QTimer::singleShot(0, [&] {
+        const QtRunLoop::Hold hold(loop);
+        loop.post([&] { order += 'j'; });
+        loop.after(1ms, [&] { order += 'n'; });
+        EXPECT_TRUE(loop.runUntil(loop.now() + 20ms));
+        order += '|';
+    });
+    EXPECT_TRUE(loop.runUntil(loop.now() + 5ms));
+    EXPECT_EQ(order, "jn|t");
+}
+
 TEST(QtRunLoop, CancelledTimersAreForgottenAtOnce) {
     QtRunLoop loop;
     std::string order;

@@ -28,7 +28,8 @@ protected:
     platform::Window m_window;
     QWidget m_mainWindow;
     simulated::InMemoryDefaults m_defaults;
-    QtWindowSystem m_windowSystem{m_defaults};
+    QtRunLoop m_runLoop;
+    QtWindowSystem m_windowSystem{m_defaults, m_runLoop};
 };
 
 TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {

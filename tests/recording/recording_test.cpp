@@ -1,6 +1,7 @@
 #include "recording/recorded_platform.h"
 
 #include "app/app_delegate.h"
+#include "platform/stored_values.h"
 #include "recording/script_text.h"
 #include "simulated/simulated_platform.h"
 #include "support/fake_driver.h"
@@ -129,6 +130,39 @@ TEST_F(RecordingTest, WhatBecomesOfEffectsIsReplayedAsItWasChosen) {
     EXPECT_GT(m_driver.calls.size(), callsUntilThen);
     quit();
     EXPECT_EQ(replayedCalls(), m_driver.calls);
+}
+
+TEST_F(RecordingTest, ReplayedTheSameIsStored) {
+    launch();
+    wait(100ms);
+    act("setColorsBtn:");
+    wait(100ms);
+    act("paintingColorPicker:", {.number = 3});
+    act("mouseDown:", {.x = 100, .y = 160});
+    act("mouseDragged:", {.x = 130, .y = 160});
+    act("mouseDown:", {.x = 165, .y = 160});
+    act("colorWellDropped:", {.number = 3, .color = {1, 0, 0}});
+    for (const char* const step : {"undo:", "undo:", "undo:", "redo:"})
+        act(step);
+    // While the game shows another profile.
+    show('5');
+    wait(1s);
+    act("showProfile:", {.number = 1});
+    m_machine.windowSystem.queueAnswer({1, {}});
+    act("settleEdits:");
+    quit();
+    const auto replayed =
+        tests::replay(m_script.substr(0, m_script.find("quit\n")) + "dump defaults", {trace::TraceKind::Dump})
+            .back()["value"];
+    const auto stored = m_machine.userDefaults.get("savedKeyToColorMap1");
+    ASSERT_TRUE(stored);
+    std::vector<int> map;
+    for (const platform::Number& slot : std::get<platform::NumberArray>(*stored))
+        map.push_back(static_cast<int>(*platform::toInteger(slot)));
+    EXPECT_EQ(map[0x10], 6);
+    EXPECT_EQ(map[0x12], 3);
+    EXPECT_EQ(replayed["savedKeyToColorMap1"].get<std::vector<int>>(), map);
+    EXPECT_FALSE(replayed.contains("savedKeyToColorMap5"));
 }
 
 TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {

@@ -1,5 +1,8 @@
 #include "desktop/windows/color_well.h"
 
+#include "desktop/windows/qt_colors.h"
+
+#include <QHideEvent>
 #include <QPainter>
 
 namespace glimra::desktop {
@@ -21,13 +24,16 @@ ColorWell::ColorWell(QWidget* parent) : QAbstractButton(parent) {
     connect(this, &QAbstractButton::clicked, this, [this] { openDialog(); });
 }
 
-void ColorWell::setColor(const QColor& color) {
-    if (color.rgb() == m_color.rgb())
+void ColorWell::setColor(const platform::Color& color) {
+    if (color == m_color)
         return;
-    if (m_dialog)
-        discard(m_dialog);
+    closeDialog();
     m_color = color;
     update();
+}
+
+QColor ColorWell::color() const {
+    return toQColor(m_color);
 }
 
 QSize ColorWell::sizeHint() const {
@@ -44,27 +50,49 @@ void ColorWell::paintEvent(QPaintEvent*) {
     painter.setBrush(palette().color(QPalette::Button));
     painter.drawRoundedRect(outer, 5, 5);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(m_color);
+    painter.setBrush(color());
     painter.drawRoundedRect(outer.adjusted(3, 3, -3, -3), 3, 3);
+}
+
+void ColorWell::hideEvent(QHideEvent* event) {
+    QAbstractButton::hideEvent(event);
+    // Another desktop or a minimized window is no reason.
+    if (!event->spontaneous())
+        closeDialog();
 }
 
 void ColorWell::openDialog() {
     // One at a time, as there is one colour to think about.
     for (QColorDialog* const other : window()->findChildren<QColorDialog*>())
         discard(other);
-    const QColor before = m_color;
-    m_dialog = new QColorDialog(m_color, window());
+    if (opened)
+        opened();
+    m_dialog = new QColorDialog(color(), window());
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_dialog->setWindowTitle(accessibleName());
     m_dialog->setOption(QColorDialog::DontUseNativeDialog);
-    connect(m_dialog, &QColorDialog::currentColorChanged, this, [this](const QColor& color) { take(color); });
-    connect(m_dialog, &QDialog::rejected, this, [this, before] { take(before); });
+    connect(m_dialog, &QColorDialog::currentColorChanged, this, [this](const QColor& chosen) {
+        // The dialog begins with the well's colour as bytes, which is no choice yet.
+        if (chosen.rgb() != color().rgb())
+            take(fromQColor(chosen));
+    });
+    connect(m_dialog, &QDialog::rejected, this, [this, before = m_color] {
+        if (m_color == before)
+            return;
+        m_color = before;
+        update();
+        if (restored)
+            restored(before);
+    });
     m_dialog->show();
 }
 
-void ColorWell::take(const QColor& color) {
-    if (color.rgb() == m_color.rgb())
-        return;
+void ColorWell::closeDialog() {
+    if (m_dialog)
+        discard(m_dialog);
+}
+
+void ColorWell::take(const platform::Color& color) {
     m_color = color;
     update();
     if (picked)

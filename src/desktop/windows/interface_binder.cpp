@@ -31,6 +31,10 @@ using app::ArgumentKind;
 
 namespace {
 
+// What a colour well sends besides the colour that was chosen.
+constexpr std::string_view kEndEdit = "endEdit:";
+constexpr std::string_view kWellRestored = "colorWellRestored:";
+
 std::string nameOf(const QObject* object) {
     return object->objectName().toStdString();
 }
@@ -86,9 +90,10 @@ void InterfaceBinder::bind(QWidget* window) {
 }
 
 void InterfaceBinder::send(const ActionRow& row, const ActionArgument& argument, QObject* sender) {
-    aboutToSend.emit(row, argument);
-    app::sendAction(m_delegate, row, argument);
-    sent.emit();
+    if (m_route)
+        m_route(row, argument);
+    else
+        perform(row, argument);
     if (const auto show = m_show.find(sender); show != m_show.end())
         show->second();
 }
@@ -96,6 +101,17 @@ void InterfaceBinder::send(const ActionRow& row, const ActionArgument& argument,
 void InterfaceBinder::send(std::string_view selector, const ActionArgument& argument) {
     if (const ActionRow* const row = app::findAction(selector))
         send(*row, argument);
+}
+
+void InterfaceBinder::perform(const ActionRow& row, const ActionArgument& argument) {
+    aboutToSend.emit(row, argument);
+    app::sendAction(m_delegate, row, argument);
+    sent.emit();
+}
+
+void InterfaceBinder::perform(std::string_view selector, const ActionArgument& argument) {
+    if (const ActionRow* const row = app::findAction(selector))
+        perform(*row, argument);
 }
 
 QObject* InterfaceBinder::widgetOf(const std::string& outlet) const {
@@ -204,11 +220,7 @@ void InterfaceBinder::bindAction(QObject* object, const ActionRow& row) {
         });
     } else if (auto* const well = dynamic_cast<ColorWell*>(object);
                well != nullptr && row.kind == ArgumentKind::Well) {
-        well->picked = [sendWith, well](const QColor& color) {
-            ActionArgument argument = withNumber(tagOf(well));
-            argument.color = fromQColor(color);
-            sendWith(argument);
-        };
+        bindWell(*well, row);
     } else if (auto* const button = qobject_cast<QAbstractButton*>(object);
                button != nullptr && (isPlain || row.kind == ArgumentKind::State)) {
         connect(button, &QAbstractButton::clicked, this, [sendWith, button](bool checked) {
@@ -321,7 +333,7 @@ bool InterfaceBinder::attach(QObject* object, platform::ColorWell& control) {
     auto* const well = dynamic_cast<ColorWell*>(object);
     if (well == nullptr || tagOf(well) != control.tag)
         return false;
-    const auto show = [well, &control] { well->setColor(toQColor(control.color.get())); };
+    const auto show = [well, &control] { well->setColor(control.color.get()); };
     control.color.changed.observe([show](const platform::Color&) { show(); });
     show();
     follow(well, control);
@@ -429,6 +441,24 @@ bool InterfaceBinder::attach(QObject* object, platform::MenuItem& control) {
     control.enabled.changed.observe([item](bool enabled) { item->setEnabled(enabled); });
     show();
     return item->isCheckable();
+}
+
+void InterfaceBinder::bindWell(ColorWell& well, const ActionRow& row) {
+    const auto sender = [this, &well](const ActionRow& action) {
+        return [this, &well, &action](const platform::Color& color) {
+            ActionArgument argument = withNumber(tagOf(&well));
+            argument.color = color;
+            send(action, argument, &well);
+        };
+    };
+    well.opened = [this] { send(kEndEdit); };
+    well.picked = sender(row);
+    well.restored = sender(*app::findAction(kWellRestored));
+    claim({kEndEdit, kWellRestored});
+}
+
+void InterfaceBinder::claim(std::initializer_list<std::string_view> selectors) {
+    m_sentSelectors.insert(selectors.begin(), selectors.end());
 }
 
 void InterfaceBinder::follow(QWidget* widget, platform::Control& control) {

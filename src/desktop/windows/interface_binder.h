@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <set>
 #include <string>
@@ -15,6 +16,7 @@
 
 namespace glimra::desktop {
 
+class ColorWell;
 class KeyboardCanvas;
 
 /// Ties the windows that a designer drew to the application's controls and operations, in both directions. A
@@ -35,7 +37,17 @@ public:
     void send(const app::ActionRow& row, const app::ActionArgument& argument, QObject* sender = nullptr);
     void send(std::string_view selector, const app::ActionArgument& argument = {});
 
-    /// Around everything that is sent.
+    using Route = std::function<void(const app::ActionRow&, const app::ActionArgument&)>;
+    /// Everything that is sent goes to `route` from now on, which performs it, with other actions before and
+    /// after it, or refuses.
+    void setRoute(Route route) { m_route = std::move(route); }
+    /// Has the application carry out an action, whatever the route.
+    void perform(const app::ActionRow& row, const app::ActionArgument& argument);
+    void perform(std::string_view selector, const app::ActionArgument& argument = {});
+    /// Selectors that something else than a bound widget sends; no problem then.
+    void claim(std::initializer_list<std::string_view> selectors);
+
+    /// Around everything that is performed.
     platform::Signal<const app::ActionRow&, const app::ActionArgument&> aboutToSend;
     platform::Signal<> sent;
 
@@ -53,6 +65,7 @@ private:
     void bindOutlet(QObject* object, const app::NamedOutlet& outlet);
     void bindAction(QObject* object, const app::ActionRow& row);
     void bindCommand(QObject* object);
+    void bindWell(ColorWell& well, const app::ActionRow& row);
     bool isPartOfRadioGroup(const QObject* object) const;
 
     bool attach(QWidget* widget, platform::Window& control);
@@ -75,6 +88,7 @@ private:
     app::AppDelegate& m_delegate;
     std::map<std::string, app::NamedOutlet> m_outlets;
     std::map<std::string, QPointer<QObject>> m_bound;
+    Route m_route;
     std::set<std::string> m_sentSelectors;
     std::map<std::string, std::function<void()>> m_commands;
     /// Puts a widget back to what its control says.

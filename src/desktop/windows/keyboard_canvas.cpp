@@ -17,7 +17,6 @@ using lighting::kKeyboardLayout;
 
 namespace {
 
-constexpr std::size_t kMostStrokes = 200;
 /// Points of the layout between two places where a drag is tested; less than the narrowest key.
 constexpr double kDragStep = 4.0;
 
@@ -69,8 +68,6 @@ void KeyboardCanvas::redraw() {
     for (std::size_t index = 0; index < m_colors.size(); ++index)
         if (m_colors[index] != before[index])
             update(m_painter.reachOfKey(index));
-    if (strokesChanged)
-        strokesChanged();
 }
 
 QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {
@@ -80,84 +77,32 @@ QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {
     return {};
 }
 
-// ---- strokes
-
-bool KeyboardCanvas::isOwnMap() const {
-    return m_source.keyMap && m_source.keyMap() == m_own;
-}
-
-void KeyboardCanvas::beginStroke() {
-    if (!isOwnMap())
-        forgetStrokes();
-    m_beforeStroke = m_source.keyMap();
-}
-
-void KeyboardCanvas::endStroke() {
-    if (!m_beforeStroke)
-        return;
-    m_own = m_source.keyMap();
-    // The editor may have been filled only by the stroke; what was before it was no keyboard.
-    if (*m_beforeStroke != m_own && m_beforeStroke->size() == m_own.size()) {
-        m_undo.push_back(std::move(*m_beforeStroke));
-        if (m_undo.size() > kMostStrokes)
-            m_undo.erase(m_undo.begin());
-        m_redo.clear();
-    }
-    m_beforeStroke.reset();
-    if (strokesChanged)
-        strokesChanged();
-}
-
-void KeyboardCanvas::undo() {
-    if (canUndo())
-        step(m_undo, m_redo);
-}
-
-void KeyboardCanvas::redo() {
-    if (canRedo())
-        step(m_redo, m_undo);
-}
-
-void KeyboardCanvas::step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to) {
-    to.push_back(m_source.keyMap());
-    m_own = std::move(from.back());
-    from.pop_back();
-    m_source.restore(m_own);
-    if (strokesChanged)
-        strokesChanged();
-}
-
-void KeyboardCanvas::forgetStrokes() {
-    m_undo.clear();
-    m_redo.clear();
-    if (strokesChanged)
-        strokesChanged();
-}
-
 // ---- mouse
 
 void KeyboardCanvas::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !pressed)
         return;
     m_lastPoint = m_painter.toLayout(event->position());
-    beginStroke();
-    pressed(m_lastPoint);
+    pressed(*m_lastPoint);
 }
 
 void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
     setHovered(keyAt(event->position()));
+    // A question or a closed window may have had the release.
+    if (!event->buttons().testFlag(Qt::LeftButton))
+        m_lastPoint.reset();
     dragTo(event->position());
 }
 
 void KeyboardCanvas::dragTo(const QPointF& point) {
     const QPointF target = m_painter.toLayout(point);
-    const QPointF way = target - m_lastPoint;
-    if (!m_beforeStroke || !dragged || way.isNull())
+    if (!m_lastPoint || !dragged || target == *m_lastPoint)
         return;
+    const QPointF way = target - *m_lastPoint;
     // A quick hand leaves keys out between two events; the way between is painted too.
     const int steps = std::max(1, static_cast<int>(std::ceil(std::hypot(way.x(), way.y()) / kDragStep)));
     for (int i = 1; i <= steps; ++i)
-        dragged(m_lastPoint + way * i / steps);
+        dragged(*m_lastPoint + way * i / steps);
     m_lastPoint = target;
 }
 
@@ -166,7 +111,7 @@ void KeyboardCanvas::mouseReleaseEvent(QMouseEvent* event) {
         return;
     // Of the events of a quick hand the last moves may be missing.
     dragTo(event->position());
-    endStroke();
+    m_lastPoint.reset();
 }
 
 void KeyboardCanvas::leaveEvent(QEvent* event) {
@@ -265,11 +210,9 @@ void KeyboardCanvas::focusKey(std::size_t index) {
 }
 
 void KeyboardCanvas::paintKey(std::size_t index) {
-    if (m_beforeStroke || !pressed)
+    if (m_lastPoint || !pressed)
         return;
-    beginStroke();
     pressed(centerOf(index));
-    endStroke();
     // Its name tells its colour.
     QAccessibleEvent renamed(this, QAccessible::NameChanged);
     renamed.setChild(static_cast<int>(index));

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "desktop/keyboard_painter.h"
-#include "lighting/lighting_state.h"
 #include "platform/painter.h"
 
 #include <QPixmap>
@@ -9,21 +8,18 @@
 
 #include <functional>
 #include <optional>
-#include <vector>
 
 namespace glimra::desktop {
 
 /// The keyboard on which a profile is painted: with the mouse, or with arrow keys and the space bar. It shows
-/// what the application draws and leaves hitting a key and colouring it to the application; its own is what a
-/// stroke is, and taking one back.
+/// what the application draws and leaves hitting a key and colouring it to the application; its own is what
+/// lies on the way of a quick hand.
 class KeyboardCanvas final : public QWidget {
 public:
     /// What the canvas works on; all of it outlives the canvas.
     struct Source {
         /// Draws every key once.
         std::function<void(platform::Painter&)> draw;
-        std::function<const lighting::KeyMap&()> keyMap;
-        std::function<void(const lighting::KeyMap&)> restore;
         /// What a key's colour is called.
         std::function<QString(lighting::KeyCode)> colorName;
     };
@@ -35,18 +31,9 @@ public:
     /// The pointer went down at, or was dragged to, a point of the layout.
     std::function<void(QPointF)> pressed;
     std::function<void(QPointF)> dragged;
-    /// What can be undone or redone has changed.
-    std::function<void()> strokesChanged;
 
     /// Has the application draw all keys.
     void redraw();
-
-    bool canUndo() const { return !m_undo.empty() && isOwnMap(); }
-    bool canRedo() const { return !m_redo.empty() && isOwnMap(); }
-    void undo();
-    void redo();
-    /// Another profile is on the canvas; no earlier stroke belongs to it.
-    void forgetStrokes();
 
     const keyboards::KeyColors& shownColors() const { return m_colors; }
     /// Where a key is, for whoever wants to point at it; empty for an unknown one.
@@ -82,11 +69,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    bool isOwnMap() const;
-    void beginStroke();
     void dragTo(const QPointF& point);
-    void endStroke();
-    void step(std::vector<lighting::KeyMap>& from, std::vector<lighting::KeyMap>& to);
     void setHovered(Index key);
     void moveFocus(int dx, int dy);
     void sayFocus();
@@ -100,13 +83,8 @@ private:
 
     Index m_hovered;
     std::size_t m_focused = 0;
-    QPointF m_lastPoint;
-    /// The map as it was when the stroke under way began.
-    std::optional<lighting::KeyMap> m_beforeStroke;
-    /// The map that the last stroke, undo or redo left; any other came from elsewhere.
-    lighting::KeyMap m_own;
-    std::vector<lighting::KeyMap> m_undo;
-    std::vector<lighting::KeyMap> m_redo;
+    /// Where the pointer was last, during a stroke.
+    std::optional<QPointF> m_lastPoint;
 };
 
 } // namespace glimra::desktop

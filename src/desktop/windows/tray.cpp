@@ -12,11 +12,8 @@ Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<vo
         item->setCheckable(true);
         QObject::connect(item, &QAction::triggered, &m_menu, [this, &binder, profile] {
             app::ActionArgument argument;
-            argument.number = profile - 1;
-            binder.send("profileSelectPopup:", argument);
-            // The programmer lights the keys as it draws them; while it is closed, somebody else has to.
-            argument.state = m_delegate.outlets().controlAllLightsCheckbox.on.get();
-            binder.send("controlAllLightsCheck:", argument);
+            argument.number = profile;
+            binder.send("showProfile:", argument);
             showActiveProfile();
         });
         m_profiles.push_back(item);

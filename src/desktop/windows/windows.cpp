@@ -65,12 +65,17 @@ Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
     buildProgrammer();
     buildOthers();
     bindAll();
+    m_guard = std::make_unique<PainterGuard>(
+        PainterGuard::Parts{m_binder, m.delegate, m.windowSystem, m.runLoop, m.quit});
+    m_editedProfile = std::make_unique<EditedProfile>(m_programmer, m.delegate, m.runLoop);
+    m_questions =
+        std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"), m.delegate);
     m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
     m_statusLine =
         std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.captureWay, m.now);
     m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
                                                     m.keyboardChoice, m.delegate);
-    showStrokes();
+    showSteps();
 }
 
 Windows::~Windows() = default;
@@ -116,10 +121,7 @@ void Windows::buildProgrammer() {
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
         {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },
-         .keyMap = [this]() -> const lighting::KeyMap& { return m.delegate.state().canvas.keysToColors; },
-         .restore = [this](const lighting::KeyMap& map) { m.delegate.restoreCanvasKeyMap(map); },
          .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
-    m_canvas->strokesChanged = [this] { showStrokes(); };
     m.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
 }
 
@@ -140,9 +142,7 @@ void Windows::buildOthers() {
 void Windows::bindAll() {
     m_binder.aboutToSend.observe(
         [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
-    m_binder.setCommand("quit", m.quit);
-    m_binder.setCommand("undo", [this] { m_canvas->undo(); });
-    m_binder.setCommand("redo", [this] { m_canvas->redo(); });
+    m_binder.setCommand("quit", [this] { quit(); });
     m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
     m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
     m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
@@ -170,17 +170,15 @@ void Windows::askForCanvas() {
         m_canvasIsAsked = false;
         if (!window.visible.get())
             return;
-        const int profile = m.delegate.state().profile.activeColorProfile;
-        if (profile != m_canvasProfile)
-            m_canvas->forgetStrokes();
-        m_canvasProfile = profile;
         m_canvas->redraw();
+        m_editedProfile->show();
+        showSteps();
     });
 }
 
-void Windows::showStrokes() {
-    m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m_canvas->canUndo());
-    m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m_canvas->canRedo());
+void Windows::showSteps() {
+    m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m.delegate.canUndo());
+    m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m.delegate.canRedo());
     showWhatIsPossible();
     showPaletteWarning();
 }

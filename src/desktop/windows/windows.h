@@ -3,9 +3,12 @@
 #include "app/app_delegate.h"
 #include "desktop/qt_window_system.h"
 #include "desktop/windows/addon_installer.h"
+#include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
 #include "desktop/windows/keyboard_menu.h"
+#include "desktop/windows/painter_guard.h"
+#include "desktop/windows/questions.h"
 #include "desktop/windows/status_line.h"
 #include "keyboards/virtual_keyboard.h"
 
@@ -26,7 +29,7 @@ public:
         /// What the live view shows, and the clock that it runs by.
         keyboards::VirtualKeyboard& keyboard;
         std::function<keyboards::Time()> now;
-        /// Asks the application to quit.
+        /// Asks the application to quit, whatever is unsaved.
         std::function<void()> quit;
         /// What lights up, in plain words.
         platform::Property<std::string>& keyboardName;
@@ -39,6 +42,8 @@ public:
     ~Windows();
 
     InterfaceBinder& binder() { return m_binder; }
+    /// The user wants to quit.
+    void quit() { m_guard->quit(); }
     /// A window by its outlet's name.
     QWidget* window(const std::string& outlet) const;
 
@@ -50,7 +55,7 @@ private:
     void buildOthers();
     void bindAll();
     void askForCanvas();
-    void showStrokes();
+    void showSteps();
     /// Greys out what would do nothing now.
     void showWhatIsPossible();
     void sayWhatIsIgnored(const app::ActionRow& action);
@@ -64,10 +69,12 @@ private:
     QWidget* m_programmer = nullptr;
     KeyboardCanvas* m_canvas = nullptr;
     std::unique_ptr<AddonInstaller> m_addonInstaller;
+    std::unique_ptr<PainterGuard> m_guard;
+    std::unique_ptr<EditedProfile> m_editedProfile;
+    std::unique_ptr<Questions> m_questions;
     std::unique_ptr<FirstSteps> m_firstSteps;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;
-    int m_canvasProfile = 0;
     bool m_canvasIsAsked = false;
 };
 

@@ -52,8 +52,8 @@ public:
         ActiveWindow window;
         const bool isThere = glimra::tests::eventually([&] {
             const ActiveWindow before = std::exchange(window, active());
-            // Qt appends the program's name.
-            if (window.title != title && !window.title.startsWith(title + " — "))
+            // The painter appends its profile, and Qt the program's name.
+            if (window.title != title && !window.title.startsWith(title + ' '))
                 return false;
             // The manager gives the keyboard to a window before it shows it, and may still move it then.
             return window == before &&

@@ -90,7 +90,7 @@ protected:
 
     simulated::SimulatedPlatform m_machine{1};
     QtRunLoop m_runLoop;
-    QtWindowSystem m_windowSystem{m_machine.userDefaults};
+    QtWindowSystem m_windowSystem{m_machine.userDefaults, m_runLoop};
     keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
     int m_quits = 0;
     platform::Property<std::string> m_keyboardName{"test keyboard"};

@@ -3,7 +3,6 @@
 #include "app/palette_check.h"
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/status_line.h"
-#include "desktop/windows/tray.h"
 #include "platform/stored_values.h"
 
 #include <QAccessible>
@@ -366,20 +365,20 @@ TEST_F(WindowsTest, AWellChangesItsColorThroughTheDialogAndCancelBringsItBack) {
 TEST_F(WindowsTest, TheProgrammerWarnsOfACooldownColorThatIsLikeAnActionKeysOwn) {
     openProgrammer();
     auto* const warning = widget<QLabel>("paletteWarning");
-    const auto cool = [this](const QColor& color) {
+    const auto cool = [this](const platform::Color& color) {
         dynamic_cast<ColorWell*>(widget("keyCoolColor"))->picked(color);
         settle();
     };
     constexpr lighting::KeyCode kOne = 0x02;
     click("paintC");
     paintKey(kOne);
-    cool(QColor(0, 250, 0));
+    cool({0.0, 0.98, 0.0});
     EXPECT_TRUE(warning->isHidden()) << "no cooldowns are shown";
     click("actionBarEffectCheckbox");
     settle();
     EXPECT_THAT(warning->text().toStdString(), HasSubstr("hard to tell from color C"));
     EXPECT_TRUE(warning->isVisible());
-    cool(QColor(80, 0, 0));
+    cool({0.3, 0.0, 0.0});
     EXPECT_THAT(warning->text().toStdString(), testing::Not(HasSubstr("color C")));
 }
 
@@ -521,15 +520,6 @@ TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
     window("mainWindow")->findChild<QAction*>("guideItem")->trigger();
     EXPECT_FALSE(widget("guidePanel")->isHidden());
     EXPECT_EQ(window("mainWindow")->focusWidget(), widget("guideNext")) << "also where it was there already";
-}
-
-TEST_F(WindowsTest, TheTrayMenuSwitchesProfilesAndLightsThem) {
-    Tray tray(windows().binder(), *m_delegate, {});
-    const QList<QAction*> items = tray.menu().actions();
-    items[3]->trigger();
-    EXPECT_EQ(state().profile.activeColorProfile, 4);
-    EXPECT_TRUE(items[3]->isChecked());
-    EXPECT_FALSE(items[0]->isChecked());
 }
 
 TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {

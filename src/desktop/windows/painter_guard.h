@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/app_delegate.h"
+#include "desktop/qt_window_system.h"
+#include "desktop/windows/interface_binder.h"
+
+#include <functional>
+#include <string_view>
+
+namespace glimra::desktop {
+
+/// Stands between the windows and the application, so that nothing is lost of what was painted. The
+/// application means the profile that the keyboard shows, and the game may change that at any time; a player
+/// means the one on the canvas. So whatever concerns the canvas is sent with that profile shown, and the
+/// other one is shown again afterwards. And whatever would take the canvas away asks first. Main thread.
+class PainterGuard {
+public:
+    struct Parts {
+        InterfaceBinder& binder;
+        app::AppDelegate& delegate;
+        QtWindowSystem& windowSystem;
+        platform::RunLoop& runLoop;
+        /// Asks the application to quit.
+        std::function<void()> quit;
+    };
+
+    /// Takes the binder's route.
+    explicit PainterGuard(const Parts& parts);
+
+    /// The user wants to quit. Nothing happens while a question is open, or if the user rather goes on
+    /// editing.
+    void quit();
+
+private:
+    struct Action {
+        const app::ActionRow& row;
+        const app::ActionArgument& argument;
+    };
+    struct Rule;
+
+    void send(const Action& action);
+    void perform(const Action& action) { m.binder.perform(action.row, action.argument); }
+    void openPainter(const Action& action);
+    void openSetter(const Action& action);
+    void close(const Action& action);
+    void showProfile(const Action& action);
+    void importProfiles(const Action& action);
+    void endPainting(const Action& action);
+    void performForCanvas(const Action& action);
+
+    enum class Afterwards { AsItWas, FromTheStore };
+    /// Does what concerns the canvas, with its profile as the one that the keyboard shows. If that was
+    /// another one it shows that again afterwards, unless the user has chosen one; and in any case where the
+    /// light is to come from the store.
+    void forCanvas(Afterwards light, const std::function<void()>& act);
+    /// False when the user wants to go on editing.
+    [[nodiscard]] bool leavePainter();
+    void showOnKeyboard(int profile);
+    bool painterShows() const;
+
+    Parts m;
+};
+
+} // namespace glimra::desktop
