@@ -181,8 +181,15 @@ void AppDelegate::windowShouldClose(platform::Window& window) {
 }
 
 void AppDelegate::showProfile(int profile) {
-    if (profile >= 1 && profile <= static_cast<int>(lighting::kProfileCount))
-        m_dispatcher.switchToProfile(profile);
+    if (profile < 1 || profile > static_cast<int>(lighting::kProfileCount))
+        return;
+    m_dispatcher.switchToProfile(profile);
+    // Loading gives the canvas the flag of what it loads.
+    m_state.canvas.usingActionbarCooldowns = canvasShowsCooldowns();
+}
+
+bool AppDelegate::canvasShowsCooldowns() const {
+    return m_state.lighting.useSpellCooldowns.at(static_cast<std::size_t>(m_state.canvas.profile));
 }
 
 void AppDelegate::settleEdits() {

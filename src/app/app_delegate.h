@@ -77,6 +77,8 @@ public:
     void appendToMessageQueue(std::string_view token);
     /// Draws the keyboard canvas; only while its window is shown.
     void drawKeyboardCanvas(platform::Painter& painter);
+    /// Whether the profile on the canvas shows cooldowns, whichever the keyboard shows.
+    bool canvasShowsCooldowns() const;
     bool canUndo() const { return m_canvasEdits.canUndo(); }
     bool canRedo() const { return m_canvasEdits.canRedo(); }
 

@@ -63,6 +63,7 @@ void CanvasEdits::store(const EditState& state) {
     // Its bitmap and flag are up to date then, and in memory is what the keyboard shows.
     m.store.loadProfileWithCooldowns(state.profile);
     m.store.loadProfileWithCooldowns(m.profile.activeColorProfile);
+    m.canvas.usingActionbarCooldowns = state.useCooldowns;
     m.outlets.actionBarEffectCheckbox.on.set(state.useCooldowns);
 }
 

@@ -29,6 +29,7 @@ void PainterGuard::send(const Action& action) {
         Rule{"windowShouldClose:", &Self::close},
         Rule{"showProfile:", &Self::showProfile},
         Rule{"ImportPreferencesMI:", &Self::importProfiles},
+        Rule{"revealCooldownColors:", &Self::preview},
         Rule{"colorOK:", &Self::endPainting},
         Rule{"colorCancel:", &Self::endPainting},
         Rule{"profileSelectPopup:", &Self::performForCanvas},
@@ -85,6 +86,14 @@ void PainterGuard::importProfiles(const Action& action) {
     // It fills the canvas.
     if (!m.delegate.state().profile.profileTouched || leavePainter())
         perform(action);
+}
+
+void PainterGuard::preview(const Action& action) {
+    // It is drawn later; shown anew, the other profile leaves the canvas its own cooldowns.
+    if (const int shown = m.delegate.state().profile.activeColorProfile;
+        shown != m.delegate.state().canvas.profile)
+        showOnKeyboard(shown);
+    perform(action);
 }
 
 void PainterGuard::endPainting(const Action& action) {

@@ -45,6 +45,7 @@ private:
     void close(const Action& action);
     void showProfile(const Action& action);
     void importProfiles(const Action& action);
+    void preview(const Action& action);
     void endPainting(const Action& action);
     void performForCanvas(const Action& action);
 

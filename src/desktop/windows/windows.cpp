@@ -187,7 +187,7 @@ void Windows::showWhatIsPossible() {
     const app::State& state = m.delegate.state();
     const app::Outlets& outlets = m.delegate.outlets();
     m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
-        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && state.canvas.usingActionbarCooldowns);
+        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && m.delegate.canvasShowsCooldowns());
     m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
         ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
 }
@@ -200,7 +200,7 @@ void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
 void Windows::showPaletteWarning() {
     const app::State& state = m.delegate.state();
     QStringList sentences;
-    if (state.canvas.usingActionbarCooldowns)
+    if (m.delegate.canvasShowsCooldowns())
         for (const app::PaletteWarning& warning :
              app::checkPalette(state.canvas.keyColorSet, state.canvas.keysToColors, state.actionKeys)) {
             const std::string_view whom = app::describe(warning.vision);

@@ -18,6 +18,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
+constexpr lighting::KeyCode kOne = 0x02;
 constexpr lighting::KeyCode kQ = 0x10;
 constexpr lighting::KeyCode kW = 0x11;
 constexpr int kSlotOfC = 6;
@@ -99,6 +100,18 @@ TEST_F(GuardsTest, WhatIsPaintedBelongsToTheProfileOnTheCanvasWhateverTheGameSho
     EXPECT_THAT(title(), HasSubstr("Profile 1"));
     EXPECT_EQ(widget<QComboBox>("currentProfilePopup")->currentIndex(), 0);
     click("actionBarEffectCheckbox");
+    settle();
+    // Its preview too, though neither 5 nor 6 shows cooldowns.
+    gameShows(6);
+    canvas()->redraw();
+    const auto place = std::ranges::find(lighting::kKeyboardLayout, kOne, &lighting::KeyRect::code);
+    const lighting::Rgb& shown =
+        canvas()->shownColors()[static_cast<std::size_t>(place - lighting::kKeyboardLayout.begin())];
+    const lighting::Rgb unmarked = shown;
+    widget<QAbstractButton>("cooldownPreviewBtn")->click();
+    settle();
+    EXPECT_NE(shown, unmarked);
+    gameShows(5);
     click("colorOkButton");
     EXPECT_EQ(storedSlot(1, kQ), kSlotOfC);
     EXPECT_FALSE(storedSlot(5, kQ).has_value());
@@ -273,7 +286,6 @@ TEST_F(GuardsTest, TheTrayShowsProfilesAsTheyAreStoredWithTheirCooldowns) {
     Tray tray(windows().binder(), *m_delegate, {});
     const QList<QAction*> items = tray.menu().actions();
     m_machine.userDefaults.set("useActionBarCooldowns3", true);
-    constexpr lighting::KeyCode kOne = 0x02;
     m_delegate->appendToMessageQueue("`@"); // the first slot is on cooldown
     ASSERT_TRUE(QTest::qWaitFor([&] { return state().lighting.dimmedKeys.contains(kOne); }));
     items[2]->trigger();
