@@ -352,12 +352,12 @@ TEST_F(WindowsTest, AWellChangesItsColorThroughTheDialogAndCancelBringsItBack) {
     settle();
 
     well->click();
-    auto* const again = window("colorProgrammerWindow")->findChild<QColorDialog*>();
+    const QPointer again = window("colorProgrammerWindow")->findChild<QColorDialog*>();
     ASSERT_NE(again, nullptr);
     again->setCurrentColor("#336699");
     click("colorOkButton");
     settle();
-    EXPECT_FALSE(again->isVisible()) << "the color dialog goes with the programmer";
+    EXPECT_FALSE(again && again->isVisible()) << "the color dialog goes with the programmer";
     EXPECT_TRUE(m_machine.userDefaults.get("colorCColor1").has_value());
     EXPECT_EQ(state().canvas.keyColorSet[6], (platform::Color{0.2, 0.4, 0.6}));
 }
