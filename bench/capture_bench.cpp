@@ -65,7 +65,7 @@ struct Way {
 
 /// A strip's cells, all lit, across the left end of the top row, on the screen and in a window like the
 /// game's.
-void paintStrips(testing::XClient& client) {
+void paintStrips(tests::XClient& client) {
     constexpr std::uint32_t kGreen = 0x00FF00;
     const xcb_window_t window = client.createWindow(std::string("wow.exe\0wow.exe\0", 16));
     client.place(window, 0, 100, 640, 480);
@@ -102,8 +102,8 @@ std::function<void()> captureCycles(platform::ScreenCapture& capture) {
 
 /// Whether the capture meets its goal on a screen of this size.
 bool measure(int width, int height) {
-    testing::XvfbServer server(std::to_string(width) + "x" + std::to_string(height) + "x24");
-    testing::XClient client(server.display());
+    tests::XvfbServer server(std::to_string(width) + "x" + std::to_string(height) + "x24");
+    tests::XClient client(server.display());
     paintStrips(client);
     const auto connection = desktop::Connection::open(server.display());
     if (!connection)

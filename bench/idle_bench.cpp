@@ -68,11 +68,11 @@ std::vector<xcb_window_t> shownWindows(desktop::Connection& connection) {
 
 /// Takes the application's window off the screen, as minimising it does.
 void hideItsWindow(desktop::Connection& connection) {
-    if (!testing::eventually([&] { return !shownWindows(connection).empty(); }))
+    if (!tests::eventually([&] { return !shownWindows(connection).empty(); }))
         throw std::runtime_error("glimra has shown no window");
     for (const xcb_window_t window : shownWindows(connection))
         xcb_unmap_window(connection.xcb(), window);
-    if (!testing::eventually([&] { return shownWindows(connection).empty(); }))
+    if (!tests::eventually([&] { return shownWindows(connection).empty(); }))
         throw std::runtime_error("glimra's window can't be hidden");
 }
 
@@ -131,13 +131,13 @@ bool run(const Options& options) {
     std::filesystem::remove(settings);
 
     setenv("QT_QPA_PLATFORM", "xcb", 1);
-    testing::XvfbServer server("1920x1080x24");
+    tests::XvfbServer server("1920x1080x24");
     const auto connection = desktop::Connection::open(server.display());
     if (!connection)
         throw std::runtime_error("no connection to " + server.display());
-    testing::ChildProcess application(
+    tests::ChildProcess application(
         folder / "glimra", {"glimra", "--keyboard", "virtual", "--settings", settings}, server.display());
-    const testing::ChildProcess reference(folder / "idle_reference", {"idle_reference"}, server.display());
+    const tests::ChildProcess reference(folder / "idle_reference", {"idle_reference"}, server.display());
     hideItsWindow(*connection);
     std::this_thread::sleep_for(kSettling);
 
