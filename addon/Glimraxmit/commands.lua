@@ -115,7 +115,7 @@ local function specialization(number, word)
     local known = which and which % 1 == 0 and which >= 1 and which <= options.MOST_SPECIALIZATIONS
     local code = readProfile(word)
     if not known or not code and word ~= "none" then
-        say("Say which specialization, 1 to 4, and which profile comes with it: /glimra spec 2 5, or none.")
+        say("Say which specialization, 1 to 4, and which profile comes with it: /glimra talents 2 5, or none.")
         return
     end
     addon.chooseProfile(which, code)
@@ -149,7 +149,7 @@ commands = {
     { word = "effect", usage = "/glimra effect MOMENT CODE|none", help = "what a moment shows", run = effect },
     { word = "profile", usage = "/glimra profile N", help = "shows a profile, 1 to 9", run = profile },
     {
-        word = "spec", usage = "/glimra spec N PROFILE|none", help = "the profile of a specialization",
+        word = "talents", usage = "/glimra talents N PROFILE|none", help = "the profile of a specialization",
         run = specialization,
     },
     { word = "width", usage = "/glimra width N", help = "how wide the strip is, 20 to 188 pixels", run = width },

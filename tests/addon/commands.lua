@@ -186,7 +186,7 @@ return {
     -- What else happens.
     { "stealth on|off", "", switch("stealth", "UPDATE_STEALTH") },
     { "form N", "0 for none", switch("form", "UPDATE_SHAPESHIFT_FORM", "UPDATE_SHAPESHIFT_FORM") },
-    { "spec N", "another specialization", function(play, number)
+    { "specialization N", "another one", function(play, number)
         local last = play.world.specialization
         play.world.specialization = number
         say(play, "PLAYER_SPECIALIZATION_CHANGED", "player")
