@@ -129,8 +129,8 @@ local function noteTimes(told, value, now)
         anythingFrom = now + REACTION + busy - ANNOUNCING
     end
     doneBy = math.min(math.max(doneBy, now + REACTION - PACE) + PACE + busyAtMost, now + LONGEST_BUSY)
-    if not told.isReport then
-        -- The end of a fight must not pass its beginning.
+    if not told.isReport and told.kind ~= "pulse" then
+        -- The end of a fight must not pass its beginning; a pulse's speed may come at any time.
         jumpsFrom = doneBy - ANNOUNCING
     end
 end
