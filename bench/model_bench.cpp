@@ -1,7 +1,7 @@
 // What the keyboard model costs: a frame with the most effects that the application runs at once, a frame at
 // rest, and a profile's bitmap. The floor is a copy of the colours, which every answer must make.
 
-#include "keyboards/keyboard_model.h"
+#include "keyboards/model/keyboard_model.h"
 #include "lighting/led_bitmap.h"
 
 #include <benchmark/benchmark.h>

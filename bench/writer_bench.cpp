@@ -3,10 +3,11 @@
 // missed.
 
 #include "events/effects.h"
+#include "keyboards/device/writer_plan.h"
 #include "keyboards/openrgb/openrgb_device.h"
 #include "keyboards/openrgb/stand_in_server.h"
 #include "keyboards/virtual_keyboard.h"
-#include "keyboards/writer_plan.h"
+#include "platform/monotonic_clock.h"
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -95,7 +96,7 @@ struct Stalls {
 
 /// The time that the main thread spends on each frame of a storm, when it need not wait for anything.
 Stalls storm(bool withDevice) {
-    VirtualKeyboard keyboard(monotonicNow);
+    VirtualKeyboard keyboard(platform::monotonicNow);
     keyboard.LogiLedInit();
     if (withDevice)
         keyboard.attach(std::make_unique<SlowDevice>(), {});
@@ -109,7 +110,7 @@ Stalls storm(bool withDevice) {
     Time begin{};
     HastyRunLoop runLoop;
     runLoop.pass = [&](Time) {
-        const Duration duration = monotonicNow() - begin;
+        const Duration duration = platform::monotonicNow() - begin;
         ++stalls.frames;
         stalls.longest = std::max(stalls.longest, duration);
         if (switches() == switchesBefore)
@@ -117,9 +118,9 @@ Stalls storm(bool withDevice) {
         // Some real time, so that the device is in the middle of a frame at every stage of the storm.
         std::this_thread::sleep_for(100us);
         switchesBefore = switches();
-        begin = monotonicNow();
+        begin = platform::monotonicNow();
     };
-    begin = monotonicNow();
+    begin = platform::monotonicNow();
     for (int round = 0; round < kStormRounds; ++round)
         playAll(runLoop, keyboard);
     keyboard.LogiLedShutdown();
@@ -268,7 +269,7 @@ Load loadOver(Duration duration) {
 }
 
 bool benchCpu(const char* name, std::unique_ptr<KeyboardDevice> device) {
-    VirtualKeyboard keyboard(monotonicNow);
+    VirtualKeyboard keyboard(platform::monotonicNow);
     keyboard.LogiLedInit();
     keyboard.attach(std::move(device), {});
     keyboard.LogiLedSetLighting(10, 20, 30);

@@ -3,13 +3,14 @@
 #include "app/app_delegate.h"
 #include "app/message_log.h"
 #include "desktop/desktop_platform.h"
+#include "desktop/loop/quit_signals.h"
 #include "desktop/output_file.h"
-#include "desktop/quit_signals.h"
 #include "desktop/running_instance.h"
 #include "desktop/trace_file.h"
 #include "desktop/windows/theme.h"
 #include "desktop/windows/tray.h"
 #include "desktop/windows/windows.h"
+#include "platform/monotonic_clock.h"
 #include "recording/recorded_platform.h"
 #include "trace/traced_outlets.h"
 #include "trace/traced_platform.h"
@@ -61,7 +62,7 @@ struct Recording {
     Recording(const std::string& path, const platform::Platform& recorded)
         : file(path),
           recorder(
-              QtRunLoop::monotonicNow, [this](std::string_view lines) { return file.append(lines); },
+              platform::monotonicNow, [this](std::string_view lines) { return file.append(lines); },
               [this](const std::string& why) { tell(why + " It is in " + file.path() + "."); }),
           platform(recorded, recorder) {}
 
@@ -117,13 +118,13 @@ constexpr auto kPause = std::chrono::milliseconds(50);
 /// Becomes the running one. When there is one already, brings its windows to the front and returns the
 /// program's exit status.
 std::optional<int> giveWay(RunningInstance& instance, const InstanceChannel::Handler& handler) {
-    const platform::Time deadline = QtRunLoop::monotonicNow() + kPatience;
+    const platform::Time deadline = platform::monotonicNow() + kPatience;
     while (!instance.claim(handler)) {
         if (instance.send({InstanceCommand::Kind::BringToFront})) {
             std::fputs("Glimra is running already; its windows come to the front.\n", stderr);
             return EXIT_SUCCESS;
         }
-        if (QtRunLoop::monotonicNow() > deadline) {
+        if (platform::monotonicNow() > deadline) {
             std::fputs("glimra: Glimra is running already, but does not answer.\n", stderr);
             return EXIT_FAILURE;
         }
@@ -175,7 +176,7 @@ int runDesktopApplication(const Options& options) {
          .runLoop = machine.runLoop,
          .userDefaults = machine.settings,
          .keyboard = machine.keyboard.drawn(),
-         .now = QtRunLoop::monotonicNow,
+         .now = platform::monotonicNow,
          .quit = quit,
          .keyboardName = machine.keyboard.description,
          .keyboardChoice = {[&machine] { return machine.keyboard.chosen(); },

@@ -9,14 +9,6 @@
 
 namespace glimra::desktop {
 
-namespace {
-
-QString settingsPath(const Options& options) {
-    return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
-}
-
-} // namespace
-
 DesktopPlatform::DesktopPlatform(const Options& options)
     : settings(settingsPath(options), systemLog),
       readerCapture(options.captureDisplay, options.capture,

@@ -2,7 +2,8 @@
 
 #include "desktop/addon/addon_words.h"
 #include "desktop/addon/game_finder.h"
-#include "desktop/settings_copy.h"
+#include "desktop/settings/settings_copy.h"
+#include "platform/silent_log.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -26,8 +27,8 @@ bool install(const GameClient& client, const addon::ShippedAddon& shipped) {
 }
 
 std::vector<GameClient> foundClients(const Options& options) {
-    const SettingsCopy settings(options);
-    SilentLog log;
+    const SettingsCopy settings(settingsPath(options));
+    platform::SilentLog log;
     return addon::findClients(addon::searchPlaces(app::savedApplicationNames({settings.values(), log})));
 }
 

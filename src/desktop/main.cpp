@@ -1,8 +1,10 @@
 #include "desktop/desktop_application.h"
 #include "desktop/doctor/doctor.h"
 #include "desktop/install_command.h"
+#include "desktop/keyboard_options.h"
 #include "desktop/options.h"
 #include "desktop/running_instance.h"
+#include "platform/silent_log.h"
 
 #include <QApplication>
 #include <QDir>
@@ -15,6 +17,7 @@
 #include <cstdlib>
 #include <exception>
 
+using namespace glimra;
 using namespace glimra::desktop;
 
 namespace {
@@ -38,6 +41,16 @@ int tellRunningInstance(const Options& options, int argc, char** argv) {
         return EXIT_SUCCESS;
     std::fputs("glimra: Glimra is not running.\n", stderr);
     return EXIT_FAILURE;
+}
+
+int examineMachine(const Options& options) {
+    const SettingsCopy settings(settingsPath(options));
+    platform::SilentLog log;
+    return doctor::runDoctor({.captureDisplay = options.captureDisplay,
+                              .capture = options.capture,
+                              .keyboard = keyboardOptions(options, {settings.values(), log}),
+                              .settings = settings},
+                             *options.doctor);
 }
 
 int run(const Options& options) {
@@ -64,7 +77,7 @@ int main(int argc, char** argv) {
     }
     if (options.doctor) {
         const QCoreApplication application(argc, argv);
-        return runDoctor(options);
+        return examineMachine(options);
     }
     if (!canShowWindows()) {
         std::fputs("glimra: there is no display to show windows on. Set DISPLAY, which in a Wayland "

@@ -1,5 +1,6 @@
 #include "desktop/options.h"
 
+#include "desktop/settings/settings_file.h"
 #include "keyboards/chosen_keyboard.h"
 #include "lighting/lighting_state.h"
 
@@ -60,6 +61,10 @@ std::optional<keyboards::openrgb::ServerAddress> serverFromText(const std::strin
 }
 
 } // namespace
+
+QString settingsPath(const Options& options) {
+    return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
+}
 
 std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {
     Options options;
@@ -140,7 +145,8 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             ->excludes(install);
     bool json = false;
     doctor->add_flag("--json", json, "As JSON");
-    doctor->final_callback([&] { options.doctor = json ? ReportForm::Json : ReportForm::Words; });
+    doctor->final_callback(
+        [&] { options.doctor = json ? doctor::ReportForm::Json : doctor::ReportForm::Words; });
     try {
         command.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

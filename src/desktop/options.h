@@ -1,16 +1,17 @@
 #pragma once
 
+#include "desktop/doctor/doctor.h"
 #include "desktop/services/instance_channel.h"
 #include "desktop/x11/capture_state.h"
 #include "keyboards/openrgb/connection.h"
+
+#include <QString>
 
 #include <optional>
 #include <string>
 #include <variant>
 
 namespace glimra::desktop {
-
-enum class ReportForm { Words, Json };
 
 /// What the command line asks for.
 struct Options {
@@ -22,6 +23,7 @@ struct Options {
     std::optional<keyboards::openrgb::ServerAddress> openRgbServer;
     /// Name of the server's keyboard, or part of it; empty for the one with the most keys.
     std::string openRgbKeyboard;
+    /// Instead of the user's own.
     std::optional<std::string> settingsFile;
     std::optional<std::string> traceFile;
     /// What comes in goes to this file, as a replay script.
@@ -38,8 +40,11 @@ struct Options {
     /// empty.
     std::optional<std::string> installAddon;
     /// Only to tell what works here, and in which form.
-    std::optional<ReportForm> doctor;
+    std::optional<doctor::ReportForm> doctor;
 };
+
+/// The file that holds the settings.
+QString settingsPath(const Options& options);
 
 /// The program ends with this status, and everything has been said.
 struct ExitStatus {

@@ -1,6 +1,6 @@
 #include "desktop/running_instance.h"
 
-#include "desktop/settings_file.h"
+#include "desktop/settings/settings_file.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -13,9 +13,7 @@ namespace {
 
 /// The settings file makes the instance: two programs on one file would undo each other's changes.
 QString identityOf(const Options& options) {
-    if (!options.settingsFile)
-        return {};
-    const QString path = QFileInfo(QString::fromStdString(*options.settingsFile)).absoluteFilePath();
+    const QString path = QFileInfo(settingsPath(options)).absoluteFilePath();
     if (path == SettingsFile::defaultPath())
         return {};
     return QString::fromLatin1(

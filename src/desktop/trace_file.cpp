@@ -1,12 +1,13 @@
 #include "desktop/trace_file.h"
 
-#include "desktop/qt_run_loop.h"
+#include "desktop/loop/qt_run_loop.h"
+#include "platform/monotonic_clock.h"
 
 namespace glimra::desktop {
 
 TraceFile::TraceFile(const std::string& path)
     : m_file(path),
-      m_writer(QtRunLoop::monotonicNow, [this](std::string_view line) { append(line); }) {
+      m_writer(platform::monotonicNow, [this](std::string_view line) { append(line); }) {
 }
 
 void TraceFile::append(std::string_view line) {

@@ -1,5 +1,7 @@
 #include "events/dispatcher.h"
 
+#include "platform/hexadecimal.h"
+
 #include <algorithm>
 #include <string>
 
@@ -20,14 +22,7 @@ constexpr int kChatProfile = 2;
 constexpr int kResetProfile = 1;
 
 std::string hexBytes(std::string_view text) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string hex;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        hex += kDigits[byte >> 4U];
-        hex += kDigits[byte & 0xFU];
-    }
-    return hex;
+    return platform::hexadecimal({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }
 
 void pulseKeys(platform::LedDriver& driver, const Percentages& start, const Percentages& finish,

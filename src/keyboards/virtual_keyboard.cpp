@@ -1,5 +1,7 @@
 #include "keyboards/virtual_keyboard.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <utility>
 
 namespace glimra::keyboards {
@@ -115,7 +117,7 @@ void VirtualKeyboard::LogiLedShutdown() {
     // First of all: the keyboard is handed back as it was found, it does not go dark.
     detach();
     if (m_detached)
-        waitForInput(m_detached->fd(), -1, monotonicNow() + DeviceWriter::kStopLimit);
+        waitForInput(m_detached->fd(), -1, platform::monotonicNow() + DeviceWriter::kStopLimit);
     take([](KeyboardModel& model) {
         model = {};
         return true;

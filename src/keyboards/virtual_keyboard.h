@@ -1,7 +1,7 @@
 #pragma once
 
-#include "keyboards/device_writer.h"
-#include "keyboards/keyboard_model.h"
+#include "keyboards/device/device_writer.h"
+#include "keyboards/model/keyboard_model.h"
 #include "platform/controls.h"
 #include "platform/led_driver.h"
 

@@ -1,6 +1,7 @@
 #include "recording/script_recorder.h"
 
 #include "platform/decimal_text.h"
+#include "platform/silent_log.h"
 #include "recording/script_text.h"
 #include "screenlink/scan_settings.h"
 
@@ -10,10 +11,6 @@
 namespace glimra::recording {
 
 namespace {
-
-struct NoLog final : platform::SystemLog {
-    void write(std::string_view) override {}
-};
 
 constexpr const char* kFull = "The recording is full and ends here.";
 
@@ -37,7 +34,7 @@ void ScriptRecorder::launch(const platform::UserDefaults& settings, double scale
         if (const std::optional<std::string> line = settingLine(key, value);
             line && !key.starts_with(kFramePrefix))
             write({*line, time});
-    NoLog noLog;
+    platform::SilentLog noLog;
     screenlink::ScanSettings scan;
     screenlink::loadScanSettings(scan, {settings, noLog});
     const double right = scan.scanWidth + scan.scanOffset;

@@ -1,6 +1,7 @@
 #include "recording/script_text.h"
 
 #include "platform/decimal_text.h"
+#include "platform/hexadecimal.h"
 
 #include <nlohmann/json.hpp>
 
@@ -11,16 +12,6 @@ namespace glimra::recording {
 namespace {
 
 using nlohmann::json;
-
-std::string hexadecimal(const platform::Data& bytes) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 0xF];
-    }
-    return text;
-}
 
 std::string jsonText(std::string_view text) {
     return json(text).dump(-1, ' ', true, json::error_handler_t::replace);
@@ -52,8 +43,9 @@ std::optional<std::string> settingLine(const std::string& key, const platform::S
     if (std::holds_alternative<std::string>(value))
         return std::nullopt;
     if (const auto* bytes = std::get_if<platform::Data>(&value))
-        return bytes->empty() ? std::nullopt
-                              : std::optional("default-data " + jsonText(key) + " " + hexadecimal(*bytes));
+        return bytes->empty()
+                   ? std::nullopt
+                   : std::optional("default-data " + jsonText(key) + " " + platform::hexadecimal(*bytes));
     json number;
     if (const auto* array = std::get_if<platform::NumberArray>(&value))
         number = toJson(*array);

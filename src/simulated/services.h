@@ -16,11 +16,6 @@ public:
     void play(std::string_view) override {}
 };
 
-class NoSystemLog final : public platform::SystemLog {
-public:
-    void write(std::string_view) override {}
-};
-
 class NoActivity final : public platform::ProcessActivity {
 public:
     void begin(std::string_view) override {}

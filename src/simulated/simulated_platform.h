@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/silent_log.h"
 #include "simulated/application.h"
 #include "simulated/run_loop.h"
 #include "simulated/screen.h"
@@ -35,7 +36,7 @@ struct SimulatedPlatform {
     NoChildProcesses childProcesses;
     NoSounds sounds;
     SeededRandom random;
-    NoSystemLog systemLog;
+    platform::SilentLog systemLog;
     NoActivity processActivity;
     SimulatedModifiers modifiers;
 };

@@ -1,5 +1,7 @@
 #include "trace/trace_writer.h"
 
+#include "platform/hexadecimal.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -20,10 +22,9 @@ constexpr std::array<std::string_view, kTraceKindCount> kKindNames{
     "modal", "window", "url",        "activity", "frame", "quit",  "dump"};
 
 constexpr auto kHexOfByte = [] {
-    constexpr std::string_view kDigits = "0123456789abcdef";
     std::array<std::array<char, 2>, 256> texts{};
     for (std::size_t byte = 0; byte < texts.size(); ++byte)
-        texts[byte] = {kDigits[byte / 16], kDigits[byte % 16]};
+        texts[byte] = {platform::kHexDigits[byte / 16], platform::kHexDigits[byte % 16]};
     return texts;
 }();
 

@@ -1,4 +1,4 @@
-#include "desktop/keyboard_view.h"
+#include "desktop/windows/keyboard_view.h"
 
 #include <QImage>
 #include <QPaintEvent>

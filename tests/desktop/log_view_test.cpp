@@ -1,5 +1,5 @@
-#include "desktop/log_view.h"
-#include "desktop/text_positions.h"
+#include "desktop/windows/log_view.h"
+#include "desktop/windows/text_positions.h"
 
 #include <QApplication>
 #include <QScrollBar>

@@ -1,4 +1,4 @@
-#include "desktop/thread_worker_loop.h"
+#include "desktop/loop/thread_worker_loop.h"
 #include "screenlink/calibration.h"
 #include "screenlink/screen_reader.h"
 #include "simulated/screen.h"

@@ -1,4 +1,4 @@
-#include "desktop/qt_run_loop.h"
+#include "desktop/loop/qt_run_loop.h"
 
 #include <QCoreApplication>
 #include <QTest>

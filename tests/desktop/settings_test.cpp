@@ -1,5 +1,5 @@
-#include "desktop/settings_file.h"
-#include "desktop/stored_value_text.h"
+#include "desktop/settings/settings_file.h"
+#include "desktop/settings/stored_value_text.h"
 
 #include <QCoreApplication>
 #include <QDir>

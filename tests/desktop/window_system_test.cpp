@@ -1,5 +1,5 @@
-#include "desktop/qt_run_loop.h"
-#include "desktop/qt_window_system.h"
+#include "desktop/loop/qt_run_loop.h"
+#include "desktop/windows/qt_window_system.h"
 #include "simulated/user_defaults.h"
 
 #include <QApplication>

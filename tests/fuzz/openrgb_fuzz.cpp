@@ -2,7 +2,7 @@
 // input says in which version and how the rest is read, the second in what pieces it comes.
 
 #include "fuzz/fuzz_target.h"
-#include "keyboards/keyboard_model.h"
+#include "keyboards/model/keyboard_model.h"
 #include "keyboards/openrgb/encoder.h"
 #include "keyboards/openrgb/key_names.h"
 #include "keyboards/openrgb/packet.h"

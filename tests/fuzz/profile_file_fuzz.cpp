@@ -1,5 +1,6 @@
 #include "fuzz/fuzz_target.h"
 #include "lighting/keyboard_layout.h"
+#include "platform/silent_log.h"
 #include "profiles/profile_file.h"
 
 #include <algorithm>
@@ -8,10 +9,6 @@ namespace {
 
 using namespace glimra;
 using glimra::tests::must;
-
-struct NoLog final : platform::SystemLog {
-    void write(std::string_view) override {}
-};
 
 const profiles::CanvasKeyCodes& canvasKeyCodes() {
     static const profiles::CanvasKeyCodes codes = [] {
@@ -32,7 +29,7 @@ bool isFraction(double component) {
 
 /// Whatever is accepted is within its limits, and survives being written and read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    NoLog log;
+    platform::SilentLog log;
     const auto content = profiles::decodeProfiles({data, size}, canvasKeyCodes(), log);
     if (!content)
         return 0;

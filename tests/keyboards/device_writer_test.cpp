@@ -1,6 +1,7 @@
-#include "keyboards/device_writer.h"
+#include "keyboards/device/device_writer.h"
 
 #include "keyboards/virtual_keyboard.h"
+#include "platform/monotonic_clock.h"
 
 #include <condition_variable>
 #include <gmock/gmock.h>
@@ -163,7 +164,7 @@ TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
     Bench bench;
     bench.with([](Bench::State& s) { s.writingTime = 40ms; });
     KeyboardModel model;
-    model.pulse(kEsc, {100, 0, 0}, {0, 0, 100}, 300ms, Repeat::UntilStopped, monotonicNow());
+    model.pulse(kEsc, {100, 0, 0}, {0, 0, 100}, 300ms, Repeat::UntilStopped, platform::monotonicNow());
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(model);
     ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 2; }));
@@ -199,14 +200,14 @@ TEST(DeviceWriter, TellsALossOnceAndFindsTheDeviceAgain) {
 TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     Bench bench;
     bench.with([](Bench::State& s) { s.writingTime = 300ms; });
-    VirtualKeyboard keyboard(monotonicNow);
+    VirtualKeyboard keyboard(platform::monotonicNow);
     keyboard.LogiLedInit();
     keyboard.attach(bench.device(), bench.report());
     Duration longest{};
     const auto timed = [&](auto call) {
-        const Time begin = monotonicNow();
+        const Time begin = platform::monotonicNow();
         call();
-        longest = std::max(longest, monotonicNow() - begin);
+        longest = std::max(longest, platform::monotonicNow() - begin);
     };
     keyboard.LogiLedSetLighting(1, 1, 1);
     ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
@@ -233,14 +234,14 @@ TEST(DeviceWriter, LeavesAHangingDeviceBehind) {
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(modelWithEsc({100, 0, 0}));
     ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
-    const Time begin = monotonicNow();
+    const Time begin = platform::monotonicNow();
     writer.stop();
-    EXPECT_LT(monotonicNow() - begin, DeviceWriter::kStopLimit + 300ms);
+    EXPECT_LT(platform::monotonicNow() - begin, DeviceWriter::kStopLimit + 300ms);
     bench.with([](Bench::State& s) { s.events.clear(); });
     const std::shared_ptr<const WakeEvent> done = writer.leave();
     BenchDevice::m_release.set();
     // It is still closed properly when it comes to itself, and nobody is told any more.
-    EXPECT_TRUE(waitForInput(done->fd(), -1, monotonicNow() + 20s).first);
+    EXPECT_TRUE(waitForInput(done->fd(), -1, platform::monotonicNow() + 20s).first);
     bench.with([](const Bench::State& s) {
         EXPECT_EQ(s.closed, 1);
         EXPECT_TRUE(s.events.empty());

@@ -1,4 +1,4 @@
-#include "keyboards/keyboard_model.h"
+#include "keyboards/model/keyboard_model.h"
 
 #include "lighting/led_bitmap.h"
 

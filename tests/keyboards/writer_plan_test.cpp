@@ -1,4 +1,4 @@
-#include "keyboards/writer_plan.h"
+#include "keyboards/device/writer_plan.h"
 
 #include <gmock/gmock.h>
 

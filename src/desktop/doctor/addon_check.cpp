@@ -1,6 +1,7 @@
 #include "desktop/addon/addon_words.h"
 #include "desktop/addon/game_finder.h"
 #include "desktop/doctor/checks.h"
+#include "platform/silent_log.h"
 
 namespace glimra::desktop::doctor {
 
@@ -55,7 +56,7 @@ Findings checkAddon(const platform::UserDefaults& settings) {
     const auto shipped = addon::readShippedAddon(addon::shippedAddonFolder());
     if (const auto* const problem = std::get_if<std::string>(&shipped))
         return {{.check = "addon", .health = Health::Limited, .text = *problem}};
-    SilentLog log;
+    platform::SilentLog log;
     Findings findings;
     for (const addon::GameClient& client :
          addon::findClients(addon::searchPlaces(app::savedApplicationNames({settings, log}))))

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "desktop/doctor/doctor.h"
 #include "desktop/doctor/finding.h"
-#include "desktop/options.h"
-#include "desktop/settings_copy.h"
+#include "desktop/settings/settings_copy.h"
 #include "platform/user_defaults.h"
 
 namespace glimra::desktop::doctor {
@@ -11,9 +11,9 @@ namespace glimra::desktop::doctor {
 // a few seconds at most. Main thread, with an application object.
 
 /// Capture, main display, and whether the strip shows.
-Findings checkScreen(const Options& options, const platform::UserDefaults& settings);
+Findings checkScreen(const Subject& subject);
 /// Every driver, the permission for devices, and which driver would be taken.
-Findings checkKeyboards(const Options& options, const platform::UserDefaults& settings);
+Findings checkKeyboards(const keyboards::ChosenKeyboard::Options& wanted);
 /// Buses, login manager, speech and sound.
 Findings checkServices();
 /// The add-on, in each client of the game that is found.

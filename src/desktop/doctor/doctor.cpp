@@ -8,20 +8,15 @@
 #include <cstdlib>
 #include <iterator>
 
-namespace glimra::desktop {
+namespace glimra::desktop::doctor {
 
 namespace {
 
-using doctor::Finding;
-using doctor::Findings;
-using doctor::Health;
-
-Findings examine(const Options& options) {
-    const SettingsCopy settings(options);
-    Findings all = doctor::checkScreen(options, settings.values());
+Findings examine(const Subject& subject) {
+    Findings all = checkScreen(subject);
     for (Findings& findings :
-         std::array{doctor::checkKeyboards(options, settings.values()), doctor::checkAddon(settings.values()),
-                    doctor::checkServices(), doctor::checkSettings(settings)})
+         std::array{checkKeyboards(subject.keyboard), checkAddon(subject.settings.values()), checkServices(),
+                    checkSettings(subject.settings)})
         std::ranges::move(findings, std::back_inserter(all));
     return all;
 }
@@ -61,15 +56,15 @@ void printJson(const Findings& findings, bool works) {
 
 } // namespace
 
-int runDoctor(const Options& options) {
-    const Findings findings = examine(options);
+int runDoctor(const Subject& subject, ReportForm form) {
+    const Findings findings = examine(subject);
     const bool works = std::ranges::none_of(
         findings, [](Health health) { return health == Health::Bad; }, &Finding::health);
-    if (options.doctor == ReportForm::Json)
+    if (form == ReportForm::Json)
         printJson(findings, works);
     else
         printWords(findings, works);
     return works ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-} // namespace glimra::desktop
+} // namespace glimra::desktop::doctor

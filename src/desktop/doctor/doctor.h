@@ -1,12 +1,26 @@
 #pragma once
 
-#include "desktop/options.h"
+#include "desktop/settings/settings_copy.h"
+#include "desktop/x11/capture_state.h"
+#include "keyboards/chosen_keyboard.h"
 
-namespace glimra::desktop {
+#include <string>
 
-/// Prints, in the form that `options.doctor` names, what works here, what does not, and how to mend it.
-/// Returns the program's exit status: 0 only if what the program is for could work. Needs an application
-/// object; main thread.
-int runDoctor(const Options& options);
+namespace glimra::desktop::doctor {
 
-} // namespace glimra::desktop
+enum class ReportForm { Words, Json };
+
+/// What is examined: the machine, as the program would use it.
+struct Subject {
+    /// As on the command line.
+    std::string captureDisplay;
+    CaptureChoice capture = CaptureChoice::Automatic;
+    keyboards::ChosenKeyboard::Options keyboard;
+    const SettingsCopy& settings;
+};
+
+/// Prints what works here, what does not, and how to mend it. Returns the program's exit status: 0 only if
+/// what the program is for could work. Needs an application object; main thread.
+int runDoctor(const Subject& subject, ReportForm form);
+
+} // namespace glimra::desktop::doctor

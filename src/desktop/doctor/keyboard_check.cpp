@@ -1,7 +1,5 @@
 #include "desktop/doctor/checks.h"
 
-#include "desktop/keyboard_options.h"
-
 #include <array>
 #include <filesystem>
 
@@ -84,9 +82,7 @@ Finding ruleFinding() {
 
 } // namespace
 
-Findings checkKeyboards(const Options& options, const platform::UserDefaults& settings) {
-    SilentLog log;
-    const ChosenKeyboard::Options wanted = keyboardOptions(options, {settings, log});
+Findings checkKeyboards(const ChosenKeyboard::Options& wanted) {
     Findings findings;
     std::string first;
     bool wantedWorks = wanted.driver == keyboards::kAutomaticDriver;

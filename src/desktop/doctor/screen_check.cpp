@@ -2,6 +2,7 @@
 
 #include "desktop/x11/capture_check.h"
 #include "desktop/x11/screen_capture.h"
+#include "platform/silent_log.h"
 #include "screenlink/scan_settings.h"
 #include "screenlink/strip_decoder.h"
 
@@ -61,8 +62,8 @@ Finding displayFinding(const CaptureCheck& check) {
     return found;
 }
 
-bool showsStrip(const Options& options, const screenlink::StripGeometry& geometry) {
-    X11ScreenCapture capture(options.captureDisplay, options.capture, [](CaptureState) {});
+bool showsStrip(const Subject& subject, const screenlink::StripGeometry& geometry) {
+    X11ScreenCapture capture(subject.captureDisplay, subject.capture, [](CaptureState) {});
     for (int look = 0; look < kLooks; ++look) {
         if (look > 0)
             std::this_thread::sleep_for(kPause);
@@ -77,12 +78,12 @@ bool showsStrip(const Options& options, const screenlink::StripGeometry& geometr
 
 } // namespace
 
-Findings checkScreen(const Options& options, const platform::UserDefaults& settings) {
-    SilentLog log;
+Findings checkScreen(const Subject& subject) {
+    platform::SilentLog log;
     screenlink::ScanSettings scan;
-    const bool isFactory = screenlink::loadScanSettings(scan, {settings, log});
+    const bool isFactory = screenlink::loadScanSettings(scan, {subject.settings.values(), log});
     const screenlink::StripGeometry geometry = screenlink::stripGeometry(scan.scanWidth, scan.scanOffset);
-    const CaptureCheck check = checkCapture(options.captureDisplay, options.capture, geometry.myScanRect);
+    const CaptureCheck check = checkCapture(subject.captureDisplay, subject.capture, geometry.myScanRect);
     Findings findings{captureFinding(check)};
     if (check.server == DisplayServer::None)
         return findings;
@@ -91,7 +92,7 @@ Findings checkScreen(const Options& options, const platform::UserDefaults& setti
         return findings;
 
     Finding strip{.check = "strip", .text = "The strip shows now."};
-    strip.details["seen"] = showsStrip(options, geometry);
+    strip.details["seen"] = showsStrip(subject, geometry);
     strip.details["calibrated"] = !isFactory;
     if (!strip.details["seen"]) {
         strip.health = Health::Limited;

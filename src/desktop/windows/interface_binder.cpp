@@ -1,9 +1,9 @@
 #include "desktop/windows/interface_binder.h"
 
-#include "desktop/keyboard_view.h"
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/help_view.h"
 #include "desktop/windows/keyboard_canvas.h"
+#include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/paint_button.h"
 #include "desktop/windows/qt_colors.h"
 #include "desktop/windows/seconds_box.h"

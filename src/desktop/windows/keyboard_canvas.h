@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/keyboard_painter.h"
+#include "desktop/windows/keyboard_painter.h"
 #include "platform/painter.h"
 
 #include <QPixmap>

@@ -1,6 +1,6 @@
 #include "desktop/windows/paint_button.h"
 
-#include "desktop/keyboard_painter.h"
+#include "desktop/windows/keyboard_painter.h"
 
 #include <QEnterEvent>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/app_delegate.h"
-#include "desktop/qt_window_system.h"
 #include "desktop/windows/interface_binder.h"
+#include "desktop/windows/qt_window_system.h"
 
 #include <functional>
 #include <string_view>

@@ -1,11 +1,11 @@
 #include "desktop/windows/windows.h"
 
 #include "app/palette_check.h"
-#include "desktop/keyboard_view.h"
-#include "desktop/log_view.h"
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/content_fitter.h"
 #include "desktop/windows/keyboard_canvas.h"
+#include "desktop/windows/keyboard_view.h"
+#include "desktop/windows/log_view.h"
 #include "desktop/windows/seconds_box.h"
 #include "profiles/color_slots.h"
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/app_delegate.h"
-#include "desktop/qt_window_system.h"
 #include "desktop/windows/addon_installer.h"
 #include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
 #include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/painter_guard.h"
+#include "desktop/windows/qt_window_system.h"
 #include "desktop/windows/questions.h"
 #include "desktop/windows/status_line.h"
 #include "keyboards/virtual_keyboard.h"

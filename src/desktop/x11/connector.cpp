@@ -1,5 +1,7 @@
 #include "desktop/x11/connector.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <algorithm>
 #include <system_error>
 #include <thread>
@@ -31,7 +33,7 @@ std::unique_ptr<Connection> Connector::connect(platform::Duration patience) {
     startAttempt();
     if (m_attempt.valid())
         m_attempt.wait_for(patience);
-    m_retryAt = monotonicNow();
+    m_retryAt = platform::monotonicNow();
     return retry(m_retryAt);
 }
 
@@ -68,10 +70,6 @@ void Connector::startAttempt() {
         // No thread to be had: the next attempt may find one.
         m_attempt = {};
     }
-}
-
-platform::Time monotonicNow() {
-    return std::chrono::steady_clock::now().time_since_epoch();
 }
 
 } // namespace glimra::desktop

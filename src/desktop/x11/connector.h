@@ -33,7 +33,4 @@ private:
     platform::Duration m_pause;
 };
 
-/// Now, as the run loop counts.
-platform::Time monotonicNow();
-
 } // namespace glimra::desktop

@@ -1,5 +1,7 @@
 #include "desktop/x11/frontmost_application.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -22,7 +24,7 @@ X11FrontmostApplication::X11FrontmostApplication(const std::string& displayName,
     : m_connector(displayName),
       m_changed(std::move(changed)) {
     auto connection = m_connector.connect(kConnectPatience);
-    useConnection(std::move(connection), monotonicNow());
+    useConnection(std::move(connection), platform::monotonicNow());
 }
 
 int X11FrontmostApplication::fileDescriptor() const {

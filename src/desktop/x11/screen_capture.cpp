@@ -1,5 +1,7 @@
 #include "desktop/x11/screen_capture.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -106,7 +108,7 @@ void X11ScreenCapture::chooseWay() {
 
 const Displays* X11ScreenCapture::currentDisplays() {
     if (!m_connection)
-        useConnection(m_connector.retry(monotonicNow()));
+        useConnection(m_connector.retry(platform::monotonicNow()));
     if (m_connection && !m_connection->isSilent()) {
         while (const auto event = m_connection->pollEvent()) {
             m_displayWatch->take(*event);
@@ -126,7 +128,7 @@ void X11ScreenCapture::followWindows() {
     if (!m_windowWatch && (m_capturesWindow || m_displayWatch->displays().monitors.size() > 1))
         m_windowWatch.emplace(*m_connection, DisplayWatch::kRootEvents);
     if (m_windowWatch)
-        m_windowWatch->refresh(monotonicNow());
+        m_windowWatch->refresh(platform::monotonicNow());
 }
 
 void X11ScreenCapture::tellState() {

@@ -1,5 +1,7 @@
 #include "keyboards/openrgb/connection.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <cerrno>
 #include <memory>
 #include <system_error>
@@ -44,7 +46,7 @@ void setOption(int fd, int option) {
 /// Waits until `fd` can be written to or is broken; false at `deadline`, or when `stop` is set.
 bool waitForOutput(int fd, const WakeEvent& stop, Time deadline) {
     for (;;) {
-        const Duration left = deadline - monotonicNow();
+        const Duration left = deadline - platform::monotonicNow();
         if (left <= Duration::zero())
             return false;
         pollfd watched[] = {{fd, POLLOUT, 0}, {stop.fd(), POLLIN, 0}};

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "keyboards/device/wake_event.h"
 #include "keyboards/openrgb/bytes.h"
-#include "keyboards/wake_event.h"
 
 #include <optional>
 #include <string>

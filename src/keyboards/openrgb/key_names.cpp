@@ -1,6 +1,6 @@
 #include "keyboards/openrgb/key_names.h"
 
-#include "keyboards/keyboard_model.h"
+#include "keyboards/model/keyboard_model.h"
 
 #include <algorithm>
 #include <array>

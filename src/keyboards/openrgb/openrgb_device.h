@@ -1,6 +1,6 @@
 #pragma once
 
-#include "keyboards/keyboard_device.h"
+#include "keyboards/device/keyboard_device.h"
 #include "keyboards/openrgb/key_names.h"
 #include "keyboards/openrgb/session.h"
 

@@ -1,5 +1,7 @@
 #include "keyboards/openrgb/session.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -18,7 +20,7 @@ constexpr Duration kLongestDrain = std::chrono::milliseconds(20);
 
 bool Session::start(const ServerAddress& server, std::uint32_t newestVersion) {
     const std::string problem =
-        m_connection.connect(server.host, server.port, monotonicNow() + m_timing.connection);
+        m_connection.connect(server.host, server.port, platform::monotonicNow() + m_timing.connection);
     if (!problem.empty())
         return fail("cannot be reached (" + problem + ")");
     return negotiate(newestVersion) && send(clientNamePacket(kClientName));
@@ -80,7 +82,7 @@ std::optional<Controller> Session::controller(std::uint32_t device) {
 bool Session::send(Bytes packet) {
     if (isOver())
         return false;
-    if (m_connection.send(packet, monotonicNow() + m_timing.sending))
+    if (m_connection.send(packet, platform::monotonicNow() + m_timing.sending))
         return true;
     // Part of a packet may be on its way: nothing behind it would be understood.
     m_connection.close();
@@ -88,24 +90,24 @@ bool Session::send(Bytes packet) {
 }
 
 bool Session::drain() {
-    const Time deadline = monotonicNow() + kLongestDrain;
+    const Time deadline = platform::monotonicNow() + kLongestDrain;
     while (const std::optional<Packet> packet = nextPacket()) {
         takeNotice(*packet);
-        if (monotonicNow() >= deadline)
+        if (platform::monotonicNow() >= deadline)
             break;
     }
     return !isOver();
 }
 
 bool Session::waitForQuiet() {
-    const Time giveUp = monotonicNow() + m_timing.unrest;
+    const Time giveUp = platform::monotonicNow() + m_timing.unrest;
     do {
         m_listHasChanged = false;
-        const Time quiet = monotonicNow() + m_timing.quiet;
+        const Time quiet = platform::monotonicNow() + m_timing.quiet;
         while (!m_listHasChanged && waitForInput(quiet, Connection::Wait::UntilStopped))
             if (!drain())
                 return false;
-    } while (m_listHasChanged && monotonicNow() < giveUp);
+    } while (m_listHasChanged && platform::monotonicNow() < giveUp);
     m_listHasChanged = false;
     return true;
 }
@@ -120,7 +122,7 @@ void Session::end() {
 }
 
 void Session::listen(Duration duration) {
-    const Time deadline = monotonicNow() + duration;
+    const Time deadline = platform::monotonicNow() + duration;
     while (m_connection.isOpen() && waitForInput(deadline, Connection::Wait::Anyway))
         drain();
 }
@@ -136,7 +138,7 @@ std::optional<Packet> Session::ask(Bytes question, PacketId id, std::optional<st
 
 /// The answer to a request, whatever else the server says before it.
 std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> device, Duration limit) {
-    const Time deadline = monotonicNow() + limit;
+    const Time deadline = platform::monotonicNow() + limit;
     do {
         while (std::optional<Packet> packet = nextPacket()) {
             if (packet->is(id) && packet->device == device.value_or(packet->device))
@@ -144,7 +146,7 @@ std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> d
             takeNotice(*packet);
             // A device that is gone is not answered for at all.
             const bool isInVain = m_listHasChanged && id == PacketId::ControllerData;
-            if (isInVain || monotonicNow() >= deadline)
+            if (isInVain || platform::monotonicNow() >= deadline)
                 return std::nullopt;
         }
     } while (!isOver() && waitForInput(deadline, Connection::Wait::UntilStopped));
@@ -188,7 +190,7 @@ void Session::takeNotice(const Packet& packet) {
 /// Something may have come before `deadline`.
 bool Session::waitForInput(Time deadline, Connection::Wait wait) {
     // Input that never ceases must not put the deadline off.
-    return monotonicNow() < deadline && m_connection.waitForInput(deadline, wait);
+    return platform::monotonicNow() < deadline && m_connection.waitForInput(deadline, wait);
 }
 
 bool Session::fail(const std::string& problem) {

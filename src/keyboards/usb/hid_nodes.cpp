@@ -1,5 +1,7 @@
 #include "keyboards/usb/hid_nodes.h"
 
+#include "platform/hexadecimal.h"
+
 #include <charconv>
 #include <fstream>
 #include <optional>
@@ -63,11 +65,10 @@ std::vector<HidNode> findHidNodes(const HidFolders& folders) {
 }
 
 std::string describe(const UsbModel& model) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text(model.name);
     text += " (046d:";
     for (const int shift : {12, 8, 4, 0})
-        text += kDigits[(model.product >> shift) & 0xF];
+        text += platform::kHexDigits[(model.product >> shift) & 0xF];
     return text + ")";
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "keyboards/keyboard_device.h"
+#include "keyboards/device/keyboard_device.h"
 #include "keyboards/usb/hid_nodes.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "keyboards/keyboard_model.h"
+#include "keyboards/model/keyboard_model.h"
 
 #include <functional>
 #include <optional>

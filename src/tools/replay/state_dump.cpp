@@ -1,5 +1,6 @@
 #include "tools/replay/state_dump.h"
 
+#include "platform/hexadecimal.h"
 #include "profiles/color_archive.h"
 
 #include <nlohmann/json.hpp>
@@ -46,21 +47,11 @@ ordered_json json(const profiles::CanvasBuffer& canvas) {
             {"dimmedKeys", json(canvas.dimmedKeys)}};
 }
 
-ordered_json hexadecimal(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += kDigits[byte >> 4U];
-        text += kDigits[byte & 0xFU];
-    }
-    return text;
-}
-
 /// A colour in its stored form as a colour, other bytes as they are.
 ordered_json json(const platform::Data& data) {
     if (const std::optional<platform::Color> color = profiles::unarchiveColor(data))
         return json(*color);
-    return hexadecimal(data);
+    return platform::hexadecimal(data);
 }
 
 ordered_json json(const platform::NumberArray& numbers) {
@@ -187,7 +178,7 @@ ordered_json dumpControls(app::Outlets& outlets) {
 }
 
 ordered_json dumpBitmap(const app::State& state, std::size_t profile) {
-    return hexadecimal(state.lighting.keyboardColorBitmap.at(profile));
+    return platform::hexadecimal(state.lighting.keyboardColorBitmap.at(profile));
 }
 
 } // namespace glimra::tools

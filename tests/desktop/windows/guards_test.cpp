@@ -2,6 +2,7 @@
 
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/tray.h"
+#include "platform/monotonic_clock.h"
 #include "platform/stored_values.h"
 #include "profiles/color_archive.h"
 
@@ -51,7 +52,7 @@ protected:
     lighting::Rgb lightOf(lighting::KeyCode key) {
         const auto place = std::ranges::find(lighting::kKeyboardLayout, key, &lighting::KeyRect::code);
         return m_keyboard.model().colorsAt(
-            QtRunLoop::monotonicNow())[static_cast<std::size_t>(place - lighting::kKeyboardLayout.begin())];
+            platform::monotonicNow())[static_cast<std::size_t>(place - lighting::kKeyboardLayout.begin())];
     }
     QAction* item(const char* name) { return window("mainWindow")->findChild<QAction*>(name); }
     ColorWell* well(const char* name) { return dynamic_cast<ColorWell*>(widget(name)); }

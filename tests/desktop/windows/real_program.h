@@ -1,7 +1,7 @@
 #pragma once
 
-#include "desktop/settings_file.h"
-#include "desktop/system_services.h"
+#include "desktop/services/system_services.h"
+#include "desktop/settings/settings_file.h"
 #include "support/x_server.h"
 
 #include <QDir>

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "app/built_bundle.h"
-#include "desktop/qt_run_loop.h"
+#include "desktop/loop/qt_run_loop.h"
 #include "desktop/windows/application_style.h"
 #include "desktop/windows/interface_binder.h"
 #include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/windows.h"
+#include "platform/monotonic_clock.h"
 #include "simulated/simulated_platform.h"
 
 #include <QAbstractButton>
@@ -36,7 +37,7 @@ protected:
                            .runLoop = m_runLoop,
                            .userDefaults = m_machine.userDefaults,
                            .keyboard = m_keyboard,
-                           .now = QtRunLoop::monotonicNow,
+                           .now = platform::monotonicNow,
                            .quit = [this] { ++m_quits; },
                            .keyboardName = m_keyboardName,
                            .keyboardChoice = {[this] { return m_driver; },
@@ -91,7 +92,7 @@ protected:
     simulated::SimulatedPlatform m_machine{1};
     QtRunLoop m_runLoop;
     QtWindowSystem m_windowSystem{m_machine.userDefaults, m_runLoop};
-    keyboards::VirtualKeyboard m_keyboard{QtRunLoop::monotonicNow};
+    keyboards::VirtualKeyboard m_keyboard{platform::monotonicNow};
     int m_quits = 0;
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";

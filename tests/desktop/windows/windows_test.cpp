@@ -3,6 +3,7 @@
 #include "app/palette_check.h"
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/status_line.h"
+#include "platform/monotonic_clock.h"
 #include "platform/stored_values.h"
 
 #include <QAccessible>
@@ -48,7 +49,7 @@ TEST_F(WindowsTest, EveryOutletAndSelectorHasItsWidgetAndNoWidgetIsUnknown) {
 
 TEST(InterfaceBinderTest, TellsWhereADesignAndTheTablesDisagree) {
     simulated::SimulatedPlatform machine(1);
-    keyboards::VirtualKeyboard keyboard(QtRunLoop::monotonicNow);
+    keyboards::VirtualKeyboard keyboard(platform::monotonicNow);
     platform::Platform platform = machine.platform(keyboard, app::builtBundle());
     app::AppDelegate delegate(platform);
     InterfaceBinder binder(delegate);
@@ -602,7 +603,7 @@ TEST_F(WindowsTest, TheStatusLineHardlyWakesTheProgramWhileNobodyCanSeeIt) {
         &mainWindow, *m_delegate, m_keyboardName, [] { return std::string_view{}; },
         [&looks] {
             ++looks;
-            return QtRunLoop::monotonicNow();
+            return platform::monotonicNow();
         });
     EXPECT_EQ(status.period(), StatusLine::kHiddenPeriod);
     const int before = looks;

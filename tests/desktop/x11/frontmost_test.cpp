@@ -1,6 +1,7 @@
 #include "desktop/x11/frontmost_application.h"
 #include "desktop/x11/raise_window.h"
 #include "desktop/x11/utf8.h"
+#include "platform/monotonic_clock.h"
 #include "support/x_server.h"
 
 #include <gmock/gmock.h>
@@ -55,15 +56,15 @@ TEST(Utf8Test, ReplacesOnlyWhatIsNotUtf8) {
 
 /// Lets the application in front be told by its own descriptor and time, as a program's event loop does.
 bool serveUntil(X11FrontmostApplication& application, const std::function<bool()>& condition) {
-    const auto deadline = monotonicNow() + 10s;
+    const auto deadline = platform::monotonicNow() + 10s;
     while (!condition()) {
         const auto wakeUpAt = std::min(application.wakeUpAt().value_or(deadline), deadline);
         pollfd waiting{application.fileDescriptor(), POLLIN, 0};
-        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - monotonicNow());
+        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - platform::monotonicNow());
         ::poll(&waiting, 1, static_cast<int>(std::max(wait, 0ms).count()));
-        if (monotonicNow() >= deadline)
+        if (platform::monotonicNow() >= deadline)
             return false;
-        application.processEvents(monotonicNow());
+        application.processEvents(platform::monotonicNow());
     }
     return true;
 }
@@ -81,7 +82,7 @@ protected:
     XClient client{server.display()};
     int changes = 0;
     X11FrontmostApplication application{server.display(), [this] { ++changes; }};
-    platform::Time now = monotonicNow() + 1h;
+    platform::Time now = platform::monotonicNow() + 1h;
 };
 
 TEST_F(FrontmostTest, FollowsTheActiveWindow) {

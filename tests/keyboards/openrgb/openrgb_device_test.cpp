@@ -1,6 +1,7 @@
 #include "keyboards/openrgb/openrgb_device.h"
 
 #include "keyboards/openrgb/stand_in_server.h"
+#include "platform/monotonic_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -59,7 +60,7 @@ OpenRgbDevice deviceAt(const StandInServer& server, const Timing& timing = {}, c
 /// Serves the device until it says something.
 DeviceStatus serveUntilNews(OpenRgbDevice& device) {
     for (;;) {
-        if (!waitForInput(device.watchedFd(), -1, monotonicNow() + 10s).first)
+        if (!waitForInput(device.watchedFd(), -1, platform::monotonicNow() + 10s).first)
             return {};
         const DeviceStatus status = device.serve();
         if (status.kind != Status::Ok)
@@ -263,10 +264,10 @@ TEST(OpenRgbDevice, StopsAtOnceButNeverLeavesWhileAnAnswerIsOnItsWay) {
     server.holdAnswers(true);
     const std::future<OpenResult> opening = std::async(std::launch::async, [&] { return device.open(stop); });
     ASSERT_TRUE(server.waitUntil([&] { return !server.requests().empty(); }));
-    const Time stopped = monotonicNow();
+    const Time stopped = platform::monotonicNow();
     stop.set();
     ASSERT_TRUE(server.waitUntil([&] { return server.clientSaidGoodbye(); }));
-    EXPECT_LT(monotonicNow() - stopped, 300ms);
+    EXPECT_LT(platform::monotonicNow() - stopped, 300ms);
     server.holdAnswers(false);
     opening.wait();
     ASSERT_TRUE(server.waitForClients(0));

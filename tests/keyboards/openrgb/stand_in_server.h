@@ -1,7 +1,7 @@
 #pragma once
 
+#include "keyboards/device/wake_event.h"
 #include "keyboards/openrgb/encoder.h"
-#include "keyboards/wake_event.h"
 
 #include <condition_variable>
 #include <functional>

@@ -2,6 +2,7 @@
 
 #include "fake_hid.h"
 #include "hid_tree.h"
+#include "platform/monotonic_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -138,7 +139,7 @@ TEST_F(UsbKeyboardTest, PluggingAnewIsNoticedAlsoWhenNothingIsSent) {
     EXPECT_EQ(m_keyboard->serve().kind, DeviceStatus::Kind::Ok);
     m_tree.remove("hidraw3");
     m_tree.add("hidraw3", "0003:0000046D:0000C331");
-    EXPECT_TRUE(waitForInput(m_keyboard->watchedFd(), -1, monotonicNow()).first);
+    EXPECT_TRUE(waitForInput(m_keyboard->watchedFd(), -1, platform::monotonicNow()).first);
     const DeviceStatus lost = m_keyboard->serve();
     EXPECT_EQ(lost.kind, DeviceStatus::Kind::Lost);
     EXPECT_EQ(lost.text, "The keyboard G810 (046d:c331) was unplugged.");

@@ -1,0 +1,204 @@
+#include "desktop/loop/qt_run_loop.h"
+
+#include "platform/date_text.h"
+#include "platform/monotonic_clock.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <algorithm>
+
+namespace glimra::desktop {
+
+using platform::Duration;
+using platform::Time;
+using platform::TimerId;
+
+namespace {
+
+const QEvent::Type kJobsPosted = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// First point after `moment` of the grid through `point`.
+Time nextGridPoint(Time point, Duration period, Time moment) {
+    if (moment < point)
+        return point;
+    return point + period * ((moment - point) / period + 1);
+}
+
+} // namespace
+
+Time QtRunLoop::now() const {
+    return platform::monotonicNow();
+}
+
+std::string QtRunLoop::dateAndTime(Time moment) const {
+    using std::chrono::system_clock;
+    const auto fromNow = std::chrono::duration_cast<system_clock::duration>(moment - now());
+    return platform::dateText(system_clock::now() + fromNow);
+}
+
+TimerId QtRunLoop::repeat(Duration period, std::function<void()> action) {
+    return enqueue(now() + period, {period, std::move(action)});
+}
+
+TimerId QtRunLoop::after(Duration delay, std::function<void()> action) {
+    return enqueue(now() + delay, {Duration::zero(), std::move(action)});
+}
+
+TimerId QtRunLoop::enqueue(Time due, Entry entry) {
+    const TimerId id = ++m_lastId;
+    if (m_terminated)
+        return id;
+    m_queue.emplace(Place{due, id}, std::move(entry));
+    m_dueTimes.emplace(id, due);
+    armWakeUp();
+    return id;
+}
+
+void QtRunLoop::cancel(TimerId timer) {
+    m_running.erase(timer);
+    const auto found = m_dueTimes.find(timer);
+    if (found == m_dueTimes.end())
+        return;
+    m_queue.erase({found->second, timer});
+    m_dueTimes.erase(found);
+    armWakeUp();
+}
+
+void QtRunLoop::post(std::function<void()> job) {
+    const std::scoped_lock lock(m_postedLock);
+    m_posted.push_back({platform::monotonicNow(), std::move(job)});
+    // One event wakes the loop for all that is posted until it comes round.
+    if (m_posted.size() == 1)
+        QCoreApplication::postEvent(this, new QEvent(kJobsPosted));
+}
+
+void QtRunLoop::takePostedJobs() {
+    std::vector<PostedJob> jobs;
+    {
+        const std::scoped_lock lock(m_postedLock);
+        jobs.swap(m_posted);
+    }
+    // They join the queue rather than run from here, so that a job that waits does not hold up those behind
+    // it.
+    for (PostedJob& posted : jobs)
+        enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job), Kind::Job});
+}
+
+bool QtRunLoop::runUntil(Time deadline) {
+    if (m_terminated)
+        return false;
+    Wait wait;
+    m_waits.push_back(&wait);
+    wait.end = enqueue(deadline, {Duration::zero(), [&wait] {
+                                      wait.over = true;
+                                      wait.loop.quit();
+                                  }});
+    wait.loop.exec();
+    m_waits.pop_back();
+    // Qt ends all event loops at once when it quits on its own account; nothing may go on after that either.
+    if (!wait.over)
+        terminate();
+    cancel(wait.end);
+    return !m_terminated;
+}
+
+void QtRunLoop::terminate() {
+    m_terminated = true;
+    m_wakeUp.stop();
+    m_queue.clear();
+    m_dueTimes.clear();
+    m_running.clear();
+    for (Wait* wait : m_waits) {
+        wait->over = true;
+        wait->loop.quit();
+    }
+}
+
+void QtRunLoop::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_wakeUp.timerId())
+        return;
+    m_wakeUp.stop();
+    serveDue();
+}
+
+void QtRunLoop::customEvent(QEvent* event) {
+    if (event->type() == kJobsPosted)
+        serveDue();
+}
+
+void QtRunLoop::serveDue() {
+    takePostedJobs();
+    // What falls due meanwhile waits for the next wake-up: a timer that takes longer than its period must not
+    // shut out the user's events.
+    const Time limit = now();
+    for (auto next = front(); next != m_queue.end() && next->first.first <= limit && !innermostWaitIsOver();
+         next = front())
+        serve(next);
+    armWakeUp();
+}
+
+QtRunLoop::Queue::iterator QtRunLoop::front() {
+    return std::ranges::find_if(m_queue, [this](const auto& entry) { return !isHeld(entry); });
+}
+
+bool QtRunLoop::isHeld(const Queue::value_type& entry) const {
+    return entry.second.kind == Kind::Timer && entry.first.second <= m_lastHeld;
+}
+
+bool QtRunLoop::innermostWaitIsOver() const {
+    return !m_waits.empty() && m_waits.back()->over && m_waits.back()->end > m_lastHeld;
+}
+
+void QtRunLoop::serve(Queue::iterator place) {
+    auto node = m_queue.extract(place);
+    const auto [due, id] = node.key();
+    Entry& entry = node.mapped();
+    m_dueTimes.erase(id);
+    if (entry.period == Duration::zero()) {
+        entry.action();
+        return;
+    }
+    m_running.insert(id);
+    entry.action();
+    if (m_running.erase(id) == 0)
+        return;
+    const Time next = nextGridPoint(due, entry.period, now());
+    node.key() = {next, id};
+    m_queue.insert(std::move(node));
+    m_dueTimes.emplace(id, next);
+}
+
+void QtRunLoop::armWakeUp() {
+    const auto first = front();
+    if (m_terminated || first == m_queue.end()) {
+        m_wakeUp.stop();
+        return;
+    }
+    Time wakeUpAt = first->first.first;
+    const auto beyond = m_queue.upper_bound({wakeUpAt + kCoalescingSlack, ~TimerId{0}});
+    for (auto entry = first; entry != beyond; ++entry)
+        if (!isHeld(*entry))
+            wakeUpAt = entry->first.first;
+    if (m_wakeUp.isActive() && m_wakeUpAt == wakeUpAt)
+        return;
+    m_wakeUpAt = wakeUpAt;
+    // Qt's timers count whole milliseconds; rounding up keeps them from waking us too early. Far ones wake us
+    // once in a while for nothing.
+    const auto delay = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - now());
+    constexpr std::chrono::milliseconds kLongest = std::chrono::hours(1);
+    const auto bounded = std::clamp(delay, std::chrono::milliseconds::zero(), kLongest);
+    m_wakeUp.start(static_cast<int>(bounded.count()), Qt::PreciseTimer, this);
+}
+
+QtRunLoop::Hold::Hold(QtRunLoop& loop) : m_loop(loop), m_before(loop.m_lastHeld) {
+    m_loop.m_lastHeld = m_loop.m_lastId;
+    m_loop.armWakeUp();
+}
+
+QtRunLoop::Hold::~Hold() {
+    m_loop.m_lastHeld = m_before;
+    m_loop.armWakeUp();
+}
+
+} // namespace glimra::desktop

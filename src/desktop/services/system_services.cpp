@@ -1,0 +1,25 @@
+#include "desktop/services/system_services.h"
+
+#include <QGuiApplication>
+
+#include <string>
+
+#include <unistd.h>
+
+namespace glimra::desktop {
+
+void StderrSystemLog::write(std::string_view line) {
+    // One write for the line, so that those of several threads do not mix.
+    const std::string text = "glimra: " + std::string(line) + "\n";
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
+}
+
+std::uint32_t RandomNumbers::uniform(std::uint32_t upperBound) {
+    return std::uniform_int_distribution<std::uint32_t>(0, upperBound - 1)(m_engine);
+}
+
+bool Modifiers::optionKeyIsDown() const {
+    return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::AltModifier);
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,112 @@
+#include "desktop/settings/settings_file.h"
+
+#include "desktop/settings/settings_backups.h"
+#include "desktop/settings/stored_value_text.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace glimra::desktop {
+
+using platform::StoredValue;
+
+namespace {
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// Qt guards each save by a file, and the taking away of a guard that was left behind by a second one, and so
+/// on. Who is killed at that may leave guards for which Qt waits for good.
+void removeGuards(const QString& path) {
+    constexpr int kMostGuards = 5;
+    QString guard = path + ".lock";
+    for (int number = 0; number < kMostGuards; ++number, guard += ".rmlock")
+        QFile::remove(guard);
+}
+
+/// Makes that what lies there can be read and written; returns what had to be mended.
+std::string prepare(const QString& path, platform::SystemLog& systemLog) {
+    removeGuards(path);
+    return mendSettings(path, systemLog);
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
+    : m_systemLog(systemLog),
+      m_mending(prepare(path, systemLog)),
+      m_settings(path, QSettings::IniFormat) {
+    keepCopy(path);
+}
+
+SettingsFile::~SettingsFile() {
+    save();
+    keepCopy(m_settings.fileName());
+}
+
+QString SettingsFile::defaultPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra/glimra.ini";
+}
+
+QString SettingsFile::folder() const {
+    return QFileInfo(m_settings.fileName()).absolutePath();
+}
+
+std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
+    return read(toQString(key));
+}
+
+std::optional<StoredValue> SettingsFile::read(const QString& key) const {
+    if (!m_settings.contains(key))
+        return std::nullopt;
+    // Text with a comma that a hand has written is a list to Qt.
+    const QString text = m_settings.value(key).toStringList().join(',');
+    std::optional<StoredValue> value = storedValueFromText(text.toStdString());
+    if (!value && m_reportedKeys.insert(key).second)
+        m_systemLog.write("Settings: the value of \"" + key.toStdString() +
+                          "\" can't be read and is ignored");
+    return value;
+}
+
+void SettingsFile::set(std::string_view key, StoredValue value) {
+    m_settings.setValue(kEndMark, "true");
+    m_settings.setValue(toQString(key), toQString(toText(value)));
+    if (m_saveIsPending)
+        return;
+    m_saveIsPending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (const std::string problem = save(); !problem.empty())
+                told.emit(problem);
+        },
+        Qt::QueuedConnection);
+}
+
+std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
+    std::map<std::string, StoredValue, std::less<>> values;
+    for (const QString& key : m_settings.allKeys())
+        if (std::optional<StoredValue> value = key == kEndMark ? std::nullopt : read(key))
+            values.emplace(key.toStdString(), std::move(*value));
+    return values;
+}
+
+std::string SettingsFile::save() {
+    const bool wasPending = std::exchange(m_saveIsPending, false);
+    m_settings.sync();
+    // Qt takes a file for written that a full disk has cut off.
+    const bool isWritten =
+        m_settings.status() != QSettings::AccessError && (!wasPending || isSound(m_settings.fileName()));
+    if (isWritten || m_reportedWriteFailure)
+        return {};
+    m_reportedWriteFailure = true;
+    const std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
+    m_systemLog.write(problem);
+    return problem;
+}
+
+} // namespace glimra::desktop

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "desktop/windows/text_positions.h"
+#include "platform/controls.h"
+
+#include <QPlainTextEdit>
+
+namespace glimra::desktop {
+
+/// Shows a TextView and is its selection: what the user selects is where the next text goes. While the
+/// insertion point is at the end the view scrolls along, unless the user has scrolled away.
+///
+/// The text is the TextView's; the user can select and copy but not type. A character that would upset the
+/// view (a control character, a paragraph separator, a byte that is no UTF-8) is shown by a stand-in.
+class LogView final : public QPlainTextEdit {
+public:
+    /// Neither `text` may change after the view is gone, nor the view outlive `text`.
+    explicit LogView(platform::TextView& text, QWidget* parent = nullptr);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void showReplacement(std::size_t start, std::size_t length, std::string_view addition);
+    void locateReplaced(std::size_t start, std::size_t length, std::size_t newLength);
+    void takeUsersSelection();
+    bool isScrolledToEnd() const;
+    void scrollToEnd();
+
+    platform::TextView& m_text;
+    /// The selection. Between it and a new one lies little, and between the start and a new one much.
+    TextPlace m_begin;
+    TextPlace m_end;
+    bool m_showingReplacement = false;
+};
+
+} // namespace glimra::desktop

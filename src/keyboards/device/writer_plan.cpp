@@ -1,0 +1,99 @@
+#include "keyboards/device/writer_plan.h"
+
+#include <algorithm>
+
+namespace glimra::keyboards {
+
+void WriterPlan::show(const KeyboardModel& model, Time now) {
+    m_model = model;
+    m_compareAt = std::min(m_compareAt.value_or(Time::max()), now + kGather);
+}
+
+void WriterPlan::resendAll(Time now) {
+    m_allKeysNeeded = true;
+    m_compareAt = now;
+}
+
+void WriterPlan::found(const DevicePace& pace, Time now) {
+    m_open = true;
+    m_foundAt = now;
+    m_pace = pace;
+    m_earliest = now;
+    resendAll(now);
+}
+
+void WriterPlan::notFound(Time now) {
+    pauseSearch(now);
+}
+
+void WriterPlan::lost(Time now) {
+    m_open = false;
+    m_repeatAt.reset();
+    if (now - m_foundAt >= kStable)
+        m_pause = kFirstPause;
+    pauseSearch(now);
+}
+
+void WriterPlan::pauseSearch(Time now) {
+    m_searchAt = now + m_pause;
+    m_pause = std::min(2 * m_pause, kLongestPause);
+}
+
+WriterPlan::Step WriterPlan::next(Time now) {
+    if (!m_open)
+        return search(now);
+    if (!m_model)
+        return {};
+    if (m_compareAt && std::max(*m_compareAt, m_earliest) <= now) {
+        const std::size_t changes = collectChanges(now);
+        m_compareAt = m_model->nextChange(now);
+        if (changes > 0)
+            return write(changes, now);
+    }
+    if (m_repeatAt && *m_repeatAt <= now) {
+        m_repeatAt.reset();
+        m_earliest = now + std::max(kFrameInterval, m_pace.interval);
+        return {.kind = Step::Kind::Write, .keys = std::span(m_frame).first(m_frameSize)};
+    }
+    return wait(now);
+}
+
+WriterPlan::Step WriterPlan::search(Time now) const {
+    if (m_searchAt <= now)
+        return {.kind = Step::Kind::Search};
+    return {.until = m_searchAt};
+}
+
+/// The keys whose colours are not those that were sent, in the frame.
+std::size_t WriterPlan::collectChanges(Time now) {
+    const KeyColors colors = m_model->colorsAt(now);
+    std::size_t count = 0;
+    for (std::size_t key = 0; key < kKeyCount; ++key)
+        if (m_allKeysNeeded || colors[key] != m_sent[key]) {
+            m_frame[count++] = {key, colors[key]};
+            m_sent[key] = colors[key];
+        }
+    m_allKeysNeeded = false;
+    return count;
+}
+
+WriterPlan::Step WriterPlan::write(std::size_t count, Time now) {
+    m_frameSize = count;
+    m_earliest = now + std::max(kFrameInterval, m_pace.interval);
+    if (m_pace.repeatAfter > Duration::zero())
+        m_repeatAt = now + m_pace.repeatAfter;
+    return {.kind = Step::Kind::Write, .keys = std::span(m_frame).first(count)};
+}
+
+WriterPlan::Step WriterPlan::wait(Time now) const {
+    Step step;
+    if (m_compareAt) {
+        step.until = std::max(*m_compareAt, m_earliest);
+        step.frameIsDue = *step.until <= std::max(m_earliest, now + kGather);
+    }
+    if (m_repeatAt)
+        step.until = std::min(step.until.value_or(Time::max()), *m_repeatAt);
+    return step;
+}
+
+} // namespace glimra::keyboards

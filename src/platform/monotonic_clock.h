@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/run_loop.h"
+
+namespace glimra::platform {
+
+/// CLOCK_MONOTONIC, by which the real run loops and the kernel's own timeouts count. Any thread.
+inline Time monotonicNow() {
+    return std::chrono::duration_cast<Time>(std::chrono::steady_clock::now().time_since_epoch());
+}
+
+} // namespace glimra::platform
