@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::string_view kActivityReason = "Reading the screen";
 constexpr std::string_view kFrameName = "windowPosition";
-constexpr std::string_view kEndStaleEffectsKey = "endStaleEffects";
 /// First byte of the bitmap that belongs to no profile.
 constexpr std::uint8_t kBitmapMark = 0x45;
 constexpr platform::Duration kReadPeriod = std::chrono::milliseconds(200);
@@ -18,7 +17,7 @@ constexpr platform::Duration kQueuePeriod = std::chrono::milliseconds(100);
 
 } // namespace
 
-AppDelegate::AppDelegate(platform::Platform& platform)
+AppDelegate::AppDelegate(const platform::Platform& platform)
     : m_platform(platform),
       m_log(m_state.log, m_outlets.myTextScroll),
       m_lighting(platform.ledDriver, platform.random, m_state.lighting),
@@ -64,13 +63,14 @@ AppDelegate::AppDelegate(platform::Platform& platform)
 
 void AppDelegate::applicationDidFinishLaunching() {
     logVersions();
-    m_platform.processActivity.begin(kActivityReason);
-    m_platform.workspace.observeSleep([this] { screenAboutToSleep(); }, [this] { screenWakesUpFromSleep(); });
+    m_platform.processActivity.get().begin(kActivityReason);
+    m_platform.workspace.get().observeSleep([this] { screenAboutToSleep(); },
+                                            [this] { screenWakesUpFromSleep(); });
     startLedDriver();
     loadCalibration();
     m_state.actionKeys = profiles::loadActionKeyMap(m_platform.userDefaults, m_platform.systemLog);
     loadProfiles();
-    m_platform.windowSystem.restoreFrame(kFrameName);
+    m_platform.windowSystem.get().restoreFrame(kFrameName);
     m_outlets.mainWindow.bringToFront();
     m_colorProgrammer.loadSingleColorMode();
     m_colorProgrammer.loadAutoToggleProfile();
@@ -90,9 +90,9 @@ platform::TerminateReply AppDelegate::applicationShouldTerminate() {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    m_platform.processActivity.end(kActivityReason);
-    m_platform.windowSystem.saveFrame(kFrameName);
-    m_platform.ledDriver.LogiLedShutdown();
+    m_platform.processActivity.get().end(kActivityReason);
+    m_platform.windowSystem.get().saveFrame(kFrameName);
+    m_platform.ledDriver.get().LogiLedShutdown();
 }
 
 void AppDelegate::tell(std::string_view line) {
@@ -173,7 +173,7 @@ void AppDelegate::actionKeySetterCanx() {
 }
 
 void AppDelegate::profileChangeAnswer(int tag) {
-    m_platform.windowSystem.stopModal(tag);
+    m_platform.windowSystem.get().stopModal(tag);
 }
 
 void AppDelegate::windowShouldClose(platform::Window& window) {
@@ -311,7 +311,7 @@ void AppDelegate::editGameNamesMI() {
 }
 
 void AppDelegate::launchOptionsOK() {
-    m_platform.windowSystem.stopModal(0);
+    m_platform.windowSystem.get().stopModal(0);
 }
 
 void AppDelegate::aboutMenuItem() {
@@ -323,11 +323,11 @@ void AppDelegate::aboutMenuItem() {
 }
 
 void AppDelegate::AboutLinkClicked() {
-    m_platform.workspace.openUrl(m_platform.bundle.homePage);
+    m_platform.workspace.get().openUrl(m_platform.bundle.homePage);
 }
 
 void AppDelegate::openDownloadsPage() {
-    m_platform.workspace.openUrl(m_platform.bundle.downloadPage);
+    m_platform.workspace.get().openUrl(m_platform.bundle.downloadPage);
 }
 
 void AppDelegate::helpMenuItem() {
@@ -336,7 +336,7 @@ void AppDelegate::helpMenuItem() {
 }
 
 void AppDelegate::myBtnClicked() {
-    m_platform.runLoop.post([this] { m_outlets.helpWindow.bringToFront(); });
+    m_platform.runLoop.get().post([this] { m_outlets.helpWindow.bringToFront(); });
     m_state.messages.confirmCalibrate = true;
 }
 
@@ -353,7 +353,7 @@ void AppDelegate::logVersions() {
 }
 
 void AppDelegate::startLedDriver() {
-    if (!m_platform.ledDriver.LogiLedInit()) {
+    if (!m_platform.ledDriver.get().LogiLedInit()) {
         m_log.appendLog(
             "Unable to initialize the Logitech LED driver. Please ensure Logitech Gaming Software is "
             "installed and running, then restart Glimra.\n");
@@ -362,7 +362,7 @@ void AppDelegate::startLedDriver() {
     int majorNumber = 0;
     int minorNumber = 0;
     int buildNumber = 0;
-    m_platform.ledDriver.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
+    m_platform.ledDriver.get().LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
     m_log.appendLog("Logitech LED driver (version " + std::to_string(majorNumber) + "." +
                     std::to_string(minorNumber) + "." + std::to_string(buildNumber) +
                     ") initialized successfully.\n");
@@ -387,26 +387,22 @@ void AppDelegate::loadProfiles() {
 }
 
 void AppDelegate::loadEndStaleEffects() {
-    const platform::SettingsReader settings{m_platform.userDefaults, m_platform.systemLog};
-    m_state.options.endStaleEffects =
-        settings
-            .checked(platform::storedBool(settings.defaults, kEndStaleEffectsKey), kEndStaleEffectsKey,
-                     "is neither yes nor no; no stands in for it.")
-            .value_or(false);
+    const platform::SettingsReader reader{m_platform.userDefaults, m_platform.systemLog};
+    m_state.options.endStaleEffects = reader.value(platform::settings::kEndStaleEffects);
 }
 
 void AppDelegate::setEndStaleEffects(bool endThem) {
     m_state.options.endStaleEffects = endThem;
-    m_platform.userDefaults.set(kEndStaleEffectsKey, endThem);
+    m_platform.userDefaults.get().set(platform::settings::kEndStaleEffects.key, endThem);
 }
 
 void AppDelegate::startReading() {
-    myTimer = m_platform.runLoop.repeat(kReadPeriod, [this] {
+    myTimer = m_platform.runLoop.get().repeat(kReadPeriod, [this] {
         m_messagePump.readMsgQueue();
-        if (!m_platform.runLoop.isTerminated())
+        if (!m_platform.runLoop.get().isTerminated())
             m_staleEffects.check();
     });
-    myTimer2 = m_platform.runLoop.repeat(kQueuePeriod, [this] { m_messageQueue.handleMessageQueue(); });
+    myTimer2 = m_platform.runLoop.get().repeat(kQueuePeriod, [this] { m_messageQueue.handleMessageQueue(); });
     activeScreenReader.recordColorsThread(m_platform.readerThread);
 }
 

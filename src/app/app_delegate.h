@@ -58,7 +58,7 @@ struct State {
 /// runs.
 class AppDelegate {
 public:
-    explicit AppDelegate(platform::Platform& platform);
+    explicit AppDelegate(const platform::Platform& platform);
 
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -163,7 +163,7 @@ private:
     void screenAboutToSleep();
     void screenWakesUpFromSleep();
 
-    platform::Platform& m_platform;
+    platform::Platform m_platform;
     Outlets m_outlets;
     State m_state;
 

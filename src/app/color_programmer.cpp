@@ -9,9 +9,7 @@ namespace glimra::app {
 
 namespace {
 
-constexpr std::string_view kSingleColorKey = "singleColorMode";
-constexpr std::string_view kAutoToggleKey = "autoToggleProfile";
-constexpr std::string_view kChatWarningKey = "combatChatWarning";
+namespace settings = platform::settings;
 
 /// The pop-up's last item; the nine profiles come first, then a separator.
 constexpr int kCopyItem = 10;
@@ -22,19 +20,18 @@ bool isProfile(int number) {
     return number >= 1 && number <= static_cast<int>(lighting::kProfileCount);
 }
 
-void loadOption(const platform::SettingsReader& settings, std::string_view key, bool& option,
+using Option = platform::Setting<bool>;
+
+void loadOption(const platform::SettingsReader& settings, const Option& setting, bool& option,
                 platform::CheckBox& checkBox) {
-    option = settings
-                 .checked(platform::storedBool(settings.defaults, key), key,
-                          "is neither yes nor no; no stands in for it.")
-                 .value_or(false);
+    option = settings.value(setting);
     checkBox.on.set(option);
 }
 
-void takeOption(platform::UserDefaults& defaults, std::string_view key, bool& option,
+void takeOption(platform::UserDefaults& defaults, const Option& setting, bool& option,
                 const platform::CheckBox& checkBox) {
     option = checkBox.on.get();
-    defaults.set(key, option);
+    defaults.set(setting.key, option);
 }
 
 } // namespace
@@ -44,17 +41,17 @@ ColorProgrammer::ColorProgrammer(const Parts& parts) : m(parts) {
 }
 
 void ColorProgrammer::loadSingleColorMode() {
-    loadOption({m.defaults, m.systemLog}, kSingleColorKey, m.options.useSingleColorMode,
+    loadOption({m.defaults, m.systemLog}, settings::kSingleColorMode, m.options.useSingleColorMode,
                m.outlets.singleColorModeBtn);
 }
 
 void ColorProgrammer::loadAutoToggleProfile() {
-    loadOption({m.defaults, m.systemLog}, kAutoToggleKey, m.options.autoToggleProfile2,
+    loadOption({m.defaults, m.systemLog}, settings::kAutoToggleProfile, m.options.autoToggleProfile2,
                m.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::loadCombatChatWarning() {
-    loadOption({m.defaults, m.systemLog}, kChatWarningKey, m.options.combatChatWarning,
+    loadOption({m.defaults, m.systemLog}, settings::kCombatChatWarning, m.options.combatChatWarning,
                m.outlets.combatChatAlertCheckbox);
 }
 
@@ -82,8 +79,8 @@ void ColorProgrammer::applyCanvasColors() {
         m.lighting.showProfileLighting(m.profile.activeColorProfile);
     m.outlets.autoChatProfileCheckbox.enabled.set(true);
     m.outlets.singleColorModeBtn.enabled.set(true);
-    m.defaults.set(kAutoToggleKey, m.options.autoToggleProfile2);
-    m.defaults.set(kSingleColorKey, m.options.useSingleColorMode);
+    m.defaults.set(settings::kAutoToggleProfile.key, m.options.autoToggleProfile2);
+    m.defaults.set(settings::kSingleColorMode.key, m.options.useSingleColorMode);
 }
 
 void ColorProgrammer::singleColorModeCheck() {
@@ -98,15 +95,17 @@ void ColorProgrammer::singleColorModeCheck() {
         m.cooldowns.showCooldowns(false);
     applyCanvasColors();
     m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.defaults.set(kSingleColorKey, m.options.useSingleColorMode);
+    m.defaults.set(settings::kSingleColorMode.key, m.options.useSingleColorMode);
 }
 
 void ColorProgrammer::autoToggleProfileClicked() {
-    takeOption(m.defaults, kAutoToggleKey, m.options.autoToggleProfile2, m.outlets.autoChatProfileCheckbox);
+    takeOption(m.defaults, settings::kAutoToggleProfile, m.options.autoToggleProfile2,
+               m.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::combatChatWarningClicked() {
-    takeOption(m.defaults, kChatWarningKey, m.options.combatChatWarning, m.outlets.combatChatAlertCheckbox);
+    takeOption(m.defaults, settings::kCombatChatWarning, m.options.combatChatWarning,
+               m.outlets.combatChatAlertCheckbox);
 }
 
 void ColorProgrammer::paintingColorPicker() {

@@ -6,27 +6,22 @@ namespace glimra::app {
 
 namespace {
 
+namespace settings = platform::settings;
+
 constexpr const char* kScriptingCommand = "/usr/bin/osascript";
-constexpr std::string_view kAutorunTitleKey = "AutorunMenuName";
-constexpr std::string_view kAutorunNameKey = "AutorunName";
 
 /// One application name: its setting, its place in memory and its text field.
 struct NameRow {
-    std::string_view key;
+    const platform::Setting<std::string_view>& setting;
     std::string LauncherState::*name;
     platform::TextField Outlets::*field;
 };
 
 constexpr std::array<NameRow, 3> kNames{{
-    {"WowAppName", &LauncherState::WowAppName, &Outlets::WoWAppNameField},
-    {"WowClassicAppName", &LauncherState::WowClassicAppName, &Outlets::WoWClassicAppNameField},
-    {"BNAppName", &LauncherState::BNAppName, &Outlets::BNAppNameField},
+    {settings::kWowAppName, &LauncherState::WowAppName, &Outlets::WoWAppNameField},
+    {settings::kWowClassicAppName, &LauncherState::WowClassicAppName, &Outlets::WoWClassicAppNameField},
+    {settings::kBNAppName, &LauncherState::BNAppName, &Outlets::BNAppNameField},
 }};
-
-std::optional<std::string> storedName(const platform::SettingsReader& settings, std::string_view key) {
-    return settings.checked(platform::storedString(settings.defaults, key), key,
-                            "is no text and is ignored.");
-}
 
 std::array<platform::MenuItem*, 4> autorunItems(Outlets& outlets) {
     return {&outlets.autorunNoneMI, &outlets.autorunBNetMI, &outlets.autorunWowMI, &outlets.autorunClassicMI};
@@ -44,12 +39,10 @@ std::string activationScript(std::string_view name) {
     return script + "\" to activate";
 }
 
-LauncherState savedApplicationNames(const platform::SettingsReader& settings) {
+LauncherState savedApplicationNames(const platform::SettingsReader& reader) {
     LauncherState names;
-    for (const NameRow& row : kNames) {
-        std::string& name = names.*row.name;
-        name = storedName(settings, row.key).value_or(name);
-    }
+    for (const NameRow& row : kNames)
+        names.*row.name = reader.value(row.setting);
     return names;
 }
 
@@ -63,11 +56,11 @@ void Launcher::loadApplicationNames() {
 }
 
 void Launcher::autorun() {
-    const std::optional<std::string> title = storedName(m_settings, kAutorunTitleKey);
+    const std::string title = m_settings.value(settings::kAutorunMenuName);
     for (platform::MenuItem* item : autorunItems(m.outlets))
         item->on.set(item->title == title);
 
-    const std::string name = storedName(m_settings, kAutorunNameKey).value_or("");
+    const std::string name = m_settings.value(settings::kAutorunName);
     if (name.empty() || name == "None") {
         m.outlets.autorunNoneMI.on.set(true);
         return;
@@ -81,8 +74,8 @@ void Launcher::setAutorun(const platform::MenuItem& item, const std::string& nam
         each->on.set(each == &item);
         if (each != &item)
             continue;
-        m.defaults.set(kAutorunTitleKey, item.title);
-        m.defaults.set(kAutorunNameKey, name);
+        m.defaults.set(settings::kAutorunMenuName.key, item.title);
+        m.defaults.set(settings::kAutorunName.key, name);
     }
     m.windows.showSheet({"Autolaunch Setting",
                          name.empty() ? "No app will automatically launch."
@@ -101,7 +94,7 @@ void Launcher::editGameNames() {
     m.windows.runModal(m.outlets.launchOptionWindow);
     for (const NameRow& row : kNames) {
         m.names.*row.name = (m.outlets.*row.field).text.get();
-        m.defaults.set(row.key, m.names.*row.name);
+        m.defaults.set(row.setting.key, m.names.*row.name);
     }
     m.closer.close(m.outlets.launchOptionWindow);
 }

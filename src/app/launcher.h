@@ -15,13 +15,13 @@ namespace glimra::app {
 
 /// Names of the applications that can be launched, as the scripting command knows them.
 struct LauncherState {
-    std::string WowAppName = "World of Warcraft";
-    std::string WowClassicAppName = "World of Warcraft Classic";
-    std::string BNAppName = "Battle.net";
+    std::string WowAppName{platform::settings::kWowAppName.factory};
+    std::string WowClassicAppName{platform::settings::kWowClassicAppName.factory};
+    std::string BNAppName{platform::settings::kBNAppName.factory};
 };
 
 /// The names that are saved; those that are not, or that cannot be used, as they are at first.
-LauncherState savedApplicationNames(const platform::SettingsReader& settings);
+LauncherState savedApplicationNames(const platform::SettingsReader& reader);
 
 /// Brings up the game and its launcher, now or at each start. Main thread.
 class Launcher {

@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::string_view kSuggestedName = "Glimra Color Profiles";
 constexpr std::string_view kBackupName = "before-import.keycolormap";
-constexpr std::string_view kBlinkTimeKey = "blinkTimePref";
 
 std::string cooldownKey(int profile) {
     return "useActionBarCooldowns" + std::to_string(profile);
@@ -72,7 +71,7 @@ void ProfileTransfer::importPreferences() {
 profiles::ProfileRecord ProfileTransfer::storedProfiles() {
     profiles::ProfileFileContent content;
     content.applicationVersion = profiles::versionNumber(m.bundle.version);
-    content.blinkTime = platform::storedDouble(m.defaults, kBlinkTimeKey).value_or(0.0);
+    content.blinkTime = platform::storedDouble(m.defaults, platform::settings::kBlinkTime.key).value_or(0.0);
     // One map serves all profiles: where one has no map of its own, it takes over what the one before left.
     lighting::KeyMap map(lighting::kKeyCodeCount, 0);
     for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
@@ -135,7 +134,7 @@ bool ProfileTransfer::keepProfilesAsTheyWere() {
 }
 
 void ProfileTransfer::storeProfiles(const profiles::ProfileFileContent& content) {
-    m.defaults.set(kBlinkTimeKey, content.blinkTime);
+    m.defaults.set(platform::settings::kBlinkTime.key, content.blinkTime);
     for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
         const int profile = static_cast<int>(i) + 1;
         m.store.saveCooldownFlag(content.useCooldowns[i], profile);

@@ -4,6 +4,7 @@
 #include "desktop/keyboard_options.h"
 #include "desktop/services/x11_display_sleep.h"
 #include "desktop/x11/raise_window.h"
+#include "platform/settings.h"
 
 #include <utility>
 
@@ -22,10 +23,13 @@ DesktopPlatform::DesktopPlatform(const Options& options)
           voice,
           [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
           [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }) {
+    using namespace platform::settings;
+    if (!settings.get(kEndStaleEffects.key))
+        settings.set(kEndStaleEffects.key, kEndStaleEffectsAtFirst);
 }
 
 void DesktopPlatform::chooseKeyboard(const std::string& driver) {
-    settings.set(kDriverKey, driver);
+    settings.set(platform::settings::kLedDriver.key, driver);
     keyboard.choose(driver);
 }
 

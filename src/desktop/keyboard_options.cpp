@@ -11,13 +11,13 @@ namespace {
 std::string driverName(const Options& options, const platform::SettingsReader& settings) {
     if (options.keyboard)
         return *options.keyboard;
-    std::optional<std::string> name = platform::storedString(settings.defaults, kDriverKey);
+    constexpr platform::Setting<std::string_view> kSetting = platform::settings::kLedDriver;
+    std::optional<std::string> name = platform::storedString(settings.defaults, kSetting.key);
     if (name && name != keyboards::kAutomaticDriver &&
         std::ranges::find(keyboards::kDriverNames, *name, &keyboards::DriverName::name) ==
             keyboards::kDriverNames.end())
         name.reset();
-    return settings.checked(name, kDriverKey, "names no keyboard driver; auto stands in for it.")
-        .value_or(std::string(keyboards::kAutomaticDriver));
+    return settings.checked(name, kSetting.key, kSetting.complaint).value_or(std::string(kSetting.factory));
 }
 
 std::vector<std::filesystem::path> sdkLibraries(const Options& options) {

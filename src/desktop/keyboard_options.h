@@ -6,9 +6,6 @@
 
 namespace glimra::desktop {
 
-/// Where the user's choice of a keyboard driver is kept.
-inline constexpr std::string_view kDriverKey = "ledDriver";
-
 /// How the keyboard is to be lit, by the command line and, where that says nothing, by the settings.
 keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
                                                    const platform::SettingsReader& settings);

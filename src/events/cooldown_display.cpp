@@ -12,8 +12,6 @@ namespace {
 
 using lighting::KeyCode;
 
-constexpr std::string_view kBlinkTimeKey = "blinkTimePref";
-constexpr double kFactoryBlinkTime = 1.0;
 constexpr double kShortestBlinkTime = 0.01;
 constexpr int kBlinkIntervalMs = 75;
 constexpr platform::Duration kPauseBeforeBlink = std::chrono::milliseconds(50);
@@ -160,17 +158,14 @@ void CooldownDisplay::unrevealCooldownColors() {
 }
 
 void CooldownDisplay::loadBlinkTime() {
-    const platform::SettingsReader reader{m.defaults, m.systemLog};
-    const double stored = reader
-                              .checked(platform::storedDouble(m.defaults, kBlinkTimeKey), kBlinkTimeKey,
-                                       "is no number; one second stands in for it.")
-                              .value_or(0.0);
-    setBlinkTime(stored == 0.0 ? kFactoryBlinkTime : stored);
+    constexpr platform::Setting<double> kSetting = platform::settings::kBlinkTime;
+    const double stored = platform::SettingsReader{m.defaults, m.systemLog}.value(kSetting);
+    setBlinkTime(stored == 0.0 ? kSetting.factory : stored);
 }
 
 void CooldownDisplay::blinkTimeChanged() {
     setBlinkTime(platform::leadingNumber(m.blinkTimeTextbox.text.get()));
-    m.defaults.set(kBlinkTimeKey, m.cooldowns.blinkTime);
+    m.defaults.set(platform::settings::kBlinkTime.key, m.cooldowns.blinkTime);
 }
 
 void CooldownDisplay::setBlinkTime(double seconds) {

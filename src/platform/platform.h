@@ -11,27 +11,30 @@
 #include "platform/worker_loop.h"
 #include "platform/workspace.h"
 
+#include <functional>
+
 namespace glimra::platform {
 
-/// Everything the application asks of its machine. All of it outlives the application object.
+/// Everything the application asks of its machine. All of it outlives the application object. Whoever puts
+/// something of its own between the two copies this and exchanges members.
 struct Platform {
-    Application& application;
-    RunLoop& runLoop;
+    std::reference_wrapper<Application> application;
+    std::reference_wrapper<RunLoop> runLoop;
     /// The reader's thread, and the capture that it alone uses.
-    WorkerLoop& readerThread;
-    ScreenCapture& readerCapture;
+    std::reference_wrapper<WorkerLoop> readerThread;
+    std::reference_wrapper<ScreenCapture> readerCapture;
     /// The main thread's own capture.
-    ScreenCapture& mainCapture;
-    LedDriver& ledDriver;
-    UserDefaults& userDefaults;
-    Workspace& workspace;
-    WindowSystem& windowSystem;
-    ChildProcesses& childProcesses;
-    Sounds& sounds;
-    RandomNumbers& random;
-    SystemLog& systemLog;
-    ProcessActivity& processActivity;
-    Modifiers& modifiers;
+    std::reference_wrapper<ScreenCapture> mainCapture;
+    std::reference_wrapper<LedDriver> ledDriver;
+    std::reference_wrapper<UserDefaults> userDefaults;
+    std::reference_wrapper<Workspace> workspace;
+    std::reference_wrapper<WindowSystem> windowSystem;
+    std::reference_wrapper<ChildProcesses> childProcesses;
+    std::reference_wrapper<Sounds> sounds;
+    std::reference_wrapper<RandomNumbers> random;
+    std::reference_wrapper<SystemLog> systemLog;
+    std::reference_wrapper<ProcessActivity> processActivity;
+    std::reference_wrapper<Modifiers> modifiers;
     Bundle bundle{};
     /// The folder of the settings file; empty where the settings are in no file.
     std::string settingsFolder{};

@@ -20,6 +20,13 @@ std::optional<Number> storedNumber(const UserDefaults& defaults, std::string_vie
     return std::nullopt;
 }
 
+/// `value` is what was read of the setting.
+template <class Value, class Factory>
+Value valueOrFactory(const SettingsReader& reader, std::optional<Value> value,
+                     const Setting<Factory>& setting) {
+    return reader.checked(std::move(value), setting.key, setting.complaint).value_or(Value(setting.factory));
+}
+
 } // namespace
 
 std::optional<std::int64_t> toInteger(const Number& number) {
@@ -63,6 +70,18 @@ std::optional<std::string> storedString(const UserDefaults& defaults, std::strin
 
 void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint) {
     systemLog.write("Glimra: setting \"" + std::string(key) + "\" " + std::string(complaint));
+}
+
+bool SettingsReader::value(const Setting<bool>& setting) const {
+    return valueOrFactory(*this, storedBool(defaults, setting.key), setting);
+}
+
+double SettingsReader::value(const Setting<double>& setting) const {
+    return valueOrFactory(*this, storedDouble(defaults, setting.key), setting);
+}
+
+std::string SettingsReader::value(const Setting<std::string_view>& setting) const {
+    return valueOrFactory(*this, storedString(defaults, setting.key), setting);
 }
 
 } // namespace glimra::platform

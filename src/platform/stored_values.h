@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/settings.h"
 #include "platform/system_services.h"
 #include "platform/user_defaults.h"
 
@@ -31,6 +32,11 @@ struct SettingsReader {
             reportSetting(systemLog, key, complaint);
         return value;
     }
+
+    /// What is stored, or else the setting's factory value.
+    bool value(const Setting<bool>& setting) const;
+    double value(const Setting<double>& setting) const;
+    std::string value(const Setting<std::string_view>& setting) const;
 };
 
 /// A number as an integer, truncated toward zero; none when it is no number or does not fit.

@@ -73,23 +73,10 @@ RecordedPlatform::RecordedPlatform(const platform::Platform& recorded, ScriptRec
     : m_readerCapture(recorded.readerCapture, recorded.runLoop, recorder),
       m_workspace(recorded.workspace, recorder),
       m_windowSystem(recorded.windowSystem, recorder),
-      m_platform{.application = recorded.application,
-                 .runLoop = recorded.runLoop,
-                 .readerThread = recorded.readerThread,
-                 .readerCapture = m_readerCapture,
-                 .mainCapture = recorded.mainCapture,
-                 .ledDriver = recorded.ledDriver,
-                 .userDefaults = recorded.userDefaults,
-                 .workspace = m_workspace,
-                 .windowSystem = m_windowSystem,
-                 .childProcesses = recorded.childProcesses,
-                 .sounds = recorded.sounds,
-                 .random = recorded.random,
-                 .systemLog = recorded.systemLog,
-                 .processActivity = recorded.processActivity,
-                 .modifiers = recorded.modifiers,
-                 .bundle = recorded.bundle,
-                 .settingsFolder = recorded.settingsFolder} {
+      m_platform(recorded) {
+    m_platform.readerCapture = m_readerCapture;
+    m_platform.workspace = m_workspace;
+    m_platform.windowSystem = m_windowSystem;
 }
 
 } // namespace glimra::recording

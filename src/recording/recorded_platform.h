@@ -79,7 +79,7 @@ public:
     /// `recorder` and all that `recorded` refers to must outlive it.
     RecordedPlatform(const platform::Platform& recorded, ScriptRecorder& recorder);
 
-    platform::Platform& platform() { return m_platform; }
+    const platform::Platform& platform() const { return m_platform; }
     void follow(app::Outlets& outlets) { m_windowSystem.follow(outlets); }
 
 private:

@@ -18,14 +18,14 @@ ScanSettings factoryScanSettings() {
 }
 
 bool loadScanSettings(ScanSettings& settings, const platform::SettingsReader& stored) {
-    const auto load = [&stored](std::string_view key) {
-        std::optional<double> value = platform::storedDouble(stored.defaults, key);
+    const auto load = [&stored](const platform::Setting<double>& setting) {
+        std::optional<double> value = platform::storedDouble(stored.defaults, setting.key);
         if (value && !(std::abs(*value) <= kLargestPlausible))
             value.reset();
-        return stored.checked(value, key, "lies on no screen and is ignored.").value_or(0.0);
+        return stored.checked(value, setting.key, setting.complaint).value_or(setting.factory);
     };
-    settings.scanWidth = static_cast<double>(static_cast<float>(load("scanWidth")));
-    settings.scanOffset = static_cast<int>(load("scanOffset"));
+    settings.scanWidth = static_cast<double>(static_cast<float>(load(platform::settings::kScanWidth)));
+    settings.scanOffset = static_cast<int>(load(platform::settings::kScanOffset));
     if (static_cast<int>(settings.scanWidth) + settings.scanOffset != 0)
         return false;
     settings = factoryScanSettings();

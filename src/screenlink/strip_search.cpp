@@ -1,6 +1,7 @@
 #include "screenlink/strip_search.h"
 
 #include "platform/decimal_text.h"
+#include "platform/settings.h"
 #include "screenlink/strip_decoder.h"
 
 #include <string>
@@ -150,8 +151,8 @@ std::optional<float> StripSearch::findLargestWidth(float smallest) {
 
 SearchResult StripSearch::finish() {
     const bool found = !deadlineHasPassed();
-    m.defaults.set("scanWidth", found ? m.settings.scanWidth : 0.0);
-    m.defaults.set("scanOffset", std::int64_t{found ? m.settings.scanOffset : 0});
+    m.defaults.set(platform::settings::kScanWidth.key, found ? m.settings.scanWidth : 0.0);
+    m.defaults.set(platform::settings::kScanOffset.key, std::int64_t{found ? m.settings.scanOffset : 0});
     if (found)
         return SearchResult::Found;
     m.settings = factoryScanSettings();

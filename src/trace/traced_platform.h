@@ -21,25 +21,17 @@ public:
           m_sounds(traced.sounds, writer),
           m_systemLog(traced.systemLog, writer),
           m_processActivity(traced.processActivity, writer),
-          m_platform{.application = traced.application,
-                     .runLoop = traced.runLoop,
-                     .readerThread = traced.readerThread,
-                     .readerCapture = traced.readerCapture,
-                     .mainCapture = traced.mainCapture,
-                     .ledDriver = m_ledDriver,
-                     .userDefaults = traced.userDefaults,
-                     .workspace = m_workspace,
-                     .windowSystem = m_windowSystem,
-                     .childProcesses = m_childProcesses,
-                     .sounds = m_sounds,
-                     .random = traced.random,
-                     .systemLog = m_systemLog,
-                     .processActivity = m_processActivity,
-                     .modifiers = traced.modifiers,
-                     .bundle = traced.bundle,
-                     .settingsFolder = traced.settingsFolder} {}
+          m_platform(traced) {
+        m_platform.ledDriver = m_ledDriver;
+        m_platform.workspace = m_workspace;
+        m_platform.windowSystem = m_windowSystem;
+        m_platform.childProcesses = m_childProcesses;
+        m_platform.sounds = m_sounds;
+        m_platform.systemLog = m_systemLog;
+        m_platform.processActivity = m_processActivity;
+    }
 
-    platform::Platform& platform() { return m_platform; }
+    const platform::Platform& platform() const { return m_platform; }
 
 private:
     TracedLedDriver m_ledDriver;

@@ -57,22 +57,11 @@ protected:
         return options;
     }
     platform::Platform platform() {
-        const platform::Platform real = m_machine.platform();
-        return {.application = real.application,
-                .runLoop = real.runLoop,
-                .readerThread = real.readerThread,
-                .readerCapture = m_capture,
-                .mainCapture = real.mainCapture,
-                .ledDriver = m_driver,
-                .userDefaults = real.userDefaults,
-                .workspace = m_workspace,
-                .windowSystem = real.windowSystem,
-                .childProcesses = real.childProcesses,
-                .sounds = real.sounds,
-                .random = real.random,
-                .systemLog = real.systemLog,
-                .processActivity = real.processActivity,
-                .modifiers = real.modifiers};
+        platform::Platform platform = m_machine.platform();
+        platform.readerCapture = m_capture;
+        platform.ledDriver = m_driver;
+        platform.workspace = m_workspace;
+        return platform;
     }
 
     /// Runs the application; as soon as `isReady` it quits, and is asked to quit once more. Returns how long

@@ -12,7 +12,7 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr std::string_view kDoneKey = "firstStepsDone";
+constexpr platform::Setting<bool> kDone = platform::settings::kFirstStepsDone;
 
 struct Step {
     const char* title;
@@ -52,7 +52,7 @@ FirstSteps::FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults
     : m_window(mainWindow),
       m_userDefaults(userDefaults),
       m_keyboardName(keyboardName) {
-    const bool isDone = platform::storedBool(m_userDefaults, kDoneKey).value_or(false);
+    const bool isDone = platform::storedBool(m_userDefaults, kDone.key).value_or(kDone.factory);
     auto* const panel = m_window->findChild<QWidget*>("guidePanel");
     panel->setBackgroundRole(QPalette::Base);
     panel->setAutoFillBackground(true);
@@ -74,7 +74,7 @@ void FirstSteps::next() {
 }
 
 void FirstSteps::dismiss() {
-    m_userDefaults.set(kDoneKey, true);
+    m_userDefaults.set(kDone.key, true);
     m_window->findChild<QWidget*>("guidePanel")->hide();
 }
 

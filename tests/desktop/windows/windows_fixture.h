@@ -89,6 +89,13 @@ protected:
     }
     int slotOf(lighting::KeyCode code) { return state().canvas.keysToColors.at(code); }
 
+    platform::Platform platform() {
+        platform::Platform platform = m_machine.platform(m_keyboard, app::builtBundle());
+        platform.runLoop = m_runLoop;
+        platform.windowSystem = m_windowSystem;
+        return platform;
+    }
+
     simulated::SimulatedPlatform m_machine{1};
     QtRunLoop m_runLoop;
     QtWindowSystem m_windowSystem{m_machine.userDefaults, m_runLoop};
@@ -96,23 +103,7 @@ protected:
     int m_quits = 0;
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";
-    platform::Platform m_platform{.application = m_machine.application,
-                                  .runLoop = m_runLoop,
-                                  .readerThread = m_machine.readerThread,
-                                  .readerCapture = m_machine.readerCapture,
-                                  .mainCapture = m_machine.mainCapture,
-                                  .ledDriver = m_keyboard,
-                                  .userDefaults = m_machine.userDefaults,
-                                  .workspace = m_machine.workspace,
-                                  .windowSystem = m_windowSystem,
-                                  .childProcesses = m_machine.childProcesses,
-                                  .sounds = m_machine.sounds,
-                                  .random = m_machine.random,
-                                  .systemLog = m_machine.systemLog,
-                                  .processActivity = m_machine.processActivity,
-                                  .modifiers = m_machine.modifiers,
-                                  .bundle = app::builtBundle(),
-                                  .settingsFolder = {}};
+    platform::Platform m_platform = platform();
     // The windows go first.
     std::optional<app::AppDelegate> m_delegate;
     std::optional<Windows> m_windows;

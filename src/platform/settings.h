@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string_view>
+
+namespace glimra::platform {
+
+/// A setting that is one value, as it is stored and read.
+template <class Value>
+struct Setting {
+    std::string_view key;
+    /// Used while nothing that can be used is stored.
+    Value factory;
+    /// What the system log is told about a stored value that cannot be used.
+    std::string_view complaint;
+};
+
+/// Every setting that is one value, and that is not kept for each profile or each action key.
+namespace settings {
+
+inline constexpr std::string_view kNoInstead = "is neither yes nor no; no stands in for it.";
+inline constexpr std::string_view kIgnoredText = "is no text and is ignored.";
+inline constexpr std::string_view kIgnoredPlace = "lies on no screen and is ignored.";
+
+// The strip on the screen; both 0 before the first calibration.
+inline constexpr Setting<double> kScanWidth{"scanWidth", 0.0, kIgnoredPlace};
+inline constexpr Setting<double> kScanOffset{"scanOffset", 0.0, kIgnoredPlace};
+
+// Light.
+inline constexpr Setting<double> kBlinkTime{"blinkTimePref", 1.0,
+                                            "is no number; one second stands in for it."};
+inline constexpr Setting<bool> kSingleColorMode{"singleColorMode", false, kNoInstead};
+inline constexpr Setting<bool> kAutoToggleProfile{"autoToggleProfile", false, kNoInstead};
+inline constexpr Setting<bool> kCombatChatWarning{"combatChatWarning", false, kNoInstead};
+inline constexpr Setting<bool> kEndStaleEffects{"endStaleEffects", false, kNoInstead};
+/// What the desktop stores at its first start; scripts begin without it, and with effects that stay.
+inline constexpr bool kEndStaleEffectsAtFirst = true;
+inline constexpr Setting<std::string_view> kLedDriver{"ledDriver", "auto",
+                                                      "names no keyboard driver; auto stands in for it."};
+
+// Launching.
+inline constexpr Setting<std::string_view> kWowAppName{"WowAppName", "World of Warcraft", kIgnoredText};
+inline constexpr Setting<std::string_view> kWowClassicAppName{"WowClassicAppName",
+                                                              "World of Warcraft Classic", kIgnoredText};
+inline constexpr Setting<std::string_view> kBNAppName{"BNAppName", "Battle.net", kIgnoredText};
+inline constexpr Setting<std::string_view> kAutorunMenuName{"AutorunMenuName", "", kIgnoredText};
+inline constexpr Setting<std::string_view> kAutorunName{"AutorunName", "", kIgnoredText};
+
+// Windows.
+inline constexpr Setting<bool> kFirstStepsDone{"firstStepsDone", false, kNoInstead};
+
+} // namespace settings
+
+} // namespace glimra::platform
