@@ -1,26 +1,12 @@
 #include "desktop/desktop_application.h"
 
-#include "app/app_delegate.h"
-#include "app/message_log.h"
-#include "desktop/desktop_platform.h"
-#include "desktop/loop/quit_signals.h"
-#include "desktop/output_file.h"
-#include "desktop/running_instance.h"
-#include "desktop/trace_file.h"
-#include "desktop/windows/theme.h"
-#include "desktop/windows/tray.h"
-#include "desktop/windows/windows.h"
 #include "platform/monotonic_clock.h"
-#include "recording/recorded_platform.h"
-#include "trace/traced_outlets.h"
-#include "trace/traced_platform.h"
 
 #include <QApplication>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -29,7 +15,9 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr std::string_view kEndStaleEffectsKey = "endStaleEffects";
+/// How long the one that runs may take to answer, or to be gone when it is quitting.
+constexpr auto kPatience = std::chrono::seconds(3);
+constexpr auto kPause = std::chrono::milliseconds(50);
 
 void printLog(platform::TextView& log) {
     log.replaced.observe([](std::size_t, std::size_t, std::string_view addition) {
@@ -38,51 +26,9 @@ void printLog(platform::TextView& log) {
     });
 }
 
-/// The trace, where one is asked for: its file, and the platform that writes to it.
-struct Tracing {
-    Tracing(const std::string& path, const platform::Platform& traced)
-        : file(path),
-          platform(traced, file.writer(), [this](const platform::Window* window) {
-              return nameOfWindow ? nameOfWindow(window) : std::string{};
-          }) {}
-
-    void follow(app::Outlets& outlets) {
-        nameOfWindow = trace::windowNames(outlets);
-        trace::traceOutlets(outlets, file.writer());
-    }
-
-    /// The outlets have their names, but they come after the platform.
-    trace::TracedWindowSystem::WindowName nameOfWindow;
-    TraceFile file;
-    trace::TracedPlatform platform;
-};
-
-/// The recording, where one is asked for: its file, and the platform of which it tells.
-struct Recording {
-    Recording(const std::string& path, const platform::Platform& recorded)
-        : file(path),
-          recorder(
-              platform::monotonicNow, [this](std::string_view lines) { return file.append(lines); },
-              [this](const std::string& why) { tell(why + " It is in " + file.path() + "."); }),
-          platform(recorded, recorder) {}
-
-    void follow(InterfaceBinder& binder, app::Outlets& outlets, std::function<void(std::string_view)> say) {
-        tell = std::move(say);
-        platform.follow(outlets);
-        binder.aboutToSend.observe([this](const app::ActionRow& action, const app::ActionArgument& argument) {
-            recorder.beginAction(action, argument);
-        });
-        binder.sent.observe([this] { recorder.endAction(); });
-    }
-
-    std::function<void(std::string_view)> tell = [](std::string_view) {};
-    OutputFile file;
-    recording::ScriptRecorder recorder;
-    recording::RecordedPlatform platform;
-};
-
 /// Says what the machine's services cannot do: once, to whoever turns debug mode on.
-void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDelegate& delegate) {
+void tellNotes(DesktopPlatform& machine, app::AppDelegate& delegate) {
+    app::Outlets& outlets = delegate.outlets();
     outlets.debugMenuItem.on.changed.observe([&](bool debugMode) {
         if (!debugMode)
             return;
@@ -95,31 +41,11 @@ void tellNotes(DesktopPlatform& machine, app::Outlets& outlets, const app::AppDe
     });
 }
 
-/// What another start of the program asks, but for quitting.
-void perform(const InstanceCommand& command, InterfaceBinder& binder, app::AppDelegate& delegate,
-             recording::ScriptRecorder* recorder) {
-    if (command.kind == InstanceCommand::Kind::BringToFront) {
-        delegate.outlets().mainWindow.bringToFront();
-    } else if (command.kind == InstanceCommand::Kind::TestPattern) {
-        binder.send("testLightsMI:");
-    } else if (command.kind == InstanceCommand::Kind::Profile) {
-        // As the game asks for it.
-        const std::string token = std::to_string(command.profile);
-        if (recorder != nullptr)
-            recorder->token(token);
-        delegate.appendToMessageQueue(token);
-    }
-}
-
-/// How long the one that runs may take to answer, or to be gone when it is quitting.
-constexpr auto kPatience = std::chrono::seconds(3);
-constexpr auto kPause = std::chrono::milliseconds(50);
-
 /// Becomes the running one. When there is one already, brings its windows to the front and returns the
 /// program's exit status.
-std::optional<int> giveWay(RunningInstance& instance, const InstanceChannel::Handler& handler) {
+std::optional<int> giveWay(RunningInstance& instance) {
     const platform::Time deadline = platform::monotonicNow() + kPatience;
-    while (!instance.claim(handler)) {
+    while (!instance.claim()) {
         if (instance.send({InstanceCommand::Kind::BringToFront})) {
             std::fputs("Glimra is running already; its windows come to the front.\n", stderr);
             return EXIT_SUCCESS;
@@ -135,106 +61,106 @@ std::optional<int> giveWay(RunningInstance& instance, const InstanceChannel::Han
 
 } // namespace
 
+DesktopApplication::DesktopApplication(const Options& options, RunningInstance& instance)
+    : m_instance(instance),
+      m_machine(options),
+      m_witnesses(options, m_machine.platform()),
+      m_delegate(m_witnesses.platform()),
+      m_windows({.delegate = m_delegate,
+                 .windowSystem = m_machine.windowSystem,
+                 .runLoop = m_machine.runLoop,
+                 .userDefaults = m_machine.settings,
+                 .keyboard = m_machine.keyboard.drawn(),
+                 .now = platform::monotonicNow,
+                 .quit = [this] { quit(); },
+                 .keyboardName = m_machine.keyboard.description,
+                 .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
+                                    [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
+                 .captureWay = [this] { return captureDescription(m_machine.readerCapture.state()); }}),
+      m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
+      m_quitSignals([this] { quit(); }) {
+    if (options.printLog)
+        printLog(m_delegate.outlets().myTextScroll);
+    m_witnesses.tell(&RunWitness::follow, m_delegate, m_windows.binder());
+    tellTheLog();
+    m_instance.obey([this](const InstanceCommand& command) { return take(command); });
+}
+
+DesktopApplication::~DesktopApplication() {
+    m_instance.obey(nullptr);
+    // The reader is part of the delegate.
+    m_machine.readerThread.join();
+}
+
+void DesktopApplication::tellTheLog() {
+    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    tellNotes(m_machine, m_delegate);
+    m_machine.told.observe(tell);
+    m_machine.workspace.told.observe(tell);
+    m_machine.keyboard.told.observe(tell);
+    m_machine.settings.told.observe(tell);
+}
+
+bool DesktopApplication::take(const InstanceCommand& command) {
+    if (m_machine.lifecycle.isEnding())
+        return command.kind == InstanceCommand::Kind::Quit;
+    m_machine.runLoop.post([this, command] { perform(command); });
+    return true;
+}
+
+void DesktopApplication::perform(const InstanceCommand& command) {
+    switch (command.kind) {
+    case InstanceCommand::Kind::BringToFront:
+        return m_delegate.outlets().mainWindow.bringToFront();
+    case InstanceCommand::Kind::Quit:
+        return quit();
+    case InstanceCommand::Kind::TestPattern:
+        return m_windows.binder().send("testLightsMI:");
+    case InstanceCommand::Kind::Profile:
+        // As the game asks for it.
+        const std::string token = std::to_string(command.profile);
+        m_witnesses.tell(&RunWitness::token, token);
+        return m_delegate.appendToMessageQueue(token);
+    }
+}
+
+void DesktopApplication::launch() {
+    m_witnesses.tell(&RunWitness::aboutToLaunch);
+    m_delegate.applicationDidFinishLaunching();
+    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    if (!m_machine.settings.mending().empty())
+        tell(m_machine.settings.mending());
+    m_witnesses.tell(&RunWitness::launched);
+    m_machine.tellCaptureWay(tell);
+}
+
+platform::TerminateReply DesktopApplication::letGo() {
+    m_witnesses.tell(&RunWitness::aboutToQuit);
+    const platform::TerminateReply reply = m_delegate.applicationShouldTerminate();
+    m_machine.readerThread.wake();
+    return reply;
+}
+
+int DesktopApplication::run() {
+    // From inside the event loop, since quitting can only end one that runs.
+    m_machine.runLoop.post([this] {
+        m_machine.lifecycle.launch({.didFinishLaunching = [this] { launch(); },
+                                    .shouldTerminate = [this] { return letGo(); },
+                                    .willTerminate =
+                                        [this] {
+                                            m_delegate.applicationWillTerminate();
+                                            m_witnesses.tell(&RunWitness::ended);
+                                        }});
+    });
+    return QApplication::exec();
+}
+
 int runDesktopApplication(const Options& options) {
-    InstanceChannel::Handler obey;
     RunningInstance instance(options);
     // Before the settings are read: they belong to the one that runs.
-    if (const std::optional<int> status =
-            giveWay(instance, [&obey](const InstanceCommand& command) { return obey && obey(command); }))
+    if (const std::optional<int> status = giveWay(instance))
         return *status;
-    DesktopPlatform machine(options);
-    if (!machine.settings.get(kEndStaleEffectsKey))
-        machine.settings.set(kEndStaleEffectsKey, true);
-
-    platform::Platform plain = machine.platform();
-    std::optional<Recording> recording;
-    if (options.recordFile)
-        recording.emplace(*options.recordFile, plain);
-    platform::Platform& untraced = recording ? recording->platform.platform() : plain;
-    std::optional<Tracing> tracing;
-    if (options.traceFile)
-        tracing.emplace(*options.traceFile, untraced);
-
-    app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
-    app::Outlets& outlets = delegate.outlets();
-    const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
-    tellNotes(machine, outlets, delegate);
-    machine.told.observe(tell);
-    machine.workspace.told.observe(tell);
-    machine.keyboard.told.observe(tell);
-    machine.settings.told.observe(tell);
-    if (options.printLog)
-        printLog(outlets.myTextScroll);
-    if (tracing)
-        tracing->follow(outlets);
-
-    const auto quit = [&machine] { machine.lifecycle.terminate(); };
-    const DesktopTheme theme;
-    Windows windows(
-        {.delegate = delegate,
-         .windowSystem = machine.windowSystem,
-         .runLoop = machine.runLoop,
-         .userDefaults = machine.settings,
-         .keyboard = machine.keyboard.drawn(),
-         .now = platform::monotonicNow,
-         .quit = quit,
-         .keyboardName = machine.keyboard.description,
-         .keyboardChoice = {[&machine] { return machine.keyboard.chosen(); },
-                            [&machine](const std::string& name) { machine.chooseKeyboard(name); }},
-         .captureWay = [&machine] { return captureDescription(machine.readerCapture.state()); }});
-    const Tray tray(windows.binder(), delegate, [&windows] { windows.quit(); });
-    const QuitSignals quitSignals(quit);
-    if (recording)
-        recording->follow(windows.binder(), outlets, tell);
-
-    obey = [&](const InstanceCommand& command) {
-        if (machine.lifecycle.isEnding())
-            return command.kind == InstanceCommand::Kind::Quit;
-        machine.runLoop.post([&, command] {
-            if (command.kind == InstanceCommand::Kind::Quit)
-                quit();
-            else
-                perform(command, windows.binder(), delegate, recording ? &recording->recorder : nullptr);
-        });
-        return true;
-    };
-
-    // From inside the event loop, since quitting can only end one that runs.
-    machine.runLoop.post([&] {
-        machine.lifecycle.launch({
-            .didFinishLaunching =
-                [&] {
-                    if (recording)
-                        recording->recorder.launch(machine.settings,
-                                                   machine.mainCapture.backingScaleFactor());
-                    delegate.applicationDidFinishLaunching();
-                    if (!machine.settings.mending().empty())
-                        tell(machine.settings.mending());
-                    if (recording)
-                        recording->recorder.launched();
-                    machine.tellCaptureWay(tell);
-                },
-            .shouldTerminate =
-                [&] {
-                    if (recording)
-                        recording->recorder.quit();
-                    const platform::TerminateReply reply = delegate.applicationShouldTerminate();
-                    machine.readerThread.wake();
-                    return reply;
-                },
-            .willTerminate =
-                [&] {
-                    delegate.applicationWillTerminate();
-                    if (tracing)
-                        tracing->file.writer().quit();
-                },
-        });
-    });
-    const int status = QApplication::exec();
-    obey = nullptr;
-    // The reader is part of the delegate.
-    machine.readerThread.join();
-    return status;
+    return DesktopApplication(options, instance).run();
 }
 
 } // namespace glimra::desktop

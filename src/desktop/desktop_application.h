@@ -1,11 +1,50 @@
 #pragma once
 
+#include "app/app_delegate.h"
+#include "desktop/desktop_platform.h"
+#include "desktop/loop/quit_signals.h"
 #include "desktop/options.h"
+#include "desktop/run_witness.h"
+#include "desktop/running_instance.h"
+#include "desktop/windows/theme.h"
+#include "desktop/windows/tray.h"
+#include "desktop/windows/windows.h"
 
 namespace glimra::desktop {
 
-/// Runs the application on the desktop, from launch to quit. Needs a QApplication; main thread. Throws
-/// std::system_error when a file that the options name cannot be used. Returns the program's exit status.
+/// The application on the desktop. Its members are made in the order in which its life needs them, and go in
+/// the opposite one. Needs a QApplication; main thread.
+class DesktopApplication {
+public:
+    /// `instance` is the one that runs. Throws std::system_error when a file that the options name cannot be
+    /// used.
+    DesktopApplication(const Options& options, RunningInstance& instance);
+    ~DesktopApplication();
+
+    /// From launch to quit; once. Returns the program's exit status.
+    int run();
+
+private:
+    void tellTheLog();
+    void quit() { m_machine.lifecycle.terminate(); }
+    /// What another start of the program asks. False when it can no longer be done.
+    bool take(const InstanceCommand& command);
+    void perform(const InstanceCommand& command);
+    void launch();
+    platform::TerminateReply letGo();
+
+    RunningInstance& m_instance;
+    DesktopPlatform m_machine;
+    RunWitnesses m_witnesses;
+    app::AppDelegate m_delegate;
+    DesktopTheme m_theme;
+    Windows m_windows;
+    Tray m_tray;
+    QuitSignals m_quitSignals;
+};
+
+/// Runs the application unless it runs already; then that one comes to the front. Returns the program's exit
+/// status. Throws as `DesktopApplication` does.
 int runDesktopApplication(const Options& options);
 
 } // namespace glimra::desktop

@@ -27,7 +27,8 @@ RunningInstance::RunningInstance(const Options& options)
       m_channels(instanceChannels(m_identity)) {
 }
 
-bool RunningInstance::claim(const InstanceChannel::Handler& handler) {
+bool RunningInstance::claim() {
+    const auto handler = [this](const InstanceCommand& command) { return m_handler && m_handler(command); };
     // By every way: another start may find no bus, or another one.
     const bool isSecond = std::ranges::any_of(m_channels, [&handler](const auto& channel) {
         return channel->claim(handler) == InstanceChannel::Standing::Second;

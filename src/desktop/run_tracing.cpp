@@ -1,0 +1,53 @@
+#include "desktop/output_file.h"
+#include "desktop/run_witness.h"
+#include "platform/monotonic_clock.h"
+#include "trace/traced_outlets.h"
+#include "trace/traced_platform.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace glimra::desktop {
+
+namespace {
+
+class RunTracing final : public RunWitness {
+public:
+    RunTracing(const std::string& file, const platform::Platform& machine)
+        : m_file(file),
+          m_writer(platform::monotonicNow, [this](std::string_view line) { append(line); }),
+          m_traced(machine, m_writer, [this](const platform::Window* window) {
+              return m_nameOfWindow ? m_nameOfWindow(window) : std::string{};
+          }) {}
+
+    const platform::Platform& platform() const override { return m_traced.platform(); }
+
+    void follow(app::AppDelegate& delegate, InterfaceBinder&) override {
+        m_nameOfWindow = trace::windowNames(delegate.outlets());
+        trace::traceOutlets(delegate.outlets(), m_writer);
+    }
+    void ended() override { m_writer.quit(); }
+
+private:
+    void append(std::string_view line) {
+        if (m_isBroken || m_file.append(line))
+            return;
+        m_isBroken = true;
+        std::fprintf(stderr, "glimra: can't write %s; the trace ends here\n", m_file.path().c_str());
+    }
+
+    OutputFile m_file;
+    bool m_isBroken = false;
+    trace::TraceWriter m_writer;
+    /// None before there are windows.
+    trace::TracedWindowSystem::WindowName m_nameOfWindow;
+    trace::TracedPlatform m_traced;
+};
+
+} // namespace
+
+std::unique_ptr<RunWitness> traceRun(const std::string& file, const platform::Platform& machine) {
+    return std::make_unique<RunTracing>(file, machine);
+}
+
+} // namespace glimra::desktop
