@@ -13,12 +13,9 @@ using namespace std::chrono_literals;
 
 constexpr KeyName kEsc = 0x01;
 constexpr KeyName kQ = 0x10;
-constexpr KeyName kG1 = 0xFFF1;
-constexpr KeyName kLogo = 0xFFFF1;
 
 constexpr Percentages kRed{100, 0, 0};
 constexpr Percentages kBlue{0, 0, 100};
-constexpr Rgb kDark{0, 0, 0};
 constexpr Rgb kRedLight{255, 0, 0};
 constexpr Rgb kBlueLight{0, 0, 255};
 
