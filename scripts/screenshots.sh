@@ -1,8 +1,15 @@
 #!/bin/sh
-# Pictures of every window in both themes, to docs/images. Needs no display.
+# Pictures of every window in both themes, to build/pictures; those that a page shows go to docs/images. Needs no
+# display.
 set -eu
 cd "$(dirname "$0")/.."
 preset=${PRESET:-debug}
 [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"
 cmake --build "build/$preset" --target glimra_screenshots
-QT_QPA_PLATFORM=offscreen "build/$preset/bin/glimra_screenshots" docs/images
+mkdir -p build/pictures
+QT_QPA_PLATFORM=offscreen "build/$preset/bin/glimra_screenshots" build/pictures
+for picture in build/pictures/*.png; do
+    if grep -qF "images/${picture##*/}" README.md docs/*.md; then
+        cp "$picture" docs/images/
+    fi
+done

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 /// Real entries have some dozen kilobytes at most, real folders some hundred entries a few levels deep. The
 /// limits end loops of links, too.
-constexpr off_t kMostBytes = 256 * 1024;
+constexpr off_t kMostBytes = off_t{256} << 10;
 constexpr int kMostLevels = 4;
 constexpr int kMostFiles = 20000;
 

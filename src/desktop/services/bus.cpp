@@ -31,7 +31,7 @@ QString systemBusAddress() {
 }
 
 QString sessionBusAddress() {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     // To launch a bus means to run a program and wait for it, and nobody would be on that bus.
     if (address.contains(QLatin1String("autolaunch:")))
         return {};
