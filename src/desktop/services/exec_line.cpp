@@ -6,7 +6,7 @@ namespace {
 
 /// More than any program is given, and less than would hurt: a field code can stand for a long text and be
 /// repeated.
-constexpr std::size_t kMostText = 128 * 1024;
+constexpr std::size_t kMostText = std::size_t{128} << 10;
 
 class ExecSplitter {
 public:
