@@ -1,5 +1,6 @@
 #include "desktop/loop/qt_run_loop.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QTest>
 #include <QTimer>
@@ -84,6 +85,25 @@ TEST(QtRunLoop, HeldItServesNothingButJobsAndWhatBeganSince) {
     });
     EXPECT_TRUE(loop.runUntil(loop.now() + 5ms));
     EXPECT_EQ(order, "jn|t");
+}
+
+TEST(QtRunLoop, AWaitThatIsOverDoesNotStopWhatALoopInsideItServes) {
+    QtRunLoop loop;
+    int wakeUps = 0;
+    std::string order;
+    // As a menu that opens in the middle of a wait and stays open for longer.
+    QTimer::singleShot(0, [&] {
+        QEventLoop menu;
+        QTimer::singleShot(40ms, &menu, &QEventLoop::quit);
+        loop.after(20ms, [&] { order += 't'; });
+        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &menu,
+                         [&] { ++wakeUps; });
+        menu.exec();
+        order += '|';
+    });
+    EXPECT_TRUE(loop.runUntil(loop.now() + 5ms));
+    EXPECT_EQ(order, "t|");
+    EXPECT_LT(wakeUps, 20);
 }
 
 TEST(QtRunLoop, CancelledTimersAreForgottenAtOnce) {

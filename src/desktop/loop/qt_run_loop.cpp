@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QThread>
 
 #include <algorithm>
 
@@ -94,6 +95,7 @@ bool QtRunLoop::runUntil(Time deadline) {
                                       wait.over = true;
                                       wait.loop.quit();
                                   }});
+    wait.level = thread()->loopLevel() + 1;
     wait.loop.exec();
     m_waits.pop_back();
     // Qt ends all event loops at once when it quits on its own account; nothing may go on after that either.
@@ -132,7 +134,7 @@ void QtRunLoop::serveDue() {
     // What falls due meanwhile waits for the next wake-up: a timer that takes longer than its period must not
     // shut out the user's events.
     const Time limit = now();
-    for (auto next = front(); next != m_queue.end() && next->first.first <= limit && !innermostWaitIsOver();
+    for (auto next = front(); next != m_queue.end() && next->first.first <= limit && !waitIsReturning();
          next = front())
         serve(next);
     armWakeUp();
@@ -146,8 +148,11 @@ bool QtRunLoop::isHeld(const Queue::value_type& entry) const {
     return entry.second.kind == Kind::Timer && entry.first.second <= m_lastHeld;
 }
 
-bool QtRunLoop::innermostWaitIsOver() const {
-    return !m_waits.empty() && m_waits.back()->over && m_waits.back()->end > m_lastHeld;
+bool QtRunLoop::waitIsReturning() const {
+    // While a Qt loop runs inside the wait, of a menu or a dialog, the wait cannot return, and what is due is
+    // served from there.
+    return !m_waits.empty() && m_waits.back()->over && m_waits.back()->end > m_lastHeld &&
+           thread()->loopLevel() <= m_waits.back()->level;
 }
 
 void QtRunLoop::serve(Queue::iterator place) {

@@ -75,6 +75,8 @@ private:
         QEventLoop loop;
         /// Of the timer that ends it.
         platform::TimerId end = 0;
+        /// How many Qt loops run, this one included, while nothing runs inside it.
+        int level = 0;
         bool over = false;
     };
 
@@ -86,7 +88,8 @@ private:
     Queue::iterator front();
     bool isHeld(const Queue::value_type& entry) const;
     void armWakeUp();
-    bool innermostWaitIsOver() const;
+    /// Whether nothing may run before the innermost wait has returned.
+    bool waitIsReturning() const;
 
     Queue m_queue;
     std::unordered_map<platform::TimerId, platform::Time> m_dueTimes;
