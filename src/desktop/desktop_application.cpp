@@ -78,7 +78,8 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
                                     [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
                  .captureWay = [this] { return captureDescription(m_machine.readerCapture.state()); }}),
       m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
-      m_quitSignals([this] { quit(); }) {
+      m_quitRequests([this] { quit(); }),
+      m_exitGuard([this] { abandon(); }) {
     if (options.printLog)
         printLog(m_delegate.outlets().myTextScroll);
     m_witnesses.tell(&RunWitness::follow, m_delegate, m_windows.binder());
@@ -139,6 +140,14 @@ platform::TerminateReply DesktopApplication::letGo() {
     const platform::TerminateReply reply = m_delegate.applicationShouldTerminate();
     m_machine.readerThread.wake();
     return reply;
+}
+
+void DesktopApplication::abandon() {
+    if (!m_machine.lifecycle.isEnding())
+        letGo();
+    m_machine.readerThread.join();
+    m_machine.lifecycle.abandon();
+    m_machine.settings.write();
 }
 
 int DesktopApplication::run() {

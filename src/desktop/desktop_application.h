@@ -2,7 +2,8 @@
 
 #include "app/app_delegate.h"
 #include "desktop/desktop_platform.h"
-#include "desktop/loop/quit_signals.h"
+#include "desktop/loop/exit_guard.h"
+#include "desktop/loop/quit_requests.h"
 #include "desktop/options.h"
 #include "desktop/run_witness.h"
 #include "desktop/running_instance.h"
@@ -32,6 +33,8 @@ private:
     void perform(const InstanceCommand& command);
     void launch();
     platform::TerminateReply letGo();
+    /// The process is about to end, in the middle of anything.
+    void abandon();
 
     RunningInstance& m_instance;
     DesktopPlatform m_machine;
@@ -40,7 +43,8 @@ private:
     DesktopTheme m_theme;
     Windows m_windows;
     Tray m_tray;
-    QuitSignals m_quitSignals;
+    QuitRequests m_quitRequests;
+    ExitGuard m_exitGuard;
 };
 
 /// Runs the application unless it runs already; then that one comes to the front. Returns the program's exit

@@ -16,6 +16,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <string_view>
+#include <vector>
 
 using namespace glimra;
 using namespace glimra::desktop;
@@ -62,10 +64,30 @@ int run(const Options& options) {
     }
 }
 
+/// The command line, parted: a session manager starts a program again with "-session ID", which is for Qt.
+struct Arguments {
+    Arguments(int argc, char** argv) {
+        for (int i = 0; i < argc; ++i) {
+            const bool isForQt = std::string_view(argv[i]) == "-session" && i + 1 < argc;
+            if (i == 0 || isForQt)
+                qts.push_back(argv[i]);
+            if (isForQt)
+                qts.push_back(argv[++i]);
+            else
+                ours.push_back(argv[i]);
+        }
+    }
+
+    std::vector<char*> ours;
+    std::vector<char*> qts;
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::variant<Options, ExitStatus> parsed = parseOptions(argc, argv);
+    Arguments arguments(argc, argv);
+    const std::variant<Options, ExitStatus> parsed =
+        parseOptions(static_cast<int>(arguments.ours.size()), arguments.ours.data());
     if (const auto* exit = std::get_if<ExitStatus>(&parsed))
         return exit->status;
     const Options& options = std::get<Options>(parsed);
@@ -87,8 +109,9 @@ int main(int argc, char** argv) {
     }
     // Whoever reads the log may go away.
     std::signal(SIGPIPE, SIG_IGN);
-    int argumentsForQt = 1;
-    QApplication application(argumentsForQt, argv);
+    arguments.qts.push_back(nullptr);
+    int qtCount = static_cast<int>(arguments.qts.size()) - 1;
+    QApplication application(qtCount, arguments.qts.data());
     QApplication::setApplicationName("glimra");
     QApplication::setApplicationDisplayName("Glimra");
     QApplication::setApplicationVersion(GLIMRA_VERSION);

@@ -42,6 +42,11 @@ void Lifecycle::replyToApplicationShouldTerminate(bool shouldTerminate) {
         m_stage = Stage::Running;
 }
 
+void Lifecycle::abandon() {
+    if (m_stage == Stage::Running || m_stage == Stage::QuitPending)
+        end();
+}
+
 void Lifecycle::end() {
     m_stage = Stage::Terminated;
     m_delegate.willTerminate();

@@ -29,6 +29,9 @@ public:
     /// Ends the program at once, also out of any nested event loop: the Qt event loops return and the run
     /// loop serves nothing more.
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
+    /// The process ends whatever anybody answers: the application says its last word, once, if it was
+    /// launched.
+    void abandon();
 
 private:
     enum class Stage { BeforeLaunch, Running, QuitPending, Terminated };

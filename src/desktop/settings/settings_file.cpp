@@ -44,6 +44,10 @@ SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
 }
 
 SettingsFile::~SettingsFile() {
+    write();
+}
+
+void SettingsFile::write() {
     save();
     keepCopy(m_settings.fileName());
 }

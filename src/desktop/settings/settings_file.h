@@ -39,6 +39,9 @@ public:
     void set(std::string_view key, platform::StoredValue value) override;
     std::map<std::string, platform::StoredValue, std::less<>> all() const override;
 
+    /// Writes what has changed, and keeps a copy of it, now.
+    void write();
+
 private:
     std::optional<platform::StoredValue> read(const QString& key) const;
     /// Returns what went wrong, the first time; else nothing.

@@ -1,4 +1,7 @@
-#include "desktop/loop/quit_signals.h"
+#include "desktop/loop/quit_requests.h"
+
+#include <QCoreApplication>
+#include <QEvent>
 
 #include <array>
 #include <cerrno>
@@ -14,7 +17,7 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr std::array kSignals{SIGTERM, SIGINT};
+constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 
 // A signal handler can reach nothing but a global; and all it does is write to it.
 volatile std::sig_atomic_t wakeUpDescriptor = -1;
@@ -26,18 +29,24 @@ void wakeUp(int) {
     errno = savedErrno;
 }
 
+bool isIgnored(int signal) {
+    struct sigaction present = {};
+    return sigaction(signal, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+}
+
 void install(void (*handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
     for (const int signal : kSignals)
-        sigaction(signal, &action, nullptr);
+        if (signal != SIGHUP || !isIgnored(signal))
+            sigaction(signal, &action, nullptr);
 }
 
 } // namespace
 
-QuitSignals::QuitSignals(std::function<void()> onSignal) : m_onSignal(std::move(onSignal)) {
+QuitRequests::QuitRequests(std::function<void()> onRequest) : m_onRequest(std::move(onRequest)) {
     const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (descriptor < 0)
         throw std::system_error(errno, std::generic_category(), "eventfd");
@@ -46,16 +55,26 @@ QuitSignals::QuitSignals(std::function<void()> onSignal) : m_onSignal(std::move(
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [this, descriptor] {
         std::uint64_t count = 0;
         if (read(descriptor, &count, sizeof count) == sizeof count)
-            m_onSignal();
+            m_onRequest();
     });
     install(wakeUp);
+    QCoreApplication::instance()->installEventFilter(this);
 }
 
-QuitSignals::~QuitSignals() {
+QuitRequests::~QuitRequests() {
     install(SIG_DFL);
     const int descriptor = std::exchange(wakeUpDescriptor, -1);
     m_notifier.reset();
     close(descriptor);
+}
+
+bool QuitRequests::eventFilter(QObject* watched, QEvent* event) {
+    // Qt sends this when the session ends, and would close the windows one by one and leave at once.
+    if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
+        return QObject::eventFilter(watched, event);
+    event->accept();
+    m_onRequest();
+    return true;
 }
 
 } // namespace glimra::desktop
