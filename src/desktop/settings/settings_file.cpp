@@ -104,7 +104,7 @@ std::string SettingsFile::save() {
     if (isWritten || m_reportedWriteFailure)
         return {};
     m_reportedWriteFailure = true;
-    const std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
+    std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
     m_systemLog.write(problem);
     return problem;
 }
