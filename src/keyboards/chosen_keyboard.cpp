@@ -127,12 +127,6 @@ void ChosenKeyboard::heed(const DeviceEvent& event) {
         description.set("keyboard lost, looking for it");
 }
 
-template <class Call>
-bool ChosenKeyboard::onBoth(Call call) {
-    const bool drawn = call(m_drawn);
-    return m_sdk ? call(*m_sdk) : drawn;
-}
-
 bool ChosenKeyboard::LogiLedInit() {
     if (m_open)
         return true;
@@ -141,58 +135,13 @@ bool ChosenKeyboard::LogiLedInit() {
 }
 
 bool ChosenKeyboard::LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
-    });
+    const bool drawn = m_drawn.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
+    return m_sdk ? m_sdk->LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber) : drawn;
 }
 
-bool ChosenKeyboard::LogiLedSetTargetDevice(int targetDevice) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetTargetDevice(targetDevice); });
-}
-
-bool ChosenKeyboard::LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedSetLighting(redPercentage, greenPercentage, bluePercentage);
-    });
-}
-
-bool ChosenKeyboard::LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetLightingFromBitmap(bitmap); });
-}
-
-bool ChosenKeyboard::LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage,
-                                                         int greenPercentage, int bluePercentage) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedSetLightingForKeyWithKeyName(keyName, redPercentage, greenPercentage,
-                                                          bluePercentage);
-    });
-}
-
-bool ChosenKeyboard::LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage,
-                                           int bluePercentage, int msDuration, int msInterval) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedFlashSingleKey(keyName, redPercentage, greenPercentage, bluePercentage,
-                                            msDuration, msInterval);
-    });
-}
-
-bool ChosenKeyboard::LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                                           int startBluePercentage, int finishRedPercentage,
-                                           int finishGreenPercentage, int finishBluePercentage,
-                                           int msDuration, bool isInfinite) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedPulseSingleKey(keyName, startRedPercentage, startGreenPercentage,
-                                            startBluePercentage, finishRedPercentage, finishGreenPercentage,
-                                            finishBluePercentage, msDuration, isInfinite);
-    });
-}
-
-bool ChosenKeyboard::LogiLedStopEffectsOnKey(KeyName keyName) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedStopEffectsOnKey(keyName); });
-}
-
-bool ChosenKeyboard::LogiLedStopEffects() {
-    return onBoth([](platform::LedDriver& driver) { return driver.LogiLedStopEffects(); });
+bool ChosenKeyboard::perform(const platform::LedCall& call) {
+    const bool drawn = m_drawn.perform(call);
+    return m_sdk ? m_sdk->perform(call) : drawn;
 }
 
 void ChosenKeyboard::LogiLedShutdown() {

@@ -73,24 +73,10 @@ public:
     /// False when the driver that was asked for by name cannot light anything.
     bool LogiLedInit() override;
     bool LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) override;
-    bool LogiLedSetTargetDevice(int targetDevice) override;
-    bool LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) override;
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override;
-    bool LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage, int greenPercentage,
-                                             int bluePercentage) override;
-    bool LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage, int bluePercentage,
-                               int msDuration, int msInterval) override;
-    bool LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                               int startBluePercentage, int finishRedPercentage, int finishGreenPercentage,
-                               int finishBluePercentage, int msDuration, bool isInfinite) override;
-    bool LogiLedStopEffectsOnKey(KeyName keyName) override;
-    bool LogiLedStopEffects() override;
+    bool perform(const platform::LedCall& call) override;
     void LogiLedShutdown() override;
 
 private:
-    /// Calls the drawn keyboard and, where there is one, the vendor's library, whose answer counts.
-    template <class Call>
-    bool onBoth(Call call);
     bool take();
     /// A keyboard that is plugged in, or a server that is started, after us.
     void lookAgain();
