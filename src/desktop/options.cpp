@@ -1,7 +1,7 @@
 #include "desktop/options.h"
 
 #include "desktop/settings/settings_file.h"
-#include "keyboards/chosen_keyboard.h"
+#include "keyboards/drivers.h"
 #include "lighting/lighting_state.h"
 
 #include <CLI/CLI.hpp>
@@ -31,7 +31,7 @@ std::string noSettings(const std::string& path) {
 
 std::vector<std::string> keyboardNames() {
     std::vector<std::string> names{std::string(keyboards::kAutomaticDriver)};
-    for (const keyboards::DriverName& driver : keyboards::kDriverNames)
+    for (const keyboards::DriverRow& driver : keyboards::driverRows())
         names.emplace_back(driver.name);
     return names;
 }

@@ -7,15 +7,7 @@
 namespace glimra::lighting {
 
 using platform::Color;
-
-/// A colour as the LED functions take it, 0 to 100 each.
-struct Percentages {
-    int red;
-    int green;
-    int blue;
-
-    friend bool operator==(const Percentages&, const Percentages&) = default;
-};
+using platform::Percentages;
 
 /// A colour of a frame, as the LED bitmap stores it.
 struct Rgb {

@@ -12,4 +12,13 @@ struct Color {
     friend bool operator==(const Color&, const Color&) = default;
 };
 
+/// A colour as the LED functions take it, 0 to 100 each.
+struct Percentages {
+    int red;
+    int green;
+    int blue;
+
+    friend bool operator==(const Percentages&, const Percentages&) = default;
+};
+
 } // namespace glimra::platform

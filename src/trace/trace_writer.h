@@ -9,12 +9,10 @@
 #include <bitset>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace glimra::trace {
@@ -58,9 +56,6 @@ private:
     std::bitset<kTraceKindCount> m_bits;
 };
 
-/// A number, a Boolean or a bitmap, as an LED function takes it.
-using LedArgument = std::variant<bool, std::int64_t, platform::LedBitmapView>;
-
 enum class PanelKind { Open, Save };
 enum class ActivityAction { Begin, End };
 enum class FrameAction { Restore, Save };
@@ -80,7 +75,9 @@ public:
 
     bool wants(TraceKind kind) const { return m_wanted.contains(kind); }
 
-    void led(std::string_view call, std::initializer_list<LedArgument> arguments = {});
+    void led(const platform::LedCall& call);
+    /// An LED function without arguments that changes no lights, by its name.
+    void led(std::string_view function);
     void log(std::string_view text);
     void systemLog(std::string_view text);
     void process(std::string_view path, const std::vector<std::string>& arguments);
