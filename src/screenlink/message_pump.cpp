@@ -1,6 +1,6 @@
 #include "screenlink/message_pump.h"
 
-#include "screenlink/strip_decoder.h"
+#include "screenlink/strip_code.h"
 
 namespace glimra::screenlink {
 

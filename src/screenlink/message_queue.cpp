@@ -1,6 +1,6 @@
 #include "screenlink/message_queue.h"
 
-#include "screenlink/strip_decoder.h"
+#include "screenlink/strip_code.h"
 
 #include <algorithm>
 

@@ -2,13 +2,9 @@
 
 #include "platform/locked.h"
 #include "platform/screen_capture.h"
-
-#include <array>
-#include <string>
+#include "screenlink/strip_code.h"
 
 namespace glimra::screenlink {
-
-inline constexpr std::size_t kCellCount = 11;
 
 /// Where the strip's cells are sampled, as pixel positions in the captured row.
 using PixelOffsets = std::array<int, kCellCount>;

@@ -11,9 +11,6 @@ namespace {
 
 using platform::decimalText;
 
-/// What the add-on shows, cell by cell, as colour codes: red 1, green 2, blue 4.
-constexpr std::array<int, kCellCount> kPattern{1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0};
-constexpr int kPureRed = 1;
 constexpr int kBlack = 0;
 /// Shown in debug lines for a pixel without a colour.
 constexpr int kNoCode = 999;
@@ -65,7 +62,7 @@ SearchResult StripSearch::searchScanStrip() {
 }
 
 bool StripSearch::waitForRed() {
-    while (codeAt(0, kEdgeRect) != kPureRed) {
+    while (codeAt(0, kEdgeRect) != kRedBit) {
         if (deadlineHasPassed()) {
             logTimeout();
             break;
@@ -92,7 +89,7 @@ std::optional<int> StripSearch::findRightEdge() {
 
 int StripSearch::countRedRun() {
     int x = 0;
-    while (codeAt(x, kEdgeRect) == kPureRed)
+    while (codeAt(x, kEdgeRect) == kRedBit)
         ++x;
     return x;
 }
@@ -181,8 +178,8 @@ std::optional<int> StripSearch::codeAt(int x, const platform::ScreenRect& rect) 
 }
 
 bool StripSearch::stripPatternMatches(float width, const platform::ScreenRect& rect) {
-    for (std::size_t i = 0; i < kPattern.size(); ++i)
-        if (codeAt(cellPosition(i, width), rect) != kPattern[i])
+    for (std::size_t i = 0; i < kTestPattern.size(); ++i)
+        if (codeAt(cellPosition(i, width), rect) != kTestPattern[i])
             return false;
     return true;
 }
@@ -201,7 +198,7 @@ void StripSearch::logTimeout() {
 }
 
 void StripSearch::logCells(float width, const platform::ScreenRect& rect) {
-    for (std::size_t i = 0; i < kPattern.size(); ++i) {
+    for (std::size_t i = 0; i < kTestPattern.size(); ++i) {
         // Captured whether or not anyone reads the line, so that a search takes the same time in debug mode.
         const int code = codeAt(cellPosition(i, width), rect).value_or(kNoCode);
         calibrationLog("CAL loop: test width " + decimalText(width) + ": detectedPixelColor at " +
