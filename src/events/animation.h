@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <variant>
 
@@ -81,15 +82,26 @@ struct Step {
     Duration wait{0};
 };
 
-/// What one message code plays.
+/// What has changed once an animation has been played to its end; what is empty stays as it is.
+struct Outcome {
+    std::optional<bool> deadAnimationPlaying{};
+    std::optional<int> WoWisInTheForeground{};
+};
+
+/// What one message does that plays an animation.
 struct Animation {
+    /// The message.
     char code;
     std::span<const Step> overProfile;
-    /// The form for single-colour mode; empty when that mode makes no difference.
+    /// Played instead in single-colour mode, if there are any.
     std::span<const Step> singleColor{};
+    Outcome outcome{};
 };
 
 /// Every animation there is; a code occurs once.
 std::span<const Animation> animations();
+
+/// The animation of a message; null if it has none.
+const Animation* findAnimation(char code);
 
 } // namespace glimra::events

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "events/animation.h"
+#include "lighting/lighting_output.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -20,6 +21,10 @@ constexpr auto joined(const Steps<Counts>&... parts) {
     return steps;
 }
 
+inline constexpr Steps<1> kOnAllDevices{Step{TargetDevices{lighting::kAllDevices}}};
+inline constexpr Steps<1> kOnPerKeyDevices{Step{TargetDevices{lighting::kPerKeyDevices}}};
+inline constexpr Steps<1> kBackToProfile{Step{Frame{Ground::Profile}}};
+
 /// A step for each number from First to Last, as `make` makes it of the number.
 template <int First, int Last, class Make>
 constexpr auto counted(Duration wait, Make make) {
@@ -28,6 +33,12 @@ constexpr auto counted(Duration wait, Make make) {
     for (Step& step : steps)
         step = {make(number++), wait};
     return steps;
+}
+
+/// Every key in one colour after another, each for `wait`.
+template <class... Colors>
+constexpr auto wholeKeyboard(Duration wait, const Colors&... colors) {
+    return Steps<sizeof...(colors)>{{Step{AllKeys{colors}, wait}...}};
 }
 
 /// The bands of these numbers; numbers that no band has are left out.

@@ -47,13 +47,9 @@ struct Dispatcher::CodeAction {
     void (*run)(Dispatcher& self, const Message& message);
 };
 
-/// What each code does.
 std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
     using Self = Dispatcher&;
     using In = const Message&;
-    constexpr auto animation = [](Self self, In message) {
-        static_cast<void>(self.playAnimation(message.code));
-    };
     constexpr auto profile = [](Self self, In message) { self.chooseProfile(message.code - '0'); };
     constexpr auto cooldowns = [](Self self, In message) {
         self.m.cooldowns.updateCooldowns(message.code, message.data);
@@ -65,11 +61,6 @@ std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
         {"O", [](Self self, In) { self.endCombat(); }},
         {"D", [](Self self, In) { self.startDeath(); }},
         {"U", [](Self self, In) { self.endDeath(); }},
-        {"GgSsMmaAHrTF", animation},
-        {"f", [](Self self, In) { self.flashWhite(); }},
-        {"NnhJ", animation},
-        {"W", [](Self self, In) { self.startGhost(); }},
-        {"V", [](Self self, In) { self.endGhost(); }},
         {"w", [](Self self, In) { self.setCombatPulsePeriod(400); }},
         {"x", [](Self self, In) { self.setCombatPulsePeriod(300); }},
         {"y", [](Self self, In) { self.setCombatPulsePeriod(200); }},
@@ -88,7 +79,6 @@ std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
              self.startShadow({137.0 / 360.0, 0.51, 0.73});
          }},
         {"K", [](Self self, In) { self.endShadow(); }},
-        {"LB", animation},
         {"123456789", profile},
         {"E", [](Self self, In) { self.openChat(); }},
         {"e", [](Self self, In) { self.closeChat(); }},
@@ -114,14 +104,16 @@ void Dispatcher::evaluateMessage(std::string_view message) {
                             std::string(after) + "\n");
     };
     trace("evaluating message ", "");
+    const char code = message.front();
     const std::span<const CodeAction> actions = codeActions();
-    const auto action = std::ranges::find_if(actions, [code = message.front()](const CodeAction& row) {
-        return row.codes.find(code) != std::string_view::npos;
-    });
-    if (action == actions.end())
-        trace("Ignored message ", " from buffer");
+    const auto action = std::ranges::find_if(
+        actions, [code](const CodeAction& row) { return row.codes.find(code) != std::string_view::npos; });
+    if (const Animation* const animation = findAnimation(code))
+        show(*animation);
+    else if (action != actions.end())
+        action->run(*this, {code, message.substr(1)});
     else
-        action->run(*this, {message.front(), message.substr(1)});
+        trace("Ignored message ", " from buffer");
 }
 
 void Dispatcher::resetLights(ResetNotice notice) {
@@ -166,21 +158,6 @@ void Dispatcher::endDeath() {
     m.messages.WoWisInTheForeground = 1;
 }
 
-void Dispatcher::flashWhite() {
-    if (playAnimation('f'))
-        m.messages.WoWisInTheForeground = 2;
-}
-
-void Dispatcher::startGhost() {
-    if (playAnimation('W'))
-        m.effects.deadAnimationPlaying = true;
-}
-
-void Dispatcher::endGhost() {
-    if (playAnimation('V'))
-        m.effects.deadAnimationPlaying = false;
-}
-
 void Dispatcher::startShadow(const HsbColor& color) {
     m.animations.shadowGlow(color);
     m.effects.shadowAnimationPlaying = true;
@@ -189,7 +166,8 @@ void Dispatcher::startShadow(const HsbColor& color) {
 void Dispatcher::endShadow() {
     m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
     m.effects.shadowAnimationPlaying = false;
-    playAnimation('f');
+    // The flash alone: when the lighting is shown anew stays as it was.
+    static_cast<void>(play(*findAnimation('f')));
 }
 
 void Dispatcher::setCombatPulsePeriod(int milliseconds) {
@@ -234,11 +212,19 @@ void Dispatcher::signalWhisper() {
     m.effects.whisperLightActive = true;
 }
 
-bool Dispatcher::playAnimation(char code) {
-    // By value: what is served meanwhile may prepare the profile's bitmap anew.
-    const lighting::LedBitmap bitmap =
-        m.lightingState.keyboardColorBitmap.at(static_cast<std::size_t>(m.profile.activeColorProfile));
-    return m.animations.play(code, bitmap, m.options.useSingleColorMode);
+bool Dispatcher::play(const Animation& animation) {
+    const auto profile = static_cast<std::size_t>(m.profile.activeColorProfile);
+    return m.animations.play(animation, m.lightingState.keyboardColorBitmap.at(profile),
+                             m.options.useSingleColorMode);
+}
+
+void Dispatcher::show(const Animation& animation) {
+    if (!play(animation))
+        return;
+    if (const auto dead = animation.outcome.deadAnimationPlaying)
+        m.effects.deadAnimationPlaying = *dead;
+    if (const auto countdown = animation.outcome.WoWisInTheForeground)
+        m.messages.WoWisInTheForeground = *countdown;
 }
 
 void Dispatcher::pulseCombatKeys() {

@@ -49,15 +49,13 @@ public:
 private:
     struct Message;
     struct CodeAction;
+    /// What each message does that is more than an animation.
     static std::span<const CodeAction> codeActions();
 
     void startCombat();
     void endCombat();
     void startDeath();
     void endDeath();
-    void flashWhite();
-    void startGhost();
-    void endGhost();
     void startShadow(const HsbColor& color);
     void endShadow();
     void setCombatPulsePeriod(int milliseconds);
@@ -68,7 +66,9 @@ private:
     void signalWhisper();
 
     /// False when the application terminated meanwhile.
-    bool playAnimation(char code);
+    bool play(const Animation& animation);
+    /// Plays the animation and, if it came to its end, notes its outcome.
+    void show(const Animation& animation);
     void pulseCombatKeys();
     bool chatSwitchesProfile() const;
     bool chatRecoloursCombat() const;
