@@ -13,6 +13,7 @@ namespace glimra::events {
 template <std::size_t Count>
 using Steps = std::array<Step, Count>;
 
+/// The steps of all parts, one part after the other.
 template <std::size_t... Counts>
 constexpr auto joined(const Steps<Counts>&... parts) {
     Steps<(Counts + ...)> steps;
@@ -25,7 +26,7 @@ inline constexpr Steps<1> kOnAllDevices{Step{TargetDevices{lighting::kAllDevices
 inline constexpr Steps<1> kOnPerKeyDevices{Step{TargetDevices{lighting::kPerKeyDevices}}};
 inline constexpr Steps<1> kBackToProfile{Step{Frame{Ground::Profile}}};
 
-/// A step for each number from First to Last, as `make` makes it of the number.
+/// A step for each number from First to Last; `make` turns the number into what the step does.
 template <int First, int Last, class Make>
 constexpr auto counted(Duration wait, Make make) {
     Steps<Last - First + 1> steps;
@@ -41,7 +42,7 @@ constexpr auto wholeKeyboard(Duration wait, const Colors&... colors) {
     return Steps<sizeof...(colors)>{{Step{AllKeys{colors}, wait}...}};
 }
 
-/// The bands of these numbers; numbers that no band has are left out.
+/// The bands with these numbers; numbers outside 0 to `count` - 1 are left out.
 constexpr Bands bands(int count, std::initializer_list<int> numbers, Rgb color) {
     Bands bands{count, 0, color};
     for (const int number : numbers)
@@ -50,6 +51,7 @@ constexpr Bands bands(int count, std::initializer_list<int> numbers, Rgb color) 
     return bands;
 }
 
+/// All bands from number `first` on.
 constexpr Bands bandsFrom(int count, int first, Rgb color) {
     return {count, (1U << count) - (1U << first), color};
 }

@@ -18,8 +18,8 @@ constexpr Color purpleColor{0.5, 0.0, 0.5};
 
 constexpr Rgb kBlack{0, 0, 0};
 constexpr Rgb kWhite{255, 255, 255};
-constexpr Color blackColor = toColor(kBlack);
-constexpr Color whiteColor = toColor(kWhite);
+constexpr Color kBlackColor = toColor(kBlack);
+constexpr Color kWhiteColor = toColor(kWhite);
 
 // Row sweeps: a bright row between two dimmer ones.
 
@@ -50,8 +50,8 @@ constexpr auto sweepUp(const SweepColors& colors) {
 
 constexpr auto blink(const SweepColors& colors) {
     const Color lead = toColor(colors.lead);
-    return joined(kOnAllDevices, wholeKeyboard(200ms, blackColor),
-                  wholeKeyboard(100ms, lead, blackColor, lead));
+    return joined(kOnAllDevices, wholeKeyboard(200ms, kBlackColor),
+                  wholeKeyboard(100ms, lead, kBlackColor, lead));
 }
 
 constexpr auto kGoldDown = sweepDown(kGold);
@@ -164,8 +164,8 @@ constexpr auto kGreyThenBlue = wholeKeyboard(150ms, Color{0.8, 0.8, 0.8}, blueCo
 constexpr auto kStripeBlink = joined(kGreyThenBlue, kGreyThenBlue, kGreyThenBlue);
 
 constexpr auto kWhiteFlash =
-    joined(wholeKeyboard(200ms, blackColor),
-           wholeKeyboard(100ms, whiteColor, blackColor, whiteColor, blackColor), kOnAllDevices);
+    joined(wholeKeyboard(200ms, kBlackColor),
+           wholeKeyboard(100ms, kWhiteColor, kBlackColor, kWhiteColor, kBlackColor), kOnAllDevices);
 
 // Edge wipes: a front runs from left to right, then the profile comes back the same way.
 
@@ -237,7 +237,7 @@ constexpr Frame ghostReturnFrame(int number) {
     return {Ground::Profile, {bandsFrom(8, number, kBlack)}};
 }
 
-constexpr Steps<2> kOnlyEsc{{{AllKeys{blackColor}}, {OneKey{lighting::kEscKey, {0.5, 1.0, 0.5}}}}};
+constexpr Steps<2> kOnlyEsc{{{AllKeys{kBlackColor}}, {OneKey{lighting::kEscKey, {0.5, 1.0, 0.5}}}}};
 constexpr auto kGhostFade = joined(kOnAllDevices, counted<1, 7>(60ms, ghostFadeFrame), kOnlyEsc);
 constexpr auto kGhostReturn = joined(kOnAllDevices, counted<1, 7>(60ms, ghostReturnFrame));
 

@@ -33,9 +33,9 @@ public:
 
     explicit Dispatcher(const Parts& parts);
 
-    /// Carries out a message: its first character is the code, the rest, if any, carries data. An unknown
-    /// code does nothing. Not empty. An animation returns when it is over, or when the application has
-    /// terminated.
+    /// Carries out a message, which must not be empty. Its first character is the code, the rest, if any, is
+    /// data. An unknown code does nothing. If the message plays an animation, this returns when that is over
+    /// or the application has terminated.
     void evaluateMessage(std::string_view message);
 
     /// Drops what waits, ends the effects on the keys of the LED bitmap and goes back to profile 1. Outside
@@ -73,7 +73,7 @@ private:
     bool chatSwitchesProfile() const;
     bool chatRecoloursCombat() const;
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::events

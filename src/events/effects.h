@@ -15,8 +15,8 @@ struct HsbColor {
     double brightness;
 };
 
-/// The effects of the whole keyboard. They keep nothing after they return; what they leave on the keyboard
-/// stays until something else is shown. Main thread.
+/// Plays animations, and starts and ends the effects of the whole keyboard. It keeps no state; what it leaves
+/// on the keyboard stays until something else is shown. Main thread.
 class Effects {
 public:
     Effects(platform::RunLoop& runLoop, platform::LedDriver& driver, platform::RandomNumbers& random,

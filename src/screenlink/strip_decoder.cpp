@@ -13,8 +13,8 @@ struct ChannelCounts {
     int blue = 0;
 };
 
-/// What `toCell` makes of a pixel's colour. A channel's share of its mask is compared where it lies: dividing
-/// it out for each of 33 channels is most of what decoding would cost.
+/// The same cell as `toCell` makes of the pixel's colour. Channels are compared where they lie in the pixel:
+/// to divide each of the 33 by its mask would be most of the cost of decoding.
 Cell toCell(std::uint32_t pixel, const platform::PixelFormat& format) {
     const auto isOn = [pixel](std::uint32_t mask) {
         return static_cast<double>(pixel & mask) >= kChannelOn * static_cast<double>(mask);
@@ -22,7 +22,7 @@ Cell toCell(std::uint32_t pixel, const platform::PixelFormat& format) {
     return {isOn(format.redMask), isOn(format.greenMask), isOn(format.blueMask)};
 }
 
-/// The colour code that the data cells have in common. The first rule that holds wins.
+/// The colour code that the data cells have as a whole. The first rule that holds counts.
 int commonColor(const ChannelCounts& count) {
     if (count.green + count.blue < count.red)
         return kRedBit;
@@ -86,8 +86,8 @@ std::optional<Token> TokenAssembler::accept(const Frame& frame) {
             charSuspected = frame.character;
         return std::nullopt;
     }
-    // Forgotten whether it matches or not: a confirm frame that stays on screen gives its token once, and a
-    // torn read gives nothing.
+    // Forgotten whether it matches or not. So a confirm frame that stays on the screen gives its token only
+    // once, and one that was captured while it was being painted gives none.
     const bool confirmed = charSuspected == frame.character;
     charSuspected.reset();
     if (!confirmed)

@@ -8,7 +8,7 @@ namespace glimra::screenlink {
 
 // From pixels to tokens, in stages: image row -> cells -> frame -> token. Nothing here allocates.
 
-/// A channel is on from here: 14 of 255.
+/// A channel is on when its component is at least this: 14 of 255.
 inline constexpr double kChannelOn = 0.0546875;
 
 /// The channels of one cell that are on.
@@ -35,7 +35,7 @@ std::optional<Cells> sampleCells(const platform::ImageView& image, const PixelOf
 /// A valid frame.
 struct Frame {
     bool confirm = false;
-    /// Only of meaning in an announce frame.
+    /// The hold cell is lit, so an announce frame does not count.
     bool hold = false;
     /// U+0000 to U+007F.
     char character = '\0';
@@ -43,10 +43,12 @@ struct Frame {
     std::optional<char> prefix;
 };
 
-/// What the cells say; none when a marker cell is dark.
+/// The frame that the cells show; none when a marker cell is dark.
 std::optional<Frame> decodeFrame(const Cells& cells);
 
-/// The announce-then-confirm rule. Its state survives everything but a confirm frame.
+/// Makes tokens of frames: a confirm frame completes a token when it has the same character as the announce
+/// frame before it. What was announced is remembered until the next confirm frame, even if invalid frames
+/// come between.
 class TokenAssembler {
 public:
     /// Takes the next frame seen; gives the token that it completes.

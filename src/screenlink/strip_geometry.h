@@ -9,7 +9,7 @@ namespace glimra::screenlink {
 /// Where the strip's cells are sampled, as pixel positions in the captured row.
 using PixelOffsets = std::array<int, kCellCount>;
 
-/// What one reading cycle needs to know of the strip, always changed as a whole.
+/// Where a reading cycle finds the strip. Both members belong together and are always replaced together.
 struct StripGeometry {
     platform::ScreenRect myScanRect;
     PixelOffsets pixelOffsets{};

@@ -15,7 +15,7 @@ using desktop::Connection;
 
 /// The application reads only the first row; a few more let people see that something is there.
 constexpr std::uint16_t kHeight = 4;
-/// Of a window like the game's, at least.
+/// The size of the ordinary window; a longer strip makes it wider.
 constexpr int kGameWidth = 640;
 constexpr std::uint16_t kGameHeight = 360;
 

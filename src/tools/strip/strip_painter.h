@@ -27,8 +27,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A window at the top edge of the main display, above all others, that shows a strip; or one in an ordinary
-/// window. It is dark at first and gone with the painter. Every function may throw DisplayError.
+/// Shows a strip at the top edge of the main display, in a window above all others, or in an ordinary window.
+/// The strip is dark at first and disappears with the painter. Every function may throw DisplayError.
 class StripPainter {
 public:
     /// `display` as DISPLAY names it; empty is the one that DISPLAY names.

@@ -153,12 +153,12 @@ std::vector<Action> parseCommand(std::span<const std::string> words) {
 }
 
 std::vector<Action> parseLine(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
+    constexpr std::string_view kBlanks = " \t\r";
     std::vector<std::string> words;
-    for (auto begin = line.find_first_not_of(blanks); begin != std::string_view::npos;) {
-        const auto end = std::min(line.find_first_of(blanks, begin), line.size());
+    for (auto begin = line.find_first_not_of(kBlanks); begin != std::string_view::npos;) {
+        const auto end = std::min(line.find_first_of(kBlanks, begin), line.size());
         words.emplace_back(line.substr(begin, end - begin));
-        begin = line.find_first_not_of(blanks, end);
+        begin = line.find_first_not_of(kBlanks, end);
     }
     if (!words.empty() && words[0].starts_with('#'))
         return {};
