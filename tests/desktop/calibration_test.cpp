@@ -1,5 +1,6 @@
 #include "desktop/x11/screen_capture.h"
 #include "screenlink/calibration.h"
+#include "screenlink/strip_decoder.h"
 #include "simulated/run_loop.h"
 #include "simulated/services.h"
 #include "simulated/user_defaults.h"
