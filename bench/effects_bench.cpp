@@ -58,7 +58,7 @@ void animation(benchmark::State& state, char code) {
     events::Effects effects(runLoop, driver, random, lighting);
     const lighting::LedBitmap profile = lighting::blankBitmap();
     for ([[maybe_unused]] auto iteration : state)
-        if (!effects.play(code, profile, false))
+        if (!effects.play(*events::findAnimation(code), profile, false))
             state.SkipWithError("the animation did not end");
     state.counters["per_frame"] =
         benchmark::Counter(driver.frames, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);

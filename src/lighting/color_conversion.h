@@ -18,7 +18,7 @@ struct Rgb {
     friend bool operator==(const Rgb&, const Rgb&) = default;
 };
 
-// Both truncate. A component below 0 or that is no number counts as 0, one above 1 as 1.
+// Both round down. A component below 0 or NaN counts as 0, one above 1 counts as 1.
 
 Percentages toPercentages(const Color& color);
 Rgb toRgb(const Color& color);

@@ -6,7 +6,6 @@
 #include "simulated/simulated_platform.h"
 #include "support/fake_driver.h"
 #include "support/replay_text.h"
-#include "tools/strip/strip_encoder.h"
 
 #include <gmock/gmock.h>
 
@@ -47,13 +46,9 @@ protected:
     void wait(platform::Duration duration) { ASSERT_TRUE(m_machine.runLoop.runUntil(now() + duration)); }
     platform::Time now() const { return m_machine.runLoop.now(); }
     void show(char character) {
-        const tools::TokenFrames frames = tools::encodeToken({std::nullopt, character});
-        for (const tools::StripFrame& frame : {frames.announce, frames.confirm}) {
-            simulated::SimulatedScreen::StripCells cells{};
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                cells[i] =
-                    static_cast<std::uint32_t>(frame[i].red << 16 | frame[i].green << 8 | frame[i].blue);
-            m_machine.screen.paintStrip(cells);
+        const screenlink::TokenFrames frames = screenlink::encodeToken({std::nullopt, character});
+        for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
+            m_machine.screen.paintStrip(frame);
             wait(100ms);
         }
         m_machine.screen.paintStrip({});

@@ -11,8 +11,6 @@ namespace glimra::tools {
 
 namespace {
 
-constexpr std::uint32_t kBlack = 0x000000;
-constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr platform::Duration kLongestWait = std::chrono::hours(24 * 30);
 constexpr Range<double> kPoints{-1e6, 1e6};
 constexpr Range<double> kLengths{0.01, 1e6};
@@ -79,38 +77,17 @@ Command parseStrip(LineCursor& line) {
             throw LineError("C0 ... C10 or \"off\" is wanted, not " + inQuotes(word));
         return strip;
     }
-    for (std::size_t i = 0; i < strip.cells.size(); ++i)
-        strip.cells[i] = line.rgb("C" + std::to_string(i));
+    for (std::size_t i = 0; i < strip.frame.size(); ++i)
+        strip.frame[i] = line.rgb("C" + std::to_string(i));
     return strip;
 }
 
-/// Colour by which the add-on tells a prefix; black for what is none.
-std::uint32_t prefixColor(char prefix) {
-    switch (prefix) {
-    case '`':
-        return 0xFF0000;
-    case '[':
-        return 0x0000FF;
-    case ']':
-        return 0x00FF00;
-    case '{':
-        return 0xFF00FF;
-    case '}':
-        return 0x00FFFF;
-    default:
-        return kBlack;
-    }
-}
-
 Command parseShow(LineCursor& line) {
-    const std::string token = line.string("TOKEN");
-    const bool isShort = token.size() == 1 || token.size() == 2;
-    if (!isShort || static_cast<unsigned char>(token.back()) > 0x7F)
-        throw LineError("TOKEN is not one character U+0000 to U+007F, alone or behind a prefix character");
-    const std::uint32_t color = token.size() == 1 ? kWhite : prefixColor(token.front());
-    if (color == kBlack)
-        throw LineError("TOKEN begins with no prefix character");
-    return ShowToken{static_cast<unsigned char>(token.back()), color};
+    const auto token = screenlink::tokenOf(line.string("TOKEN"));
+    if (!token)
+        throw LineError("TOKEN is neither one character U+0000 to U+007F nor a prefix character and one "
+                        "character U+0001 to U+007F");
+    return ShowToken{*token};
 }
 
 Command parseToken(LineCursor& line) {

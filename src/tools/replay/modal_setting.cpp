@@ -10,7 +10,7 @@ using app::ControlPointer;
 
 template <class ControlType>
 bool isOutletOf(std::string_view name) {
-    static app::Outlets outlets; // looked at for their names only
+    static app::Outlets outlets; // used for their names only
     const std::optional<ControlPointer> control = app::findOutlet(outlets, name);
     return control && std::holds_alternative<ControlType*>(*control);
 }
@@ -24,7 +24,7 @@ const app::ActionRow* actionOf(std::string_view outlet) {
     return found == actions.end() ? nullptr : &*found;
 }
 
-/// What the control's own action is given.
+/// The argument of the action that the control sends.
 app::ActionArgument argumentOf(const ModalSetting& setting, const ControlPointer& control) {
     app::ActionArgument argument;
     if (const auto* text = std::get_if<std::string>(&setting.value)) {

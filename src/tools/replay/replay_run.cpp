@@ -30,21 +30,6 @@ platform::Bundle bundle() {
     return built;
 }
 
-/// The frame that the add-on shows for a character: both markers, the confirm flag, and the character's bits
-/// in the data cells, the highest first.
-PaintStrip tokenFrame(unsigned character, bool isConfirm, std::uint32_t dataColor) {
-    constexpr std::uint32_t kWhite = 0xFFFFFF;
-    constexpr std::size_t kFirstDataCell = 2;
-    constexpr std::size_t kLastDataCell = 8;
-    PaintStrip frame{};
-    frame.cells[0] = kWhite;
-    frame.cells[1] = isConfirm ? kWhite : 0;
-    for (std::size_t cell = kFirstDataCell; cell <= kLastDataCell; ++cell)
-        frame.cells[cell] = (character >> (kLastDataCell - cell) & 1U) != 0 ? dataColor : 0;
-    frame.cells[kLastDataCell + 1] = kWhite;
-    return frame;
-}
-
 } // namespace
 
 ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
@@ -99,16 +84,16 @@ void ReplayRun::execute(const SetStripGeometry& command) {
 }
 
 void ReplayRun::execute(const PaintStrip& command) {
-    m_outside.screen.paintStrip(command.cells);
+    m_outside.screen.paintStrip(command.frame);
 }
 
 void ReplayRun::execute(const ShowToken& command) {
-    constexpr std::uint32_t kWhite = 0xFFFFFF;
-    execute(tokenFrame(command.character, false, kWhite));
-    advance(kFrameOfToken);
-    execute(tokenFrame(command.character, true, command.confirmColor));
-    advance(kFrameOfToken);
-    execute(PaintStrip{});
+    const screenlink::TokenFrames frames = screenlink::encodeToken(command.token);
+    for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
+        m_outside.screen.paintStrip(frame);
+        advance(kFrameOfToken);
+    }
+    m_outside.screen.paintStrip(screenlink::kDarkFrame);
 }
 
 void ReplayRun::execute(const HandOverToken& command) {

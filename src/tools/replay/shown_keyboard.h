@@ -4,8 +4,8 @@
 
 namespace glimra::tools {
 
-/// The keyboard of a run: a virtual one that takes every call, as version 9.0.0 of the vendor's driver, and
-/// goes on showing what it showed when the application shut it down.
+/// The keyboard of a run. It is a virtual one that takes every call and says that its driver has version
+/// 9.0.0. After the application has shut it down, it goes on showing its last colours.
 class ShownKeyboard final : public platform::LedDriver {
 public:
     explicit ShownKeyboard(std::function<platform::Time()> now) : m_keyboard(std::move(now)) {}
