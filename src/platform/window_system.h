@@ -32,7 +32,7 @@ class WindowSystem {
 public:
     virtual ~WindowSystem() = default;
 
-    /// Restores the main window's position saved under `frameName`, if there is one.
+    /// Restores the main window's position and size saved under `frameName`, if there are any.
     virtual void restoreFrame(std::string_view frameName) = 0;
     virtual void saveFrame(std::string_view frameName) = 0;
 
