@@ -13,7 +13,7 @@ constexpr std::array<std::string_view, 5> kRuleFolders{"/etc/udev/rules.d", "/ru
                                                        "/usr/local/lib/udev/rules.d", "/usr/lib/udev/rules.d",
                                                        "/lib/udev/rules.d"};
 
-/// Why a driver lights nothing, empty when it does; and, when it does, what it lights.
+/// Why a driver lights no keyboard (empty when it does), or else a sentence about what it lights.
 struct Trial {
     std::string reason;
     std::string text{};
