@@ -1,5 +1,5 @@
 #!/bin/sh
-# Pictures of every window in both themes, to docs/images. Needs no display.
+# Takes pictures of every window in both themes, into docs/images. Needs no display.
 set -eu
 cd "$(dirname "$0")/.."
 preset=${PRESET:-debug}
