@@ -8,7 +8,7 @@ namespace glimra::desktop {
 
 namespace {
 
-/// The driver of the command line, else the one of the settings.
+/// The driver from the command line, otherwise from the settings.
 std::string driverName(const Options& options, const platform::SettingsReader& settings) {
     if (options.keyboard)
         return *options.keyboard;

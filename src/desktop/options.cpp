@@ -20,8 +20,8 @@ std::string noFolder(const std::string& path) {
     return std::filesystem::is_directory(path, ignored) ? path + " is a folder" : std::string{};
 }
 
-/// Whether the file can be kept there, as far as its kind goes: a device would be read without end, or
-/// replaced.
+/// Rejects a path that exists but is no regular file: reading a device might never end, and saving would
+/// replace it.
 std::string noSettings(const std::string& path) {
     std::error_code ignored;
     const bool isOther =

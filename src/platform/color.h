@@ -2,8 +2,8 @@
 
 namespace glimra::platform {
 
-/// An sRGB colour. Components are meant to lie in 0 to 1; whoever turns them into bytes or percentages limits
-/// what does not.
+/// An sRGB colour. Components should lie in 0 to 1; code that converts them to bytes or percentages clamps
+/// them.
 struct Color {
     double red = 0.0;
     double green = 0.0;

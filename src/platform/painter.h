@@ -4,7 +4,7 @@
 
 namespace glimra::platform {
 
-/// What a view draws on: points, origin at the bottom left, y upwards.
+/// The surface that a view draws on. Coordinates are in points, from the bottom left corner, y upwards.
 class Painter {
 public:
     virtual ~Painter() = default;

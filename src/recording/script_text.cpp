@@ -17,7 +17,7 @@ std::string jsonText(std::string_view text) {
     return json(text).dump(-1, ' ', true, json::error_handler_t::replace);
 }
 
-/// Arrays are key maps. An element that is no number, which JSON cannot show, is no slot; nor is -1.
+/// Arrays are key maps. JSON has no NaN or infinity, so these become -1: neither names a slot.
 json toJson(const platform::NumberArray& numbers) {
     json array = json::array();
     for (const platform::Number& number : numbers) {
@@ -56,7 +56,7 @@ std::optional<std::string> settingLine(const std::string& key, const platform::S
     else
         number = std::get<double>(value);
     const std::string text = number.dump();
-    // A number that JSON cannot show counts as absent anyway.
+    // A number that JSON cannot express counts as absent anyway.
     if (text.find("null") != std::string::npos)
         return std::nullopt;
     return "default " + jsonText(key) + " " + text;
@@ -82,7 +82,7 @@ std::string frontLine(const std::optional<platform::RunningApplication>& applica
 }
 
 std::string waitLine(platform::Duration duration) {
-    // Microseconds: finer than any timer, and short to read.
+    // Microseconds are finer than any timer, and still short to read.
     const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
     std::string fraction = std::to_string(microseconds % 1'000'000);
     fraction.insert(0, 6 - fraction.size(), '0');

@@ -39,14 +39,14 @@ void append(std::string& line, const std::vector<std::string>& texts) {
     append(line, ordered_json(texts));
 }
 
-/// JSON shows the character as it is.
+/// Whether JSON contains the character unescaped.
 bool isPlain(char character) {
     return character >= ' ' && character <= '~' && character != '"' && character != '\\';
 }
 
 void append(std::string& line, const std::convertible_to<std::string_view> auto& value) {
     const std::string_view text = value;
-    // Nearly every text is plain, and a DOM for each would cost more than all else in the line.
+    // Nearly every text is plain, and building a JSON value for it would cost more than the rest of the line.
     if (!std::ranges::all_of(text, isPlain))
         return append(line, ordered_json(text));
     line += '"';

@@ -5,8 +5,8 @@
 
 namespace glimra::trace {
 
-/// Writes each call and passes it on, in this order: what the driver has to say about a call comes after it.
-/// Answers what the driver answers.
+/// Writes each call and then passes it on, so that lines which the driver causes come after it. Returns the
+/// driver's results.
 class TracedLedDriver final : public platform::LedDriver {
 public:
     TracedLedDriver(platform::LedDriver& driver, TraceWriter& writer) : m_driver(driver), m_writer(writer) {}

@@ -8,7 +8,7 @@
 
 namespace glimra::desktop {
 
-/// Turns SIGTERM and SIGINT into calls on the main thread, as long as it lives; one object at a time.
+/// Turns SIGTERM and SIGINT into calls on the main thread while it exists. Only one object at a time.
 class QuitSignals final {
 public:
     explicit QuitSignals(std::function<void()> onSignal);
