@@ -7,9 +7,7 @@ namespace glimra::app {
 namespace {
 
 platform::PopUp& menuOfSlot(Outlets& outlets, const profiles::ActionSlot& slot) {
-    std::array<platform::PopUp, 12>& menus = slot.number < 200   ? outlets.menu1
-                                             : slot.number < 600 ? outlets.menu5
-                                                                 : outlets.menu6;
+    KeyMenus& menus = slot.number < 200 ? outlets.menu1 : slot.number < 600 ? outlets.menu5 : outlets.menu6;
     return menus[slot.index];
 }
 
@@ -46,12 +44,12 @@ void ActionKeySetter::fillMenus() {
     }
 }
 
-void ActionKeySetter::actionKeyMenuClick(int number, std::string_view title) {
+void ActionKeySetter::actionKeyMenuClick(const ItemTitle& item, int number) {
     const std::span<const profiles::ActionSlot> slots = profiles::actionSlots();
     const auto slot = std::ranges::find(slots, number, &profiles::ActionSlot::number);
     if (slot == slots.end())
         return;
-    if (const std::optional<lighting::KeyCode> key = lighting::keyOfDisplayName(title))
+    if (const std::optional<lighting::KeyCode> key = lighting::keyOfDisplayName(item.title))
         profiles::keyOfSlot(m.keys, *slot) = *key;
 }
 

@@ -33,9 +33,18 @@ void ColorPainter::drawRect(platform::Painter& painter) {
     }
 }
 
-void ColorPainter::mouseDown(double x, double y) {
+void ColorPainter::mouseDown(const CanvasPoint& point) {
+    m.edits.endStep();
+    mouseDragged(point);
+}
+
+void ColorPainter::mouseDragged(const CanvasPoint& point) {
+    m.edits.perform(EditHistory::kStroke, [&] { paintKey(point); });
+}
+
+void ColorPainter::paintKey(const CanvasPoint& point) {
     const auto* const key = std::ranges::find_if(
-        keyPaintRects, [&](const lighting::KeyRect& rect) { return rect.contains(x, y); });
+        keyPaintRects, [&](const lighting::KeyRect& rect) { return rect.contains(point.x, point.y); });
     if (key != keyPaintRects.end() && key->code < m.buffer.keysToColors.size()) {
         m.buffer.keysToColors[key->code] = m.buffer.paintColor;
         m.view.displayNeeded.emit();

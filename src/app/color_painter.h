@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/action_argument.h"
+#include "app/canvas_edits.h"
 #include "lighting/lighting_output.h"
 #include "platform/controls.h"
 #include "platform/painter.h"
@@ -14,6 +16,7 @@ class ColorPainter {
 public:
     struct Parts {
         lighting::LightingOutput& lighting;
+        CanvasEdits& edits;
         profiles::CanvasBuffer& buffer;
         profiles::ProfileState& profile;
         platform::CanvasView& view;
@@ -23,13 +26,17 @@ public:
     /// Appends the codes of its keys, ascending, to `canvasKeyCodes`.
     ColorPainter(const Parts& parts, profiles::CanvasKeyCodes& canvasKeyCodes);
 
-    /// Draws all keys and lights them, in the order of their codes. Not before the editor was opened.
+    /// Draws all keys and lights them, in the order of their codes. Not before the editor was opened, and
+    /// only while its window is shown.
     void drawRect(platform::Painter& painter);
 
-    /// Paints the key at a point, if there is one. A click beside the keys counts as an edit too.
-    void mouseDown(double x, double y);
+    /// Both paint the key at a point, if there is one; a click beside the keys counts as an edit too. What is
+    /// dragged over is one step to undo with the click before.
+    void mouseDown(const CanvasPoint& point);
+    void mouseDragged(const CanvasPoint& point);
 
 private:
+    void paintKey(const CanvasPoint& point);
     lighting::Color keyColor(lighting::KeyCode code) const;
 
     Parts m;

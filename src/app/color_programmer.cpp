@@ -113,11 +113,20 @@ void ColorProgrammer::paintingColorPicker() {
     choosePaintColor(m.outlets, m.canvas);
 }
 
-void ColorProgrammer::colorWellDropped(const platform::ColorWell& well) {
-    m.canvas.fillIfEmpty(m.lightingState);
-    m.canvas.keyColorSet.at(static_cast<std::size_t>(slotOfWell(well))) = well.color.get();
-    m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.profile.profileTouched = true;
+void ColorProgrammer::colorWellDropped(const WellColor& dropped) {
+    const platform::ColorWell& well = wellOfTag(m.outlets, dropped.tag);
+    const int slot = slotOfWell(well);
+    m.edits.perform(slot, [&] {
+        m.canvas.fillIfEmpty(m.lightingState);
+        m.canvas.keyColorSet.at(static_cast<std::size_t>(slot)) = well.color.get();
+        m.outlets.keyboardCanvas.displayNeeded.emit();
+        m.profile.profileTouched = true;
+    });
+}
+
+void ColorProgrammer::colorWellRestored(const WellColor& restored) {
+    colorWellDropped(restored);
+    m.edits.settleTouched();
 }
 
 void ColorProgrammer::colorOK() {
@@ -184,6 +193,18 @@ std::optional<EditState> ColorProgrammer::copyProfile() {
 void ColorProgrammer::copyProfileSameSame() {
     m.outlets.copyProfileCopyBtn.enabled.set(m.outlets.fromProfileMenu.selected.get() !=
                                              m.outlets.toProfileMenu.selected.get());
+}
+
+void ColorProgrammer::showProfile(const ButtonTag& button) {
+    if (!isProfile(button.tag))
+        return;
+    m.dispatcher.switchToProfile(button.tag);
+    // Loading gives the canvas the flag of what it loads.
+    m.canvas.usingActionbarCooldowns = canvasShowsCooldowns();
+}
+
+bool ColorProgrammer::canvasShowsCooldowns() const {
+    return m.lightingState.useSpellCooldowns.at(static_cast<std::size_t>(m.canvas.profile));
 }
 
 void ColorProgrammer::showLoadedProfile() {

@@ -76,12 +76,14 @@ void Launcher::autorun() {
     m.log.appendLog("Launching " + name + "\n");
 }
 
-void Launcher::setAutorun(const platform::MenuItem& item, const std::string& name) {
+void Launcher::setAutorun(platform::MenuItem Outlets::*item, std::string LauncherState::*application) {
+    const platform::MenuItem& chosen = m.outlets.*item;
+    const std::string name = application == nullptr ? std::string{} : m.names.*application;
     for (platform::MenuItem* each : autorunItems(m.outlets)) {
-        each->on.set(each == &item);
-        if (each != &item)
+        each->on.set(each == &chosen);
+        if (each != &chosen)
             continue;
-        m.defaults.set(kAutorunTitleKey, item.title);
+        m.defaults.set(kAutorunTitleKey, chosen.title);
         m.defaults.set(kAutorunNameKey, name);
     }
     m.windows.showSheet({"Autolaunch Setting",
@@ -90,11 +92,11 @@ void Launcher::setAutorun(const platform::MenuItem& item, const std::string& nam
                          {"OK"}});
 }
 
-void Launcher::launchApp(const std::string& name) {
+void Launcher::launchApp(std::string LauncherState::*application) {
     if (m.modifiers.optionKeyIsDown())
         editGameNames();
     else
-        activate(name);
+        activate(m.names.*application);
 }
 
 void Launcher::editGameNames() {
@@ -104,6 +106,10 @@ void Launcher::editGameNames() {
         m.defaults.set(row.key, m.names.*row.name);
     }
     m.closer.close(m.outlets.launchOptionWindow);
+}
+
+void Launcher::launchOptionsOK() {
+    m.windows.stopModal(0);
 }
 
 void Launcher::activate(const std::string& name) {

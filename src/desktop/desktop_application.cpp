@@ -107,7 +107,7 @@ void perform(const InstanceCommand& command, InterfaceBinder& binder, app::AppDe
         const std::string token = std::to_string(command.profile);
         if (recorder != nullptr)
             recorder->token(token);
-        delegate.appendToMessageQueue(token);
+        delegate.operations().messageQueue.appendToMessageQueue(token);
     }
 }
 
@@ -157,7 +157,7 @@ int runDesktopApplication(const Options& options) {
 
     app::AppDelegate delegate(tracing ? tracing->platform.platform() : untraced);
     app::Outlets& outlets = delegate.outlets();
-    const auto tell = [&delegate](std::string_view line) { delegate.tell(line); };
+    const auto tell = [&delegate](std::string_view line) { delegate.operations().log.tell(line); };
     tellNotes(machine, outlets, delegate);
     machine.told.observe(tell);
     machine.workspace.told.observe(tell);

@@ -1,8 +1,30 @@
 #include "screenlink/stale_effects.h"
 
+#include "platform/stored_values.h"
+
 #include <utility>
 
 namespace glimra::screenlink {
+
+namespace {
+
+constexpr std::string_view kEndStaleEffectsKey = "endStaleEffects";
+
+} // namespace
+
+void StaleEffects::loadEndStaleEffects() {
+    const platform::SettingsReader settings{m.defaults, m.systemLog};
+    m.options.endStaleEffects =
+        settings
+            .checked(platform::storedBool(settings.defaults, kEndStaleEffectsKey), kEndStaleEffectsKey,
+                     "is neither yes nor no; no stands in for it.")
+            .value_or(false);
+}
+
+void StaleEffects::setEndStaleEffects(bool endThem) {
+    m.options.endStaleEffects = endThem;
+    m.defaults.set(kEndStaleEffectsKey, endThem);
+}
 
 void StaleEffects::check() {
     const std::uint64_t frames = m.reader.validFrames();

@@ -67,7 +67,7 @@ void PainterGuard::openSetter(const Action& action) {
 }
 
 void PainterGuard::close(const Action& action) {
-    const std::string& window = action.argument.text;
+    const std::string& window = std::get<app::WindowName>(action.argument).name;
     if (window == "actionKeySetterWindow")
         m.binder.perform("actionKeySetterCanx:");
     else if (window == "colorProgrammerWindow")
@@ -128,18 +128,14 @@ bool PainterGuard::leavePainter() {
     if (isTouched)
         return false;
     forCanvas(Afterwards::FromTheStore, [this] {
-        ActionArgument painter;
-        painter.text = "colorProgrammerWindow";
-        m.binder.perform("windowShouldClose:", painter);
+        m.binder.perform("windowShouldClose:", app::WindowName{"colorProgrammerWindow"});
         m.binder.perform("colorCancel:");
     });
     return true;
 }
 
 void PainterGuard::showOnKeyboard(int profile) {
-    ActionArgument argument;
-    argument.number = profile;
-    m.binder.perform("showProfile:", argument);
+    m.binder.perform("showProfile:", app::ButtonTag{profile});
 }
 
 bool PainterGuard::painterShows() const {

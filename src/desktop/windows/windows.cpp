@@ -3,7 +3,6 @@
 #include "app/palette_check.h"
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/content_fitter.h"
-#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
 #include "desktop/windows/seconds_box.h"
@@ -120,7 +119,8 @@ void Windows::buildProgrammer() {
     blinkTime->refused(false);
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
-        {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },
+        {.draw =
+             [this](platform::Painter& painter) { m.delegate.operations().colorPainter.drawRect(painter); },
          .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
     m.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
 }
@@ -151,12 +151,13 @@ void Windows::bindAll() {
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
     m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });
     m_binder.setCommand("addonClose", [this] { m_addonInstaller->close(); });
+    m_binder.addOutlet("debugMenuItem", &m.delegate.outlets().debugMenuItem);
     for (const auto& window : m_windows)
         m_binder.bind(window.get());
-    for (const app::NamedOutlet& outlet : app::namedOutlets(m.delegate.outlets()))
-        if (auto* const* control = std::get_if<platform::Window*>(&outlet.control))
-            if (QWidget* const widget = window(outlet.name))
-                m.windowSystem.addWindow(**control, widget);
+    for (const app::NamedOutlet& outlet : app::namedOutlets())
+        if (platform::Window* const control = outlet.windowIn(m.delegate.outlets()))
+            if (QWidget* const widget = window(std::string(outlet.name)))
+                m.windowSystem.addWindow(*control, widget);
     m.windowSystem.setMainWindow(m_mainWindow);
 }
 
@@ -177,8 +178,10 @@ void Windows::askForCanvas() {
 }
 
 void Windows::showSteps() {
-    m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m.delegate.canUndo());
-    m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m.delegate.canRedo());
+    m_programmer->findChild<QAbstractButton*>("undoButton")
+        ->setEnabled(m.delegate.operations().canvasEdits.canUndo());
+    m_programmer->findChild<QAbstractButton*>("redoButton")
+        ->setEnabled(m.delegate.operations().canvasEdits.canRedo());
     showWhatIsPossible();
     showPaletteWarning();
 }
@@ -187,20 +190,21 @@ void Windows::showWhatIsPossible() {
     const app::State& state = m.delegate.state();
     const app::Outlets& outlets = m.delegate.outlets();
     m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
-        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && m.delegate.canvasShowsCooldowns());
+        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() &&
+                     m.delegate.operations().colorProgrammer.canvasShowsCooldowns());
     m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
         ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
 }
 
 void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
-    if (m.delegate.isCalibrating() && action.selector.starts_with("calibrate"))
-        m.delegate.tell("Glimra is calibrating already, for up to 90 seconds.");
+    if (m.delegate.operations().calibration.isRunning() && action.selector.starts_with("calibrate"))
+        m.delegate.operations().log.tell("Glimra is calibrating already, for up to 90 seconds.");
 }
 
 void Windows::showPaletteWarning() {
     const app::State& state = m.delegate.state();
     QStringList sentences;
-    if (m.delegate.canvasShowsCooldowns())
+    if (m.delegate.operations().colorProgrammer.canvasShowsCooldowns())
         for (const app::PaletteWarning& warning :
              app::checkPalette(state.canvas.keyColorSet, state.canvas.keysToColors, state.actionKeys)) {
             const std::string_view whom = app::describe(warning.vision);

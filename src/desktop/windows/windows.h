@@ -5,6 +5,7 @@
 #include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
+#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/painter_guard.h"
 #include "desktop/windows/qt_window_system.h"

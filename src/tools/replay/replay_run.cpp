@@ -59,7 +59,7 @@ ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
       m_canvasDisplay(m_outside.runLoop, m_delegate.outlets().keyboardCanvas,
                       m_delegate.outlets().colorProgrammerWindow, [this] {
                           NoPainter painter;
-                          m_delegate.drawKeyboardCanvas(painter);
+                          m_delegate.operations().colorPainter.drawRect(painter);
                       }) {
     trace::traceOutlets(m_delegate.outlets(), m_writer);
     m_outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
@@ -112,7 +112,7 @@ void ReplayRun::execute(const ShowToken& command) {
 }
 
 void ReplayRun::execute(const HandOverToken& command) {
-    m_delegate.appendToMessageQueue(command.token);
+    m_delegate.operations().messageQueue.appendToMessageQueue(command.token);
 }
 
 void ReplayRun::execute(const Start&) {
