@@ -4,9 +4,10 @@
 #include "app/canvas_edits.h"
 #include "lighting/lighting_output.h"
 #include "platform/controls.h"
-#include "platform/painter.h"
 #include "profiles/canvas_buffer.h"
 #include "profiles/profile_state.h"
+
+#include <functional>
 
 namespace glimra::app {
 
@@ -26,9 +27,11 @@ public:
     /// Appends the codes of its keys, ascending, to `canvasKeyCodes`.
     ColorPainter(const Parts& parts, profiles::CanvasKeyCodes& canvasKeyCodes);
 
-    /// Draws all keys and lights them, in the order of their codes. Not before the editor was opened, and
+    /// Gets the colour of a key, which is told by its place in `kKeyboardLayout`.
+    using ShowKey = std::function<void(std::size_t index, const lighting::Color& color)>;
+    /// Shows all keys and lights them, in the order of their codes. Not before the editor was opened, and
     /// only while its window is shown.
-    void drawRect(platform::Painter& painter);
+    void drawKeys(const ShowKey& showKey);
 
     /// Both paint the key at a point, if there is one; a click beside the keys counts as an edit too. What is
     /// dragged over is one step to undo with the click before.

@@ -119,8 +119,7 @@ void Windows::buildProgrammer() {
     blinkTime->refused(false);
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
-        {.draw =
-             [this](platform::Painter& painter) { m.delegate.operations().colorPainter.drawRect(painter); },
+        {.draw = [this](const auto& showKey) { m.delegate.operations().colorPainter.drawKeys(showKey); },
          .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
     m.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
 }
