@@ -60,9 +60,9 @@ public:
         // Until the status line has been updated again.
         QTest::qWait(1500);
         std::vector<QWidget*> tops{widget("installAddonWindow")};
-        for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
-            if (std::holds_alternative<platform::Window*>(outlet.control))
-                tops.push_back(window(outlet.name));
+        for (const app::NamedOutlet& outlet : app::namedOutlets())
+            if (outlet.windowIn(outlets()) != nullptr)
+                tops.push_back(window(std::string(outlet.name)));
         return std::ranges::all_of(tops, [isDark](QWidget* top) {
             const QString path = s_folder + "/" + top->objectName() + (isDark ? "-dark.png" : "-light.png");
             return top->grab().save(path, "PNG", 0);

@@ -93,7 +93,7 @@ DesktopApplication::~DesktopApplication() {
 }
 
 void DesktopApplication::tellTheLog() {
-    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     tellNotes(m_machine, m_delegate);
     m_machine.told.observe(tell);
     m_machine.workspace.told.observe(tell);
@@ -120,14 +120,14 @@ void DesktopApplication::perform(const InstanceCommand& command) {
         // The same path that the game's request for a profile takes.
         const std::string token = std::to_string(command.profile);
         m_witnesses.tell(&RunWitness::token, token);
-        return m_delegate.appendToMessageQueue(token);
+        return m_delegate.operations().messageQueue.appendToMessageQueue(token);
     }
 }
 
 void DesktopApplication::launch() {
     m_witnesses.tell(&RunWitness::aboutToLaunch);
     m_delegate.applicationDidFinishLaunching();
-    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     if (!m_machine.settings.mending().empty())
         tell(m_machine.settings.mending());
     m_witnesses.tell(&RunWitness::launched);

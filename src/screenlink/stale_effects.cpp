@@ -1,8 +1,20 @@
 #include "screenlink/stale_effects.h"
 
+#include "platform/stored_values.h"
+
 #include <utility>
 
 namespace glimra::screenlink {
+
+void StaleEffects::loadEndStaleEffects() {
+    const platform::SettingsReader settings{m_parts.defaults, m_parts.systemLog};
+    m_parts.options.endStaleEffects = settings.value(platform::settings::kEndStaleEffects);
+}
+
+void StaleEffects::setEndStaleEffects(bool endThem) {
+    m_parts.options.endStaleEffects = endThem;
+    m_parts.defaults.set(platform::settings::kEndStaleEffects.key, endThem);
+}
 
 void StaleEffects::check() {
     const std::uint64_t frames = m_parts.reader.validFrames();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/user_defaults.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/screen_reader.h"
 
@@ -15,6 +16,8 @@ public:
 
     struct Parts {
         platform::RunLoop& runLoop;
+        platform::UserDefaults& defaults;
+        platform::SystemLog& systemLog;
         const ScreenReader& reader;
         const MessagePump& pump;
         platform::LedDriver& driver;
@@ -25,10 +28,15 @@ public:
         const lighting::LightingState& lightingState;
         const profiles::ProfileState& profile;
         events::EffectState& effects;
-        const events::OptionState& options;
+        events::OptionState& options;
     };
 
     explicit StaleEffects(const Parts& parts) : m_parts(parts) {}
+
+    /// Takes the saved choice.
+    void loadEndStaleEffects();
+    /// Whether long effects end by themselves when the game is gone; remembered.
+    void setEndStaleEffects(bool endThem);
 
     /// To be called a few times a second, from the start on.
     void check();

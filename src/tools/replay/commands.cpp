@@ -135,51 +135,40 @@ Command parseAnswerPath(LineCursor& line) {
     return QueuePath{line.string("PATH")};
 }
 
-app::ActionArgument parseActionArgument(LineCursor& line, app::ArgumentKind kind) {
-    using app::ArgumentKind;
-    app::ActionArgument argument;
-    switch (kind) {
-    case ArgumentKind::None:
-        break;
-    case ArgumentKind::State:
-        argument.state = firstOf(line, "on", "off");
-        break;
-    case ArgumentKind::Index:
-        argument.number = line.integer("INDEX", kItems);
-        break;
-    case ArgumentKind::RadioTag:
-    case ArgumentKind::ButtonTag:
-        argument.number = line.integer("TAG", kAnyInteger);
-        break;
-    case ArgumentKind::Well:
-        argument.number = line.integer("TAG", kAnyInteger);
-        argument.color = parseColor(line);
-        break;
-    case ArgumentKind::Title:
-        argument.text = line.string("TITLE");
-        break;
-    case ArgumentKind::Text:
-        argument.text = line.string("TEXT");
-        break;
-    case ArgumentKind::Point:
-        argument.x = line.number("X", kPoints);
-        argument.y = line.number("Y", kPoints);
-        break;
-    case ArgumentKind::WindowName:
-        argument.text = line.string("WINDOW");
-        if (!isWindow(argument.text))
-            throw LineError("no window is called " + inQuotes(argument.text));
-        break;
+/// Takes what stands behind a selector, by the kind of its argument.
+struct ArgumentParser {
+    LineCursor& line;
+
+    void operator()(std::monostate) const {}
+    void operator()(bool& on) const { on = firstOf(line, "on", "off"); }
+    void operator()(app::ItemIndex& item) const { item.index = line.integer("INDEX", kItems); }
+    void operator()(app::ItemTitle& item) const { item.title = line.string("TITLE"); }
+    void operator()(app::EnteredText& entered) const { entered.text = line.string("TEXT"); }
+    void operator()(app::RadioTag& chosen) const { chosen.tag = line.integer("TAG", kAnyInteger); }
+    void operator()(app::ButtonTag& clicked) const { clicked.tag = line.integer("TAG", kAnyInteger); }
+    void operator()(app::WellColor& well) const {
+        well.tag = line.integer("TAG", kAnyInteger);
+        well.color = parseColor(line);
     }
-    return argument;
-}
+    void operator()(app::CanvasPoint& point) const {
+        point.x = line.number("X", kPoints);
+        point.y = line.number("Y", kPoints);
+    }
+    void operator()(app::WindowName& window) const {
+        window.name = line.string("WINDOW");
+        if (!isWindow(window.name))
+            throw LineError("no window is called " + inQuotes(window.name));
+    }
+};
 
 Command parseAction(LineCursor& line) {
     const std::string selector = line.string("SELECTOR");
     const app::ActionRow* action = app::findAction(selector);
     if (!action)
         throw LineError("not available: the application has no action " + inQuotes(selector));
-    return PerformAction{action, parseActionArgument(line, action->kind)};
+    PerformAction command{action, action->call.takes};
+    std::visit(ArgumentParser{line}, command.argument);
+    return command;
 }
 
 struct DumpName {

@@ -17,12 +17,6 @@ constexpr platform::Duration kFrameOfToken = std::chrono::milliseconds(100);
 /// Much longer than the reader takes to leave.
 constexpr platform::Duration kLongestQuit = std::chrono::seconds(10);
 
-/// Draws nothing: nobody sees the canvas.
-class NoPainter final : public platform::Painter {
-public:
-    void fillRect(int, int, int, int, const platform::Color&, double) override {}
-};
-
 /// As built, and with the framework that belongs to the simulated keyboard's version.
 platform::Bundle bundle() {
     platform::Bundle built = app::builtBundle();
@@ -43,8 +37,9 @@ ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
       m_delegate(m_traced.platform()),
       m_canvasDisplay(m_outside.runLoop, m_delegate.outlets().keyboardCanvas,
                       m_delegate.outlets().colorProgrammerWindow, [this] {
-                          NoPainter painter;
-                          m_delegate.drawKeyboardCanvas(painter);
+                          // Nobody sees the canvas.
+                          m_delegate.operations().colorPainter.drawKeys(
+                              [](std::size_t, const lighting::Color&) {});
                       }) {
     trace::traceOutlets(m_delegate.outlets(), m_writer);
     m_outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
@@ -97,7 +92,7 @@ void ReplayRun::execute(const ShowToken& command) {
 }
 
 void ReplayRun::execute(const HandOverToken& command) {
-    m_delegate.appendToMessageQueue(command.token);
+    m_delegate.operations().messageQueue.appendToMessageQueue(command.token);
 }
 
 void ReplayRun::execute(const Start&) {

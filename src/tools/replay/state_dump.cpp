@@ -169,10 +169,11 @@ ordered_json dumpDefaults(const platform::UserDefaults& defaults) {
 
 ordered_json dumpControls(app::Outlets& outlets) {
     ordered_json object = ordered_json::object();
-    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets)) {
-        ordered_json shown = std::visit([](const auto* control) { return json(*control); }, outlet.control);
+    for (const app::NamedOutlet& outlet : app::namedOutlets()) {
+        ordered_json shown =
+            std::visit([](const auto* control) { return json(*control); }, outlet.in(outlets));
         if (!shown.is_null())
-            object[outlet.name] = std::move(shown);
+            object[std::string(outlet.name)] = std::move(shown);
     }
     return object;
 }
