@@ -1,8 +1,7 @@
 #include "desktop/addon/addon_folder.h"
 
+#include "desktop/addon/durable_files.h"
 #include "desktop/addon/folder_names.h"
-#include "desktop/services/unique_fd.h"
-#include "platform/whole_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,29 +20,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Larger than any file of an add-on.
-constexpr std::size_t kMostBytes = 16U << 20U;
 /// Prefix of the folders that are being written or removed. The game ignores an add-on folder whose TOC file
 /// is not named like the folder.
 constexpr std::string_view kTemporary = ".Glimraxmit-";
 constexpr std::string_view kUnique = "XXXXXX";
 constexpr std::string_view kKept = "Glimraxmit.before";
-
-[[noreturn]] void fail(int error) {
-    throw std::system_error(error, std::generic_category());
-}
-
-void check(bool isDone) {
-    if (!isDone)
-        fail(errno);
-}
-
-platform::FileContent readFile(const fs::path& file) {
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(file, error);
-    return error ? platform::FileContent{{}, error.message()}
-                 : platform::readWholeFile(file.string(), std::min<std::uintmax_t>(size, kMostBytes));
-}
 
 Toc tocIn(const fs::path& folder) {
     const std::optional<fs::path> file = FolderNames(folder).find(kTocName);
@@ -90,33 +71,6 @@ InstalledAddon lookAt(const fs::path& target, const ShippedAddon& shipped) {
                                                         : Standing::Changed;
     }
     return installed;
-}
-
-UniqueFd openFolder(const fs::path& folder) {
-    UniqueFd opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    check(opened.get() >= 0);
-    return opened;
-}
-
-/// The content of a folder must be on the disk before the folder is renamed. Some file systems cannot flush a
-/// folder (EINVAL).
-void flush(int descriptor) {
-    check(::fsync(descriptor) == 0 || errno == EINVAL);
-}
-
-void copyFile(const fs::path& from, const fs::path& to) {
-    const platform::FileContent content = readFile(from);
-    if (!content.error.empty())
-        throw std::runtime_error(from.string() + ": " + content.error);
-    const UniqueFd file(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
-    check(file.get() >= 0);
-    for (std::size_t written = 0; written < content.bytes.size();) {
-        const ssize_t count =
-            ::write(file.get(), content.bytes.data() + written, content.bytes.size() - written);
-        check(count > 0 || errno == EINTR);
-        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    }
-    flush(file.get());
 }
 
 /// A new folder whose name begins with `kTemporary`.
@@ -173,12 +127,12 @@ void replace(const fs::path& fresh, const fs::path& target) {
     if (std::rename(target.c_str(), aside.c_str()) != 0) {
         const int error = errno;
         ::rmdir(aside.c_str());
-        fail(error);
+        throw std::system_error(error, std::generic_category());
     }
     if (std::rename(fresh.c_str(), target.c_str()) != 0) {
         const int error = errno;
         std::rename(aside.c_str(), target.c_str());
-        fail(error);
+        throw std::system_error(error, std::generic_category());
     }
 }
 

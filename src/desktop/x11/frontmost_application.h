@@ -36,7 +36,6 @@ private:
     void drainEvents();
     void readActiveWindow(platform::Time now);
     void watch(xcb_window_t window);
-    bool hasNoWindowFor(platform::Duration duration, platform::Time now) const;
 
     Connector m_connector;
     std::function<void()> m_changed;
