@@ -33,21 +33,16 @@ namespace {
 
 using namespace glimra;
 
-/// Two rows of the default width: 'A' announced and confirmed, its data cells red.
-std::vector<std::vector<std::uint32_t>> makeRows(const screenlink::PixelOffsets& offsets) {
-    std::vector<std::vector<std::uint32_t>> rows(2, std::vector<std::uint32_t>(80, 0));
-    for (std::size_t confirm = 0; confirm < rows.size(); ++confirm) {
-        const auto light = [&](std::size_t cell, std::uint32_t color) {
-            rows[confirm][static_cast<std::size_t>(offsets[cell])] = color;
-        };
-        light(0, 0xFFFFFF);
-        light(9, 0xFFFFFF);
-        light(2, 0xFF0000);
-        light(8, 0xFF0000);
-        if (confirm == 1)
-            light(1, 0xFFFFFF);
-    }
-    return rows;
+/// Two rows of the default width: a token announced and confirmed.
+std::array<std::vector<std::uint32_t>, 2> makeRows(const screenlink::PixelOffsets& offsets) {
+    const auto row = [&offsets](const screenlink::StripFrame& frame) {
+        std::vector<std::uint32_t> pixels(80, 0);
+        for (std::size_t i = 0; i < frame.size(); ++i)
+            pixels[static_cast<std::size_t>(offsets[i])] = frame[i];
+        return pixels;
+    };
+    const screenlink::TokenFrames frames = screenlink::encodeToken({'`', 'A'});
+    return {row(frames.announce), row(frames.confirm)};
 }
 
 void decodeFrame(benchmark::State& state) {

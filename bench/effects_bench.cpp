@@ -34,21 +34,12 @@ public:
 
     bool LogiLedInit() override { return true; }
     bool LogiLedGetSdkVersion(int&, int&, int&) override { return true; }
-    bool LogiLedSetTargetDevice(int) override { return true; }
-    bool LogiLedSetLighting(int, int, int) override { return true; }
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override {
-        benchmark::DoNotOptimize(bitmap.data());
+    bool perform(const platform::LedCall& call) override {
+        benchmark::DoNotOptimize(&call);
         benchmark::ClobberMemory();
-        ++frames;
+        frames += std::holds_alternative<platform::SetLightingFromBitmap>(call) ? 1 : 0;
         return true;
     }
-    bool LogiLedSetLightingForKeyWithKeyName(platform::KeyName, int, int, int) override { return true; }
-    bool LogiLedFlashSingleKey(platform::KeyName, int, int, int, int, int) override { return true; }
-    bool LogiLedPulseSingleKey(platform::KeyName, int, int, int, int, int, int, int, bool) override {
-        return true;
-    }
-    bool LogiLedStopEffectsOnKey(platform::KeyName) override { return true; }
-    bool LogiLedStopEffects() override { return true; }
     void LogiLedShutdown() override {}
 };
 
@@ -67,7 +58,7 @@ void animation(benchmark::State& state, char code) {
     events::Effects effects(runLoop, driver, random, lighting);
     const lighting::LedBitmap profile = lighting::blankBitmap();
     for ([[maybe_unused]] auto iteration : state)
-        if (!effects.play(code, profile, false))
+        if (!effects.play(*events::findAnimation(code), profile, false))
             state.SkipWithError("the animation did not end");
     state.counters["per_frame"] =
         benchmark::Counter(driver.frames, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);

@@ -9,18 +9,17 @@
 namespace glimra::keyboards {
 namespace {
 
-using std::chrono::milliseconds;
-
 constexpr int kPulsingKeys = 27;
 
 /// Keys spread over the board, each at its own pace, as the glow of death pulses.
 KeyboardModel pulsingModel() {
     KeyboardModel model;
-    model.setLighting({50, 40, 50});
+    model.perform(platform::SetLighting{{50, 40, 50}}, Time::zero());
     for (int key = 0; key < kPulsingKeys; ++key) {
         const auto index = static_cast<std::size_t>(key) * kKeyCount / kPulsingKeys;
-        model.pulse(lighting::driverKeyName(lighting::kKeyboardLayout[index].code), {50, 40, 50},
-                    {100, 85, 100}, milliseconds(650 + 9 * key), Repeat::UntilStopped, Time::zero());
+        const KeyName name = lighting::driverKeyName(lighting::kKeyboardLayout[index].code);
+        model.perform(platform::PulseSingleKey{name, {50, 40, 50}, {100, 85, 100}, 650 + 9 * key, true},
+                      Time::zero());
     }
     return model;
 }
@@ -67,7 +66,7 @@ void setBitmap(benchmark::State& state) {
     KeyboardModel model;
     const lighting::LedBitmap bitmap = lighting::blankBitmap();
     for (auto _ : state) {
-        model.setBitmap(bitmap);
+        model.perform(platform::SetLightingFromBitmap{bitmap}, Time::zero());
         benchmark::DoNotOptimize(model);
     }
 }

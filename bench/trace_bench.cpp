@@ -32,13 +32,13 @@ void write(benchmark::State& state, TraceKinds wanted, const std::function<void(
 void bitmapLine(benchmark::State& state) {
     const lighting::LedBitmap bitmap = lighting::blankBitmap();
     write(state, TraceKinds::all(),
-          [&](TraceWriter& writer) { writer.led("LogiLedSetLightingFromBitmap", {bitmap}); });
+          [&](TraceWriter& writer) { writer.led(platform::SetLightingFromBitmap{bitmap}); });
 }
 BENCHMARK(bitmapLine);
 
 void keyLine(benchmark::State& state) {
     write(state, TraceKinds::all(), [](TraceWriter& writer) {
-        writer.led("LogiLedSetLightingForKeyWithKeyName", {0xFFF1, 100, 50, 0});
+        writer.led(platform::SetLightingForKeyWithKeyName{0xFFF1, {100, 50, 0}});
     });
 }
 BENCHMARK(keyLine);
@@ -52,7 +52,7 @@ BENCHMARK(logLine);
 void unwantedLine(benchmark::State& state) {
     const lighting::LedBitmap bitmap = lighting::blankBitmap();
     write(state, TraceKinds{},
-          [&](TraceWriter& writer) { writer.led("LogiLedSetLightingFromBitmap", {bitmap}); });
+          [&](TraceWriter& writer) { writer.led(platform::SetLightingFromBitmap{bitmap}); });
 }
 BENCHMARK(unwantedLine);
 

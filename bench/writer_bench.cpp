@@ -83,7 +83,7 @@ void playAll(HastyRunLoop& runLoop, platform::LedDriver& keyboard) {
     lighting::LightingOutput output(keyboard, random, state);
     events::Effects effects(runLoop, keyboard, random, output);
     for (const events::Animation& animation : events::animations())
-        if (!effects.play(animation.code, lighting::blankBitmap(), false))
+        if (!effects.play(animation, lighting::blankBitmap(), false))
             throw std::runtime_error("an animation did not end");
 }
 

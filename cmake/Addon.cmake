@@ -1,15 +1,15 @@
-# The add-on as it is shipped: its TOC with the version filled in, and the files that the TOC lists.
+# The add-on as it is shipped: the files that its TOC lists, with the version filled into the TOC.
 include(GNUInstallDirs)
 set(GLIMRA_ADDON_SOURCE ${CMAKE_SOURCE_DIR}/addon/Glimraxmit)
 set(GLIMRA_ADDON_BUILT ${CMAKE_BINARY_DIR}/addon/Glimraxmit)
 set(GLIMRA_ADDON_DIR ${CMAKE_INSTALL_DATADIR}/glimra/addon)
 
-# Where the installed programs find what is installed with them, whatever the prefix.
+# The path from the installed programs to the add-on, so that they find it under any prefix.
 file(RELATIVE_PATH GLIMRA_ADDON_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR}
     ${CMAKE_INSTALL_FULL_DATADIR}/glimra/addon)
 
-# glimra_addon_files(RESULT): the names of the files that make up the add-on, sorted. What the TOC lists and what
-# lies in the folder have to agree, or the game would miss a file, or players get one that nothing loads.
+# glimra_addon_files(RESULT): the sorted names of the add-on's files. The TOC and the folder must agree;
+# otherwise the game would miss a file, or players would get a file that nothing loads.
 function(glimra_addon_files result)
     set(toc ${GLIMRA_ADDON_SOURCE}/Glimraxmit.toc)
     file(STRINGS ${toc} lines)
@@ -39,7 +39,7 @@ endfunction()
 
 glimra_addon_files(GLIMRA_ADDON_FILES)
 set(GLIMRA_VERSION ${PROJECT_VERSION})
-# A file that is no longer listed must not be shipped from here.
+# Files that are no longer listed must not be shipped.
 file(REMOVE_RECURSE ${GLIMRA_ADDON_BUILT})
 foreach(file IN LISTS GLIMRA_ADDON_FILES)
     set(how COPYONLY)
@@ -49,8 +49,7 @@ foreach(file IN LISTS GLIMRA_ADDON_FILES)
     configure_file(${GLIMRA_ADDON_SOURCE}/${file} ${GLIMRA_ADDON_BUILT}/${file} ${how} NO_SOURCE_PERMISSIONS)
 endforeach()
 
-# The file for sites that hand out add-ons: the folder and nothing else, the same from the same sources whenever and
-# wherever it is made.
+# The archive for add-on sites: it contains only the folder, and the same sources always give the same bytes.
 set(GLIMRA_ADDON_ZIP ${CMAKE_BINARY_DIR}/glimraxmit-${PROJECT_VERSION}.zip)
 list(TRANSFORM GLIMRA_ADDON_FILES PREPEND Glimraxmit/ OUTPUT_VARIABLE addon_paths)
 add_custom_target(addon

@@ -1,4 +1,4 @@
-# What the program says about itself.
+# Facts about the program that it shows to the user.
 set(GLIMRA_BUILD "1" CACHE STRING "Number of the build")
 set(GLIMRA_RELEASE_DATE "2026-11-23" CACHE STRING "Date of this version")
 set(GLIMRA_COPYRIGHT "Copyright © 2026 the Glimra developers. Free software under the GNU GPL, version 3 or later."

@@ -1,22 +1,22 @@
-# What is installed, and the Debian package.
+# Installation, and the Debian package.
 include(GNUInstallDirs)
 
 set(GLIMRA_APP_ID "example.glimra.Glimra")
 set(CPACK_PACKAGE_CONTACT "Glimra developers <${GLIMRA_SUPPORT_ADDRESS}>")
-# Not one of the distribution's own, which would begin with 1.
+# The release of an official Debian package would begin with 1.
 set(CPACK_DEBIAN_PACKAGE_RELEASE 0glimra1)
 set(GLIMRA_PACKAGING ${CMAKE_SOURCE_DIR}/packaging)
 
-# Components: `glimra` is what everybody gets, `elsewhere` what a Debian package has in another form or not at
-# all, `debian` that other form.
+# Components: `glimra` is installed everywhere. `elsewhere` contains files that a Debian package has in
+# another form or not at all, and `debian` contains those other forms.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME glimra)
 set(GLIMRA_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/glimra)
 
-# Installing and packing take what has been built; they don't build tests and benchmarks first.
+# Installing and packing use what has been built, without building tests and benchmarks first.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 
 # glimra_install_compressed(TEMPLATE NAME DESTINATION COMPONENT [EXCLUDE_FROM_ALL]): fills in the template and
-# installs it as NAME.gz, without the time in it, so that the same sources always give the same file.
+# installs it as NAME.gz. The file contains no time, so the same sources always give the same bytes.
 find_program(GZIP_PROGRAM gzip REQUIRED)
 function(glimra_install_compressed template name destination component)
     set(file ${CMAKE_BINARY_DIR}/packaging/${component}/${name})
@@ -34,7 +34,7 @@ install(TARGETS ${GLIMRA_PROGRAMS} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 foreach(program IN LISTS GLIMRA_PROGRAMS)
     glimra_install_compressed(${GLIMRA_PACKAGING}/man/${program}.1.in ${program}.1
         ${CMAKE_INSTALL_MANDIR}/man1 glimra)
-    # The shell looks for a file that is named like the program; one serves them all.
+    # The shell looks for a file named like the program; the same file serves all programs.
     set(bash_completion ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
     install(FILES ${GLIMRA_PACKAGING}/completions/glimra.bash DESTINATION ${bash_completion} RENAME ${program})
 endforeach()
@@ -54,7 +54,7 @@ if(GLIMRA_DESKTOP)
     set(metainfo ${CMAKE_BINARY_DIR}/packaging/${GLIMRA_APP_ID}.metainfo.xml)
     configure_file(${GLIMRA_PACKAGING}/glimra.metainfo.xml.in ${metainfo} @ONLY)
     install(FILES ${metainfo} DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-    # Where udev looks, whatever the machine calls its folder of libraries.
+    # udev always looks in lib/, even where the machine's library folder has another name.
     install(FILES ${GLIMRA_PACKAGING}/udev/70-glimra-keyboard.rules DESTINATION lib/udev/rules.d)
 endif()
 
@@ -85,11 +85,11 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${GLIMRA_HOME_PAGE})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Speech and sound go through programs of the desktop's, and are done without where there is none.
+# Speech and sound use programs of the desktop; Glimra works without them.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "speech-dispatcher, gnome-session-canberra | pulseaudio-utils | pipewire-bin")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${GLIMRA_PACKAGING}/debian/postinst ${GLIMRA_PACKAGING}/debian/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# The first line, the synopsis, is the project's description.
+# The first line of the package description (the synopsis) is the project's description.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Glimra turns what happens in an online role-playing game into light on a
 keyboard with a lamp behind each key: action-bar keys show which abilities are

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Checks that no folder of src/ includes one that stands below it in the list of docs/architecture.md.
+# Checks that no folder of src/ includes a folder that is listed below it in docs/architecture.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 git ls-files -- 'src/*.h' 'src/*.cpp' | awk '
-    # The rows of the list begin with a folder in backticks.
+    # Each row of the list begins with a folder in backticks.
     FILENAME == "docs/architecture.md" {
         if ($0 ~ /^## /) inLayers = ($0 == "## Layers")
         if (inLayers && match($0, /^\| `[a-z0-9\/]+\/`/)) level[substr($0, 4, RLENGTH - 5)] = ++levels

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # The demonstration, on an X server of its own: demo.sh PROGRAMS FOLDER [OPTION...]
-# An evening in the game: the stand-in for the game plays it with the real add-on, the strip painter shows what the
-# add-on paints, and glimra, started with the options, lights its virtual keyboard. FOLDER gets a picture of each stage
-# and the trace of all that left the application; the exit status tells whether the keyboard lit as it should.
+#
+# It plays an evening in the game. A stand-in for the game runs the real add-on, glimra-strip shows what the
+# add-on paints, and glimra, started with the options, lights its virtual keyboard. FOLDER gets a picture of
+# each stage and the trace of the application's output. The exit status tells whether the keyboard lit as it
+# should.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 bin=$1 folder=$2
@@ -36,21 +38,21 @@ await() {
     return 1
 }
 
-# The screen's picture without the dark around the window.
+# Saves a picture of the screen without the black area around the window.
 picture() {
     xwdtopnm -quiet <"$folder/Xvfb_screen0" | pnmcrop -quiet -black | pnmtopng -quiet >"$folder/$1.png"
 }
 
 traced() { grep -qE "$1" "$trace" 2>/dev/null; }
 
-# expect COUNT CALL ARGUMENTS WHAT: at least so many calls with such arguments, or the demonstration failed.
+# expect COUNT CALL ARGUMENTS WHAT: fails the demonstration unless there are at least COUNT such calls.
 expect() {
     local found
     found=$(grep -cE "\"call\":\"$2\",\"args\":\[$3\]" "$trace" || true)
     [ "$found" -ge "$1" ] || fail "$4 ($found calls of $2 instead of $1)"
 }
 
-# The Enter key is lit in the first half of each second after its flash began.
+# Waits for the first half of a second of the flash, in which the Enter key is lit.
 await_flash() {
     local began
     began=$(sed -nE 's/^\{"t":([0-9.]+),.*"LogiLedFlashSingleKey".*/\1/p' "$trace" | tail -n 1)
@@ -59,7 +61,7 @@ await_flash() {
 
 frames() { grep -c LogiLedSetLightingFromBitmap "$trace" || true; }
 
-# An animation is under way when some frames more than so many have been shown.
+# Waits until an animation has shown some frames more than the given number.
 await_animation() {
     local before=$1
     for _ in $(seq 100); do
@@ -76,7 +78,7 @@ export DISPLAY
 unset WAYLAND_DISPLAY
 export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder/runtime
 
-# The window clear of the strip; and the first profile shows cooldowns.
+# Places the window below the strip, and lets the first profile show cooldowns.
 printf '%s\n' 'frame.windowPosition=[150 40 980 640]' 'useActionBarCooldowns1=true' >"$folder/settings.ini"
 "$bin/glimra" --keyboard virtual --settings "$folder/settings.ini" --trace "$trace" --log "$@" &
 glimra=$!
@@ -85,7 +87,7 @@ runs() { kill -0 "$glimra" 2>/dev/null; }
 started() { traced '"LogiLedInit"' || ! runs; }
 await started || fail "glimra did not start."
 if ! runs; then
-    # It had only something to say, or could not start and has told why.
+    # glimra printed some information only, or could not start and has said why.
     wait "$glimra" && exit
     exit $?
 fi
@@ -117,9 +119,10 @@ expect 27 LogiLedPulseSingleKey '[0-9]+,50,40,50,[0-9]+,[0-9]+,[0-9]+,[0-9]+,tru
 expect 45 LogiLedStopEffectsOnKey '[0-9]+' "the end of the fight and of death did not stop the effects"
 expect 1 LogiLedSetLightingForKeyWithKeyName '1,50,100,50' "the ghost's Esc did not light"
 expect 1 LogiLedFlashSingleKey '28,100,0,100,0,500' "the whisper did not flash Enter"
-# The end of the fight stops Enter too.
+# The end of the fight also stops the effect on Enter.
 expect 2 LogiLedStopEffectsOnKey '28' "the next message did not end the flash"
-# Seven frames of the ghost going, seven of it coming back, twelve of the rainbow, and the profile at the login.
+# Seven frames when the ghost leaves, seven when it returns, twelve of the rainbow, and the profile at the
+# login.
 [ "$(frames)" -ge 27 ] || fail "the animations did not play to their end ($(frames) frames)."
 for stage in combat cooldown dead ghost whisper rainbow; do
     ! cmp -s "$folder/rest.png" "$folder/$stage.png" || fail "the keyboard looks the same at rest and in stage $stage."

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Draws the pictures of docs/effects.md anew: effects-pictures.sh [GLIMRA-REPLAY [FOLDER]]
+# Redraws the pictures of docs/effects.md: effects-pictures.sh [GLIMRA-REPLAY [FOLDER]]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -7,7 +7,7 @@ replay=${1:-build/release/bin/glimra-replay}
 folder=${2:-docs/effects}
 mkdir -p "$folder"
 
-# film NAME SECONDS TOKENS [COMMAND...]: what the keyboard shows when the game is in front and sends TOKENS.
+# film NAME SECONDS TOKENS [COMMAND...]: films the keyboard while the game is in front and sends TOKENS.
 film() {
     local name=$1 seconds=$2 tokens=$3
     shift 3
@@ -18,7 +18,7 @@ film() {
     echo "$folder/$name.gif"
 }
 
-# The same for an effect that has another form in single-colour mode.
+# Films both forms of an effect that looks different in single-colour mode.
 both_forms() {
     film "$@"
     film "$1-single" "$2" "$3" 'default "singleColorMode" true'

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Puts the sources into the project's format; with --check only tells which are not in it.
+# Formats the sources; with --check only reports which are not formatted.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

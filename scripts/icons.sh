@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Draws the application's icon in every size from its one drawing. The pictures are kept, so that a build needs
-# nothing that can draw; the checksum beside them tells a test whether they were drawn from the present drawing.
+# Draws the application's icon in every size from its one drawing. The pictures are kept in the repository, so
+# that a build needs no drawing program. A test uses the checksum beside them to see whether they belong to
+# the present drawing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

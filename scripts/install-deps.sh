@@ -59,6 +59,6 @@ apt() {
 }
 
 echo "Installing: ${missing[*]}"
-# The lists may be old or absent; where they cannot be renewed, what is there may still do.
+# The package lists may be old or missing; if they cannot be updated, the present ones may be enough.
 apt update || echo "The package lists could not be renewed." >&2
 apt install -y --no-install-recommends "${missing[@]}"

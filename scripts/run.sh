@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds Glimra and starts it with the options given. Where there is no display it plays the demonstration on a
-# display of its own instead, and tells whether the keyboard lit as it should.
+# Builds Glimra and starts it with the given options. Without a display it runs the demonstration on a display
+# of its own instead, and reports whether the keyboard lit as it should.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 bin=$root/build/release/bin
@@ -10,7 +10,7 @@ headless() { [ -z "${DISPLAY:-}" ]; }
 build() (
     cd "$root"
     options=()
-    # A build folder that has the tests keeps them.
+    # Do not turn tests off in an existing build folder.
     [ -f build/release/CMakeCache.txt ] || options=(-DGLIMRA_BENCH=OFF -DGLIMRA_TESTS=OFF)
     cmake --preset release "${options[@]}" >/dev/null
     cmake --build --preset release --target glimra glimra-strip

@@ -24,7 +24,7 @@ protected:
     void TestBody() override {}
 
 public:
-    /// A player's home, with a game that has an old add-on and one that has none.
+    /// Makes a player's home folder with two clients of the game: one with an old add-on, one without.
     Screenshots() {
         const QString game = m_home.filePath(".wine/drive_c/Program Files (x86)/World of Warcraft/");
         const QString old = game + "_classic_era_/Interface/AddOns/Glimraxmit";
@@ -36,7 +36,7 @@ public:
         qputenv("HOME", QFile::encodeName(m_home.path()));
     }
 
-    /// Whether all pictures could be written.
+    /// Returns whether all pictures could be written.
     bool take(bool isDark) {
         QApplication::setPalette(themePalette(isDark));
         m_machine.userDefaults.set("firstStepsDone", !isDark);
@@ -57,12 +57,12 @@ public:
         for (const char* const modal : {"profileChangeAlert", "copyProfileDialog", "launchOptionWindow"})
             window(modal)->show();
         choose("toProfileMenu", 1);
-        // Until the status line has looked once more.
+        // Until the status line has been updated again.
         QTest::qWait(1500);
         std::vector<QWidget*> tops{widget("installAddonWindow")};
-        for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
-            if (std::holds_alternative<platform::Window*>(outlet.control))
-                tops.push_back(window(outlet.name));
+        for (const app::NamedOutlet& outlet : app::namedOutlets())
+            if (outlet.windowIn(outlets()) != nullptr)
+                tops.push_back(window(std::string(outlet.name)));
         return std::ranges::all_of(tops, [isDark](QWidget* top) {
             const QString path = s_folder + "/" + top->objectName() + (isDark ? "-dark.png" : "-light.png");
             return top->grab().save(path, "PNG", 0);

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Pictures of every window in both themes, to build/pictures; those that a page shows go to docs/images. Needs no
-# display.
+# Takes pictures of every window in both themes, into build/pictures, and copies those that a page shows to docs/images.
+# Needs no display.
 set -eu
 cd "$(dirname "$0")/.."
 preset=${PRESET:-debug}

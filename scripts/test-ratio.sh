@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Lines of tests for 100 lines of code, blank lines left out: C++ of src/ and the add-on's Lua against everything under
-# tests/ that is run or read. Fails where the tests have more than a third.
+# Prints the lines of tests for each 100 lines of code, without blank lines. Code is the C++ of src/ and the
+# add-on's Lua; tests are all files under tests/ that are run or read. Fails when the tests have more than a
+# third of the code's lines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

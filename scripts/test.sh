@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# All checks and all tests: the sources' form, the core alone by both compilers, and everything as released and
-# under the address, undefined-behaviour and thread sanitizers. A stage that fails keeps none of the others from
-# running; the exit status tells of all of them.
+# Runs all checks and all tests: format, layers, the core alone with both compilers, and everything as a
+# release build and under the address, undefined-behaviour and thread sanitizers. After a failed stage the
+# others still run; the exit status covers all of them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

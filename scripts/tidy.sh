@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the sources: tidy.sh [FILE...], all of src/ when none is named.
+# Runs clang-tidy on the sources: tidy.sh [FILE...]; without arguments, on all of src/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh build test check
 cmake --preset debug >/dev/null
-# Some sources include headers that the build makes.
+# Some sources include headers that the build generates.
 cmake --build --preset debug --target generated_headers >/dev/null
 if [ $# -gt 0 ]; then
     printf '%s\0' "$@"

@@ -2,7 +2,7 @@
 
 _glimra_words() {
     case ${1##*/}:$3 in
-        glimra:--keyboard) echo auto sdk usb openrgb virtual ;;
+        glimra:--keyboard) "$1" --help 2>/dev/null | sed -nE 's/.*--keyboard NAME:\{([^}]*)\}.*/\1/p' | tr , ' ' ;;
         glimra:--capture) echo auto screen window ;;
         glimra:--profile) echo 1 2 3 4 5 6 7 8 9 ;;
         glimra:doctor) echo --json ;;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/action_argument.h"
 #include "app/outlets.h"
 #include "app/unsaved_edits.h"
 #include "app/window_closer.h"
@@ -33,14 +34,14 @@ public:
     void openWindowToMapKeys();
     /// The user has chosen an item in the menu of a slot, by its number (101 to 612). A title that names no
     /// key changes nothing.
-    void actionKeyMenuClick(int number, std::string_view title);
+    void actionKeyMenuClick(const ItemTitle& item, int number);
     void actionKeySetterOK();
     void actionKeySetterCanx();
 
 private:
     void fillMenus();
 
-    Parts m;
+    Parts m_parts;
     std::vector<platform::PopUp*> keyMenusArray;
 };
 

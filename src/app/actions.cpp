@@ -3,152 +3,156 @@
 #include "app/color_wells.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace glimra::app {
 
 namespace {
 
-using Argument = ActionArgument;
+/// A call of an operation that looks for itself at what its control shows, and so is given nothing of the
+/// argument, a `Sent`.
+template <class Sent = std::monostate, class Object, class... Constants>
+ActionCall calls(Object Operations::*object, void (Object::*operation)(Constants...),
+                 std::type_identity_t<Constants>... constants) {
+    return {Sent{}, [=](Operations& operations, const ActionArgument&) {
+                (operations.*object.*operation)(constants...);
+            }};
+}
 
-/// A row for a method that looks for itself at what its control shows.
-ActionRow row(std::string selector, void (AppDelegate::*method)(), std::vector<std::string> outlets = {},
-              ArgumentKind kind = ArgumentKind::None) {
-    return {std::move(selector), kind, std::move(outlets),
-            [method](AppDelegate& delegate, const Argument&) { (delegate.*method)(); }};
+/// A call of an operation that is given the argument, before the constants.
+template <class Object, class Sent, class... Constants>
+ActionCall gives(Object Operations::*object, void (Object::*operation)(Sent, Constants...),
+                 std::type_identity_t<Constants>... constants) {
+    using Argument = std::decay_t<Sent>;
+    return {Argument{}, [=](Operations& operations, const ActionArgument& argument) {
+                (operations.*object.*operation)(std::get<Argument>(argument), constants...);
+            }};
 }
 
 std::vector<ActionRow> makeTable() {
-    using D = AppDelegate;
+    using O = Operations;
+    using Autorun = LauncherState;
+    constexpr events::ResetNotice kLogged = events::ResetNotice::Logged;
     std::vector<ActionRow> table{
-        row("calibrateButton:", &D::calibrateButton),
-        row("calibrateMI:", &D::calibrateMI),
-        row("debugMenuItem:", &D::debugMenuItem),
-        row("resetLightsMI:", &D::resetLightsMI),
-        row("resetClicked:", &D::resetClicked),
-        {"endStaleEffectsMI:",
-         ArgumentKind::State,
+        {"calibrateButton:", {}, calls(&O::calibration, &screenlink::Calibration::calibrateScreen)},
+        {"calibrateMI:", {}, calls(&O::calibration, &screenlink::Calibration::calibrateScreen)},
+        {"debugMenuItem:", {}, calls(&O::diagnostics, &Diagnostics::toggleDebugMode)},
+        {"resetLightsMI:", {}, calls(&O::dispatcher, &events::Dispatcher::resetLights, kLogged)},
+        {"resetClicked:", {}, calls(&O::dispatcher, &events::Dispatcher::resetLights, kLogged)},
+        {"endStaleEffectsMI:", {}, gives(&O::staleEffects, &screenlink::StaleEffects::setEndStaleEffects)},
+        {"testLightsMI:", {}, calls(&O::diagnostics, &Diagnostics::showTestPattern)},
+        {"testButton:", {}, calls(&O::diagnostics, &Diagnostics::showTestPattern)},
+
+        {"setColorsMI:", {}, calls(&O::colorProgrammer, &ColorProgrammer::openColorProgrammer)},
+        {"setColorsBtn:", {}, calls(&O::colorProgrammer, &ColorProgrammer::openColorProgrammer)},
+        {"controlAllLightsCheck:",
+         {"controlAllLightsCheckbox"},
+         calls<bool>(&O::colorProgrammer, &ColorProgrammer::applyCanvasColors)},
+        {"singleColorModeCheck:",
+         {"singleColorModeBtn"},
+         calls<bool>(&O::colorProgrammer, &ColorProgrammer::singleColorModeCheck)},
+        {"autoToggleProfileClicked:",
+         {"autoChatProfileCheckbox"},
+         calls<bool>(&O::colorProgrammer, &ColorProgrammer::autoToggleProfileClicked)},
+        {"combatChatWarningClicked:",
+         {"combatChatAlertCheckbox"},
+         calls<bool>(&O::colorProgrammer, &ColorProgrammer::combatChatWarningClicked)},
+        {"cooldownCheck:",
+         {"actionBarEffectCheckbox"},
+         gives(&O::cooldownDisplay, &events::CooldownDisplay::showCooldowns)},
+        {"revealCooldownColors:",
+         {"cooldownPreviewBtn"},
+         calls(&O::cooldownDisplay, &events::CooldownDisplay::revealCooldownColors)},
+        {"blinkTimeChanged:",
+         {"blinkTimeTextbox"},
+         calls<EnteredText>(&O::cooldownDisplay, &events::CooldownDisplay::blinkTimeChanged)},
+        {"paintingColorPicker:",
+         {"colorButtonGroup"},
+         calls<RadioTag>(&O::colorProgrammer, &ColorProgrammer::paintingColorPicker)},
+        {"colorWellDropped:", {}, gives(&O::colorProgrammer, &ColorProgrammer::colorWellDropped)},
+        {"colorWellRestored:", {}, gives(&O::colorProgrammer, &ColorProgrammer::colorWellRestored)},
+        {"profileSelectPopup:",
+         {"currentProfilePopup"},
+         calls<ItemIndex>(&O::colorProgrammer, &ColorProgrammer::profileSelectPopup)},
+        {"profileChangeAnswer:", {}, gives(&O::unsavedEdits, &UnsavedEdits::profileChangeAnswer)},
+        {"copyProfileSameSame:",
+         {"fromProfileMenu", "toProfileMenu"},
+         calls(&O::colorProgrammer, &ColorProgrammer::copyProfileSameSame)},
+        {"colorOK:", {}, calls(&O::colorProgrammer, &ColorProgrammer::colorOK)},
+        {"colorCancel:", {}, calls(&O::colorProgrammer, &ColorProgrammer::colorCancel)},
+        {"showProfile:", {}, gives(&O::colorProgrammer, &ColorProgrammer::showProfile)},
+
+        {"mouseDown:", {"keyboardCanvas"}, gives(&O::colorPainter, &ColorPainter::mouseDown)},
+        {"mouseDragged:", {"keyboardCanvas"}, gives(&O::colorPainter, &ColorPainter::mouseDragged)},
+        {"undo:", {}, calls(&O::canvasEdits, &CanvasEdits::undo)},
+        {"redo:", {}, calls(&O::canvasEdits, &CanvasEdits::redo)},
+        {"endEdit:", {}, calls(&O::canvasEdits, &CanvasEdits::endStep)},
+        {"settleEdits:", {}, calls(&O::unsavedEdits, &UnsavedEdits::settleEdits)},
+
+        {"openWindowToMapKeys:", {}, calls(&O::actionKeySetter, &ActionKeySetter::openWindowToMapKeys)},
+        {"actionKeySetterOK:", {}, calls(&O::actionKeySetter, &ActionKeySetter::actionKeySetterOK)},
+        {"actionKeySetterCanx:", {}, calls(&O::actionKeySetter, &ActionKeySetter::actionKeySetterCanx)},
+
+        {"ExportPreferencesMI:", {}, calls(&O::profileTransfer, &ProfileTransfer::exportPreferences)},
+        {"ImportPreferencesMI:", {}, calls(&O::profileTransfer, &ProfileTransfer::importPreferences)},
+
+        {"autorunNoneMI:",
+         {"autorunNoneMI"},
+         calls(&O::launcher, &Launcher::setAutorun, &Outlets::autorunNoneMI, nullptr)},
+        {"autorunBNetMI:",
+         {"autorunBNetMI"},
+         calls(&O::launcher, &Launcher::setAutorun, &Outlets::autorunBNetMI, &Autorun::BNAppName)},
+        {"autorunWowMI:",
+         {"autorunWowMI"},
+         calls(&O::launcher, &Launcher::setAutorun, &Outlets::autorunWowMI, &Autorun::WowAppName)},
+        {"autorunClassicMI:",
+         {"autorunClassicMI"},
+         calls(&O::launcher, &Launcher::setAutorun, &Outlets::autorunClassicMI, &Autorun::WowClassicAppName)},
+        {"launchBNetMI:", {}, calls(&O::launcher, &Launcher::launchApp, &Autorun::BNAppName)},
+        {"BNLaunchBtnClicked:", {}, calls(&O::launcher, &Launcher::launchApp, &Autorun::BNAppName)},
+        {"launchWowMI:", {}, calls(&O::launcher, &Launcher::launchApp, &Autorun::WowAppName)},
+        {"launchWoWBtnClicked:", {}, calls(&O::launcher, &Launcher::launchApp, &Autorun::WowAppName)},
+        {"launchClassicMI:", {}, calls(&O::launcher, &Launcher::launchApp, &Autorun::WowClassicAppName)},
+        {"launchWoWClassicBtnClicked:",
          {},
-         [](D& delegate, const Argument& argument) { delegate.setEndStaleEffects(argument.state); }},
-        row("testLightsMI:", &D::testLightsMI),
-        row("testButton:", &D::testButton),
+         calls(&O::launcher, &Launcher::launchApp, &Autorun::WowClassicAppName)},
+        {"handleLauncherOptionsMI:", {}, calls(&O::launcher, &Launcher::editGameNames)},
+        {"editGameNamesMI:", {}, calls(&O::launcher, &Launcher::editGameNames)},
+        {"launchOptionsOK:", {}, calls(&O::launcher, &Launcher::launchOptionsOK)},
 
-        row("setColorsMI:", &D::setColorsMI),
-        row("setColorsBtn:", &D::setColorsBtn),
-        row("controlAllLightsCheck:", &D::controlAllLightsCheck, {"controlAllLightsCheckbox"},
-            ArgumentKind::State),
-        row("singleColorModeCheck:", &D::singleColorModeCheck, {"singleColorModeBtn"}, ArgumentKind::State),
-        row("autoToggleProfileClicked:", &D::autoToggleProfileClicked, {"autoChatProfileCheckbox"},
-            ArgumentKind::State),
-        row("combatChatWarningClicked:", &D::combatChatWarningClicked, {"combatChatAlertCheckbox"},
-            ArgumentKind::State),
-        row("cooldownCheck:", &D::cooldownCheck, {"actionBarEffectCheckbox"}, ArgumentKind::State),
-        row("revealCooldownColors:", &D::revealCooldownColors, {"cooldownPreviewBtn"}),
-        row("blinkTimeChanged:", &D::blinkTimeChanged, {"blinkTimeTextbox"}, ArgumentKind::Text),
-        row("paintingColorPicker:", &D::paintingColorPicker, {"colorButtonGroup"}, ArgumentKind::RadioTag),
-        {"colorWellDropped:",
-         ArgumentKind::Well,
-         {},
-         [](D& delegate, const Argument& argument) {
-             delegate.colorWellDropped(wellOfTag(delegate.outlets(), argument.number));
-         }},
-        row("profileSelectPopup:", &D::profileSelectPopup, {"currentProfilePopup"}, ArgumentKind::Index),
-        {"profileChangeAnswer:",
-         ArgumentKind::ButtonTag,
-         {},
-         [](D& delegate, const Argument& argument) { delegate.profileChangeAnswer(argument.number); }},
-        row("copyProfileSameSame:", &D::copyProfileSameSame, {"fromProfileMenu", "toProfileMenu"}),
-        row("colorOK:", &D::colorOK),
-        row("colorCancel:", &D::colorCancel),
+        {"aboutMenuItem:", {}, calls(&O::help, &Help::aboutMenuItem)},
+        {"AboutLinkClicked:", {}, calls(&O::help, &Help::openHomePage)},
+        {"openDownloadsPage:", {}, calls(&O::help, &Help::openDownloadsPage)},
+        {"helpMenuItem:", {}, calls(&O::help, &Help::helpMenuItem)},
+        {"myBtnClicked:", {}, calls(&O::help, &Help::myBtnClicked)},
 
-        row("openWindowToMapKeys:", &D::openWindowToMapKeys),
-        row("actionKeySetterOK:", &D::actionKeySetterOK),
-        row("actionKeySetterCanx:", &D::actionKeySetterCanx),
-
-        row("ExportPreferencesMI:", &D::ExportPreferencesMI),
-        row("ImportPreferencesMI:", &D::ImportPreferencesMI),
-
-        row("autorunNoneMI:", &D::autorunNoneMI, {"autorunNoneMI"}),
-        row("autorunBNetMI:", &D::autorunBNetMI, {"autorunBNetMI"}),
-        row("autorunWowMI:", &D::autorunWowMI, {"autorunWowMI"}),
-        row("autorunClassicMI:", &D::autorunClassicMI, {"autorunClassicMI"}),
-        row("launchBNetMI:", &D::launchBNet),
-        row("BNLaunchBtnClicked:", &D::launchBNet),
-        row("launchWowMI:", &D::launchWow),
-        row("launchWoWBtnClicked:", &D::launchWow),
-        row("launchClassicMI:", &D::launchClassic),
-        row("launchWoWClassicBtnClicked:", &D::launchClassic),
-        row("handleLauncherOptionsMI:", &D::editGameNamesMI),
-        row("editGameNamesMI:", &D::editGameNamesMI),
-        row("launchOptionsOK:", &D::launchOptionsOK),
-
-        row("aboutMenuItem:", &D::aboutMenuItem),
-        row("AboutLinkClicked:", &D::AboutLinkClicked),
-        row("openDownloadsPage:", &D::openDownloadsPage),
-        row("helpMenuItem:", &D::helpMenuItem),
-        row("myBtnClicked:", &D::myBtnClicked),
-
-        row("undo:", &D::undo),
-        row("redo:", &D::redo),
-        row("endEdit:", &D::endEdit),
-        row("settleEdits:", &D::settleEdits),
-        {"colorWellRestored:",
-         ArgumentKind::Well,
-         {},
-         [](D& delegate, const Argument& argument) {
-             delegate.colorWellRestored(wellOfTag(delegate.outlets(), argument.number));
-         }},
-        {"showProfile:",
-         ArgumentKind::ButtonTag,
-         {},
-         [](D& delegate, const Argument& argument) { delegate.showProfile(argument.number); }},
-
-        {"windowShouldClose:",
-         ArgumentKind::WindowName,
-         {},
-         [](D& delegate, const Argument& argument) {
-             if (const auto outlet = findOutlet(delegate.outlets(), argument.text))
-                 if (auto* const* window = std::get_if<platform::Window*>(&*outlet))
-                     delegate.windowShouldClose(**window);
-         }},
+        {"windowShouldClose:", {}, gives(&O::windowCloser, &WindowCloser::windowShouldClose)},
     };
-    using PointMethod = void (D::*)(double, double);
-    for (const auto& [selector, method] :
-         {std::pair<std::string, PointMethod>{"mouseDown:", &D::mouseDown},
-          std::pair<std::string, PointMethod>{"mouseDragged:", &D::mouseDragged}})
-        table.push_back({selector,
-                         ArgumentKind::Point,
-                         {"keyboardCanvas"},
-                         [method = method](D& delegate, const Argument& argument) {
-                             (delegate.*method)(argument.x, argument.y);
-                         }});
     for (const profiles::ActionSlot& slot : profiles::actionSlots()) {
-        const int number = slot.number;
-        table.push_back({"actionKeyMenuClick" + std::to_string(number) + ":",
-                         ArgumentKind::Title,
-                         {"menu" + std::to_string(number)},
-                         [number](AppDelegate& delegate, const Argument& argument) {
-                             delegate.actionKeyMenuClick(number, argument.text);
-                         }});
+        const std::string number = std::to_string(slot.number);
+        table.push_back({"actionKeyMenuClick" + number + ":",
+                         {"menu" + number},
+                         gives(&O::actionKeySetter, &ActionKeySetter::actionKeyMenuClick, slot.number)});
     }
     return table;
 }
 
 /// The control that sends the action; none where it is no outlet, or one of several that change nothing.
-std::optional<ControlPointer> senderOf(AppDelegate& delegate, const ActionRow& action,
-                                       const Argument& argument) {
-    if (action.kind == ArgumentKind::Well)
-        return &wellOfTag(delegate.outlets(), argument.number);
+std::optional<ControlPointer> senderOf(Outlets& outlets, const ActionRow& action,
+                                       const ActionArgument& argument) {
+    if (const auto* const well = std::get_if<WellColor>(&argument))
+        return &wellOfTag(outlets, well->tag);
     if (action.outlets.size() != 1)
         return std::nullopt;
-    return findOutlet(delegate.outlets(), action.outlets.front());
+    return findOutlet(action.outlets.front())->in(outlets);
 }
 
 /// Whether the control lets the user do this.
-bool canSend(AppDelegate& delegate, const ControlPointer& sender, ArgumentKind kind,
-             const Argument& argument) {
-    if (kind == ArgumentKind::Point)
-        return delegate.outlets().colorProgrammerWindow.visible.get();
-    if (kind == ArgumentKind::Index && std::get<platform::PopUp*>(sender)->separator == argument.number)
+bool canSend(const Outlets& outlets, const ControlPointer& sender, const ActionArgument& argument) {
+    if (std::holds_alternative<CanvasPoint>(argument))
+        return outlets.colorProgrammerWindow.visible.get();
+    if (const auto* const item = std::get_if<ItemIndex>(&argument);
+        item != nullptr && std::get<platform::PopUp*>(sender)->separator == item->index)
         return false;
     return std::visit(
         [](const auto* control) {
@@ -160,28 +164,29 @@ bool canSend(AppDelegate& delegate, const ControlPointer& sender, ArgumentKind k
         sender);
 }
 
-/// The control takes the state that the user gives it.
-void change(const ControlPointer& control, ArgumentKind kind, const Argument& argument) {
-    switch (kind) {
-    case ArgumentKind::State:
-        return std::get<platform::CheckBox*>(control)->on.set(argument.state);
-    case ArgumentKind::Index:
-        return std::get<platform::PopUp*>(control)->selected.set(argument.number);
-    case ArgumentKind::Title:
-        return std::get<platform::PopUp*>(control)->selectTitle(argument.text);
-    case ArgumentKind::Text:
-        return std::get<platform::TextField*>(control)->text.set(argument.text);
-    case ArgumentKind::RadioTag:
-        return std::get<platform::RadioGroup*>(control)->selectedTag.set(argument.number);
-    case ArgumentKind::Well:
-        return std::get<platform::ColorWell*>(control)->color.set(argument.color);
-    case ArgumentKind::None:
-    case ArgumentKind::ButtonTag:
-    case ArgumentKind::Point:
-    case ArgumentKind::WindowName:
-        return;
+/// Gives a control the state that the user gives it.
+struct Change {
+    const ControlPointer& control;
+
+    void operator()(bool on) const { std::get<platform::CheckBox*>(control)->on.set(on); }
+    void operator()(const ItemIndex& item) const {
+        std::get<platform::PopUp*>(control)->selected.set(item.index);
     }
-}
+    void operator()(const ItemTitle& item) const {
+        std::get<platform::PopUp*>(control)->selectTitle(item.title);
+    }
+    void operator()(const EnteredText& entered) const {
+        std::get<platform::TextField*>(control)->text.set(entered.text);
+    }
+    void operator()(const RadioTag& chosen) const {
+        std::get<platform::RadioGroup*>(control)->selectedTag.set(chosen.tag);
+    }
+    void operator()(const WellColor& well) const {
+        std::get<platform::ColorWell*>(control)->color.set(well.color);
+    }
+    /// Whatever else is sent changes nothing of its control.
+    void operator()(const auto&) const {}
+};
 
 } // namespace
 
@@ -197,12 +202,13 @@ const ActionRow* findAction(std::string_view selector) {
 }
 
 void sendAction(AppDelegate& delegate, const ActionRow& action, const ActionArgument& argument) {
-    if (const std::optional<ControlPointer> sender = senderOf(delegate, action, argument)) {
-        if (!canSend(delegate, *sender, action.kind, argument))
+    Outlets& outlets = delegate.outlets();
+    if (const std::optional<ControlPointer> sender = senderOf(outlets, action, argument)) {
+        if (!canSend(outlets, *sender, argument))
             return;
-        change(*sender, action.kind, argument);
+        std::visit(Change{*sender}, argument);
     }
-    action.perform(delegate, argument);
+    action.call.perform(delegate.operations(), argument);
 }
 
 } // namespace glimra::app

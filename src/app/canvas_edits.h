@@ -22,7 +22,7 @@ public:
         lighting::LightingState& lighting;
     };
 
-    explicit CanvasEdits(const Parts& parts) : m(parts) {}
+    explicit CanvasEdits(const Parts& parts) : m_parts(parts) {}
 
     /// Carries out an edit of a subject (`EditHistory`).
     void perform(int subject, const std::function<void()>& edit);
@@ -45,7 +45,7 @@ private:
     void show(const EditHistory::Target& target);
     void store(const EditState& state);
 
-    Parts m;
+    Parts m_parts;
     EditHistory m_history;
 };
 

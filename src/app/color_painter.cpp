@@ -3,52 +3,63 @@
 #include "lighting/keyboard_layout.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace glimra::app {
 
 namespace {
 
-constexpr double kKeyOpacity = 0.75;
+using lighting::kKeyboardLayout;
 
-using Layout = std::array<lighting::KeyRect, lighting::kKeyboardLayout.size()>;
-
-constexpr Layout keyPaintRects = [] {
-    Layout rects = lighting::kKeyboardLayout;
-    std::ranges::sort(rects, {}, &lighting::KeyRect::code);
-    return rects;
+/// Places in the layout, ascending by the keys' codes.
+constexpr auto kKeysByCode = [] {
+    std::array<std::size_t, kKeyboardLayout.size()> places{};
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::ranges::sort(places, {}, [](std::size_t place) { return kKeyboardLayout[place].code; });
+    return places;
 }();
 
 } // namespace
 
-ColorPainter::ColorPainter(const Parts& parts, profiles::CanvasKeyCodes& canvasKeyCodes) : m(parts) {
-    for (const lighting::KeyRect& key : keyPaintRects)
-        canvasKeyCodes.push_back(key.code);
+ColorPainter::ColorPainter(const Parts& parts, profiles::CanvasKeyCodes& canvasKeyCodes) : m_parts(parts) {
+    for (const std::size_t index : kKeysByCode)
+        canvasKeyCodes.push_back(kKeyboardLayout[index].code);
 }
 
-void ColorPainter::drawRect(platform::Painter& painter) {
-    for (const lighting::KeyRect& key : keyPaintRects) {
-        const lighting::Color color = keyColor(key.code);
-        painter.fillRect(key.x, key.y, key.width, key.height, color, kKeyOpacity);
-        m.lighting.setKeyColor(lighting::driverKeyName(key.code), color);
+void ColorPainter::drawKeys(const ShowKey& showKey) {
+    for (const std::size_t index : kKeysByCode) {
+        const lighting::KeyCode code = kKeyboardLayout[index].code;
+        const lighting::Color color = keyColor(code);
+        showKey(index, color);
+        m_parts.lighting.setKeyColor(lighting::driverKeyName(code), color);
     }
 }
 
-void ColorPainter::mouseDown(double x, double y) {
+void ColorPainter::mouseDown(const CanvasPoint& point) {
+    m_parts.edits.endStep();
+    mouseDragged(point);
+}
+
+void ColorPainter::mouseDragged(const CanvasPoint& point) {
+    m_parts.edits.perform(EditHistory::kStroke, [&] { paintKey(point); });
+}
+
+void ColorPainter::paintKey(const CanvasPoint& point) {
     const auto* const key = std::ranges::find_if(
-        keyPaintRects, [&](const lighting::KeyRect& rect) { return rect.contains(x, y); });
-    if (key != keyPaintRects.end() && key->code < m.buffer.keysToColors.size()) {
-        m.buffer.keysToColors[key->code] = m.buffer.paintColor;
-        m.view.displayNeeded.emit();
+        kKeyboardLayout, [&](const lighting::KeyRect& rect) { return rect.contains(point.x, point.y); });
+    if (key != kKeyboardLayout.end() && key->code < m_parts.buffer.keysToColors.size()) {
+        m_parts.buffer.keysToColors[key->code] = m_parts.buffer.paintColor;
+        m_parts.view.displayNeeded.emit();
     }
-    m.profile.profileTouched = true;
+    m_parts.profile.profileTouched = true;
 }
 
 lighting::Color ColorPainter::keyColor(lighting::KeyCode code) const {
-    if (m.buffer.usingActionbarCooldowns && m.buffer.dimmedKeys.contains(code))
-        return lighting::slotColor(m.buffer.keyColorSet, lighting::kCooldownSlot);
-    if (m.useSingleColorMode)
-        return lighting::slotColor(m.buffer.keyColorSet, lighting::kColorASlot);
-    return lighting::mappedColor(m.buffer.keyColorSet, m.buffer.keysToColors, code);
+    if (m_parts.buffer.usingActionbarCooldowns && m_parts.buffer.dimmedKeys.contains(code))
+        return lighting::slotColor(m_parts.buffer.keyColorSet, lighting::kCooldownSlot);
+    if (m_parts.useSingleColorMode)
+        return lighting::slotColor(m_parts.buffer.keyColorSet, lighting::kColorASlot);
+    return lighting::mappedColor(m_parts.buffer.keyColorSet, m_parts.buffer.keysToColors, code);
 }
 
 } // namespace glimra::app

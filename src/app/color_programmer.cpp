@@ -36,108 +36,118 @@ void takeOption(platform::UserDefaults& defaults, const Option& setting, bool& o
 
 } // namespace
 
-ColorProgrammer::ColorProgrammer(const Parts& parts) : m(parts) {
-    m.outlets.currentProfilePopup.separator = kCopyItem - 1;
+ColorProgrammer::ColorProgrammer(const Parts& parts) : m_parts(parts) {
+    m_parts.outlets.currentProfilePopup.separator = kCopyItem - 1;
 }
 
 void ColorProgrammer::loadSingleColorMode() {
-    loadOption({m.defaults, m.systemLog}, settings::kSingleColorMode, m.options.useSingleColorMode,
-               m.outlets.singleColorModeBtn);
+    loadOption({m_parts.defaults, m_parts.systemLog}, settings::kSingleColorMode,
+               m_parts.options.useSingleColorMode, m_parts.outlets.singleColorModeBtn);
 }
 
 void ColorProgrammer::loadAutoToggleProfile() {
-    loadOption({m.defaults, m.systemLog}, settings::kAutoToggleProfile, m.options.autoToggleProfile2,
-               m.outlets.autoChatProfileCheckbox);
+    loadOption({m_parts.defaults, m_parts.systemLog}, settings::kAutoToggleProfile,
+               m_parts.options.autoToggleProfile2, m_parts.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::loadCombatChatWarning() {
-    loadOption({m.defaults, m.systemLog}, settings::kCombatChatWarning, m.options.combatChatWarning,
-               m.outlets.combatChatAlertCheckbox);
+    loadOption({m_parts.defaults, m_parts.systemLog}, settings::kCombatChatWarning,
+               m_parts.options.combatChatWarning, m_parts.outlets.combatChatAlertCheckbox);
 }
 
 void ColorProgrammer::openColorProgrammer() {
-    m.store.loadProfile(m.profile.activeColorProfile);
-    m.canvas.fillFrom(m.lightingState);
-    applyColorSetToWells(m.outlets, m.lightingState.keyboardColorSet, m.canvas);
-    m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
+    m_parts.store.loadProfile(m_parts.profile.activeColorProfile);
+    m_parts.canvas.fillFrom(m_parts.lightingState);
+    applyColorSetToWells(m_parts.outlets, m_parts.lightingState.keyboardColorSet, m_parts.canvas);
+    m_parts.outlets.actionBarEffectCheckbox.on.set(m_parts.lightingState.useSpellCooldowns[0]);
     applyCanvasColors();
     showSelectedProfile();
-    if (m.options.useSingleColorMode)
+    if (m_parts.options.useSingleColorMode)
         singleColorModeCheck();
-    m.runLoop.post([this] {
-        m.outlets.colorProgrammerWindow.bringToFront();
-        m.outlets.keyboardCanvas.displayNeeded.emit();
+    m_parts.runLoop.post([this] {
+        m_parts.outlets.colorProgrammerWindow.bringToFront();
+        m_parts.outlets.keyboardCanvas.displayNeeded.emit();
     });
-    m.messages.confirmCalibrate = true;
+    m_parts.messages.confirmCalibrate = true;
 }
 
 void ColorProgrammer::applyCanvasColors() {
-    m.canvas.fillIfEmpty(m.lightingState);
-    m.lightingState.keyboardColorBitmap.at(static_cast<std::size_t>(m.profile.activeColorProfile)) =
-        lighting::buildColorBitmap(m.canvas.keyColorSet, m.canvas.keysToColors);
-    if (!m.options.useSingleColorMode)
-        m.lighting.showProfileLighting(m.profile.activeColorProfile);
-    m.outlets.autoChatProfileCheckbox.enabled.set(true);
-    m.outlets.singleColorModeBtn.enabled.set(true);
-    m.defaults.set(settings::kAutoToggleProfile.key, m.options.autoToggleProfile2);
-    m.defaults.set(settings::kSingleColorMode.key, m.options.useSingleColorMode);
+    m_parts.canvas.fillIfEmpty(m_parts.lightingState);
+    m_parts.lightingState.keyboardColorBitmap.at(
+        static_cast<std::size_t>(m_parts.profile.activeColorProfile)) =
+        lighting::buildColorBitmap(m_parts.canvas.keyColorSet, m_parts.canvas.keysToColors);
+    if (!m_parts.options.useSingleColorMode)
+        m_parts.lighting.showProfileLighting(m_parts.profile.activeColorProfile);
+    m_parts.outlets.autoChatProfileCheckbox.enabled.set(true);
+    m_parts.outlets.singleColorModeBtn.enabled.set(true);
+    m_parts.defaults.set(settings::kAutoToggleProfile.key, m_parts.options.autoToggleProfile2);
+    m_parts.defaults.set(settings::kSingleColorMode.key, m_parts.options.useSingleColorMode);
 }
 
 void ColorProgrammer::singleColorModeCheck() {
-    const bool on = m.outlets.singleColorModeBtn.on.get();
-    m.options.useSingleColorMode = on;
-    m.lightingState.singleColorFlag = on;
+    const bool on = m_parts.outlets.singleColorModeBtn.on.get();
+    m_parts.options.useSingleColorMode = on;
+    m_parts.lightingState.singleColorFlag = on;
     if (on)
-        m.outlets.actionBarEffectCheckbox.on.set(false);
-    m.outlets.actionBarEffectCheckbox.enabled.set(!on);
-    m.outlets.cooldownPreviewBtn.enabled.set(!on);
+        m_parts.outlets.actionBarEffectCheckbox.on.set(false);
+    m_parts.outlets.actionBarEffectCheckbox.enabled.set(!on);
+    m_parts.outlets.cooldownPreviewBtn.enabled.set(!on);
     if (on)
-        m.cooldowns.showCooldowns(false);
+        m_parts.cooldowns.showCooldowns(false);
     applyCanvasColors();
-    m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.defaults.set(settings::kSingleColorMode.key, m.options.useSingleColorMode);
+    m_parts.outlets.keyboardCanvas.displayNeeded.emit();
+    m_parts.defaults.set(settings::kSingleColorMode.key, m_parts.options.useSingleColorMode);
 }
 
 void ColorProgrammer::autoToggleProfileClicked() {
-    takeOption(m.defaults, settings::kAutoToggleProfile, m.options.autoToggleProfile2,
-               m.outlets.autoChatProfileCheckbox);
+    takeOption(m_parts.defaults, settings::kAutoToggleProfile, m_parts.options.autoToggleProfile2,
+               m_parts.outlets.autoChatProfileCheckbox);
 }
 
 void ColorProgrammer::combatChatWarningClicked() {
-    takeOption(m.defaults, settings::kCombatChatWarning, m.options.combatChatWarning,
-               m.outlets.combatChatAlertCheckbox);
+    takeOption(m_parts.defaults, settings::kCombatChatWarning, m_parts.options.combatChatWarning,
+               m_parts.outlets.combatChatAlertCheckbox);
 }
 
 void ColorProgrammer::paintingColorPicker() {
-    choosePaintColor(m.outlets, m.canvas);
+    choosePaintColor(m_parts.outlets, m_parts.canvas);
 }
 
-void ColorProgrammer::colorWellDropped(const platform::ColorWell& well) {
-    m.canvas.fillIfEmpty(m.lightingState);
-    m.canvas.keyColorSet.at(static_cast<std::size_t>(slotOfWell(well))) = well.color.get();
-    m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.profile.profileTouched = true;
+void ColorProgrammer::colorWellDropped(const WellColor& dropped) {
+    const platform::ColorWell& well = wellOfTag(m_parts.outlets, dropped.tag);
+    const int slot = slotOfWell(well);
+    m_parts.edits.perform(slot, [&] {
+        m_parts.canvas.fillIfEmpty(m_parts.lightingState);
+        m_parts.canvas.keyColorSet.at(static_cast<std::size_t>(slot)) = well.color.get();
+        m_parts.outlets.keyboardCanvas.displayNeeded.emit();
+        m_parts.profile.profileTouched = true;
+    });
+}
+
+void ColorProgrammer::colorWellRestored(const WellColor& restored) {
+    colorWellDropped(restored);
+    m_parts.edits.settleTouched();
 }
 
 void ColorProgrammer::colorOK() {
-    m.store.saveProfile(m.profile.activeColorProfile);
+    m_parts.store.saveProfile(m_parts.profile.activeColorProfile);
     closeWindow();
-    m.cooldowns.blinkTimeChanged();
+    m_parts.cooldowns.blinkTimeChanged();
 }
 
 void ColorProgrammer::colorCancel() {
-    m.store.loadProfile(m.profile.activeColorProfile);
-    m.lighting.showProfileLighting(m.profile.activeColorProfile);
-    if (m.options.useSingleColorMode)
+    m_parts.store.loadProfile(m_parts.profile.activeColorProfile);
+    m_parts.lighting.showProfileLighting(m_parts.profile.activeColorProfile);
+    if (m_parts.options.useSingleColorMode)
         setAllToColorA();
     closeWindow();
 }
 
 void ColorProgrammer::profileSelectPopup() {
-    const int chosen = m.outlets.currentProfilePopup.selected.get() + 1;
-    if (chosen == m.profile.activeColorProfile)
+    const int chosen = m_parts.outlets.currentProfilePopup.selected.get() + 1;
+    if (chosen == m_parts.profile.activeColorProfile)
         return;
-    if (!m.unsavedEdits.settle()) {
+    if (!m_parts.unsavedEdits.settle()) {
         showSelectedProfile();
         return;
     }
@@ -148,65 +158,77 @@ void ColorProgrammer::profileSelectPopup() {
         if (!overwritten)
             return;
     } else if (isProfile(chosen)) {
-        m.store.loadProfile(chosen);
-        m.profile.activeColorProfile = chosen;
+        m_parts.store.loadProfile(chosen);
+        m_parts.profile.activeColorProfile = chosen;
     } else {
         showSelectedProfile();
         return;
     }
     showLoadedProfile();
     if (overwritten)
-        m.edits.replaced(std::move(*overwritten));
+        m_parts.edits.replaced(std::move(*overwritten));
 }
 
 std::optional<EditState> ColorProgrammer::copyProfile() {
-    m.outlets.fromProfileMenu.selected.set(m.profile.activeColorProfile - 1);
-    m.outlets.toProfileMenu.selected.set(m.profile.activeColorProfile %
-                                         static_cast<int>(lighting::kProfileCount));
+    m_parts.outlets.fromProfileMenu.selected.set(m_parts.profile.activeColorProfile - 1);
+    m_parts.outlets.toProfileMenu.selected.set(m_parts.profile.activeColorProfile %
+                                               static_cast<int>(lighting::kProfileCount));
     copyProfileSameSame();
-    const int answer = m.windows.runModal(m.outlets.copyProfileDialog);
-    m.outlets.copyProfileDialog.visible.set(false);
-    const int from = m.outlets.fromProfileMenu.selected.get() + 1;
-    const int to = m.outlets.toProfileMenu.selected.get() + 1;
+    const int answer = m_parts.windows.runModal(m_parts.outlets.copyProfileDialog);
+    m_parts.outlets.copyProfileDialog.visible.set(false);
+    const int from = m_parts.outlets.fromProfileMenu.selected.get() + 1;
+    const int to = m_parts.outlets.toProfileMenu.selected.get() + 1;
     if (answer != kCopy || !isProfile(from) || !isProfile(to))
         return std::nullopt;
-    EditState overwritten = m.edits.stored(to);
-    m.store.loadProfile(from);
-    m.canvas.fillFrom(m.lightingState);
-    m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
-    m.profile.activeColorProfile = to;
-    m.store.saveProfile(to);
-    m.store.loadProfile(to);
+    EditState overwritten = m_parts.edits.stored(to);
+    m_parts.store.loadProfile(from);
+    m_parts.canvas.fillFrom(m_parts.lightingState);
+    m_parts.outlets.actionBarEffectCheckbox.on.set(m_parts.lightingState.useSpellCooldowns[0]);
+    m_parts.profile.activeColorProfile = to;
+    m_parts.store.saveProfile(to);
+    m_parts.store.loadProfile(to);
     return overwritten;
 }
 
 void ColorProgrammer::copyProfileSameSame() {
-    m.outlets.copyProfileCopyBtn.enabled.set(m.outlets.fromProfileMenu.selected.get() !=
-                                             m.outlets.toProfileMenu.selected.get());
+    m_parts.outlets.copyProfileCopyBtn.enabled.set(m_parts.outlets.fromProfileMenu.selected.get() !=
+                                                   m_parts.outlets.toProfileMenu.selected.get());
+}
+
+void ColorProgrammer::showProfile(const ButtonTag& button) {
+    if (!isProfile(button.tag))
+        return;
+    m_parts.dispatcher.switchToProfile(button.tag);
+    // Loading gives the canvas the flag of what it loads.
+    m_parts.canvas.usingActionbarCooldowns = canvasShowsCooldowns();
+}
+
+bool ColorProgrammer::canvasShowsCooldowns() const {
+    return m_parts.lightingState.useSpellCooldowns.at(static_cast<std::size_t>(m_parts.canvas.profile));
 }
 
 void ColorProgrammer::showLoadedProfile() {
-    applyColorSetToWells(m.outlets, m.lightingState.keyboardColorSet, m.canvas);
-    m.canvas.fillFrom(m.lightingState);
-    m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
-    if (m.options.useSingleColorMode)
+    applyColorSetToWells(m_parts.outlets, m_parts.lightingState.keyboardColorSet, m_parts.canvas);
+    m_parts.canvas.fillFrom(m_parts.lightingState);
+    m_parts.outlets.actionBarEffectCheckbox.on.set(m_parts.lightingState.useSpellCooldowns[0]);
+    if (m_parts.options.useSingleColorMode)
         setAllToColorA();
-    m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.profile.profileTouched = false;
+    m_parts.outlets.keyboardCanvas.displayNeeded.emit();
+    m_parts.profile.profileTouched = false;
 }
 
 void ColorProgrammer::showSelectedProfile() {
-    m.outlets.currentProfilePopup.selected.set(m.profile.activeColorProfile - 1);
+    m_parts.outlets.currentProfilePopup.selected.set(m_parts.profile.activeColorProfile - 1);
 }
 
 void ColorProgrammer::setAllToColorA() {
-    m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
+    m_parts.lighting.setAllKeysColor(m_parts.lightingState.keyboardColorSet[lighting::kColorASlot]);
 }
 
 void ColorProgrammer::closeWindow() {
-    m.windows.hideColorPanel();
-    m.outlets.colorProgrammerWindow.visible.set(false);
-    m.profile.profileTouched = false;
+    m_parts.windows.hideColorPanel();
+    m_parts.outlets.colorProgrammerWindow.visible.set(false);
+    m_parts.profile.profileTouched = false;
 }
 
 } // namespace glimra::app

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "app/action_argument.h"
 #include "app/canvas_edits.h"
 #include "app/outlets.h"
 #include "app/unsaved_edits.h"
 #include "events/cooldown_display.h"
+#include "events/dispatcher.h"
 #include "platform/message_log.h"
 
 namespace glimra::app {
@@ -26,6 +28,7 @@ public:
         profiles::ProfileState& profile;
         profiles::CanvasBuffer& canvas;
         events::CooldownDisplay& cooldowns;
+        events::Dispatcher& dispatcher;
         events::OptionState& options;
         events::MessageState& messages;
     };
@@ -46,13 +49,23 @@ public:
     void combatChatWarningClicked();
 
     void paintingColorPicker();
-    void colorWellDropped(const platform::ColorWell& well);
+    /// A well has another colour.
+    void colorWellDropped(const WellColor& dropped);
+    /// A colour was tried and given up: its well shows again what it showed before. Nothing counts as edited
+    /// if nothing else was meanwhile.
+    void colorWellRestored(const WellColor& restored);
 
     void colorOK();
     void colorCancel();
 
     void profileSelectPopup();
     void copyProfileSameSame();
+
+    /// Shows the profile of a button's tag (1 to 9; another one does nothing) as it is stored, and leaves the
+    /// canvas alone.
+    void showProfile(const ButtonTag& button);
+    /// Whether the profile on the canvas shows cooldowns, whichever the keyboard shows.
+    bool canvasShowsCooldowns() const;
 
 private:
     void showSelectedProfile();
@@ -62,7 +75,7 @@ private:
     void setAllToColorA();
     void closeWindow();
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::app

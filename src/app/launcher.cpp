@@ -46,61 +46,67 @@ LauncherState savedApplicationNames(const platform::SettingsReader& reader) {
     return names;
 }
 
-Launcher::Launcher(const Parts& parts) : m(parts), m_settings{parts.defaults, parts.systemLog} {
+Launcher::Launcher(const Parts& parts) : m_parts(parts), m_settings{parts.defaults, parts.systemLog} {
 }
 
 void Launcher::loadApplicationNames() {
-    m.names = savedApplicationNames(m_settings);
+    m_parts.names = savedApplicationNames(m_settings);
     for (const NameRow& row : kNames)
-        (m.outlets.*row.field).text.set(m.names.*row.name);
+        (m_parts.outlets.*row.field).text.set(m_parts.names.*row.name);
 }
 
 void Launcher::autorun() {
     const std::string title = m_settings.value(settings::kAutorunMenuName);
-    for (platform::MenuItem* item : autorunItems(m.outlets))
+    for (platform::MenuItem* item : autorunItems(m_parts.outlets))
         item->on.set(item->title == title);
 
     const std::string name = m_settings.value(settings::kAutorunName);
     if (name.empty() || name == "None") {
-        m.outlets.autorunNoneMI.on.set(true);
+        m_parts.outlets.autorunNoneMI.on.set(true);
         return;
     }
     activate(name);
-    m.log.appendLog("Launching " + name + "\n");
+    m_parts.log.appendLog("Launching " + name + "\n");
 }
 
-void Launcher::setAutorun(const platform::MenuItem& item, const std::string& name) {
-    for (platform::MenuItem* each : autorunItems(m.outlets)) {
-        each->on.set(each == &item);
-        if (each != &item)
+void Launcher::setAutorun(platform::MenuItem Outlets::*item, std::string LauncherState::*application) {
+    const platform::MenuItem& chosen = m_parts.outlets.*item;
+    const std::string name = application == nullptr ? std::string{} : m_parts.names.*application;
+    for (platform::MenuItem* each : autorunItems(m_parts.outlets)) {
+        each->on.set(each == &chosen);
+        if (each != &chosen)
             continue;
-        m.defaults.set(settings::kAutorunMenuName.key, item.title);
-        m.defaults.set(settings::kAutorunName.key, name);
+        m_parts.defaults.set(settings::kAutorunMenuName.key, chosen.title);
+        m_parts.defaults.set(settings::kAutorunName.key, name);
     }
-    m.windows.showSheet({"Autolaunch Setting",
-                         name.empty() ? "No app will automatically launch."
-                                      : "Each time Glimra opens, it will automatically launch\n" + name,
-                         {"OK"}});
+    m_parts.windows.showSheet({"Autolaunch Setting",
+                               name.empty() ? "No app will automatically launch."
+                                            : "Each time Glimra opens, it will automatically launch\n" + name,
+                               {"OK"}});
 }
 
-void Launcher::launchApp(const std::string& name) {
-    if (m.modifiers.optionKeyIsDown())
+void Launcher::launchApp(std::string LauncherState::*application) {
+    if (m_parts.modifiers.optionKeyIsDown())
         editGameNames();
     else
-        activate(name);
+        activate(m_parts.names.*application);
 }
 
 void Launcher::editGameNames() {
-    m.windows.runModal(m.outlets.launchOptionWindow);
+    m_parts.windows.runModal(m_parts.outlets.launchOptionWindow);
     for (const NameRow& row : kNames) {
-        m.names.*row.name = (m.outlets.*row.field).text.get();
-        m.defaults.set(row.setting.key, m.names.*row.name);
+        m_parts.names.*row.name = (m_parts.outlets.*row.field).text.get();
+        m_parts.defaults.set(row.setting.key, m_parts.names.*row.name);
     }
-    m.closer.close(m.outlets.launchOptionWindow);
+    m_parts.closer.close(m_parts.outlets.launchOptionWindow);
+}
+
+void Launcher::launchOptionsOK() {
+    m_parts.windows.stopModal(0);
 }
 
 void Launcher::activate(const std::string& name) {
-    m.childProcesses.start(kScriptingCommand, {activationScript(name)});
+    m_parts.childProcesses.start(kScriptingCommand, {activationScript(name)});
 }
 
 } // namespace glimra::app

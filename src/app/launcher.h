@@ -45,16 +45,19 @@ public:
     /// Marks the saved autorun choice and launches the application that was chosen.
     void autorun();
 
-    /// From now on the application of this name is launched at each start; none for an empty name.
-    void setAutorun(const platform::MenuItem& item, const std::string& name);
+    /// From now on the application of this name is launched at each start, which is what `item` stands for;
+    /// none for null.
+    void setAutorun(platform::MenuItem Outlets::*item, std::string LauncherState::*application);
     /// Launches an application; with the Option key held, the names are edited instead.
-    void launchApp(const std::string& name);
+    void launchApp(std::string LauncherState::*application);
     void editGameNames();
+    /// The names are as the user wants them.
+    void launchOptionsOK();
 
 private:
     void activate(const std::string& name);
 
-    Parts m;
+    Parts m_parts;
     platform::SettingsReader m_settings;
 };
 

@@ -15,6 +15,10 @@ void MessageLog::appendDebugLog(std::string_view text) {
         appendLog(text);
 }
 
+void MessageLog::tell(std::string_view line) {
+    appendLog(std::string(line) + "\n");
+}
+
 void MessageLog::insertText(std::string_view text) {
     m_view.insertAtSelection(text);
 }

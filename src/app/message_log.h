@@ -21,6 +21,8 @@ public:
     bool debugMode() const override { return m_state.debugMode; }
     void appendLog(std::string_view text) override;
     void appendDebugLog(std::string_view text) override;
+    /// Writes a line, without its end: what the machine has to say.
+    void tell(std::string_view line);
     void insertText(std::string_view text) override;
 
 private:

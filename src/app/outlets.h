@@ -3,13 +3,14 @@
 #include "platform/controls.h"
 
 #include <array>
-#include <optional>
-#include <string>
+#include <span>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 namespace glimra::app {
+
+/// The pop-ups of one bar, slots 1 to 12.
+using KeyMenus = std::array<platform::PopUp, 12>;
 
 /// Every window and control that the application knows, under the name by which the interface knows it too.
 struct Outlets {
@@ -66,11 +67,11 @@ struct Outlets {
     platform::Window helpWindow;
     platform::Label helpTextView;
 
-    // Action-key setter: bar 1, 5 and 6, each with slots 1 to 12.
+    // Action-key setter: bar 1, 5 and 6.
     platform::Window actionKeySetterWindow;
-    std::array<platform::PopUp, 12> menu1;
-    std::array<platform::PopUp, 12> menu5;
-    std::array<platform::PopUp, 12> menu6;
+    KeyMenus menu1;
+    KeyMenus menu5;
+    KeyMenus menu6;
 
     /// The menu item that toggles debug mode. No window shows it as an outlet.
     platform::MenuItem debugMenuItem{"Debug"};
@@ -81,16 +82,34 @@ using ControlPointer =
                  platform::RadioGroup*, platform::ColorWell*, platform::PopUp*, platform::TextField*,
                  platform::Label*, platform::CheckBox*, platform::Button*, platform::MenuItem*>;
 
+/// One pop-up of a bar.
+struct KeyMenu {
+    KeyMenus Outlets::*bar;
+    std::size_t index;
+};
+
+/// Where an outlet is; the same in all `Outlets`.
+using OutletMember =
+    std::variant<platform::Window Outlets::*, platform::TextView Outlets::*, platform::Picture Outlets::*,
+                 platform::CanvasView Outlets::*, platform::RadioGroup Outlets::*,
+                 platform::ColorWell Outlets::*, platform::PopUp Outlets::*, platform::TextField Outlets::*,
+                 platform::Label Outlets::*, platform::CheckBox Outlets::*, platform::Button Outlets::*,
+                 platform::MenuItem Outlets::*, KeyMenu>;
+
 struct NamedOutlet {
-    std::string name;
-    ControlPointer control;
+    std::string_view name;
+    OutletMember member;
+
+    ControlPointer in(Outlets& outlets) const;
+    /// The outlet as a window; null where it is something else.
+    platform::Window* windowIn(Outlets& outlets) const;
 };
 
 /// All outlets with their names ("menu101" for the first entry of `menu1`), in the order in which they stand
 /// above, without `debugMenuItem`.
-std::vector<NamedOutlet> namedOutlets(Outlets& outlets);
+std::span<const NamedOutlet> namedOutlets();
 
 /// The outlet of a name; none for an unknown one.
-std::optional<ControlPointer> findOutlet(Outlets& outlets, std::string_view name);
+const NamedOutlet* findOutlet(std::string_view name);
 
 } // namespace glimra::app

@@ -49,72 +49,74 @@ std::string_view message(ImportResult result) {
 
 } // namespace
 
-ProfileTransfer::ProfileTransfer(const Parts& parts) : m(parts) {
+ProfileTransfer::ProfileTransfer(const Parts& parts) : m_parts(parts) {
 }
 
 void ProfileTransfer::exportPreferences() {
-    m.log.appendLog(message(exportColorProfiles(), m.bundle.supportAddress));
+    m_parts.log.appendLog(message(exportColorProfiles(), m_parts.bundle.supportAddress));
 }
 
 void ProfileTransfer::importPreferences() {
-    m.windows.runAlert(
+    m_parts.windows.runAlert(
         {"Import Warning",
          "Import will replace all 9 of your current color settings.\n\nClick cancel on the next "
          "screen if you want to export (save) them first.",
          {"Got it"}});
     const ImportResult result = importColorProfiles();
-    m.log.appendLog(message(result));
+    m_parts.log.appendLog(message(result));
     if (result == ImportResult::Success)
         refresh();
 }
 
 profiles::ProfileRecord ProfileTransfer::storedProfiles() {
     profiles::ProfileFileContent content;
-    content.applicationVersion = profiles::versionNumber(m.bundle.version);
-    content.blinkTime = platform::storedDouble(m.defaults, platform::settings::kBlinkTime.key).value_or(0.0);
+    content.applicationVersion = profiles::versionNumber(m_parts.bundle.version);
+    content.blinkTime =
+        platform::storedDouble(m_parts.defaults, platform::settings::kBlinkTime.key).value_or(0.0);
     // One map serves all profiles: where one has no map of its own, it takes over what the one before left.
     lighting::KeyMap map(lighting::kKeyCodeCount, 0);
     for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
         const int profile = static_cast<int>(i) + 1;
-        content.useCooldowns[i] = platform::storedBool(m.defaults, cooldownKey(profile)).value_or(false);
-        m.store.loadColorSet(content.colorSets[i], profile);
-        m.store.loadKeyMap(map, profile);
+        content.useCooldowns[i] =
+            platform::storedBool(m_parts.defaults, cooldownKey(profile)).value_or(false);
+        m_parts.store.loadColorSet(content.colorSets[i], profile);
+        m_parts.store.loadKeyMap(map, profile);
         content.keyMaps[i] = map;
     }
-    return profiles::encodeProfiles(content, m.canvasKeyCodes);
+    return profiles::encodeProfiles(content, m_parts.canvasKeyCodes);
 }
 
 exportResult ProfileTransfer::exportColorProfiles() {
     const profiles::ProfileRecord record = storedProfiles();
-    const std::optional<std::string> documents = m.windows.documentsFolder();
+    const std::optional<std::string> documents = m_parts.windows.documentsFolder();
     if (!documents)
         return exportResult::docs_folder_access_error;
-    const std::optional<std::string> path = m.windows.runSavePanel(
+    const std::optional<std::string> path = m_parts.windows.runSavePanel(
         {"Export", std::string(kSuggestedName), std::string(profiles::kProfileFileExtension), *documents});
     if (!path)
         return exportResult::user_cancel;
     const std::string error = platform::writeWholeFile(*path, record.bytes());
     if (!error.empty()) {
-        m.systemLog.write("Glimra data write error: " + error);
+        m_parts.systemLog.write("Glimra data write error: " + error);
         return exportResult::write_data_error;
     }
     return record.overflowed() ? exportResult::too_little_storage_error : exportResult::no_error;
 }
 
 ImportResult ProfileTransfer::importColorProfiles() {
-    const std::optional<std::string> path = m.windows.runOpenPanel(
+    const std::optional<std::string> path = m_parts.windows.runOpenPanel(
         {"Import", "Importing a color profile will replace all your existing colors and profiles.",
          std::string(profiles::kProfileFileExtension)});
     if (!path)
         return ImportResult::Cancelled;
     const platform::FileContent file =
-        platform::readWholeFile(*path, profiles::profileFileSize(m.canvasKeyCodes));
+        platform::readWholeFile(*path, profiles::profileFileSize(m_parts.canvasKeyCodes));
     if (!file.error.empty()) {
-        m.systemLog.write("Glimra data read error: " + file.error);
+        m_parts.systemLog.write("Glimra data read error: " + file.error);
         return ImportResult::NotReadable;
     }
     const std::optional<profiles::ProfileFileContent> content =
-        profiles::decodeProfiles(file.bytes, m.canvasKeyCodes, m.systemLog);
+        profiles::decodeProfiles(file.bytes, m_parts.canvasKeyCodes, m_parts.systemLog);
     if (!content)
         return ImportResult::NotAProfileFile;
     if (!keepProfilesAsTheyWere())
@@ -124,37 +126,37 @@ ImportResult ProfileTransfer::importColorProfiles() {
 }
 
 bool ProfileTransfer::keepProfilesAsTheyWere() {
-    if (m.settingsFolder.empty())
+    if (m_parts.settingsFolder.empty())
         return true;
-    const std::string error =
-        platform::writeWholeFile(m.settingsFolder + "/" + std::string(kBackupName), storedProfiles().bytes());
+    const std::string error = platform::writeWholeFile(
+        m_parts.settingsFolder + "/" + std::string(kBackupName), storedProfiles().bytes());
     if (!error.empty())
-        m.systemLog.write("Glimra data write error: " + error);
+        m_parts.systemLog.write("Glimra data write error: " + error);
     return error.empty();
 }
 
 void ProfileTransfer::storeProfiles(const profiles::ProfileFileContent& content) {
-    m.defaults.set(platform::settings::kBlinkTime.key, content.blinkTime);
+    m_parts.defaults.set(platform::settings::kBlinkTime.key, content.blinkTime);
     for (std::size_t i = 0; i < lighting::kProfileCount; ++i) {
         const int profile = static_cast<int>(i) + 1;
-        m.store.saveCooldownFlag(content.useCooldowns[i], profile);
-        m.store.saveColorSet(content.colorSets[i], profile);
-        m.store.saveKeyMap(content.keyMaps[i], profile);
+        m_parts.store.saveCooldownFlag(content.useCooldowns[i], profile);
+        m_parts.store.saveColorSet(content.colorSets[i], profile);
+        m_parts.store.saveKeyMap(content.keyMaps[i], profile);
     }
 }
 
 void ProfileTransfer::refresh() {
-    m.cooldowns.loadBlinkTime();
+    m_parts.cooldowns.loadBlinkTime();
     for (int profile = lighting::kProfileCount; profile >= 1; --profile)
-        m.store.loadProfile(profile);
-    m.store.loadProfile(m.profile.activeColorProfile);
-    applyColorSetToWells(m.outlets, m.lightingState.keyboardColorSet, m.canvas);
-    m.canvas.fillFrom(m.lightingState);
-    m.outlets.actionBarEffectCheckbox.on.set(m.lightingState.useSpellCooldowns[0]);
-    if (m.options.useSingleColorMode)
-        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
-    m.outlets.keyboardCanvas.displayNeeded.emit();
-    m.profile.profileTouched = false;
+        m_parts.store.loadProfile(profile);
+    m_parts.store.loadProfile(m_parts.profile.activeColorProfile);
+    applyColorSetToWells(m_parts.outlets, m_parts.lightingState.keyboardColorSet, m_parts.canvas);
+    m_parts.canvas.fillFrom(m_parts.lightingState);
+    m_parts.outlets.actionBarEffectCheckbox.on.set(m_parts.lightingState.useSpellCooldowns[0]);
+    if (m_parts.options.useSingleColorMode)
+        m_parts.lighting.setAllKeysColor(m_parts.lightingState.keyboardColorSet[lighting::kColorASlot]);
+    m_parts.outlets.keyboardCanvas.displayNeeded.emit();
+    m_parts.profile.profileTouched = false;
 }
 
 } // namespace glimra::app

@@ -62,7 +62,7 @@ private:
     void storeProfiles(const profiles::ProfileFileContent& content);
     void refresh();
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::app

@@ -11,7 +11,7 @@ constexpr int kDiscard = 2;
 } // namespace
 
 UnsavedEdits::UnsavedEdits(platform::WindowSystem& windows, Outlets& outlets, profiles::ProfileStore& store,
-                           const profiles::ProfileState& profile)
+                           profiles::ProfileState& profile)
     : m_windows(windows),
       m_outlets(outlets),
       m_store(store),
@@ -26,6 +26,15 @@ bool UnsavedEdits::settle() {
     if (answer == kSave)
         m_store.saveProfile(m_profile.activeColorProfile);
     return answer == kSave || answer == kDiscard;
+}
+
+void UnsavedEdits::settleEdits() {
+    if (settle())
+        m_profile.profileTouched = false;
+}
+
+void UnsavedEdits::profileChangeAnswer(const ButtonTag& button) {
+    m_windows.stopModal(button.tag);
 }
 
 } // namespace glimra::app

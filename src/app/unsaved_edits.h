@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/action_argument.h"
 #include "app/outlets.h"
 #include "platform/window_system.h"
 #include "profiles/profile_state.h"
@@ -11,17 +12,22 @@ namespace glimra::app {
 class UnsavedEdits {
 public:
     UnsavedEdits(platform::WindowSystem& windows, Outlets& outlets, profiles::ProfileStore& store,
-                 const profiles::ProfileState& profile);
+                 profiles::ProfileState& profile);
 
     /// Nothing is unsaved, or the user has had it saved or given it up. False: the user wants to go on
     /// editing.
     [[nodiscard]] bool settle();
+    /// Asks likewise, on behalf of the desktop: the canvas counts as edited afterwards only where the user
+    /// wants to go on editing.
+    void settleEdits();
+    /// A button of this question, or of the editor's other one, was clicked: its tag is the answer.
+    void profileChangeAnswer(const ButtonTag& button);
 
 private:
     platform::WindowSystem& m_windows;
     Outlets& m_outlets;
     profiles::ProfileStore& m_store;
-    const profiles::ProfileState& m_profile;
+    profiles::ProfileState& m_profile;
 };
 
 } // namespace glimra::app

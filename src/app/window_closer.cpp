@@ -4,15 +4,6 @@
 
 namespace glimra::app {
 
-namespace {
-
-bool isOpenWindow(const NamedOutlet& outlet) {
-    const auto* const window = std::get_if<platform::Window*>(&outlet.control);
-    return window != nullptr && (*window)->visible.get();
-}
-
-} // namespace
-
 WindowCloser::WindowCloser(Outlets& outlets, platform::Application& application)
     : m_outlets(outlets),
       m_application(application) {
@@ -22,16 +13,24 @@ void WindowCloser::close(platform::Window& window) {
     if (!window.visible.get())
         return;
     window.visible.set(false);
-    if (std::ranges::none_of(namedOutlets(m_outlets), isOpenWindow))
+    const auto isOpenWindow = [this](const NamedOutlet& outlet) {
+        const platform::Window* const each = outlet.windowIn(m_outlets);
+        return each != nullptr && each->visible.get();
+    };
+    if (std::ranges::none_of(namedOutlets(), isOpenWindow))
         m_application.terminate();
 }
 
-void WindowCloser::windowShouldClose(platform::Window& window) {
-    if (&window == &m_outlets.mainWindow)
+void WindowCloser::windowShouldClose(const WindowName& window) {
+    const NamedOutlet* const outlet = findOutlet(window.name);
+    platform::Window* const closed = outlet == nullptr ? nullptr : outlet->windowIn(m_outlets);
+    if (closed == nullptr)
+        return;
+    if (closed == &m_outlets.mainWindow)
         for (platform::Window* companion :
              {&m_outlets.helpWindow, &m_outlets.colorProgrammerWindow, &m_outlets.aboutWindow})
             close(*companion);
-    close(window);
+    close(*closed);
 }
 
 } // namespace glimra::app

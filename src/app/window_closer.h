@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/action_argument.h"
 #include "app/outlets.h"
 #include "platform/application.h"
 
@@ -12,8 +13,9 @@ public:
 
     /// Closes a window that is open; one that is not stays as it is.
     void close(platform::Window& window);
-    /// The close box of a window was clicked. With the main window go its companions.
-    void windowShouldClose(platform::Window& window);
+    /// The close box of a window was clicked. With the main window go its companions. Nothing for a name that
+    /// is no window's.
+    void windowShouldClose(const WindowName& window);
 
 private:
     Outlets& m_outlets;

@@ -15,7 +15,7 @@ namespace glimra::desktop {
 
 namespace {
 
-/// How long the one that runs may take to answer, or to be gone when it is quitting.
+/// How long the running instance may take to answer or, when it is quitting, to end.
 constexpr auto kPatience = std::chrono::seconds(3);
 constexpr auto kPause = std::chrono::milliseconds(50);
 
@@ -26,13 +26,13 @@ void printLog(platform::TextView& log) {
     });
 }
 
-/// Says what the machine's services cannot do: once, to whoever turns debug mode on.
+/// Writes to the log, once, what the machine's services cannot do, when debug mode is turned on.
 void tellNotes(DesktopPlatform& machine, app::AppDelegate& delegate) {
     app::Outlets& outlets = delegate.outlets();
     outlets.debugMenuItem.on.changed.observe([&](bool debugMode) {
         if (!debugMode)
             return;
-        // Behind the lines that debug mode begins with.
+        // Posted, so that the notes follow the lines that debug mode begins with.
         machine.runLoop.post([&] {
             for (const std::string& note : std::exchange(machine.notes, {}))
                 if (delegate.state().log.debugMode)
@@ -41,7 +41,7 @@ void tellNotes(DesktopPlatform& machine, app::AppDelegate& delegate) {
     });
 }
 
-/// Becomes the running one. When there is one already, brings its windows to the front and returns the
+/// Makes this the running instance. If there already is one, brings its windows to the front and returns the
 /// program's exit status.
 std::optional<int> giveWay(RunningInstance& instance) {
     const platform::Time deadline = platform::monotonicNow() + kPatience;
@@ -89,12 +89,12 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
 
 DesktopApplication::~DesktopApplication() {
     m_instance.obey(nullptr);
-    // The reader is part of the delegate.
+    // The reader's thread uses the delegate, which is destroyed before it.
     m_machine.readerThread.join();
 }
 
 void DesktopApplication::tellTheLog() {
-    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     tellNotes(m_machine, m_delegate);
     m_machine.told.observe(tell);
     m_machine.workspace.told.observe(tell);
@@ -118,17 +118,17 @@ void DesktopApplication::perform(const InstanceCommand& command) {
     case InstanceCommand::Kind::TestPattern:
         return m_windows.binder().send("testLightsMI:");
     case InstanceCommand::Kind::Profile:
-        // As the game asks for it.
+        // The same path that the game's request for a profile takes.
         const std::string token = std::to_string(command.profile);
         m_witnesses.tell(&RunWitness::token, token);
-        return m_delegate.appendToMessageQueue(token);
+        return m_delegate.operations().messageQueue.appendToMessageQueue(token);
     }
 }
 
 void DesktopApplication::launch() {
     m_witnesses.tell(&RunWitness::aboutToLaunch);
     m_delegate.applicationDidFinishLaunching();
-    const auto tell = [this](std::string_view line) { m_delegate.tell(line); };
+    const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     if (!m_machine.settings.mending().empty())
         tell(m_machine.settings.mending());
     m_witnesses.tell(&RunWitness::launched);
@@ -151,7 +151,7 @@ void DesktopApplication::abandon() {
 }
 
 int DesktopApplication::run() {
-    // From inside the event loop, since quitting can only end one that runs.
+    // Posted, since quitting can only end an event loop that already runs.
     m_machine.runLoop.post([this] {
         m_machine.lifecycle.launch({.didFinishLaunching = [this] { launch(); },
                                     .shouldTerminate = [this] { return letGo(); },
@@ -166,7 +166,7 @@ int DesktopApplication::run() {
 
 int runDesktopApplication(const Options& options) {
     RunningInstance instance(options);
-    // Before the settings are read: they belong to the one that runs.
+    // Must precede reading the settings: they belong to the running instance.
     if (const std::optional<int> status = giveWay(instance))
         return *status;
     return DesktopApplication(options, instance).run();

@@ -13,22 +13,23 @@
 
 namespace glimra::desktop {
 
-/// The application on the desktop. Its members are made in the order in which its life needs them, and go in
-/// the opposite one. Needs a QApplication; main thread.
+/// The application on the desktop. Its members are created in the order in which it needs them and destroyed
+/// in the opposite order. Needs a QApplication; main thread.
 class DesktopApplication {
 public:
-    /// `instance` is the one that runs. Throws std::system_error when a file that the options name cannot be
-    /// used.
+    /// `instance` is the running instance. Throws std::system_error when a file named in the options cannot
+    /// be used.
     DesktopApplication(const Options& options, RunningInstance& instance);
     ~DesktopApplication();
 
-    /// From launch to quit; once. Returns the program's exit status.
+    /// Runs the application from launch to quit; call once. Returns the program's exit status.
     int run();
 
 private:
     void tellTheLog();
     void quit() { m_machine.lifecycle.terminate(); }
-    /// What another start of the program asks. False when it can no longer be done.
+    /// Accepts a command from another start of the program. Returns false when it is too late to carry it
+    /// out.
     bool take(const InstanceCommand& command);
     void perform(const InstanceCommand& command);
     void launch();
@@ -47,8 +48,8 @@ private:
     ExitGuard m_exitGuard;
 };
 
-/// Runs the application unless it runs already; then that one comes to the front. Returns the program's exit
-/// status. Throws as `DesktopApplication` does.
+/// Runs the application. If an instance is already running, brings its windows to the front instead. Returns
+/// the program's exit status. Throws as `DesktopApplication` does.
 int runDesktopApplication(const Options& options);
 
 } // namespace glimra::desktop

@@ -24,36 +24,36 @@
 
 namespace glimra::desktop {
 
-/// Everything that the application asks of its machine, on a Linux desktop. Main thread, after QApplication.
+/// The platform on a Linux desktop. Main thread; needs a QApplication.
 struct DesktopPlatform {
     explicit DesktopPlatform(const Options& options);
 
-    /// What of it the application sees.
+    /// The part that the application sees.
     platform::Platform platform();
 
-    /// Lights the keyboard by another driver, from now on and at the next start.
+    /// Changes the keyboard driver, now and for the next start.
     void chooseKeyboard(const std::string& driver);
-    /// Hands each message about the way of capturing to `say`, once until another way is taken: the present
-    /// one soon, later ones as they come.
+    /// Calls `say` with a message about how the strip is captured: soon for the present state, and again
+    /// whenever the message changes.
     void tellCaptureWay(std::function<void(std::string_view)> say);
 
     StderrSystemLog systemLog;
     SettingsFile settings;
     QtRunLoop runLoop;
     Lifecycle lifecycle{runLoop};
-    /// The reader's; its state is for any thread.
+    /// Used by the reader's thread only; its state may be read on any thread.
     X11ScreenCapture readerCapture;
     RestingCapture mainCapture;
     ThreadWorkerLoop readerThread;
     keyboards::ChosenKeyboard keyboard;
-    /// Sentences for the user about what could not be done.
+    /// Sentences for the user about what failed.
     platform::Signal<std::string_view> told;
-    /// What the services of the machine cannot do here, for whoever debugs.
+    /// What the machine's services cannot do here, for debugging.
     std::vector<std::string> notes;
     PowerServices power;
     DesktopWorkspace workspace;
     QtWindowSystem windowSystem{settings, runLoop};
-    /// Speaks and beeps: one thing after the other, and nothing that is long past.
+    /// Speaks and beeps, one thing at a time. The queue is short so that nothing outdated is played.
     BackgroundWorker voice{2};
     LinuxCommands childProcesses;
     ThemeSounds sounds{voice};

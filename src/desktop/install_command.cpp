@@ -19,7 +19,7 @@ int complain(const std::string& text) {
     return EXIT_FAILURE;
 }
 
-/// Whether the client has the current add-on now.
+/// Returns whether the client now has the current add-on.
 bool install(const GameClient& client, const addon::ShippedAddon& shipped) {
     const addon::Installation done = addon::installAddon(client.folder, shipped);
     std::printf("%s: %s\n", client.folder.c_str(), describe(done, shipped).c_str());

@@ -1,21 +1,20 @@
 #include "desktop/keyboard_options.h"
 
-#include <algorithm>
+#include "keyboards/sdk/sdk_driver.h"
+
 #include <cstdlib>
 
 namespace glimra::desktop {
 
 namespace {
 
-/// The driver of the command line, else the one of the settings.
+/// The driver from the command line, otherwise from the settings.
 std::string driverName(const Options& options, const platform::SettingsReader& settings) {
     if (options.keyboard)
         return *options.keyboard;
     constexpr platform::Setting<std::string_view> kSetting = platform::settings::kLedDriver;
     std::optional<std::string> name = platform::storedString(settings.defaults, kSetting.key);
-    if (name && name != keyboards::kAutomaticDriver &&
-        std::ranges::find(keyboards::kDriverNames, *name, &keyboards::DriverName::name) ==
-            keyboards::kDriverNames.end())
+    if (name && name != keyboards::kAutomaticDriver && keyboards::findDriver(*name) == nullptr)
         name.reset();
     return settings.checked(name, kSetting.key, kSetting.complaint).value_or(std::string(kSetting.factory));
 }
@@ -35,10 +34,10 @@ keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
     openRgb.server = options.openRgbServer.value_or(openRgb.server);
     openRgb.keyboardName = options.openRgbKeyboard;
     return {.driver = driverName(options, settings),
-            .sdkLibraries = sdkLibraries(options),
-            .openRgb = openRgb,
-            .openRgbIsNamed = options.openRgbServer.has_value(),
-            .hidFolders = {}};
+            .drivers = {.sdkLibraries = sdkLibraries(options),
+                        .openRgb = openRgb,
+                        .openRgbIsNamed = options.openRgbServer.has_value(),
+                        .hidFolders = {}}};
 }
 
 } // namespace glimra::desktop

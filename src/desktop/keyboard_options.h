@@ -6,7 +6,7 @@
 
 namespace glimra::desktop {
 
-/// How the keyboard is to be lit, by the command line and, where that says nothing, by the settings.
+/// How to light the keyboard: as the command line says or, where it says nothing, the settings.
 keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
                                                    const platform::SettingsReader& settings);
 

@@ -24,14 +24,14 @@ using namespace glimra::desktop;
 
 namespace {
 
-/// Qt aborts when there is no display to show windows on; a user should be told instead.
+/// Qt aborts when there is no display for its windows; the user should see a message instead.
 bool canShowWindows() {
     if (std::getenv("QT_QPA_PLATFORM") != nullptr)
         return true;
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
     const bool connected = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
-    // Qt shows windows on Wayland itself only with a plugin that is a package of its own.
+    // Qt can use Wayland directly only with a plugin, which is in a package of its own.
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
     return connected ||
            (std::getenv("WAYLAND_DISPLAY") != nullptr && !plugins.entryList({"libqwayland*.so"}).isEmpty());
@@ -107,7 +107,7 @@ int main(int argc, char** argv) {
                    stderr);
         return EXIT_FAILURE;
     }
-    // Whoever reads the log may go away.
+    // The program that reads the log from a pipe may end first.
     std::signal(SIGPIPE, SIG_IGN);
     arguments.qts.push_back(nullptr);
     int qtCount = static_cast<int>(arguments.qts.size()) - 1;

@@ -1,7 +1,7 @@
 #include "desktop/options.h"
 
 #include "desktop/settings/settings_file.h"
-#include "keyboards/chosen_keyboard.h"
+#include "keyboards/drivers.h"
 #include "lighting/lighting_state.h"
 
 #include <CLI/CLI.hpp>
@@ -20,8 +20,8 @@ std::string noFolder(const std::string& path) {
     return std::filesystem::is_directory(path, ignored) ? path + " is a folder" : std::string{};
 }
 
-/// Whether the file can be kept there, as far as its kind goes: a device would be read without end, or
-/// replaced.
+/// Rejects a path that exists but is no regular file: reading a device might never end, and saving would
+/// replace it.
 std::string noSettings(const std::string& path) {
     std::error_code ignored;
     const bool isOther =
@@ -31,7 +31,7 @@ std::string noSettings(const std::string& path) {
 
 std::vector<std::string> keyboardNames() {
     std::vector<std::string> names{std::string(keyboards::kAutomaticDriver)};
-    for (const keyboards::DriverName& driver : keyboards::kDriverNames)
+    for (const keyboards::DriverRow& driver : keyboards::driverRows())
         names.emplace_back(driver.name);
     return names;
 }
@@ -60,16 +60,7 @@ std::optional<keyboards::openrgb::ServerAddress> serverFromText(const std::strin
     return server;
 }
 
-} // namespace
-
-QString settingsPath(const Options& options) {
-    return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
-}
-
-std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {
-    Options options;
-    CLI::App command("Puts what happens in the game on the keys of an RGB keyboard.", "glimra");
-    command.set_version_flag("--version", "glimra " GLIMRA_VERSION);
+void addKeyboardOptions(CLI::App& command, Options& options) {
     command
         .add_option("--keyboard", options.keyboard,
                     "How to light the keyboard (default: as set in the window, at first auto)")
@@ -93,6 +84,9 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
         .add_option("--openrgb-keyboard", options.openRgbKeyboard,
                     "Name of the server's keyboard, or part of it")
         ->type_name("NAME");
+}
+
+void addFileOptions(CLI::App& command, Options& options) {
     command.add_option("--settings", options.settingsFile, "Where the settings are kept")
         ->type_name("FILE")
         ->check(noSettings);
@@ -102,6 +96,9 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     command.add_option("--record", options.recordFile, "Write what comes in as a script for glimra-replay")
         ->type_name("FILE")
         ->check(noFolder);
+}
+
+void addCaptureOptions(CLI::App& command, Options& options) {
     command.add_option("--display", options.captureDisplay, "The X display to read (default: $DISPLAY)")
         ->type_name("NAME");
     command
@@ -113,7 +110,10 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             "What is captured: the screen or the game's own window (default: auto, what the desktop allows)")
         ->type_name("WAY")
         ->check(CLI::IsMember({"auto", "screen", "window"}));
-    command.add_flag("--log", options.printLog, "Print the message log to standard output");
+}
+
+/// What the program that is running shall do.
+CLI::Option_group* addCommands(CLI::App& command, Options& options) {
     using Kind = InstanceCommand::Kind;
     CLI::Option_group* const running =
         command.add_option_group("To the Glimra that is running", "Only one of them at a time");
@@ -132,6 +132,12 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
             "Show a colour profile, 1 to 9")
         ->type_name("N")
         ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
+    return running;
+}
+
+/// What ends without a window: a command, the add-on, the doctor.
+void addErrands(CLI::App& command, Options& options) {
+    CLI::Option_group* const running = addCommands(command, options);
     CLI::Option* const install =
         command
             .add_option("--install-addon", options.installAddon,
@@ -143,10 +149,27 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
         command.add_subcommand("doctor", "Tell what works here, what does not, and how to mend it")
             ->fallthrough()
             ->excludes(install);
-    bool json = false;
-    doctor->add_flag("--json", json, "As JSON");
-    doctor->final_callback(
-        [&] { options.doctor = json ? doctor::ReportForm::Json : doctor::ReportForm::Words; });
+    CLI::Option* const json = doctor->add_flag("--json")->description("As JSON");
+    doctor->final_callback([&options, json] {
+        options.doctor = json->empty() ? doctor::ReportForm::Words : doctor::ReportForm::Json;
+    });
+}
+
+} // namespace
+
+QString settingsPath(const Options& options) {
+    return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
+}
+
+std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {
+    Options options;
+    CLI::App command("Puts what happens in the game on the keys of an RGB keyboard.", "glimra");
+    command.set_version_flag("--version", "glimra " GLIMRA_VERSION);
+    addKeyboardOptions(command, options);
+    addFileOptions(command, options);
+    addCaptureOptions(command, options);
+    command.add_flag("--log", options.printLog, "Print the message log to standard output");
+    addErrands(command, options);
     try {
         command.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

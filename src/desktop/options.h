@@ -13,48 +13,48 @@
 
 namespace glimra::desktop {
 
-/// What the command line asks for.
+/// The options of the command line.
 struct Options {
-    /// Name of a keyboard driver, one of those that exist; where none is given the settings have it.
+    /// Name of an existing keyboard driver; when absent, the settings decide.
     std::optional<std::string> keyboard;
-    /// The vendor's library.
+    /// Path of the vendor's library.
     std::optional<std::string> sdkLibrary;
-    /// The OpenRGB server, where one is named.
+    /// The OpenRGB server, if the user gave one.
     std::optional<keyboards::openrgb::ServerAddress> openRgbServer;
-    /// Name of the server's keyboard, or part of it; empty for the one with the most keys.
+    /// Name of the server's keyboard, or part of it; when empty, the keyboard with the most keys is used.
     std::string openRgbKeyboard;
-    /// Instead of the user's own.
+    /// Replaces the user's own settings file.
     std::optional<std::string> settingsFile;
     std::optional<std::string> traceFile;
-    /// What comes in goes to this file, as a replay script.
+    /// The application's input is written to this file, as a replay script.
     std::optional<std::string> recordFile;
-    /// X display to capture; empty for the one in the environment.
+    /// X display to capture; empty for $DISPLAY.
     std::string captureDisplay;
     /// How the strip is captured.
     CaptureChoice capture = CaptureChoice::Automatic;
     /// Print the message log to standard output.
     bool printLog = false;
-    /// What the program that is running shall do; this one only tells it.
+    /// A command for the running instance. This process only sends it and exits.
     std::optional<InstanceCommand> command;
-    /// Only to install the add-on: into the clients of this folder, or of all that are found where it is
-    /// empty.
+    /// Only install the add-on: into the clients in this folder or, when it is empty, into all that are
+    /// found.
     std::optional<std::string> installAddon;
-    /// Only to tell what works here, and in which form.
+    /// Only report what works here, in this form.
     std::optional<doctor::ReportForm> doctor;
 };
 
-/// The file that holds the settings.
+/// Path of the settings file.
 QString settingsPath(const Options& options);
 
-/// The program ends with this status, and everything has been said.
+/// The program must end with this status; all output has been printed.
 struct ExitStatus {
     int status = 0;
 };
 
-/// Status of a program that was called in a way it can't understand.
+/// Exit status after a wrong call of the program.
 inline constexpr int kUsageError = 2;
 
-/// Reads the command line; prints help, version or what is wrong with it.
+/// Reads the command line. Prints help, the version or an error when needed.
 std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv);
 
 } // namespace glimra::desktop

@@ -7,14 +7,15 @@
 
 namespace glimra::desktop {
 
-/// A file that is written line by line, each as it happens: it is for the time when something goes wrong.
+/// A file that is written line by line, each flushed at once, so that it is complete when something goes
+/// wrong.
 class OutputFile {
 public:
-    /// Begins the file anew. Throws std::system_error when it cannot be written.
+    /// Creates or empties the file. Throws std::system_error when it cannot be written.
     explicit OutputFile(const std::string& path);
 
     const std::string& path() const { return m_path; }
-    /// False when it could not be written to the end; nothing more is then.
+    /// Returns false when writing failed; after that, nothing more is written.
     bool append(std::string_view lines);
 
 private:

@@ -21,7 +21,7 @@ public:
     const platform::Platform& platform() const override { return m_recorded.platform(); }
 
     void follow(app::AppDelegate& delegate, InterfaceBinder& binder) override {
-        m_tell = [&delegate](std::string_view line) { delegate.tell(line); };
+        m_tell = [&delegate](std::string_view line) { delegate.operations().log.tell(line); };
         m_recorded.follow(delegate.outlets());
         binder.aboutToSend.observe([this](const app::ActionRow& action, const app::ActionArgument& argument) {
             m_recorder.beginAction(action, argument);

@@ -39,7 +39,7 @@ private:
     OutputFile m_file;
     bool m_isBroken = false;
     trace::TraceWriter m_writer;
-    /// None before there are windows.
+    /// Empty until the windows exist.
     trace::TracedWindowSystem::WindowName m_nameOfWindow;
     trace::TracedPlatform m_traced;
 };

@@ -11,7 +11,7 @@ struct WitnessRow {
     std::unique_ptr<RunWitness> (*make)(const std::string& file, const platform::Platform& machine);
 };
 
-/// From the machine to the application.
+/// In order from the machine to the application.
 constexpr std::array<WitnessRow, 2> kWitnesses{{
     {&Options::recordFile, &recordRun},
     {&Options::traceFile, &traceRun},

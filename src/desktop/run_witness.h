@@ -11,33 +11,33 @@
 
 namespace glimra::desktop {
 
-/// Writes down, in a file, what a run of the application does: it stands between the application and its
-/// machine, and is told of the turns of its life. What a witness has no use for does nothing. Main thread.
+/// Records a run of the application in a file. It sits between the application and its machine and is
+/// notified of the steps of the run; by default it ignores them. Main thread.
 class RunWitness {
 public:
     virtual ~RunWitness() = default;
 
-    /// The machine, as the next witness or the application sees it.
+    /// The machine as the next witness or the application sees it.
     virtual const platform::Platform& platform() const = 0;
 
-    /// Before the launch, when there are an application and its windows.
+    /// Called before the launch, when the application and its windows exist.
     virtual void follow(app::AppDelegate& delegate, InterfaceBinder& binder) = 0;
     virtual void aboutToLaunch() {}
     virtual void launched() {}
     /// A message that did not come from the strip.
     virtual void token(std::string_view) {}
     virtual void aboutToQuit() {}
-    /// After the application's last word.
+    /// Called after everything else in the application's run.
     virtual void ended() {}
 };
 
-/// All that the options ask for.
+/// All witnesses that the options ask for.
 class RunWitnesses {
 public:
     /// Throws std::system_error when a file cannot be written.
     RunWitnesses(const Options& options, const platform::Platform& machine);
 
-    /// The machine, as the application sees it.
+    /// The machine as the application sees it.
     const platform::Platform& platform() const;
 
     template <class... Arguments, class... Given>
@@ -48,13 +48,13 @@ public:
 
 private:
     platform::Platform m_machine;
-    /// Each sees what the one before lets through.
+    /// Each one receives what the previous one passes on.
     std::vector<std::unique_ptr<RunWitness>> m_witnesses;
 };
 
-/// A script of what comes in, for `glimra-replay`.
+/// Records the application's input as a script for `glimra-replay`.
 std::unique_ptr<RunWitness> recordRun(const std::string& file, const platform::Platform& machine);
-/// The trace of what goes out, as JSON lines; `t` counts as CLOCK_MONOTONIC does.
+/// Records the application's output as JSON lines; `t` is the time of CLOCK_MONOTONIC.
 std::unique_ptr<RunWitness> traceRun(const std::string& file, const platform::Platform& machine);
 
 } // namespace glimra::desktop

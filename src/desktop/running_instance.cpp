@@ -11,7 +11,8 @@ namespace glimra::desktop {
 
 namespace {
 
-/// The settings file makes the instance: two programs on one file would undo each other's changes.
+/// The settings file identifies the instance: two programs using one file would overwrite each other's
+/// changes.
 QString identityOf(const Options& options) {
     const QString path = QFileInfo(settingsPath(options)).absoluteFilePath();
     if (path == SettingsFile::defaultPath())
@@ -29,11 +30,11 @@ RunningInstance::RunningInstance(const Options& options)
 
 bool RunningInstance::claim() {
     const auto handler = [this](const InstanceCommand& command) { return m_handler && m_handler(command); };
-    // By every way: another start may find no bus, or another one.
+    // Claims every channel, since another start may reach no bus, or a different one.
     const bool isSecond = std::ranges::any_of(m_channels, [&handler](const auto& channel) {
         return channel->claim(handler) == InstanceChannel::Standing::Second;
     });
-    // What has been claimed by then is let go of with the channels.
+    // New channels release what has been claimed so far.
     if (isSecond)
         m_channels = instanceChannels(m_identity);
     return !isSecond;

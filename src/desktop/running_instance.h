@@ -4,20 +4,21 @@
 
 namespace glimra::desktop {
 
-/// This program among its starts: one runs for each settings file, and the others only talk to it. Main
-/// thread, with an application object.
+/// Ensures that only one instance runs per settings file; further starts only send it commands. Main thread;
+/// needs an application object.
 class RunningInstance {
 public:
     explicit RunningInstance(const Options& options);
     RunningInstance(const RunningInstance&) = delete;
     RunningInstance& operator=(const RunningInstance&) = delete;
 
-    /// Becomes the running one; false when there is one already. Where there is no way to know, it becomes
-    /// it, too.
+    /// Makes this the running instance; returns false when there already is one. Returns true also when there
+    /// is no way to find out.
     bool claim();
-    /// Commands for the running one go to `handler`, from the event loop; to nobody while there is none.
+    /// Sets the handler for commands from other starts, called from the event loop. Without a handler,
+    /// commands are refused.
     void obey(InstanceChannel::Handler handler) { m_handler = std::move(handler); }
-    /// Tells the running one; false when nobody is there who does it.
+    /// Sends a command to the running instance. Returns false when there is none or it refuses.
     bool send(const InstanceCommand& command);
 
 private:

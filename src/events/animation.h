@@ -6,13 +6,14 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <variant>
 
 namespace glimra::events {
 
-// An animation is data: the steps below, one after the other. Whoever plays it has the profile's bitmap and
-// a working copy of it that the frames paint on.
+// An animation is a list of steps that are carried out one after the other. Frames are painted on the working
+// bitmap, which is a copy of the profile's bitmap when the animation begins.
 
 using lighting::Color;
 using lighting::Rgb;
@@ -25,7 +26,7 @@ struct Bands {
     Rgb color;
 };
 
-/// All cells of a row, 0 to 5 from the top; any other row is no cell at all.
+/// All cells of a row. Rows are numbered 0 to 5 from the top; any other number paints nothing.
 struct Row {
     int row;
     Rgb color;
@@ -43,7 +44,7 @@ struct ProfileRow {
     int row;
 };
 
-/// Something painted on the working bitmap; at first nothing.
+/// Something painted on the working bitmap; nothing if it is left empty.
 using Paint = std::variant<std::monostate, Bands, Row, AlternateCells, ProfileRow>;
 
 /// What a frame is painted on.
@@ -54,7 +55,7 @@ enum class Ground {
     White,
 };
 
-/// Paints on the working bitmap, in order, and shows it.
+/// Paints on the working bitmap, one paint after the other, and shows it.
 struct Frame {
     Ground ground = Ground::Profile;
     std::array<Paint, 6> paints{};
@@ -81,15 +82,26 @@ struct Step {
     Duration wait{0};
 };
 
-/// What one message code plays.
+/// What these state values become when an animation has been played to its end; an empty one stays as it is.
+struct Outcome {
+    std::optional<bool> deadAnimationPlaying{};
+    std::optional<int> WoWisInTheForeground{};
+};
+
+/// What one message does that plays an animation.
 struct Animation {
+    /// The message.
     char code;
     std::span<const Step> overProfile;
-    /// The form for single-colour mode; empty when that mode makes no difference.
+    /// Played instead in single-colour mode, if there are any.
     std::span<const Step> singleColor{};
+    Outcome outcome{};
 };
 
 /// Every animation there is; a code occurs once.
 std::span<const Animation> animations();
+
+/// The animation of a message; null if it has none.
+const Animation* findAnimation(char code);
 
 } // namespace glimra::events

@@ -1,7 +1,5 @@
-#include "events/animation.h"
 #include "events/animation_notation.h"
 #include "lighting/key_table.h"
-#include "lighting/lighting_output.h"
 
 namespace glimra::events {
 
@@ -9,10 +7,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using lighting::toColor;
-
-constexpr Steps<1> kOnAllDevices{Step{TargetDevices{lighting::kAllDevices}}};
-constexpr Steps<1> kOnPerKeyDevices{Step{TargetDevices{lighting::kPerKeyDevices}}};
-constexpr Steps<1> kBackToProfile{Step{Frame{Ground::Profile}}};
 
 constexpr Color redColor{1.0, 0.0, 0.0};
 constexpr Color greenColor{0.0, 1.0, 0.0};
@@ -24,8 +18,8 @@ constexpr Color purpleColor{0.5, 0.0, 0.5};
 
 constexpr Rgb kBlack{0, 0, 0};
 constexpr Rgb kWhite{255, 255, 255};
-constexpr AllKeys kAllBlack{toColor(kBlack)};
-constexpr AllKeys kAllWhite{toColor(kWhite)};
+constexpr Color kBlackColor = toColor(kBlack);
+constexpr Color kWhiteColor = toColor(kWhite);
 
 // Row sweeps: a bright row between two dimmer ones.
 
@@ -55,9 +49,9 @@ constexpr auto sweepUp(const SweepColors& colors) {
 }
 
 constexpr auto blink(const SweepColors& colors) {
-    const AllKeys lead{toColor(colors.lead)};
-    return joined(kOnAllDevices,
-                  Steps<4>{{{kAllBlack, 200ms}, {lead, 100ms}, {kAllBlack, 100ms}, {lead, 100ms}}});
+    const Color lead = toColor(colors.lead);
+    return joined(kOnAllDevices, wholeKeyboard(200ms, kBlackColor),
+                  wholeKeyboard(100ms, lead, kBlackColor, lead));
 }
 
 constexpr auto kGoldDown = sweepDown(kGold);
@@ -166,17 +160,12 @@ constexpr Frame stripeFrame(int band) {
 }
 
 constexpr auto kStripeRun = joined(kOnAllDevices, counted<-9, 9>(75ms, stripeFrame), kBackToProfile);
-constexpr Steps<2> kGreyThenBlue{{{AllKeys{{0.8, 0.8, 0.8}}, 150ms}, {AllKeys{blueColor}, 150ms}}};
+constexpr auto kGreyThenBlue = wholeKeyboard(150ms, Color{0.8, 0.8, 0.8}, blueColor);
 constexpr auto kStripeBlink = joined(kGreyThenBlue, kGreyThenBlue, kGreyThenBlue);
 
-constexpr Steps<6> kWhiteFlash{{
-    {kAllBlack, 200ms},
-    {kAllWhite, 100ms},
-    {kAllBlack, 100ms},
-    {kAllWhite, 100ms},
-    {kAllBlack, 100ms},
-    {TargetDevices{lighting::kAllDevices}},
-}};
+constexpr auto kWhiteFlash =
+    joined(wholeKeyboard(200ms, kBlackColor),
+           wholeKeyboard(100ms, kWhiteColor, kBlackColor, kWhiteColor, kBlackColor), kOnAllDevices);
 
 // Edge wipes: a front runs from left to right, then the profile comes back the same way.
 
@@ -189,8 +178,7 @@ constexpr auto edgeWipe(Rgb front, Rgb behind) {
 }
 
 constexpr auto brighten(const Color& first, const Color& second, const Color& third) {
-    return joined(kOnAllDevices,
-                  Steps<3>{{{AllKeys{first}, 170ms}, {AllKeys{second}, 170ms}, {AllKeys{third}, 170ms}}});
+    return joined(kOnAllDevices, wholeKeyboard(170ms, first, second, third));
 }
 
 constexpr auto kSandWipe = edgeWipe({255, 255, 0}, {230, 204, 153});
@@ -236,14 +224,8 @@ constexpr Frame rainbowFrame(int number) {
 }
 
 constexpr auto kRainbow = joined(kOnAllDevices, counted<1, 11>(75ms, rainbowFrame), kBackToProfile);
-constexpr Steps<6> kRainbowAsOne{{
-    {AllKeys{redColor}, 150ms},
-    {AllKeys{orangeColor}, 150ms},
-    {AllKeys{yellowColor}, 150ms},
-    {AllKeys{greenColor}, 150ms},
-    {AllKeys{cyanColor}, 150ms},
-    {AllKeys{purpleColor}, 150ms},
-}};
+constexpr auto kRainbowAsOne =
+    wholeKeyboard(150ms, redColor, orangeColor, yellowColor, greenColor, cyanColor, purpleColor);
 
 // Ghost: the profile goes out from the right until only a pale Esc is left; it comes back from the left.
 
@@ -255,7 +237,7 @@ constexpr Frame ghostReturnFrame(int number) {
     return {Ground::Profile, {bandsFrom(8, number, kBlack)}};
 }
 
-constexpr Steps<2> kOnlyEsc{{{kAllBlack}, {OneKey{lighting::kEscKey, {0.5, 1.0, 0.5}}}}};
+constexpr Steps<2> kOnlyEsc{{{AllKeys{kBlackColor}}, {OneKey{lighting::kEscKey, {0.5, 1.0, 0.5}}}}};
 constexpr auto kGhostFade = joined(kOnAllDevices, counted<1, 7>(60ms, ghostFadeFrame), kOnlyEsc);
 constexpr auto kGhostReturn = joined(kOnAllDevices, counted<1, 7>(60ms, ghostReturnFrame));
 
@@ -291,13 +273,13 @@ constexpr std::array<Animation, 21> kAnimations{{
     {'r', kGreenFlash},
     {'T', kStripeRun, kStripeBlink},
     {'F', kEdgesF, kCentreF},
-    {'f', kWhiteFlash},
+    {'f', kWhiteFlash, {}, {.WoWisInTheForeground = 2}},
     {'N', kSandWipe, kSandBrighten},
     {'n', kEdgesN, kCentreN},
     {'h', kWave, kWaveAsOne},
     {'J', kRainbow, kRainbowAsOne},
-    {'W', kGhostFade},
-    {'V', kGhostReturn},
+    {'W', kGhostFade, {}, {.deadAnimationPlaying = true}},
+    {'V', kGhostReturn, {}, {.deadAnimationPlaying = false}},
     {'L', kWaterWipe, kWaterBrighten},
     {'B', kCentreRipple},
 }};
@@ -306,6 +288,11 @@ constexpr std::array<Animation, 21> kAnimations{{
 
 std::span<const Animation> animations() {
     return kAnimations;
+}
+
+const Animation* findAnimation(char code) {
+    const auto* const found = std::ranges::find(kAnimations, code, &Animation::code);
+    return found == kAnimations.end() ? nullptr : found;
 }
 
 } // namespace glimra::events

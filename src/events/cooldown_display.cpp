@@ -41,8 +41,8 @@ int toMilliseconds(double seconds) {
     return milliseconds < kLongest ? static_cast<int>(milliseconds) : std::numeric_limits<int>::max();
 }
 
-/// The lowest bits of the first character's code. What its bytes hold besides ends up above them, where no
-/// slot has a bit.
+/// The code of the first UTF-8 character. The length bits of its first byte are left in: they end up above
+/// the bits that slots have.
 unsigned dataBits(std::string_view data) {
     unsigned bits = static_cast<unsigned char>(data.front());
     for (const char c : data.substr(1)) {
@@ -56,7 +56,7 @@ unsigned dataBits(std::string_view data) {
 
 } // namespace
 
-CooldownDisplay::CooldownDisplay(const Parts& parts) : m(parts) {
+CooldownDisplay::CooldownDisplay(const Parts& parts) : m_parts(parts) {
 }
 
 void CooldownDisplay::updateCooldowns(char code, std::string_view data) {
@@ -65,113 +65,115 @@ void CooldownDisplay::updateCooldowns(char code, std::string_view data) {
         return;
     const unsigned bits = dataBits(data);
     for (std::size_t i = 0; i < kSlotBits.size(); ++i) {
-        const KeyCode key = (m.keys.*range->bar)[range->firstSlot + i];
+        const KeyCode key = (m_parts.keys.*range->bar)[range->firstSlot + i];
         const bool onCooldown = (bits & kSlotBits[i]) != 0;
-        if (onCooldown == m.lightingState.dimmedKeys.contains(key))
+        if (onCooldown == m_parts.lightingState.dimmedKeys.contains(key))
             continue;
         if (onCooldown)
             markOnCooldown(key);
         else if (!markReady(key))
             return;
     }
-    if (m.cooldowns.supressCooldownBlinkCounter > 0)
-        --m.cooldowns.supressCooldownBlinkCounter;
+    if (m_parts.cooldowns.supressCooldownBlinkCounter > 0)
+        --m_parts.cooldowns.supressCooldownBlinkCounter;
 }
 
 bool CooldownDisplay::isLive(KeyCode key) const {
-    return key != lighting::kNoKey && m.lightingState.useSpellCooldowns[0] &&
-           !m.effects.deadAnimationPlaying && !m.effects.shadowAnimationPlaying;
+    return key != lighting::kNoKey && m_parts.lightingState.useSpellCooldowns[0] &&
+           !m_parts.effects.deadAnimationPlaying && !m_parts.effects.shadowAnimationPlaying;
 }
 
 void CooldownDisplay::markOnCooldown(KeyCode key) {
-    const lighting::Color color = m.lightingState.keyboardColorSet[lighting::kCooldownSlot];
+    const lighting::Color color = m_parts.lightingState.keyboardColorSet[lighting::kCooldownSlot];
     for (std::size_t profile = 1; profile <= lighting::kProfileCount; ++profile) {
-        if (!m.lightingState.useSpellCooldowns[profile])
+        if (!m_parts.lightingState.useSpellCooldowns[profile])
             continue;
         paint(key, color, profile);
         if (isLive(key)) {
-            m.driver.LogiLedStopEffectsOnKey(lighting::driverKeyName(key));
-            m.lighting.setKeyColor(lighting::driverKeyName(key), color);
+            m_parts.driver.LogiLedStopEffectsOnKey(lighting::driverKeyName(key));
+            m_parts.lighting.setKeyColor(lighting::driverKeyName(key), color);
         }
     }
-    m.lightingState.dimmedKeys.insert(key);
+    m_parts.lightingState.dimmedKeys.insert(key);
 }
 
 /// False when the application terminated meanwhile.
 bool CooldownDisplay::markReady(KeyCode key) {
-    const lighting::Color color =
-        lighting::mappedColor(m.lightingState.keyboardColorSet, m.lightingState.keyToColorMap, key);
-    const bool blinks = m.cooldowns.supressCooldownBlinkCounter == 0;
+    const lighting::Color color = lighting::mappedColor(m_parts.lightingState.keyboardColorSet,
+                                                        m_parts.lightingState.keyToColorMap, key);
+    const bool blinks = m_parts.cooldowns.supressCooldownBlinkCounter == 0;
     for (std::size_t profile = 1; profile <= lighting::kProfileCount; ++profile) {
-        if (!m.lightingState.useSpellCooldowns[profile])
+        if (!m_parts.lightingState.useSpellCooldowns[profile])
             continue;
         paint(key, color, profile);
-        if (!isLive(key)) // asked anew each time: the blink before served the user
+        if (!isLive(key)) // asked for every profile: the user may have done something during the last blink
             continue;
-        m.lighting.setKeyColor(lighting::driverKeyName(key), color);
+        m_parts.lighting.setKeyColor(lighting::driverKeyName(key), color);
         if (blinks && !blink(key))
             return false;
     }
-    m.lightingState.dimmedKeys.erase(key);
+    m_parts.lightingState.dimmedKeys.erase(key);
     return true;
 }
 
 void CooldownDisplay::paint(KeyCode key, const lighting::Color& color, std::size_t profile) {
     if (const std::optional<std::size_t> offset = lighting::keyBitmapOffset(key))
-        lighting::paintCell(m.lightingState.keyboardColorBitmap[profile], *offset, lighting::toRgb(color));
+        lighting::paintCell(m_parts.lightingState.keyboardColorBitmap[profile], *offset,
+                            lighting::toRgb(color));
 }
 
 bool CooldownDisplay::blink(KeyCode key) {
-    if (!m.runLoop.runUntil(m.runLoop.now() + kPauseBeforeBlink))
+    if (!m_parts.runLoop.runUntil(m_parts.runLoop.now() + kPauseBeforeBlink))
         return false;
-    m.driver.LogiLedFlashSingleKey(lighting::driverKeyName(key), 100, 100, 100,
-                                   toMilliseconds(m.cooldowns.blinkPeriod), kBlinkIntervalMs);
+    m_parts.driver.LogiLedFlashSingleKey(lighting::driverKeyName(key), 100, 100, 100,
+                                         toMilliseconds(m_parts.cooldowns.blinkPeriod), kBlinkIntervalMs);
     return true;
 }
 
 void CooldownDisplay::showCooldowns(bool on) {
-    m.lightingState.useSpellCooldowns[0] = on;
-    m.canvas.usingActionbarCooldowns = on;
-    m.canvas.fillIfEmpty(m.lightingState);
-    const auto profile = static_cast<std::size_t>(m.profile.activeColorProfile);
-    m.lightingState.keyboardColorBitmap.at(profile) = lighting::buildColorBitmapWithCooldowns(
-        m.canvas.keyColorSet, m.canvas.keysToColors, on, m.lightingState.dimmedKeys);
-    m.lightingState.useSpellCooldowns.at(profile) = on;
-    m.lighting.showProfileLighting(m.profile.activeColorProfile);
-    if (m.options.useSingleColorMode)
-        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
-    m.canvasView.displayNeeded.emit();
-    m.store.saveCooldownFlag(on, m.profile.activeColorProfile);
+    m_parts.lightingState.useSpellCooldowns[0] = on;
+    m_parts.canvas.usingActionbarCooldowns = on;
+    m_parts.canvas.fillIfEmpty(m_parts.lightingState);
+    const auto profile = static_cast<std::size_t>(m_parts.profile.activeColorProfile);
+    m_parts.lightingState.keyboardColorBitmap.at(profile) = lighting::buildColorBitmapWithCooldowns(
+        m_parts.canvas.keyColorSet, m_parts.canvas.keysToColors, on, m_parts.lightingState.dimmedKeys);
+    m_parts.lightingState.useSpellCooldowns.at(profile) = on;
+    m_parts.lighting.showProfileLighting(m_parts.profile.activeColorProfile);
+    if (m_parts.options.useSingleColorMode)
+        m_parts.lighting.setAllKeysColor(m_parts.lightingState.keyboardColorSet[lighting::kColorASlot]);
+    m_parts.canvasView.displayNeeded.emit();
+    m_parts.store.saveCooldownFlag(on, m_parts.profile.activeColorProfile);
 }
 
 void CooldownDisplay::revealCooldownColors() {
-    m.canvas.dimmedKeys.clear();
-    for (const profiles::BarKeys& bar : {m.keys.actionBar1Keys, m.keys.actionBar5Keys, m.keys.actionBar6Keys})
-        m.canvas.dimmedKeys.insert(bar.begin(), bar.end());
-    m.canvasView.displayNeeded.emit();
-    m.runLoop.after(kPreviewTime, [this] { unrevealCooldownColors(); });
+    m_parts.canvas.dimmedKeys.clear();
+    for (const profiles::BarKeys& bar :
+         {m_parts.keys.actionBar1Keys, m_parts.keys.actionBar5Keys, m_parts.keys.actionBar6Keys})
+        m_parts.canvas.dimmedKeys.insert(bar.begin(), bar.end());
+    m_parts.canvasView.displayNeeded.emit();
+    m_parts.runLoop.after(kPreviewTime, [this] { unrevealCooldownColors(); });
 }
 
 void CooldownDisplay::unrevealCooldownColors() {
-    m.canvas.dimmedKeys.clear();
-    m.canvasView.displayNeeded.emit();
+    m_parts.canvas.dimmedKeys.clear();
+    m_parts.canvasView.displayNeeded.emit();
 }
 
 void CooldownDisplay::loadBlinkTime() {
     constexpr platform::Setting<double> kSetting = platform::settings::kBlinkTime;
-    const double stored = platform::SettingsReader{m.defaults, m.systemLog}.value(kSetting);
+    const double stored = platform::SettingsReader{m_parts.defaults, m_parts.systemLog}.value(kSetting);
     setBlinkTime(stored == 0.0 ? kSetting.factory : stored);
 }
 
 void CooldownDisplay::blinkTimeChanged() {
-    setBlinkTime(platform::leadingNumber(m.blinkTimeTextbox.text.get()));
-    m.defaults.set(platform::settings::kBlinkTime.key, m.cooldowns.blinkTime);
+    setBlinkTime(platform::leadingNumber(m_parts.blinkTimeTextbox.text.get()));
+    m_parts.defaults.set(platform::settings::kBlinkTime.key, m_parts.cooldowns.blinkTime);
 }
 
 void CooldownDisplay::setBlinkTime(double seconds) {
-    m.cooldowns.blinkTime = std::max(seconds, kShortestBlinkTime);
-    m.cooldowns.blinkPeriod = m.cooldowns.blinkTime;
-    m.blinkTimeTextbox.text.set(platform::decimalText(m.cooldowns.blinkTime));
+    m_parts.cooldowns.blinkTime = std::max(seconds, kShortestBlinkTime);
+    m_parts.cooldowns.blinkPeriod = m_parts.cooldowns.blinkTime;
+    m_parts.blinkTimeTextbox.text.set(platform::decimalText(m_parts.cooldowns.blinkTime));
 }
 
 } // namespace glimra::events

@@ -11,8 +11,9 @@
 
 namespace glimra::events {
 
-/// Shows which abilities are on cooldown: on the keyboard at once while that is wanted, and in the prepared
-/// bitmap of every profile that shows cooldowns. Main thread.
+/// Shows which abilities are on cooldown. Their keys are marked in the prepared bitmap of every profile that
+/// shows cooldowns; if the profile in memory does, and no death or shadow shows, the keyboard changes at
+/// once. Main thread.
 class CooldownDisplay {
 public:
     struct Parts {
@@ -39,12 +40,11 @@ public:
     /// that is on cooldown. A report without data, or with an unknown code, is dropped.
     void updateCooldowns(char code, std::string_view data);
 
-    /// The active profile shows cooldowns from now on, or no longer.
+    /// Makes the active profile show cooldowns, or stops it from doing so.
     void showCooldowns(bool on);
 
     /// Marks the bound keys on the canvas for a second.
     void revealCooldownColors();
-    void unrevealCooldownColors();
 
     /// Reads the blink time from the settings and shows it.
     void loadBlinkTime();
@@ -52,7 +52,8 @@ public:
     void blinkTimeChanged();
 
 private:
-    /// The key is lit at once, besides being marked.
+    void unrevealCooldownColors();
+    /// Whether a change of the key shows on the keyboard at once.
     bool isLive(lighting::KeyCode key) const;
     void markOnCooldown(lighting::KeyCode key);
     [[nodiscard]] bool markReady(lighting::KeyCode key);
@@ -60,7 +61,7 @@ private:
     [[nodiscard]] bool blink(lighting::KeyCode key);
     void setBlinkTime(double seconds);
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::events

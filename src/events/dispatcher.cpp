@@ -47,16 +47,12 @@ struct Dispatcher::CodeAction {
     void (*run)(Dispatcher& self, const Message& message);
 };
 
-/// What each code does.
 std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
     using Self = Dispatcher&;
     using In = const Message&;
-    constexpr auto animation = [](Self self, In message) {
-        static_cast<void>(self.playAnimation(message.code));
-    };
     constexpr auto profile = [](Self self, In message) { self.chooseProfile(message.code - '0'); };
     constexpr auto cooldowns = [](Self self, In message) {
-        self.m.cooldowns.updateCooldowns(message.code, message.data);
+        self.m_parts.cooldowns.updateCooldowns(message.code, message.data);
     };
     static constexpr CodeAction kActions[] = {
         {"R", [](Self self, In) { self.resetLights(ResetNotice::Logged); }},
@@ -65,11 +61,6 @@ std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
         {"O", [](Self self, In) { self.endCombat(); }},
         {"D", [](Self self, In) { self.startDeath(); }},
         {"U", [](Self self, In) { self.endDeath(); }},
-        {"GgSsMmaAHrTF", animation},
-        {"f", [](Self self, In) { self.flashWhite(); }},
-        {"NnhJ", animation},
-        {"W", [](Self self, In) { self.startGhost(); }},
-        {"V", [](Self self, In) { self.endGhost(); }},
         {"w", [](Self self, In) { self.setCombatPulsePeriod(400); }},
         {"x", [](Self self, In) { self.setCombatPulsePeriod(300); }},
         {"y", [](Self self, In) { self.setCombatPulsePeriod(200); }},
@@ -88,177 +79,173 @@ std::span<const Dispatcher::CodeAction> Dispatcher::codeActions() {
              self.startShadow({137.0 / 360.0, 0.51, 0.73});
          }},
         {"K", [](Self self, In) { self.endShadow(); }},
-        {"LB", animation},
         {"123456789", profile},
         {"E", [](Self self, In) { self.openChat(); }},
         {"e", [](Self self, In) { self.closeChat(); }},
         {"I", [](Self self, In) { self.signalWhisper(); }},
-        {"i", [](Self, In) {}}, // known, so that it is not reported; the signal ends where the queue is read
+        {"i", [](Self, In) {}}, // not unknown, but MessagePump has ended the signal already
         {"`[]{}", cooldowns},
     };
     return kActions;
 }
 
-Dispatcher::Dispatcher(const Parts& parts) : m(parts) {
+Dispatcher::Dispatcher(const Parts& parts) : m_parts(parts) {
 }
 
 void Dispatcher::evaluateMessage(std::string_view message) {
     if (message.front() == '\0') {
-        m.log.appendDebugLog("ignoring message NULL (00)\n");
+        m_parts.log.appendDebugLog("ignoring message NULL (00)\n");
         return;
     }
-    // Nothing is put together for a log that does not want it.
+    // The line is put together only if the log shows it.
     const auto trace = [&](std::string_view before, std::string_view after) {
-        if (m.log.debugMode())
-            m.log.appendLog(std::string(before) + std::string(message) + " (" + hexBytes(message) + ")" +
-                            std::string(after) + "\n");
+        if (m_parts.log.debugMode())
+            m_parts.log.appendLog(std::string(before) + std::string(message) + " (" + hexBytes(message) +
+                                  ")" + std::string(after) + "\n");
     };
     trace("evaluating message ", "");
+    const char code = message.front();
     const std::span<const CodeAction> actions = codeActions();
-    const auto action = std::ranges::find_if(actions, [code = message.front()](const CodeAction& row) {
-        return row.codes.find(code) != std::string_view::npos;
-    });
-    if (action == actions.end())
-        trace("Ignored message ", " from buffer");
+    const auto action = std::ranges::find_if(
+        actions, [code](const CodeAction& row) { return row.codes.find(code) != std::string_view::npos; });
+    if (const Animation* const animation = findAnimation(code))
+        show(*animation);
+    else if (action != actions.end())
+        action->run(*this, {code, message.substr(1)});
     else
-        action->run(*this, {message.front(), message.substr(1)});
+        trace("Ignored message ", " from buffer");
 }
 
 void Dispatcher::resetLights(ResetNotice notice) {
     if (notice == ResetNotice::Logged)
-        m.log.appendLog("Reset the message queue, color profile, and animated keys.\n");
-    m.messages.messageQueue.set({});
-    m.messages.currentMessage.clear();
+        m_parts.log.appendLog("Reset the message queue, color profile, and animated keys.\n");
+    m_parts.messages.messageQueue.set({});
+    m_parts.messages.currentMessage.clear();
     // In single-colour mode the whole keyboard is stopped below.
-    if ((m.effects.combatAnimationPlaying || m.effects.deadAnimationPlaying) && !m.options.useSingleColorMode)
-        m.effects.leftPulsing = true;
-    m.effects.combatAnimationPlaying = false;
-    m.effects.deadAnimationPlaying = false;
-    m.effects.shadowAnimationPlaying = false;
-    m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
-    m.messages.confirmCalibrate = true;
+    if ((m_parts.effects.combatAnimationPlaying || m_parts.effects.deadAnimationPlaying) &&
+        !m_parts.options.useSingleColorMode)
+        m_parts.effects.leftPulsing = true;
+    m_parts.effects.combatAnimationPlaying = false;
+    m_parts.effects.deadAnimationPlaying = false;
+    m_parts.effects.shadowAnimationPlaying = false;
+    m_parts.animations.stopAllKeyEffects(m_parts.options.useSingleColorMode);
+    m_parts.messages.confirmCalibrate = true;
     switchToProfile(kResetProfile);
 }
 
 void Dispatcher::startCombat() {
     pulseCombatKeys();
-    m.effects.combatAnimationPlaying = true;
+    m_parts.effects.combatAnimationPlaying = true;
 }
 
 void Dispatcher::endCombat() {
-    m.driver.LogiLedSetTargetDevice(lighting::kPerKeyDevices);
+    m_parts.driver.LogiLedSetTargetDevice(lighting::kPerKeyDevices);
     for (const KeyName key : combatKeys)
-        m.driver.LogiLedStopEffectsOnKey(key);
-    m.effects.combatAnimationPlaying = false;
-    m.effects.leftPulsing = false;
-    m.messages.WoWisInTheForeground = 0;
+        m_parts.driver.LogiLedStopEffectsOnKey(key);
+    m_parts.effects.combatAnimationPlaying = false;
+    m_parts.effects.leftPulsing = false;
+    m_parts.messages.WoWisInTheForeground = 0;
 }
 
 void Dispatcher::startDeath() {
-    m.lighting.startScatterPulse();
-    m.effects.deadAnimationPlaying = true;
+    m_parts.lighting.startScatterPulse();
+    m_parts.effects.deadAnimationPlaying = true;
 }
 
 void Dispatcher::endDeath() {
-    m.lighting.stopScatterPulse();
-    m.effects.deadAnimationPlaying = false;
-    m.effects.leftPulsing = false;
-    m.messages.WoWisInTheForeground = 1;
-}
-
-void Dispatcher::flashWhite() {
-    if (playAnimation('f'))
-        m.messages.WoWisInTheForeground = 2;
-}
-
-void Dispatcher::startGhost() {
-    if (playAnimation('W'))
-        m.effects.deadAnimationPlaying = true;
-}
-
-void Dispatcher::endGhost() {
-    if (playAnimation('V'))
-        m.effects.deadAnimationPlaying = false;
+    m_parts.lighting.stopScatterPulse();
+    m_parts.effects.deadAnimationPlaying = false;
+    m_parts.effects.leftPulsing = false;
+    m_parts.messages.WoWisInTheForeground = 1;
 }
 
 void Dispatcher::startShadow(const HsbColor& color) {
-    m.animations.shadowGlow(color);
-    m.effects.shadowAnimationPlaying = true;
+    m_parts.animations.shadowGlow(color);
+    m_parts.effects.shadowAnimationPlaying = true;
 }
 
 void Dispatcher::endShadow() {
-    m.animations.stopAllKeyEffects(m.options.useSingleColorMode);
-    m.effects.shadowAnimationPlaying = false;
-    playAnimation('f');
+    m_parts.animations.stopAllKeyEffects(m_parts.options.useSingleColorMode);
+    m_parts.effects.shadowAnimationPlaying = false;
+    // The flash alone: when the lighting is shown anew stays as it was.
+    static_cast<void>(play(*findAnimation('f')));
 }
 
 void Dispatcher::setCombatPulsePeriod(int milliseconds) {
-    m.effects.combatPulseMs = milliseconds;
-    if (m.effects.combatAnimationPlaying)
+    m_parts.effects.combatPulseMs = milliseconds;
+    if (m_parts.effects.combatAnimationPlaying)
         pulseCombatKeys();
 }
 
 void Dispatcher::toggleProfile() {
-    switchToProfile(m.profile.activeColorProfile % 2 + 1);
+    switchToProfile(m_parts.profile.activeColorProfile % 2 + 1);
 }
 
 void Dispatcher::chooseProfile(int profile) {
-    m.profile.chatReturnColorProfile = profile;
+    m_parts.profile.chatReturnColorProfile = profile;
     switchToProfile(profile);
 }
 
 void Dispatcher::openChat() {
-    if (m.effects.shadowAnimationPlaying)
+    if (m_parts.effects.shadowAnimationPlaying)
         return;
     if (chatRecoloursCombat())
-        pulseKeys(m.driver, {100, 100, 100}, {25, 25, 25}, kChatPulseMs);
+        pulseKeys(m_parts.driver, {100, 100, 100}, {25, 25, 25}, kChatPulseMs);
     if (!chatSwitchesProfile())
         return;
-    m.profile.chatReturnColorProfile = m.profile.activeColorProfile;
+    m_parts.profile.chatReturnColorProfile = m_parts.profile.activeColorProfile;
     switchToProfile(kChatProfile);
 }
 
 void Dispatcher::closeChat() {
-    if (m.effects.shadowAnimationPlaying)
+    if (m_parts.effects.shadowAnimationPlaying)
         return;
     if (chatRecoloursCombat())
         pulseCombatKeys();
     if (chatSwitchesProfile())
-        switchToProfile(m.profile.chatReturnColorProfile);
+        switchToProfile(m_parts.profile.chatReturnColorProfile);
 }
 
 void Dispatcher::signalWhisper() {
-    if (m.effects.whisperLightActive)
+    if (m_parts.effects.whisperLightActive)
         return;
-    m.driver.LogiLedFlashSingleKey(lighting::kEnterKey, 100, 0, 100, 0, kWhisperIntervalMs);
-    m.effects.whisperLightActive = true;
+    m_parts.driver.LogiLedFlashSingleKey(lighting::kEnterKey, 100, 0, 100, 0, kWhisperIntervalMs);
+    m_parts.effects.whisperLightActive = true;
 }
 
-bool Dispatcher::playAnimation(char code) {
-    // By value: what is served meanwhile may prepare the profile's bitmap anew.
-    const lighting::LedBitmap bitmap =
-        m.lightingState.keyboardColorBitmap.at(static_cast<std::size_t>(m.profile.activeColorProfile));
-    return m.animations.play(code, bitmap, m.options.useSingleColorMode);
+bool Dispatcher::play(const Animation& animation) {
+    const auto profile = static_cast<std::size_t>(m_parts.profile.activeColorProfile);
+    return m_parts.animations.play(animation, m_parts.lightingState.keyboardColorBitmap.at(profile),
+                                   m_parts.options.useSingleColorMode);
+}
+
+void Dispatcher::show(const Animation& animation) {
+    if (!play(animation))
+        return;
+    if (const auto dead = animation.outcome.deadAnimationPlaying)
+        m_parts.effects.deadAnimationPlaying = *dead;
+    if (const auto countdown = animation.outcome.WoWisInTheForeground)
+        m_parts.messages.WoWisInTheForeground = *countdown;
 }
 
 void Dispatcher::pulseCombatKeys() {
-    pulseKeys(m.driver, {100, 0, 0}, {25, 0, 0}, m.effects.combatPulseMs);
+    pulseKeys(m_parts.driver, {100, 0, 0}, {25, 0, 0}, m_parts.effects.combatPulseMs);
 }
 
 void Dispatcher::switchToProfile(int profile) {
-    m.profile.activeColorProfile = profile;
-    m.store.loadProfileWithCooldowns(profile);
-    m.lighting.showProfileLighting(profile);
-    if (m.options.useSingleColorMode)
-        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
+    m_parts.profile.activeColorProfile = profile;
+    m_parts.store.loadProfileWithCooldowns(profile);
+    m_parts.lighting.showProfileLighting(profile);
+    if (m_parts.options.useSingleColorMode)
+        m_parts.lighting.setAllKeysColor(m_parts.lightingState.keyboardColorSet[lighting::kColorASlot]);
 }
 
 bool Dispatcher::chatRecoloursCombat() const {
-    return m.effects.combatAnimationPlaying && m.options.combatChatWarning;
+    return m_parts.effects.combatAnimationPlaying && m_parts.options.combatChatWarning;
 }
 
 bool Dispatcher::chatSwitchesProfile() const {
-    return m.options.autoToggleProfile2 && !m.effects.deadAnimationPlaying;
+    return m_parts.options.autoToggleProfile2 && !m_parts.effects.deadAnimationPlaying;
 }
 
 } // namespace glimra::events

@@ -33,9 +33,9 @@ public:
 
     explicit Dispatcher(const Parts& parts);
 
-    /// Carries out a message: its first character is the code, the rest, if any, carries data. An unknown
-    /// code does nothing. Not empty. An animation returns when it is over, or when the application has
-    /// terminated.
+    /// Carries out a message, which must not be empty. Its first character is the code, the rest, if any, is
+    /// data. An unknown code does nothing. If the message plays an animation, this returns when that is over
+    /// or the application has terminated.
     void evaluateMessage(std::string_view message);
 
     /// Drops what waits, ends the effects on the keys of the LED bitmap and goes back to profile 1. Outside
@@ -49,15 +49,13 @@ public:
 private:
     struct Message;
     struct CodeAction;
+    /// What each message does that is more than an animation.
     static std::span<const CodeAction> codeActions();
 
     void startCombat();
     void endCombat();
     void startDeath();
     void endDeath();
-    void flashWhite();
-    void startGhost();
-    void endGhost();
     void startShadow(const HsbColor& color);
     void endShadow();
     void setCombatPulsePeriod(int milliseconds);
@@ -68,12 +66,14 @@ private:
     void signalWhisper();
 
     /// False when the application terminated meanwhile.
-    bool playAnimation(char code);
+    bool play(const Animation& animation);
+    /// Plays the animation and, if it came to its end, notes its outcome.
+    void show(const Animation& animation);
     void pulseCombatKeys();
     bool chatSwitchesProfile() const;
     bool chatRecoloursCombat() const;
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::events

@@ -54,15 +54,11 @@ Effects::Effects(platform::RunLoop& runLoop, platform::LedDriver& driver, platfo
       m_lighting(lighting) {
 }
 
-bool Effects::play(char code, const LedBitmap& profile, bool singleColorMode) {
-    const auto known = animations();
-    const auto animation = std::ranges::find(known, code, &Animation::code);
-    if (animation == known.end())
-        return true;
-    // Copies the profile's bitmap: whatever is served during a wait may rebuild the original.
+bool Effects::play(const Animation& animation, const LedBitmap& profile, bool singleColorMode) {
+    // Copies the profile's bitmap: what the run loop does during a wait may build the original anew.
     Player player{m_driver, m_lighting, profile};
-    const bool asOneColor = singleColorMode && !animation->singleColor.empty();
-    for (const Step& step : asOneColor ? animation->singleColor : animation->overProfile) {
+    const bool asOneColor = singleColorMode && !animation.singleColor.empty();
+    for (const Step& step : asOneColor ? animation.singleColor : animation.overProfile) {
         std::visit(player, step.action);
         if (step.wait > Duration::zero() && !m_runLoop.runUntil(m_runLoop.now() + step.wait))
             return false;

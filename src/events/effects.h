@@ -15,18 +15,19 @@ struct HsbColor {
     double brightness;
 };
 
-/// The effects of the whole keyboard. They keep nothing after they return; what they leave on the keyboard
-/// stays until something else is shown. Main thread.
+/// Plays animations, and starts and ends the effects of the whole keyboard. It keeps no state; what it leaves
+/// on the keyboard stays until something else is shown. Main thread.
 class Effects {
 public:
     Effects(platform::RunLoop& runLoop, platform::LedDriver& driver, platform::RandomNumbers& random,
             lighting::LightingOutput& lighting);
 
-    /// Plays the animation of a message code over a profile's bitmap, or its form for single-colour mode, and
-    /// returns when it is over. The run loop is served meanwhile, and what it serves may play another one:
-    /// the two then take turns on the keyboard. Returns false when the application has terminated inside.
-    /// A code without an animation shows nothing.
-    [[nodiscard]] bool play(char code, const lighting::LedBitmap& profile, bool singleColorMode);
+    /// Plays an animation over a profile's bitmap, or its form for single-colour mode, and returns when it is
+    /// over. The run loop goes on meanwhile, so that another animation may begin before this one ends; the
+    /// keyboard then shows the steps of both as their times come. Returns false when the application has
+    /// terminated inside.
+    [[nodiscard]] bool play(const Animation& animation, const lighting::LedBitmap& profile,
+                            bool singleColorMode);
 
     /// Every key pulses around a colour, each row at its own pace, until `stopAllKeyEffects`.
     void shadowGlow(const HsbColor& color);

@@ -14,12 +14,12 @@ struct EffectState {
     bool shadowAnimationPlaying = false;
     /// The whisper signal on the Enter key.
     bool whisperLightActive = false;
-    /// A reset left keys pulsing that no bitmap covers: G keys, logo and badge.
+    /// Keys outside the LED bitmap (G keys, logo, badge) have gone on pulsing since a reset.
     bool leftPulsing = false;
     /// Period of the combat pulse.
     int combatPulseMs = 400;
 
-    /// Whether one of them shows that only a message of the game ends.
+    /// Whether an effect shows that would go on until the game sends a message.
     bool isAnyPlaying() const {
         return combatAnimationPlaying || deadAnimationPlaying || shadowAnimationPlaying ||
                whisperLightActive || leftPulsing;
@@ -29,11 +29,11 @@ struct EffectState {
 /// What the user has chosen.
 struct OptionState {
     bool useSingleColorMode = false;
-    /// Profile 2 while the chat box is open or the game is not in front.
+    /// Show profile 2 while the chat box is open or the game is not in front.
     bool autoToggleProfile2 = false;
-    /// Another combat pulse while chatting in combat.
+    /// Pulse in another colour while the chat box is open in a fight.
     bool combatChatWarning = false;
-    /// Long effects end when the game is gone.
+    /// End long effects when the game is gone.
     bool endStaleEffects = false;
 };
 

@@ -1,10 +1,9 @@
 #include "keyboards/chosen_keyboard.h"
 
-#include "keyboards/openrgb/connection.h"
-#include "keyboards/usb/usb_keyboard.h"
-
+#include <algorithm>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace glimra::keyboards {
 
@@ -14,109 +13,102 @@ ChosenKeyboard::ChosenKeyboard(Options options, platform::RunLoop& runLoop)
       m_drawn([&runLoop] { return runLoop.now(); }) {
 }
 
-ChosenKeyboard::~ChosenKeyboard() = default;
-
 void ChosenKeyboard::choose(std::string_view driver) {
     m_options.driver = driver;
     if (!m_open)
         return;
     letGo();
     take();
-    if (m_sdk)
-        m_drawn.model().repeatOn(*m_sdk);
+    if (m_library)
+        m_drawn.model().repeatOn(*m_library);
 }
 
 void ChosenKeyboard::resendAll() {
     m_drawn.resendAll();
-    if (m_sdk)
-        m_drawn.model().repeatOn(*m_sdk);
+    if (m_library)
+        m_drawn.model().repeatOn(*m_library);
 }
 
 bool ChosenKeyboard::take() {
-    const std::array<DriverRow, kDriverNames.size()> rows{{
-        {kDriverNames[0].name, [this](Demand) { return takeSdk(); }},
-        {kDriverNames[1].name, [this](Demand demand) { return takeUsb(demand); }},
-        {kDriverNames[2].name, [this](Demand demand) { return takeOpenRgb(demand); }},
-        {kDriverNames[3].name,
-         [this](Demand) {
-             description.set("keyboard in this window");
-             return std::string{};
-         }},
-    }};
-    const DriverChoice choice = chooseDriver(rows, m_options.driver);
-    for (const std::string& line : describe(choice))
+    const std::string& wanted = m_options.driver;
+    const bool isAutomatic = wanted == kAutomaticDriver;
+    const DriverRow* const named = findDriver(wanted);
+    std::vector<std::string> lines;
+    const DriverRow* taken = nullptr;
+    const auto tryToTake = [&](const DriverRow& row, Demand demand) {
+        const std::string reason = take(row, demand);
+        if (reason.empty())
+            taken = &row;
+        else
+            lines.push_back("Keyboard driver " + std::string(row.name) + ": " + reason);
+    };
+
+    if (named != nullptr)
+        tryToTake(*named, Demand::Anyway);
+    else if (!isAutomatic)
+        lines.push_back("Keyboard driver " + wanted + ": There is no such driver.");
+    for (const DriverRow& row : driverRows())
+        if (taken == nullptr && &row != named)
+            tryToTake(row, Demand::IfPresent);
+    lines.push_back("Keyboard driver: " + std::string(taken->name));
+    for (const std::string& line : lines)
         told.emit(line);
-    if (m_options.driver == kAutomaticDriver && choice.driver == "virtual")
-        m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
-    return m_options.driver == kAutomaticDriver || choice.driver == m_options.driver;
+    if (isAutomatic && taken == &driverRows().back())
+        lookAgainLater();
+    return isAutomatic || taken == named;
 }
 
-void ChosenKeyboard::lookAgain() {
-    if (whyNoUsbKeyboard(m_options.hidFolders).empty() || openrgb::mayListen(m_options.openRgb.server)) {
-        m_nextLook.reset();
-        take();
-    } else {
-        m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
-    }
-}
-
-void ChosenKeyboard::stopLooking() {
-    if (m_nextLook)
-        m_runLoop.cancel(*m_nextLook);
-    m_nextLook.reset();
-}
-
-std::string ChosenKeyboard::takeSdk() {
-    auto sdk = std::make_unique<SdkDriver>(m_options.sdkLibraries);
-    if (!sdk->LogiLedInit())
-        return sdk->reason();
-    m_sdk = std::move(sdk);
-    description.set("keyboard of " + m_sdk->library().filename().string());
+std::string ChosenKeyboard::take(const DriverRow& row, Demand demand) {
+    TakenDriver taken = row.take(m_options.drivers, demand);
+    if (taken.device)
+        taken.reason = attach(std::move(taken.device));
+    if (!taken.reason.empty())
+        return taken.reason;
+    m_library = std::move(taken.library);
+    description.set(taken.description);
     return {};
 }
 
-std::string ChosenKeyboard::takeUsb(Demand demand) {
-    std::string reason = demand == Demand::Anyway ? std::string{} : whyNoUsbKeyboard(m_options.hidFolders);
-    if (!reason.empty())
-        return reason;
-    auto device = makeUsbKeyboard(m_options.hidFolders);
-    return device ? attach(std::move(device), "no keyboard on USB yet")
-                  : "This program was built without the USB keyboards.";
+void ChosenKeyboard::lookAgain() {
+    m_nextLook.reset();
+    const auto hasSomethingToLight = [this](const DriverRow& row) {
+        return row.look != nullptr && row.look(m_options.drivers).empty();
+    };
+    if (std::ranges::any_of(driverRows(), hasSomethingToLight))
+        take();
+    else
+        lookAgainLater();
 }
 
-std::string ChosenKeyboard::takeOpenRgb(Demand demand) {
-    const openrgb::ServerAddress& server = m_options.openRgb.server;
-    if (demand == Demand::IfPresent && !m_options.openRgbIsNamed && !openrgb::mayListen(server))
-        return "There is no OpenRGB server on " + server.host + ":" + std::to_string(server.port) + ".";
-    return attach(std::make_unique<openrgb::OpenRgbDevice>(m_options.openRgb),
-                  "no keyboard from the OpenRGB server yet");
+void ChosenKeyboard::lookAgainLater() {
+    m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
 }
 
-std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device, const std::string& search) {
-    const std::weak_ptr<int> present = m_generation;
+std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device) {
+    m_attached = std::make_shared<const bool>();
+    const auto report = [this, attached = std::weak_ptr(m_attached)](const DeviceEvent& event) {
+        m_runLoop.post([this, attached, event] {
+            if (!attached.expired())
+                heed(event);
+        });
+    };
     try {
-        m_drawn.attach(std::move(device),
-                       [this, present, generation = *m_generation](const DeviceEvent& event) {
-                           m_runLoop.post([this, present, generation, event] {
-                               const std::shared_ptr<int> current = present.lock();
-                               if (current && *current == generation)
-                                   heed(event);
-                           });
-                       });
+        m_drawn.attach(std::move(device), report);
     } catch (const std::system_error& error) {
         return std::string("No thread for the keyboard: ") + error.what() + ".";
     }
-    description.set(search);
     return {};
 }
 
 void ChosenKeyboard::letGo() {
-    ++*m_generation;
-    stopLooking();
+    m_attached.reset();
+    if (m_nextLook)
+        m_runLoop.cancel(*m_nextLook);
+    m_nextLook.reset();
     m_drawn.detach();
-    if (m_sdk)
-        m_sdk->LogiLedShutdown();
-    m_sdk.reset();
+    if (m_library)
+        m_library->LogiLedShutdown();
+    m_library.reset();
 }
 
 void ChosenKeyboard::heed(const DeviceEvent& event) {
@@ -127,12 +119,6 @@ void ChosenKeyboard::heed(const DeviceEvent& event) {
         description.set("keyboard lost, looking for it");
 }
 
-template <class Call>
-bool ChosenKeyboard::onBoth(Call call) {
-    const bool drawn = call(m_drawn);
-    return m_sdk ? call(*m_sdk) : drawn;
-}
-
 bool ChosenKeyboard::LogiLedInit() {
     if (m_open)
         return true;
@@ -141,67 +127,18 @@ bool ChosenKeyboard::LogiLedInit() {
 }
 
 bool ChosenKeyboard::LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
-    });
+    const bool drawn = m_drawn.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
+    return m_library ? m_library->LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber) : drawn;
 }
 
-bool ChosenKeyboard::LogiLedSetTargetDevice(int targetDevice) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetTargetDevice(targetDevice); });
-}
-
-bool ChosenKeyboard::LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedSetLighting(redPercentage, greenPercentage, bluePercentage);
-    });
-}
-
-bool ChosenKeyboard::LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedSetLightingFromBitmap(bitmap); });
-}
-
-bool ChosenKeyboard::LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage,
-                                                         int greenPercentage, int bluePercentage) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedSetLightingForKeyWithKeyName(keyName, redPercentage, greenPercentage,
-                                                          bluePercentage);
-    });
-}
-
-bool ChosenKeyboard::LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage,
-                                           int bluePercentage, int msDuration, int msInterval) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedFlashSingleKey(keyName, redPercentage, greenPercentage, bluePercentage,
-                                            msDuration, msInterval);
-    });
-}
-
-bool ChosenKeyboard::LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                                           int startBluePercentage, int finishRedPercentage,
-                                           int finishGreenPercentage, int finishBluePercentage,
-                                           int msDuration, bool isInfinite) {
-    return onBoth([&](platform::LedDriver& driver) {
-        return driver.LogiLedPulseSingleKey(keyName, startRedPercentage, startGreenPercentage,
-                                            startBluePercentage, finishRedPercentage, finishGreenPercentage,
-                                            finishBluePercentage, msDuration, isInfinite);
-    });
-}
-
-bool ChosenKeyboard::LogiLedStopEffectsOnKey(KeyName keyName) {
-    return onBoth([&](platform::LedDriver& driver) { return driver.LogiLedStopEffectsOnKey(keyName); });
-}
-
-bool ChosenKeyboard::LogiLedStopEffects() {
-    return onBoth([](platform::LedDriver& driver) { return driver.LogiLedStopEffects(); });
+bool ChosenKeyboard::perform(const platform::LedCall& call) {
+    const bool drawn = m_drawn.perform(call);
+    return m_library ? m_library->perform(call) : drawn;
 }
 
 void ChosenKeyboard::LogiLedShutdown() {
-    ++*m_generation;
-    stopLooking();
+    letGo();
     m_open = false;
-    if (m_sdk)
-        m_sdk->LogiLedShutdown();
-    m_sdk.reset();
     m_drawn.LogiLedShutdown();
 }
 

@@ -10,54 +10,46 @@
 
 namespace glimra::keyboards {
 
-/// A keyboard in memory: all there is without a real one, and what real ones without effects of their own are
-/// made to show. It refuses every call (false, and nothing happens) before `LogiLedInit` and after
-/// `LogiLedShutdown`, which leaves all keys dark. Main thread only.
+/// A keyboard in memory. The window draws it, and a real keyboard that has no effects of its own can be
+/// attached to it, which then shows the same. Before `LogiLedInit` and after `LogiLedShutdown`, which leaves
+/// all keys dark, it refuses every call: it returns false and does nothing. Main thread only.
 class VirtualKeyboard final : public platform::LedDriver {
 public:
-    /// Effects begin at the time that `now` tells; by CLOCK_MONOTONIC when a device is attached.
+    /// `now` tells the time at which an effect begins. For real keyboards it must be CLOCK_MONOTONIC, by
+    /// which their writer goes.
     explicit VirtualKeyboard(std::function<Time()> now);
 
     const KeyboardModel& model() const { return m_model; }
 
-    /// What is seen may have changed, by a call: the passing of time tells nobody.
+    /// Emitted after each call that may have changed what is seen. Not emitted when the picture changes only
+    /// because time passes; `KeyboardModel::nextChange` tells when that happens.
     platform::Signal<> changed;
 
-    /// Shows everything on a real keyboard as well, in place of the one before, until `LogiLedShutdown` hands
-    /// it back. Does not wait for either. `report` is told what becomes of the device, on another thread.
-    /// Throws std::system_error when the machine gives no thread or no file descriptor.
+    /// From now on shows everything on a real keyboard as well, until `detach` or `LogiLedShutdown` hands it
+    /// back. A keyboard that was attached before is handed back first. Waits for neither. `report` is called
+    /// on another thread, with what becomes of the device. Throws std::system_error when the system has no
+    /// thread or no file descriptor to give.
     void attach(std::unique_ptr<KeyboardDevice> device, DeviceWriter::Report report);
-    /// Hands the real keyboard back, without waiting for it.
+    /// Hands the real keyboard back, if there is one, without waiting for it.
     void detach();
     /// Sends every key to the real keyboard again, if there is one.
     void resendAll();
 
     bool LogiLedInit() override;
     bool LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) override;
-    bool LogiLedSetTargetDevice(int targetDevice) override;
-    bool LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) override;
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override;
-    bool LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage, int greenPercentage,
-                                             int bluePercentage) override;
-    bool LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage, int bluePercentage,
-                               int msDuration, int msInterval) override;
-    bool LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                               int startBluePercentage, int finishRedPercentage, int finishGreenPercentage,
-                               int finishBluePercentage, int msDuration, bool isInfinite) override;
-    bool LogiLedStopEffectsOnKey(KeyName keyName) override;
-    bool LogiLedStopEffects() override;
+    bool perform(const platform::LedCall& call) override;
     void LogiLedShutdown() override;
 
 private:
-    /// Makes a change unless the keyboard is closed; `change` tells whether it was taken.
-    template <class Change>
-    bool take(Change change);
+    /// Shows the model, which has changed, to those who draw it and to the real keyboard.
+    void show();
 
     std::function<Time()> m_now;
     KeyboardModel m_model;
     bool m_open = false;
     std::unique_ptr<DeviceWriter> m_writer;
-    /// Set when the last device that was detached is closed.
+    /// Belongs to the device that was detached last, and is set as soon as that device is closed. The next
+    /// device is opened only then.
     std::shared_ptr<const WakeEvent> m_detached;
 };
 

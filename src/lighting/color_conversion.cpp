@@ -5,7 +5,7 @@ namespace glimra::lighting {
 namespace {
 
 double limited(double component) {
-    // Written so that what is no number fails the first comparison.
+    // Written so that NaN fails the first comparison.
     if (!(component > 0.0))
         return 0.0;
     return component < 1.0 ? component : 1.0;

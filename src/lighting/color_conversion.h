@@ -7,15 +7,7 @@
 namespace glimra::lighting {
 
 using platform::Color;
-
-/// A colour as the LED functions take it, 0 to 100 each.
-struct Percentages {
-    int red;
-    int green;
-    int blue;
-
-    friend bool operator==(const Percentages&, const Percentages&) = default;
-};
+using platform::Percentages;
 
 /// A colour of a frame, as the LED bitmap stores it.
 struct Rgb {
@@ -26,7 +18,7 @@ struct Rgb {
     friend bool operator==(const Rgb&, const Rgb&) = default;
 };
 
-// Both truncate. A component below 0 or that is no number counts as 0, one above 1 as 1.
+// Both round down. A component below 0 or NaN counts as 0, one above 1 counts as 1.
 
 Percentages toPercentages(const Color& color);
 Rgb toRgb(const Color& color);

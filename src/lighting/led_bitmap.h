@@ -27,14 +27,14 @@ using KeyMap = std::vector<int>;
 /// Keys shown as on cooldown.
 using DimmedKeys = std::set<KeyCode>;
 
-/// A bitmap with every byte 0xFF: white, and what cells without a key hold.
+/// A bitmap with every byte 0xFF, which is white. In a profile's bitmap, cells without a key stay so.
 constexpr LedBitmap blankBitmap() {
     LedBitmap bitmap{};
     bitmap.fill(0xFF);
     return bitmap;
 }
 
-/// A colour set seen by those who only read it; may be shorter than a whole one while nothing was loaded.
+/// A colour set to read from. It may have fewer than thirteen colours as long as no profile was loaded.
 using ColorSetView = std::span<const Color>;
 
 /// The colour of a slot; black for a slot beyond the set.

@@ -10,14 +10,11 @@ namespace glimra::lighting {
 inline constexpr int kPerKeyDevices = 4;
 inline constexpr int kAllDevices = 7;
 
-/// Puts colours on the keyboard: the forms of light that several subjects share. Main thread.
+/// Lights the keyboard, for all who do so: profiles, effects and cooldowns. Main thread.
 class LightingOutput {
 public:
     LightingOutput(platform::LedDriver& driver, platform::RandomNumbers& random, const LightingState& state);
 
-    /// Lights one key in its colour of the profile in memory. `code` finds the colour, `keyName` is what the
-    /// driver is given.
-    void setKeyToProfileColor(KeyCode code, KeyName keyName);
     /// Puts a profile (1 to 9) on the keyboard: its bitmap, then the keys that the bitmap does not cover.
     void showProfileLighting(int profile);
     /// Lights the whole keyboard in one colour.
@@ -30,6 +27,9 @@ public:
     void stopScatterPulse();
 
 private:
+    /// Lights one key in its colour of the profile in memory. `code` and `keyName` name the same key.
+    void setKeyToProfileColor(KeyCode code, KeyName keyName);
+
     platform::LedDriver& m_driver;
     platform::RandomNumbers& m_random;
     const LightingState& m_state;

@@ -23,10 +23,11 @@ struct LightingState {
         bitmaps.fill(blankBitmap());
         return bitmaps;
     }();
-    /// Cooldowns are shown: entry 0 by the profile in memory, the others by each profile as last loaded.
+    /// Whether cooldowns are shown: entry 0 for the profile in memory, entry n for profile n as it was last
+    /// loaded.
     std::array<bool, kProfileCount + 1> useSpellCooldowns{};
     DimmedKeys dimmedKeys;
-    /// Whole-keyboard colours mean all devices, not only the per-key ones.
+    /// A colour for the whole keyboard goes to all devices, not only to those with a light for each key.
     bool singleColorFlag = false;
 };
 

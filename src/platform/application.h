@@ -7,11 +7,11 @@ class Application {
 public:
     virtual ~Application() = default;
 
-    /// Asks to terminate, as the user's quit does, and returns; while such a request is pending, nothing.
+    /// Requests termination, as the user's quit does, and returns. Does nothing while a request is pending.
     virtual void terminate() = 0;
 
-    /// Answers a request to terminate that `applicationShouldTerminate` put off. With true the program ends:
-    /// it calls `applicationWillTerminate` and serves nothing more. Main thread.
+    /// Answers a request to terminate that `applicationShouldTerminate` postponed. With true the program
+    /// ends: it calls `applicationWillTerminate`, then runs nothing more. Main thread.
     virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;
 };
 

@@ -7,7 +7,7 @@ namespace glimra::platform {
 /// What the build and the package know about the program.
 struct Bundle {
     std::string shortVersion;
-    /// The build, as a decimal number where it is one.
+    /// The build number, in decimal.
     std::string version;
     std::string copyright;
     std::string homePage;
@@ -15,7 +15,7 @@ struct Bundle {
     std::string supportAddress;
     /// The help text, as rich text (RTF).
     std::string helpText;
-    /// Version of the vendor's LED framework; empty when it is not there.
+    /// Version of the vendor's LED framework; empty when it is not installed.
     std::string ledFrameworkVersion;
 };
 

@@ -11,11 +11,11 @@
 
 namespace glimra::platform {
 
-// The windows and controls as the core knows them: plain state that tells when it changes. The desktop's
-// widgets mirror it, and without a desktop it is all there is. Main thread only; observers must not outlive
-// what they touch, and are told after the change.
+// Windows and controls as the core sees them: plain values that notify observers when they change. On the
+// desktop, widgets mirror them; without a desktop there is nothing else. Main thread only. Observers are
+// called after the change; what they refer to must outlive the control.
 
-/// Calls everyone who asked to be called.
+/// A list of observers. `emit` calls them all, in the order in which they were added.
 template <class... Arguments>
 class Signal {
 public:
@@ -31,7 +31,7 @@ private:
     std::vector<Observer> m_observers;
 };
 
-/// A value that tells when it becomes another one.
+/// A value that notifies its observers when it changes.
 template <class Value>
 class Property {
 public:
@@ -77,21 +77,21 @@ struct ColorWell : Control {
     Property<Color> color;
 };
 
-/// Radio buttons of which one is chosen, by its tag.
+/// Radio buttons, of which one is chosen; the tag says which.
 struct RadioGroup : Control {
     Property<int> selectedTag{1};
 };
 
 struct PopUp : Control {
     Property<std::vector<std::string>> titles;
-    /// 0-based; may be beyond the titles, then no item is chosen.
+    /// Index of the chosen item. An index beyond the titles means that no item is chosen.
     Property<int> selected{0};
-    /// Index of an item that only parts others and cannot be chosen; -1 for none.
+    /// Index of the separator, an item that cannot be chosen; -1 when there is none.
     int separator = -1;
 
-    /// Title of the chosen item, empty when there is none.
+    /// Title of the chosen item; empty when no item is chosen.
     std::string selectedTitle() const;
-    /// Chooses the first item with this title; without one the choice stays.
+    /// Chooses the first item with this title; does nothing when there is none.
     void selectTitle(std::string_view title);
 };
 
@@ -104,7 +104,7 @@ struct MenuItem : Control {
 
 struct Window {
     Property<bool> visible{false};
-    /// Asked to come to the front and take the keyboard.
+    /// Emitted to bring the window to the front and give it the keyboard focus.
     Signal<> broughtToFront;
 
     void bringToFront() {
@@ -113,25 +113,25 @@ struct Window {
     }
 };
 
-/// A text that only grows, written at the selection. Positions count UTF-8 bytes.
+/// A text into which new text is inserted at the selection. Positions and lengths are in UTF-8 bytes.
 struct TextView {
     std::string text;
     std::size_t selectionStart = 0;
     std::size_t selectionLength = 0;
 
-    /// A replacement that took place: where, how many bytes went, and what came.
+    /// Emitted after each replacement: its position, the number of bytes removed, and the text inserted.
     Signal<std::size_t, std::size_t, std::string_view> replaced;
 
-    /// Replaces the selection by `addition`; the insertion point is then behind it.
+    /// Replaces the selection with `addition` and puts the insertion point after it.
     void insertAtSelection(std::string_view addition);
 };
 
-/// A picture that the application leaves as it is.
+/// A picture that the application never changes.
 struct Picture {};
 
 /// A view that draws itself.
 struct CanvasView {
-    /// The whole of it, or one part, wants to be drawn anew.
+    /// Emitted when the view, or part of it, must be redrawn.
     Signal<> displayNeeded;
 };
 

@@ -13,7 +13,7 @@ template <class Real>
 std::string shortest(Real value) {
     if (!std::isfinite(value))
         return std::isnan(value) ? "nan" : value < 0 ? "-inf" : "inf";
-    // 309 digits before the point at most, or 324 zeros behind it and 17 digits.
+    // At most 309 digits before the point, or 324 zeros and 17 digits after it.
     std::array<char, 512> buffer{};
     const auto end =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed).ptr;
@@ -37,10 +37,10 @@ double leadingNumber(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\n\r\f\v"), text.size()));
     if (text.starts_with('+') && !text.starts_with("+-"))
         text.remove_prefix(1);
-    // Stays 0 where no number is read.
+    // Stays 0 when no number is read.
     double value = 0.0;
     std::from_chars(text.data(), text.data() + text.size(), value);
-    // Words that mean a number to the library ("inf", "nan") mean none to a user.
+    // from_chars also reads "inf" and "nan", which are no numbers to a user.
     return std::isfinite(value) ? value : 0.0;
 }
 

@@ -9,7 +9,7 @@ namespace glimra::platform {
 
 inline constexpr std::string_view kHexDigits = "0123456789abcdef";
 
-/// Two digits for each byte, in lower case.
+/// Two lower-case digits for each byte.
 inline std::string hexadecimal(std::span<const std::uint8_t> bytes) {
     std::string text;
     text.reserve(2 * bytes.size());

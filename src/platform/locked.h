@@ -12,8 +12,8 @@ public:
     Locked() = default;
     explicit Locked(Value value) : m_value(std::move(value)) {}
 
-    /// Runs `use` on the value while holding the lock: one step for every other thread. `use` must be short
-    /// and must not come back to this object.
+    /// Calls `use` with the value while holding the lock, so other threads see all its changes at once. `use`
+    /// must be short and must not access this object.
     template <class Use>
     decltype(auto) with(Use&& use) {
         const std::scoped_lock lock(m_mutex);

@@ -4,17 +4,17 @@
 
 namespace glimra::platform {
 
-/// The user-visible log of the run, seen from those who write to it. Main thread only. A text is written as
-/// it is, line ends included.
+/// The log that the user sees, as it appears to code that writes to it. Main thread only. Texts are written
+/// unchanged, with the line ends that they contain.
 class MessageLog {
 public:
     virtual ~MessageLog() = default;
 
-    /// Debug lines are wanted.
+    /// Whether debug lines are wanted.
     virtual bool debugMode() const = 0;
     /// Writes `text`, unless the log is paused.
     virtual void appendLog(std::string_view text) = 0;
-    /// The same, in debug mode only.
+    /// Like `appendLog`, but only in debug mode.
     virtual void appendDebugLog(std::string_view text) = 0;
     /// Writes `text` even while the log is paused.
     virtual void insertText(std::string_view text) = 0;

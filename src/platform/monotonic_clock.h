@@ -4,7 +4,7 @@
 
 namespace glimra::platform {
 
-/// CLOCK_MONOTONIC, by which the real run loops and the kernel's own timeouts count. Any thread.
+/// The time of CLOCK_MONOTONIC, which the real run loops and the kernel's timeouts use. Any thread.
 inline Time monotonicNow() {
     return std::chrono::duration_cast<Time>(std::chrono::steady_clock::now().time_since_epoch());
 }

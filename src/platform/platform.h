@@ -15,12 +15,12 @@
 
 namespace glimra::platform {
 
-/// Everything the application asks of its machine. All of it outlives the application object. Whoever puts
-/// something of its own between the two copies this and exchanges members.
+/// Everything the application needs from its machine. All of it outlives the application object. To add a
+/// decorator, copy this struct and replace members of the copy.
 struct Platform {
     std::reference_wrapper<Application> application;
     std::reference_wrapper<RunLoop> runLoop;
-    /// The reader's thread, and the capture that it alone uses.
+    /// The reader's thread, and the capture that only this thread uses.
     std::reference_wrapper<WorkerLoop> readerThread;
     std::reference_wrapper<ScreenCapture> readerCapture;
     /// The main thread's own capture.
@@ -36,7 +36,7 @@ struct Platform {
     std::reference_wrapper<ProcessActivity> processActivity;
     std::reference_wrapper<Modifiers> modifiers;
     Bundle bundle{};
-    /// The folder of the settings file; empty where the settings are in no file.
+    /// The folder of the settings file; empty when the settings are not kept in a file.
     std::string settingsFolder{};
 };
 

@@ -7,39 +7,41 @@
 
 namespace glimra::platform {
 
-/// A moment, counted from the run loop's own epoch; the real loops count as CLOCK_MONOTONIC does.
+/// A point in time, counted from the run loop's own epoch. The real loops use CLOCK_MONOTONIC.
 using Time = std::chrono::nanoseconds;
 using Duration = std::chrono::nanoseconds;
 using TimerId = std::uint64_t;
 
-/// The main thread's loop: clock, timers and the main queue. Everything that lights a key runs on it.
+/// The main thread's loop: clock, timers and job queue. Everything that lights a key runs on it.
 ///
-/// Main thread only, but for `post`. What falls due is served in order of time, and among equals in the
-/// order of creation.
+/// Main thread only, except `post`. Timers and jobs run in the order of their due times; those due at the
+/// same time run in the order of their creation.
 class RunLoop {
 public:
     virtual ~RunLoop() = default;
 
     virtual Time now() const = 0;
-    /// Date and time of a moment in UTC, as "2026-11-22 20:47:35 +0000".
+    /// Date and time of a moment, in UTC, as in "2026-11-22 20:47:35 +0000".
     virtual std::string dateAndTime(Time moment) const = 0;
 
-    /// Runs `action` every `period` (above 0), first one period from now. The grid is kept whatever an action
-    /// takes: it never runs inside itself, and grid points that passed meanwhile are skipped.
+    /// Runs `action` every `period` (above 0), for the first time one period from now. However long an action
+    /// takes, the times stay on this grid: an action never runs inside itself, and grid points missed
+    /// meanwhile are skipped.
     virtual TimerId repeat(Duration period, std::function<void()> action) = 0;
     /// Runs `action` once, `delay` (0 or more) from now.
     virtual TimerId after(Duration delay, std::function<void()> action) = 0;
-    /// Forgets a timer; unknown and expired ones are ignored. Allowed inside the timer's own action.
+    /// Cancels a timer; ignores unknown and expired ones. May be called inside the timer's own action.
     virtual void cancel(TimerId timer) = 0;
 
-    /// Runs `job` on the main thread, after what is already waiting there. Any thread; never blocks for long.
+    /// Queues `job` to run on the main thread, after the jobs already queued. Any thread; never blocks for
+    /// long.
     virtual void post(std::function<void()> job) = 0;
 
-    /// Serves the loop until `deadline`, nested inside whatever called it. Returns false, at once, when the
-    /// application has terminated: then the caller must unwind without doing anything more.
+    /// Runs the loop until `deadline`, nested inside the caller. Returns false, at once, when the application
+    /// has terminated: then the caller must return without doing anything more.
     [[nodiscard]] virtual bool runUntil(Time deadline) = 0;
 
-    /// The application has ended: `runUntil` returns at once from now on and no action starts any more.
+    /// Marks the application as terminated: from now on `runUntil` returns at once and no action starts.
     virtual void terminate() = 0;
     virtual bool isTerminated() const = 0;
 };

@@ -20,29 +20,30 @@ struct ScreenRect {
     friend bool operator==(const ScreenRect&, const ScreenRect&) = default;
 };
 
-/// Where the channels lie in a pixel: 8 bits each for depth 24 and 32, 10 for depth 30. No mask is 0.
+/// Bit masks of the colour channels in a pixel: 8 bits each at depth 24 and 32, 10 bits at depth 30. No mask
+/// is 0.
 struct PixelFormat {
     std::uint32_t redMask = 0xFF0000;
     std::uint32_t greenMask = 0x00FF00;
     std::uint32_t blueMask = 0x0000FF;
 };
 
-/// One row of device pixels that someone else owns.
+/// A view of one row of device pixels.
 struct ImageView {
     std::span<const std::uint32_t> pixels;
     PixelFormat format;
-    /// Position, in pixels from the captured rectangle's left edge, of the first pixel: above 0 where the
+    /// Distance of the first pixel from the captured rectangle's left edge, in pixels. Above 0 when the
     /// rectangle begins left of the screen.
     int firstColumn = 0;
 
-    /// The pixel at a position counted from the rectangle's left edge, or none beyond what was captured.
+    /// The pixel at distance `x` from the rectangle's left edge; none when it was not captured.
     std::optional<std::uint32_t> pixelAt(int x) const {
         const auto index = static_cast<std::int64_t>(x) - firstColumn;
         if (index < 0 || index >= static_cast<std::int64_t>(pixels.size()))
             return std::nullopt;
         return pixels[static_cast<std::size_t>(index)];
     }
-    /// The same as a colour.
+    /// That pixel as a colour.
     std::optional<Color> colorAt(int x) const {
         const std::optional<std::uint32_t> pixel = pixelAt(x);
         if (!pixel)
@@ -55,7 +56,7 @@ struct ImageView {
     }
 };
 
-/// One captured row, with its pixels.
+/// One captured row, which owns its pixels.
 struct Image {
     std::vector<std::uint32_t> pixels;
     PixelFormat format;
@@ -64,18 +65,18 @@ struct Image {
     ImageView view() const { return {pixels, format, firstColumn}; }
 };
 
-/// The main display, as pixels. Each object belongs to one thread: the reader and the main thread have their
-/// own. A call may take a round trip to the display server, never longer.
+/// Captures pixels of the main display. Each object belongs to one thread; the reader and the main thread
+/// have one each. A call takes at most one round trip to the display server.
 class ScreenCapture {
 public:
     virtual ~ScreenCapture() = default;
 
-    /// How many displays are active; 0 also when that cannot be found out.
+    /// The number of active displays; also 0 when it cannot be determined.
     virtual int activeDisplayCount() = 0;
-    /// The first row of `rect` on the main display in device pixels, without the part beyond the screen; none
-    /// when nothing could be captured.
+    /// The first row of `rect` on the main display in device pixels, without the part that lies off the
+    /// screen; none when nothing could be captured.
     virtual std::optional<Image> capture(const ScreenRect& rect) = 0;
-    /// Device pixels in a point of the main display.
+    /// Device pixels per point of the main display.
     virtual double backingScaleFactor() = 0;
 };
 

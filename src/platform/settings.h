@@ -4,17 +4,17 @@
 
 namespace glimra::platform {
 
-/// A setting that is one value, as it is stored and read.
+/// A setting with a single value.
 template <class Value>
 struct Setting {
     std::string_view key;
-    /// Used while nothing that can be used is stored.
+    /// Used while no usable value is stored.
     Value factory;
-    /// What the system log is told about a stored value that cannot be used.
+    /// Written to the system log when the stored value cannot be used.
     std::string_view complaint;
 };
 
-/// Every setting that is one value, and that is not kept for each profile or each action key.
+/// All settings with a single value, except those that exist once per profile or per action key.
 namespace settings {
 
 inline constexpr std::string_view kNoInstead = "is neither yes nor no; no stands in for it.";
@@ -32,7 +32,8 @@ inline constexpr Setting<bool> kSingleColorMode{"singleColorMode", false, kNoIns
 inline constexpr Setting<bool> kAutoToggleProfile{"autoToggleProfile", false, kNoInstead};
 inline constexpr Setting<bool> kCombatChatWarning{"combatChatWarning", false, kNoInstead};
 inline constexpr Setting<bool> kEndStaleEffects{"endStaleEffects", false, kNoInstead};
-/// What the desktop stores at its first start; scripts begin without it, and with effects that stay.
+/// The desktop stores this at its first start. Replay scripts do not get it, so there effects stay until
+/// something ends them.
 inline constexpr bool kEndStaleEffectsAtFirst = true;
 inline constexpr Setting<std::string_view> kLedDriver{"ledDriver", "auto",
                                                       "names no keyboard driver; auto stands in for it."};

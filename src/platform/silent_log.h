@@ -4,7 +4,7 @@
 
 namespace glimra::platform {
 
-/// For whoever reads settings without wanting to complain about them.
+/// For code that reads settings and must not report unusable ones.
 struct SilentLog final : SystemLog {
     void write(std::string_view) override {}
 };

@@ -6,7 +6,7 @@ namespace glimra::platform {
 
 namespace {
 
-/// The value under `key` as a number, Booleans as 0 and 1.
+/// The value under `key` as a number; Booleans become 0 or 1.
 std::optional<Number> storedNumber(const UserDefaults& defaults, std::string_view key) {
     const std::optional<StoredValue> value = defaults.get(key);
     if (!value)
@@ -20,7 +20,7 @@ std::optional<Number> storedNumber(const UserDefaults& defaults, std::string_vie
     return std::nullopt;
 }
 
-/// `value` is what was read of the setting.
+/// `value` is what was read for the setting.
 template <class Value, class Factory>
 Value valueOrFactory(const SettingsReader& reader, std::optional<Value> value,
                      const Setting<Factory>& setting) {

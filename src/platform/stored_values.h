@@ -6,25 +6,26 @@
 
 namespace glimra::platform {
 
-// Settings read as the type that is wanted. Numbers and Booleans are converted among themselves (a double
-// read as an integer is truncated toward zero); text, data and arrays are not converted and count as absent,
-// and so does a double that is no finite number or does not fit.
+// Functions that read a setting as a wanted type. Numbers and Booleans are converted into each other (a
+// double read as an integer is truncated toward zero). Text, data and arrays are not converted and count as
+// absent, as does a double that is not finite or does not fit.
 
 std::optional<bool> storedBool(const UserDefaults& defaults, std::string_view key);
 std::optional<std::int64_t> storedInteger(const UserDefaults& defaults, std::string_view key);
 std::optional<double> storedDouble(const UserDefaults& defaults, std::string_view key);
 std::optional<std::string> storedString(const UserDefaults& defaults, std::string_view key);
 
-/// Says in the system log that a setting cannot be used as it is stored: `complaint` is what is wrong with it
-/// and what stands in for it.
+/// Writes to the system log that a stored value cannot be used. `complaint` says what is wrong with it and
+/// what is used instead.
 void reportSetting(SystemLog& systemLog, std::string_view key, std::string_view complaint);
 
-/// Where settings are read, and where it is said that one cannot be used.
+/// Reads settings from `defaults` and reports unusable ones to `systemLog`.
 struct SettingsReader {
     const UserDefaults& defaults;
     SystemLog& systemLog;
 
-    /// Hands on what was read of a setting; says so when the setting is there and yet nothing could be read.
+    /// Returns `value`, which was read for a setting. Reports the setting when it is stored but `value` is
+    /// empty.
     template <class Value>
     std::optional<Value> checked(std::optional<Value> value, std::string_view key,
                                  std::string_view complaint) const {
@@ -33,13 +34,13 @@ struct SettingsReader {
         return value;
     }
 
-    /// What is stored, or else the setting's factory value.
+    /// The stored value, or the factory value when there is no usable one.
     bool value(const Setting<bool>& setting) const;
     double value(const Setting<double>& setting) const;
     std::string value(const Setting<std::string_view>& setting) const;
 };
 
-/// A number as an integer, truncated toward zero; none when it is no number or does not fit.
+/// The number truncated toward zero; none when it is NaN or does not fit.
 std::optional<std::int64_t> toInteger(const Number& number);
 
 } // namespace glimra::platform

@@ -7,7 +7,7 @@
 
 namespace glimra::platform {
 
-/// Starts programs that nobody waits for. The arguments reach the program as they are; no shell sees them.
+/// Starts programs without waiting for them. Arguments are passed unchanged; no shell is involved.
 class ChildProcesses {
 public:
     virtual ~ChildProcesses() = default;
@@ -28,8 +28,8 @@ public:
     virtual std::uint32_t uniform(std::uint32_t upperBound) = 0;
 };
 
-/// The machine's own log, for what is no business of the player. One line a call, without its end. Any
-/// thread.
+/// The machine's own log, for messages that do not concern the player. Each call writes one line, given
+/// without its line end. Any thread.
 class SystemLog {
 public:
     virtual ~SystemLog() = default;
@@ -44,7 +44,7 @@ public:
     virtual void end(std::string_view reason) = 0;
 };
 
-/// The user's modifier keys, at this moment.
+/// The current state of the user's modifier keys.
 class Modifiers {
 public:
     virtual ~Modifiers() = default;

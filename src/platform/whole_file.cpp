@@ -36,7 +36,7 @@ std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t
     File file(std::fopen(path.c_str(), "wb"));
     if (!file || (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()))
         return lastError();
-    // What the system still holds back can fail as late as here.
+    // Buffered data is written only now, so even closing can fail.
     return std::fclose(file.release()) == 0 ? std::string{} : lastError();
 }
 

@@ -7,17 +7,17 @@
 
 namespace glimra::platform {
 
-/// What became of a file: its bytes, or why not.
+/// The result of reading a file: its bytes, or an error.
 struct FileContent {
     std::vector<std::uint8_t> bytes;
-    /// Empty when all went well.
+    /// Empty on success.
     std::string error;
 };
 
-/// Reads a file from its beginning, at most `limit` bytes of it.
+/// Reads a file from its beginning, at most `limit` bytes.
 FileContent readWholeFile(const std::string& path, std::size_t limit);
 
-/// Writes a file, replacing one that is there. Returns why it could not, or nothing.
+/// Writes a file, replacing an existing one. Returns the error, empty on success.
 std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
 } // namespace glimra::platform

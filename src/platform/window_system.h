@@ -27,22 +27,22 @@ struct OpenPanel {
     std::string fileExtension;
 };
 
-/// What windows can do beyond being there. Main thread only.
+/// Window operations other than showing and hiding. Main thread only.
 class WindowSystem {
 public:
     virtual ~WindowSystem() = default;
 
-    /// Puts the main window where it was when its frame was saved under `frameName`, if it ever was.
+    /// Restores the main window's position and size saved under `frameName`, if there are any.
     virtual void restoreFrame(std::string_view frameName) = 0;
     virtual void saveFrame(std::string_view frameName) = 0;
 
-    /// Shows a window and serves nothing but it until `stopModal`; returns the code given there, 0 when the
-    /// window was closed otherwise. Hiding the window afterwards is the caller's.
+    /// Shows a window modally until `stopModal` is called. Returns the code given there, or 0 when the window
+    /// was closed in another way. The caller hides the window afterwards.
     virtual int runModal(Window& window) = 0;
-    /// Ends the innermost modal session; without one, nothing.
+    /// Ends the innermost modal session; does nothing when there is none.
     virtual void stopModal(int code) = 0;
 
-    /// Both wait for the user; none when the user did not confirm.
+    /// Both wait for the user and return the chosen path; none when the user did not confirm.
     virtual std::optional<std::string> runSavePanel(const SavePanel& panel) = 0;
     virtual std::optional<std::string> runOpenPanel(const OpenPanel& panel) = 0;
 
@@ -51,10 +51,10 @@ public:
     /// Shows an alert as a sheet of the main window and returns.
     virtual void showSheet(const Alert& alert) = 0;
 
-    /// Hides the shared colour panel, if it shows.
+    /// Hides the shared colour panel if it is visible.
     virtual void hideColorPanel() = 0;
 
-    /// The user's folder for documents, or what stands in for it; none when there is no such folder.
+    /// The user's documents folder, or their home folder when they have none; none when neither exists.
     virtual std::optional<std::string> documentsFolder() = 0;
 };
 

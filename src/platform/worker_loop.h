@@ -4,8 +4,8 @@
 
 namespace glimra::platform {
 
-/// What a thread of its own does again and again: pass, pause, and on while `goesOn`; at the end `left`.
-/// All three are called on that thread.
+/// The work of a worker thread. The thread calls `pass`, pauses, and repeats this while `goesOn` returns
+/// true; then it calls `left`. All three are called on that thread.
 class LoopBody {
 public:
     virtual ~LoopBody() = default;
@@ -15,12 +15,13 @@ public:
     virtual void left() = 0;
 };
 
-/// A thread that runs a loop body. The body must outlive it; destroying it waits until the body has left.
+/// A thread that runs a loop body. The body must outlive it. The destructor waits until `left` has returned.
 class WorkerLoop {
 public:
     virtual ~WorkerLoop() = default;
 
-    /// Starts the loop: the first pass at once, `pause` after each. Once only, main thread.
+    /// Starts the loop: the first pass runs at once, and `pause` lies between passes. Call once only, on the
+    /// main thread.
     virtual void start(LoopBody& body, Duration pause) = 0;
 };
 

@@ -11,13 +11,14 @@ namespace glimra::platform {
 inline constexpr std::string_view kGameIdentifier = "com.blizzard.worldofwarcraft";
 
 struct RunningApplication {
-    /// Bundle identifier; absent where the application has none.
+    /// Bundle identifier; absent when the application has none.
     std::optional<std::string> bundleIdentifier;
 
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
-/// The desktop around the application. Main thread only; answers at once, from what events have told.
+/// The desktop around the application. Main thread only. Calls return at once: answers come from events
+/// received earlier.
 class Workspace {
 public:
     virtual ~Workspace() = default;
@@ -25,10 +26,11 @@ public:
     /// The application in front; none when there is none.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
-    /// Calls the handlers when the machine is about to sleep and when its screens wake. Once, at start-up.
+    /// Sets the handlers for when the machine is about to sleep and when its screens wake. Call once, at
+    /// start-up.
     virtual void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) = 0;
 
-    /// Opens a web address in the user's browser; false when it is none.
+    /// Opens a web address in the user's browser; returns false when `address` is not a web address.
     virtual bool openUrl(const std::string& address) = 0;
 };
 

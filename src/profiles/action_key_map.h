@@ -39,8 +39,8 @@ std::span<const ActionSlot> actionSlots();
 lighting::KeyCode& keyOfSlot(ActionKeyMap& map, const ActionSlot& slot);
 lighting::KeyCode keyOfSlot(const ActionKeyMap& map, const ActionSlot& slot);
 
-/// Reads the map; a slot whose stored value is absent or names no key has its factory key, and the latter is
-/// said in the system log.
+/// Reads the map. A slot has its factory key when its stored value is absent or names no key; a value that
+/// names no key is reported in the system log.
 ActionKeyMap loadActionKeyMap(const platform::UserDefaults& defaults, platform::SystemLog& systemLog);
 
 /// Stores all thirty slots.

@@ -9,7 +9,7 @@ using CanvasKeyCodes = std::vector<lighting::KeyCode>;
 
 /// The profile as it is being edited. Painting changes only this; saving takes it from here.
 struct CanvasBuffer {
-    /// The profile that it was filled with, whichever the keyboard shows by now; 0 until then.
+    /// The profile that the buffer was filled with; 0 before that. The keyboard may show another one by now.
     int profile = 0;
     /// Colour slot that a click applies.
     int paintColor = lighting::kColorASlot;
@@ -25,8 +25,8 @@ struct CanvasBuffer {
         keyColorSet.assign(lighting.keyboardColorSet.begin(), lighting.keyboardColorSet.end());
         keysToColors = lighting.keyToColorMap;
     }
-    /// For whoever reads or edits the buffer although the editor was never opened: no profile may be saved,
-    /// or shown, from an empty one.
+    /// Fills the buffer if the editor was never opened. Must be called before a profile is saved or shown
+    /// from it.
     void fillIfEmpty(const lighting::LightingState& lighting) {
         if (keyColorSet.size() < lighting::kColorSlotCount)
             fillFrom(lighting);

@@ -39,7 +39,7 @@ const std::initializer_list<KeyGroup> kFactoryGroups{
 };
 
 void assign(lighting::KeyMap& map, KeyCode code, int slot) {
-    // A stored map of another profile may have been shorter than the keyboard.
+    // The map may come from another profile, whose stored map had fewer entries than the keyboard has keys.
     if (code >= map.size())
         map.resize(code + 1, lighting::kColorASlot);
     map[code] = slot;

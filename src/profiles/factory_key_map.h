@@ -4,8 +4,8 @@
 
 namespace glimra::profiles {
 
-/// Writes the factory key map over `map`: slot E for every key of the canvas, then the groups that stand out.
-/// Codes beyond both keep what they had.
+/// Writes the factory key map over `map`: every key of the canvas gets the slot of colour E, then some groups
+/// of keys get colours of their own. All other entries stay as they are.
 void applyFactoryKeyMap(lighting::KeyMap& map, const CanvasKeyCodes& canvasKeyCodes);
 
 } // namespace glimra::profiles

@@ -25,14 +25,15 @@ public:
         : m_bytes(bytes),
           m_systemLog(systemLog) {}
 
-    /// The next value, limited to 0 to `max`; what is no number stays so. Past the end the last one again.
+    /// The next value, limited to the range from 0 to `max`; NaN stays NaN. Past the end it is the last value
+    /// again.
     float readNextValue(float max) {
         const float value = next();
         if (value > max)
             return max;
         return value < 0.0F ? 0.0F : value;
     }
-    /// The same, with 0 for what is no number.
+    /// The same, with 0 for NaN.
     float readNumber(float max) {
         const float value = readNextValue(max);
         return std::isnan(value) ? 0.0F : value;

@@ -19,7 +19,7 @@ namespace glimra::profiles {
 // the canvas.
 
 inline constexpr std::string_view kProfileFileExtension = "keycolormap";
-/// Values that a record can hold; it must stay below.
+/// A record must have fewer values than this.
 inline constexpr std::size_t kRecordCapacity = 1500;
 
 /// All profiles, as a file holds them. Profile n is at index n - 1.
@@ -36,7 +36,8 @@ struct ProfileFileContent {
 /// The values of a file while they are put together.
 class ProfileRecord {
 public:
-    /// Appends a value. The one that fills the record starts it over and marks it as overflowed.
+    /// Appends a value. The value that fills the record makes it begin anew, and it counts as overflowed from
+    /// then on.
     void appendValue(float value);
 
     bool overflowed() const { return m_overflowed; }
@@ -54,9 +55,9 @@ ProfileRecord encodeProfiles(const ProfileFileContent& content, const CanvasKeyC
 /// Bytes that a file takes with this canvas; no reader needs more of it.
 std::size_t profileFileSize(const CanvasKeyCodes& canvasKeyCodes);
 
-/// Reads a file's bytes; none when a marker or a flag is not one. Everything else is limited to what it can
-/// be, a value that is no number counts as 0, and a file that is too short repeats its last value: each such
-/// read is said in the system log.
+/// Reads a file's bytes; none when a marker is missing or a flag is neither 0 nor 1. Every other value is
+/// limited to its range, and NaN counts as 0. When the file is too short, its last value is read again, and
+/// each such read is reported in the system log.
 std::optional<ProfileFileContent> decodeProfiles(std::span<const std::uint8_t> bytes,
                                                  const CanvasKeyCodes& canvasKeyCodes,
                                                  platform::SystemLog& systemLog);

@@ -27,14 +27,14 @@ bool isSlot(std::optional<std::int64_t> value) {
 
 } // namespace
 
-ProfileStore::ProfileStore(const Parts& parts) : m(parts) {
+ProfileStore::ProfileStore(const Parts& parts) : m_parts(parts) {
 }
 
 void ProfileStore::loadColorSet(lighting::ColorSet& set, int profile) {
     for (std::size_t slot = 0; slot < set.size(); ++slot) {
         set[slot] = kColorSlots[slot].factoryColor;
         const std::string key = profileKey(kColorSlots[slot].key, profile);
-        const std::optional<platform::StoredValue> value = m.defaults.get(key);
+        const std::optional<platform::StoredValue> value = m_parts.defaults.get(key);
         if (!value)
             continue;
         const auto* data = std::get_if<platform::Data>(&*value);
@@ -49,13 +49,13 @@ void ProfileStore::loadKeyMap(lighting::KeyMap& map, int profile) {
     if (std::optional<lighting::KeyMap> stored = storedKeyMap(profileKey(kKeyMapKey, profile)))
         map = std::move(*stored);
     else
-        applyFactoryKeyMap(map, m.canvasKeyCodes);
+        applyFactoryKeyMap(map, m_parts.canvasKeyCodes);
     if (map.size() < kShortestWholeMap)
         map.resize(kFilledUpMap, lighting::kColorASlot);
 }
 
 std::optional<lighting::KeyMap> ProfileStore::storedKeyMap(const std::string& key) {
-    const std::optional<platform::StoredValue> value = m.defaults.get(key);
+    const std::optional<platform::StoredValue> value = m_parts.defaults.get(key);
     if (!value)
         return std::nullopt;
     const auto* numbers = std::get_if<platform::NumberArray>(&*value);
@@ -75,57 +75,59 @@ std::optional<lighting::KeyMap> ProfileStore::storedKeyMap(const std::string& ke
 }
 
 void ProfileStore::loadIntoMemory(int profile) {
-    m.lighting.profileInMemory = profile;
-    loadColorSet(m.lighting.keyboardColorSet, profile);
-    loadKeyMap(m.lighting.keyToColorMap, profile);
+    m_parts.lighting.profileInMemory = profile;
+    loadColorSet(m_parts.lighting.keyboardColorSet, profile);
+    loadKeyMap(m_parts.lighting.keyToColorMap, profile);
     const std::string key = profileKey(kCooldownKey, profile);
-    const std::optional<bool> useCooldowns = platform::storedBool(m.defaults, key);
-    if (!useCooldowns && m.defaults.get(key))
+    const std::optional<bool> useCooldowns = platform::storedBool(m_parts.defaults, key);
+    if (!useCooldowns && m_parts.defaults.get(key))
         report(key, "is neither yes nor no; no stands in for it.");
-    m.lighting.useSpellCooldowns[0] = useCooldowns.value_or(false);
-    m.canvas.usingActionbarCooldowns = m.lighting.useSpellCooldowns[0];
-    m.lighting.useSpellCooldowns.at(static_cast<std::size_t>(profile)) = m.lighting.useSpellCooldowns[0];
+    m_parts.lighting.useSpellCooldowns[0] = useCooldowns.value_or(false);
+    m_parts.canvas.usingActionbarCooldowns = m_parts.lighting.useSpellCooldowns[0];
+    m_parts.lighting.useSpellCooldowns.at(static_cast<std::size_t>(profile)) =
+        m_parts.lighting.useSpellCooldowns[0];
 }
 
 void ProfileStore::loadProfile(int profile) {
     loadIntoMemory(profile);
-    m.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
-        lighting::buildColorBitmap(m.lighting.keyboardColorSet, m.lighting.keyToColorMap);
+    m_parts.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
+        lighting::buildColorBitmap(m_parts.lighting.keyboardColorSet, m_parts.lighting.keyToColorMap);
 }
 
 void ProfileStore::loadProfileWithCooldowns(int profile) {
     loadIntoMemory(profile);
-    m.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
-        lighting::buildColorBitmapWithCooldowns(m.lighting.keyboardColorSet, m.lighting.keyToColorMap,
-                                                m.lighting.useSpellCooldowns[0], m.lighting.dimmedKeys);
+    m_parts.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
+        lighting::buildColorBitmapWithCooldowns(
+            m_parts.lighting.keyboardColorSet, m_parts.lighting.keyToColorMap,
+            m_parts.lighting.useSpellCooldowns[0], m_parts.lighting.dimmedKeys);
 }
 
 void ProfileStore::saveColorSet(std::span<const lighting::Color> colors, int profile) {
     for (std::size_t slot = 0; slot < std::min(colors.size(), kColorSlots.size()); ++slot)
-        m.defaults.set(profileKey(kColorSlots[slot].key, profile), archiveColor(colors[slot]));
+        m_parts.defaults.set(profileKey(kColorSlots[slot].key, profile), archiveColor(colors[slot]));
 }
 
 void ProfileStore::saveKeyMap(const lighting::KeyMap& map, int profile) {
-    m.defaults.set(profileKey(kKeyMapKey, profile), platform::NumberArray(map.begin(), map.end()));
+    m_parts.defaults.set(profileKey(kKeyMapKey, profile), platform::NumberArray(map.begin(), map.end()));
 }
 
 void ProfileStore::saveProfile(int profile) {
-    m.canvas.fillIfEmpty(m.lighting);
-    saveColorSet(m.canvas.keyColorSet, profile);
-    saveKeyMap(m.canvas.keysToColors, profile);
-    saveCooldownFlag(m.lighting.useSpellCooldowns[0], profile);
-    m.canvas.usingActionbarCooldowns = m.lighting.useSpellCooldowns[0];
-    m.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
-        lighting::buildColorBitmap(m.canvas.keyColorSet, m.canvas.keysToColors);
+    m_parts.canvas.fillIfEmpty(m_parts.lighting);
+    saveColorSet(m_parts.canvas.keyColorSet, profile);
+    saveKeyMap(m_parts.canvas.keysToColors, profile);
+    saveCooldownFlag(m_parts.lighting.useSpellCooldowns[0], profile);
+    m_parts.canvas.usingActionbarCooldowns = m_parts.lighting.useSpellCooldowns[0];
+    m_parts.lighting.keyboardColorBitmap.at(static_cast<std::size_t>(profile)) =
+        lighting::buildColorBitmap(m_parts.canvas.keyColorSet, m_parts.canvas.keysToColors);
 }
 
 void ProfileStore::saveCooldownFlag(bool useCooldowns, int profile) {
-    m.defaults.set(profileKey(kCooldownKey, profile), useCooldowns);
+    m_parts.defaults.set(profileKey(kCooldownKey, profile), useCooldowns);
 }
 
 void ProfileStore::report(const std::string& key, std::string_view complaint) {
     if (m_reportedKeys.insert(key).second)
-        platform::reportSetting(m.systemLog, key, complaint);
+        platform::reportSetting(m_parts.systemLog, key, complaint);
 }
 
 } // namespace glimra::profiles

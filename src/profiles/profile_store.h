@@ -9,9 +9,9 @@
 
 namespace glimra::profiles {
 
-/// The nine profiles, between the settings and memory. A value that is absent or cannot be used counts as the
-/// factory's, one by one; one that cannot be used is named once in the system log. Profile numbers run from 1
-/// to 9. Main thread.
+/// Loads the nine profiles from the settings, and saves them there. Where a value is absent or cannot be
+/// used, the factory's value is taken for it; one that cannot be used is reported in the system log, once.
+/// Profile numbers run from 1 to 9. Main thread.
 class ProfileStore {
 public:
     struct Parts {
@@ -47,7 +47,7 @@ private:
     std::optional<lighting::KeyMap> storedKeyMap(const std::string& key);
     void report(const std::string& key, std::string_view complaint);
 
-    Parts m;
+    Parts m_parts;
     std::set<std::string> m_reportedKeys;
 };
 

@@ -7,13 +7,14 @@
 
 namespace glimra::recording {
 
-// The parts of a platform by which something comes in, each of which tells the recorder of it and hands it
-// on.
+// Decorators for the parts of a platform that deliver input. Each reports the input to the recorder and
+// passes it on.
 
-/// The reader's capture: what it reads is decoded once more, so that only frames of the strip are told.
+/// The reader's capture. It decodes each captured row itself, so that only valid frames of the strip are
+/// recorded.
 class RecordedCapture final : public platform::ScreenCapture {
 public:
-    /// Frames are told through `runLoop`, on the main thread.
+    /// Frames are reported to `recorder` on the main thread, through `runLoop`.
     RecordedCapture(platform::ScreenCapture& capture, platform::RunLoop& runLoop, ScriptRecorder& recorder);
 
     int activeDisplayCount() override { return m_capture.activeDisplayCount(); }
@@ -33,7 +34,8 @@ class RecordedWorkspace final : public platform::Workspace {
 public:
     RecordedWorkspace(platform::Workspace& workspace, ScriptRecorder& recorder);
 
-    /// Tells what is new since it was last asked for: that is when the application takes notice.
+    /// Records the application in front when it differs from the last call's. The application notices a
+    /// change only when it asks, so the times agree.
     std::optional<platform::RunningApplication> frontmostApplication() const override;
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
     bool openUrl(const std::string& address) override { return m_workspace.openUrl(address); }
@@ -48,14 +50,15 @@ class RecordedWindowSystem final : public platform::WindowSystem {
 public:
     RecordedWindowSystem(platform::WindowSystem& windows, ScriptRecorder& recorder);
 
-    /// Where the pop-ups are whose choice is part of an answer; not before the application is made.
+    /// Gives access to the pop-ups whose choice is part of an answer. They exist only once the application
+    /// has been created.
     void follow(app::Outlets& outlets) { m_outlets = &outlets; }
 
     void restoreFrame(std::string_view frameName) override { m_windows.restoreFrame(frameName); }
     void saveFrame(std::string_view frameName) override { m_windows.saveFrame(frameName); }
     int runModal(platform::Window& window) override;
     void stopModal(int code) override { m_windows.stopModal(code); }
-    // A panel's path stays the user's own: the script's panels are cancelled.
+    // A panel's path is private to the user and is not recorded: in the script, panels are cancelled.
     std::optional<std::string> runSavePanel(const platform::SavePanel& panel) override {
         return m_windows.runSavePanel(panel);
     }
@@ -73,7 +76,7 @@ private:
     app::Outlets* m_outlets = nullptr;
 };
 
-/// A platform of which all that comes in is recorded.
+/// A platform whose input is recorded.
 class RecordedPlatform {
 public:
     /// `recorder` and all that `recorded` refers to must outlive it.

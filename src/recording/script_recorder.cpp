@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kFull = "The recording is full and ends here.";
 
-/// Window positions say nothing about the keyboard.
+/// Window positions do not affect the keyboard and are left out.
 constexpr std::string_view kFramePrefix = "frame.";
 
 } // namespace
@@ -67,7 +67,7 @@ void ScriptRecorder::quit() {
 }
 
 void ScriptRecorder::beginAction(const app::ActionRow& action, const app::ActionArgument& argument) {
-    // What a user does inside a modal session is its answer.
+    // What the user does inside a modal session is part of its answer.
     if (m_openModals > 0)
         return;
     releasePending();
@@ -93,8 +93,8 @@ void ScriptRecorder::endModal(int code, const std::string& settings) {
     write({"answer " + std::to_string(code) + settings, time});
     if (m_openModals > 0)
         return;
-    // An action may open a second session, whose answer has to come before the action as well; its own line
-    // and what was held wait for the end of the action.
+    // An action may open a second session, whose answer must also be written before the action. So the
+    // action's own line and the held lines wait until the action ends.
     if (!m_pending)
         releasePending();
 }
@@ -113,7 +113,7 @@ void ScriptRecorder::hold(Line line) {
         return;
     m_heldBytes += line.text.size() + 1;
     m_held.push_back(std::move(line));
-    // A session may stay open for a night.
+    // A session may stay open all night, so the held lines are limited, too.
     if (m_heldBytes > m_bytesLeft)
         end(kFull);
 }
@@ -130,7 +130,7 @@ void ScriptRecorder::write(const Line& line) {
     if (!m_written || !m_write)
         return;
     std::string text;
-    // Frames come from another thread, and may tell of a moment before the last line's.
+    // Frames are captured on another thread, so their time may be before the last line's.
     if (const platform::Duration pause = line.time - *m_written; pause >= std::chrono::microseconds(1)) {
         text = waitLine(pause) + "\n";
         m_written = line.time - pause % std::chrono::microseconds(1);

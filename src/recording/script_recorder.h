@@ -11,41 +11,42 @@
 
 namespace glimra::recording {
 
-/// Writes down what comes into the application as a script that `glimra-replay` runs: frames of the strip,
-/// who is in front, sleep, and what the user does. Nothing of the screen is in it but valid frames, and no
-/// words of the user's. Main thread.
+/// Records the application's input as a script that `glimra-replay` runs: frames of the strip, the
+/// application in front, sleep, and the user's actions. It records nothing of the screen except valid frames,
+/// and none of the user's text. Main thread.
 ///
-/// A script gives a modal session's answer before the action that opens it, and lets the session take no
-/// time. So an action is held back while it may still come to that, and what happens during a session is
-/// written after it.
+/// In a script, a modal session's answer comes before the action that opens the session, and the session
+/// takes no time. So an action's line is held back while the action may still open a session, and what
+/// happens during a session is written after it.
 class ScriptRecorder {
 public:
-    /// Takes whole lines; false when it could not.
+    /// Writes whole lines; returns false when it could not.
     using Write = std::function<bool(std::string_view lines)>;
     static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 
-    /// `ended` is told, once, why nothing more is written before `quit` has been: a sentence for the log.
+    /// `ended` is called, at most once, when recording ends before `quit`, with the reason as a sentence for
+    /// the log.
     ScriptRecorder(std::function<platform::Time()> now, Write write, std::function<void(std::string)> ended,
                    std::size_t mostBytes = kMostBytes);
 
-    /// The settings, a screen with `scale` pixels in a point, and the launch. First of all.
+    /// Writes the settings, a screen with `scale` pixels per point, and the launch. Must be called first.
     void launch(const platform::UserDefaults& settings, double scale);
-    /// The launch is over, which takes no time in a script.
+    /// Must be called when the launch is over. In a script it takes no time.
     void launched() { m_written = m_now(); }
-    /// The strip as it was seen at `time`; none when no valid frame was.
+    /// The strip as it was seen at `time`; none when it showed no valid frame.
     void frame(const std::optional<screenlink::Cells>& cells, platform::Time time);
     void front(const std::optional<platform::RunningApplication>& application);
     void sleep() { add("sleep", m_now()); }
     void wake() { add("wake", m_now()); }
-    /// A token that came in by another way than the strip.
+    /// A token that did not come from the strip.
     void token(std::string_view token);
-    /// The last line.
+    /// Writes the last line.
     void quit();
 
     void beginAction(const app::ActionRow& action, const app::ActionArgument& argument);
     void endAction();
     void beginModal();
-    /// `settings` are those of the session's controls, as the command `answer` takes them.
+    /// `settings` are the states of the session's controls, as the command `answer` takes them.
     void endModal(int code, const std::string& settings);
 
 private:
@@ -65,13 +66,13 @@ private:
     std::function<void(std::string)> m_ended;
     std::size_t m_bytesLeft;
 
-    /// The last moment that was written, or nothing before the launch.
+    /// The time of the last written line; none before the launch.
     std::optional<platform::Time> m_written;
-    /// The user's action that is being carried out, until it is written.
+    /// The line of the user's current action, until it is written.
     std::optional<Line> m_pending;
     int m_openActions = 0;
     int m_openModals = 0;
-    /// What happens during a modal session.
+    /// Lines for what happens during a modal session.
     std::vector<Line> m_held;
     std::size_t m_heldBytes = 0;
 };

@@ -17,7 +17,7 @@ std::string jsonText(std::string_view text) {
     return json(text).dump(-1, ' ', true, json::error_handler_t::replace);
 }
 
-/// Arrays are key maps. An element that is no number, which JSON cannot show, is no slot; nor is -1.
+/// Arrays are key maps. JSON has no NaN or infinity, so these become -1: neither names a slot.
 json toJson(const platform::NumberArray& numbers) {
     json array = json::array();
     for (const platform::Number& number : numbers) {
@@ -36,6 +36,24 @@ std::string joined(std::initializer_list<double> numbers) {
         text += ' ' + json(number).dump();
     return text;
 }
+
+/// What stands behind an action's selector.
+struct ArgumentText {
+    std::string operator()(std::monostate) const { return {}; }
+    std::string operator()(bool on) const { return on ? " on" : " off"; }
+    std::string operator()(const app::ItemIndex& item) const { return " " + std::to_string(item.index); }
+    std::string operator()(const app::ItemTitle& item) const { return " " + jsonText(item.title); }
+    std::string operator()(const app::EnteredText& entered) const {
+        return " " + jsonText(json(platform::leadingNumber(entered.text)).dump());
+    }
+    std::string operator()(const app::RadioTag& chosen) const { return " " + std::to_string(chosen.tag); }
+    std::string operator()(const app::ButtonTag& clicked) const { return " " + std::to_string(clicked.tag); }
+    std::string operator()(const app::WellColor& well) const {
+        return " " + std::to_string(well.tag) + joined({well.color.red, well.color.green, well.color.blue});
+    }
+    std::string operator()(const app::CanvasPoint& point) const { return joined({point.x, point.y}); }
+    std::string operator()(const app::WindowName& window) const { return " " + jsonText(window.name); }
+};
 
 } // namespace
 
@@ -56,7 +74,7 @@ std::optional<std::string> settingLine(const std::string& key, const platform::S
     else
         number = std::get<double>(value);
     const std::string text = number.dump();
-    // A number that JSON cannot show counts as absent anyway.
+    // A number that JSON cannot express counts as absent anyway.
     if (text.find("null") != std::string::npos)
         return std::nullopt;
     return "default " + jsonText(key) + " " + text;
@@ -82,7 +100,7 @@ std::string frontLine(const std::optional<platform::RunningApplication>& applica
 }
 
 std::string waitLine(platform::Duration duration) {
-    // Microseconds: finer than any timer, and short to read.
+    // Microseconds are finer than any timer, and still short to read.
     const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
     std::string fraction = std::to_string(microseconds % 1'000'000);
     fraction.insert(0, 6 - fraction.size(), '0');
@@ -90,35 +108,7 @@ std::string waitLine(platform::Duration duration) {
 }
 
 std::string actionLine(const app::ActionRow& action, const app::ActionArgument& argument) {
-    using app::ArgumentKind;
-    std::string line = "action " + jsonText(action.selector);
-    switch (action.kind) {
-    case ArgumentKind::None:
-        break;
-    case ArgumentKind::State:
-        line += argument.state ? " on" : " off";
-        break;
-    case ArgumentKind::Index:
-    case ArgumentKind::RadioTag:
-    case ArgumentKind::ButtonTag:
-        line += " " + std::to_string(argument.number);
-        break;
-    case ArgumentKind::Text:
-        line += " " + jsonText(json(platform::leadingNumber(argument.text)).dump());
-        break;
-    case ArgumentKind::Title:
-    case ArgumentKind::WindowName:
-        line += " " + jsonText(argument.text);
-        break;
-    case ArgumentKind::Well:
-        line += " " + std::to_string(argument.number) +
-                joined({argument.color.red, argument.color.green, argument.color.blue});
-        break;
-    case ArgumentKind::Point:
-        line += joined({argument.x, argument.y});
-        break;
-    }
-    return line;
+    return "action " + jsonText(action.selector) + std::visit(ArgumentText{}, argument);
 }
 
 } // namespace glimra::recording

@@ -25,18 +25,19 @@ constexpr Speech kFailed{
 } // namespace
 
 Calibration::Calibration(const Parts& parts, platform::Duration searchTime)
-    : m(parts),
+    : m_parts(parts),
       m_searchTime(searchTime) {
 }
 
 void Calibration::calibrateScreen() {
     if (m_running)
         return;
-    if (m.messages.confirmCalibrate) {
-        m.log.appendLog("\nAre you sure you want to calibrate now?  This will erase your current screen "
-                        "calibration, if any.\nThe app will beep to indicate it's working but will otherwise "
-                        "appear frozen for up to 90 seconds.\n** Click Calibrate again to begin **\n");
-        m.messages.confirmCalibrate = false;
+    if (m_parts.messages.confirmCalibrate) {
+        m_parts.log.appendLog(
+            "\nAre you sure you want to calibrate now?  This will erase your current screen "
+            "calibration, if any.\nThe app will beep to indicate it's working but will otherwise "
+            "appear frozen for up to 90 seconds.\n** Click Calibrate again to begin **\n");
+        m_parts.messages.confirmCalibrate = false;
         return;
     }
     m_running = true;
@@ -46,32 +47,33 @@ void Calibration::calibrateScreen() {
 
 void Calibration::runSearch() {
     const auto say = [this](const Speech& speech) {
-        sayText(m.log.debugMode() ? speech.debug : speech.player);
+        sayText(m_parts.log.debugMode() ? speech.debug : speech.player);
     };
     say(kStarting);
-    m.log.appendLog("\n**** ATTEMPTING TO CALIBRATE ****\nSwitch back to WoW and type /glimracal\n\n");
+    m_parts.log.appendLog("\n**** ATTEMPTING TO CALIBRATE ****\nSwitch back to WoW and type /glimracal\n\n");
 
-    StripSearch search(
-        {m.runLoop, m.capture, m.sounds, m.defaults, m.log.debugMode() ? &m.log : nullptr, m.settings},
-        m_searchTime);
+    StripSearch search({m_parts.runLoop, m_parts.capture, m_parts.sounds, m_parts.defaults,
+                        m_parts.log.debugMode() ? &m_parts.log : nullptr, m_parts.settings},
+                       m_searchTime);
     const SearchResult result = search.searchScanStrip();
     if (result == SearchResult::Interrupted)
         return;
     if (result == SearchResult::Found) {
-        m.log.appendLog("\nCalibration successful!  (offset " + std::to_string(m.settings.scanOffset) +
-                        ", width " + platform::decimalText(m.settings.scanWidth) + ")\n");
+        m_parts.log.appendLog("\nCalibration successful!  (offset " +
+                              std::to_string(m_parts.settings.scanOffset) + ", width " +
+                              platform::decimalText(m_parts.settings.scanWidth) + ")\n");
         say(kSucceeded);
-        m.geometry.set(stripGeometry(m.settings.scanWidth, m.settings.scanOffset));
+        m_parts.geometry.set(stripGeometry(m_parts.settings.scanWidth, m_parts.settings.scanOffset));
     } else {
-        m.log.appendLog(
+        m_parts.log.appendLog(
             "\nCalibration failed. You should try again and check help for troubleshooting tips.\n");
         say(kFailed);
     }
-    m.messages.confirmCalibrate = true;
+    m_parts.messages.confirmCalibrate = true;
 }
 
 void Calibration::sayText(std::string_view text) {
-    m.childProcesses.start("/usr/bin/say", {std::string(text)});
+    m_parts.childProcesses.start("/usr/bin/say", {std::string(text)});
 }
 
 } // namespace glimra::screenlink

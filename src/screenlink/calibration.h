@@ -5,8 +5,8 @@
 
 namespace glimra::screenlink {
 
-/// Fits the reading to the add-on's strip on this screen. The first command asks, the second runs the search.
-/// Main thread.
+/// Finds the add-on's strip on the screen, so that the reader looks at the right place. The first calibrate
+/// command only asks whether it is meant; the second one searches. Main thread.
 class Calibration {
 public:
     struct Parts {
@@ -23,8 +23,8 @@ public:
 
     explicit Calibration(const Parts& parts, platform::Duration searchTime = kSearchTime);
 
-    /// The calibrate command. While a search runs it is ignored. The reader goes on with the old geometry
-    /// until a search has succeeded.
+    /// The calibrate command. It is ignored while a search runs. The reader uses the old geometry until a
+    /// search has succeeded.
     void calibrateScreen();
     bool isRunning() const { return m_running; }
 
@@ -32,7 +32,7 @@ private:
     void runSearch();
     void sayText(std::string_view text);
 
-    Parts m;
+    Parts m_parts;
     platform::Duration m_searchTime;
     bool m_running = false;
 };

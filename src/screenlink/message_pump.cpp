@@ -1,6 +1,6 @@
 #include "screenlink/message_pump.h"
 
-#include "screenlink/strip_decoder.h"
+#include "screenlink/strip_code.h"
 
 namespace glimra::screenlink {
 
@@ -13,76 +13,76 @@ constexpr platform::Color kRed{1.0, 0.0, 0.0};
 
 } // namespace
 
-MessagePump::MessagePump(const Parts& parts) : m(parts) {
+MessagePump::MessagePump(const Parts& parts) : m_parts(parts) {
 }
 
 void MessagePump::readMsgQueue() {
-    if (!m.messages.currentMessage.empty())
+    if (!m_parts.messages.currentMessage.empty())
         handOver();
     // The message may have played an animation in which the user quit.
-    if (!m.runLoop.isTerminated())
+    if (!m_parts.runLoop.isTerminated())
         watchFront();
 }
 
 void MessagePump::handOver() {
-    const std::string message = m.messages.currentMessage;
-    if (m.effects.whisperLightActive) {
+    const std::string message = m_parts.messages.currentMessage;
+    if (m_parts.effects.whisperLightActive) {
         if (message.front() == 'I') {
-            m.messages.currentMessage.clear();
+            m_parts.messages.currentMessage.clear();
             return;
         }
         if (message.find_first_of(kPrefixCharacters) == std::string::npos) {
             // Ends the whisper signal; the message itself goes out on the next tick.
-            m.driver.LogiLedStopEffectsOnKey(lighting::kEnterKey);
-            m.effects.whisperLightActive = false;
+            m_parts.driver.LogiLedStopEffectsOnKey(lighting::kEnterKey);
+            m_parts.effects.whisperLightActive = false;
             return;
         }
     }
     ++m_dispatchedMessages;
-    m.dispatcher.evaluateMessage(message);
-    m.messages.currentMessage.clear();
+    m_parts.dispatcher.evaluateMessage(message);
+    m_parts.messages.currentMessage.clear();
 }
 
 void MessagePump::watchFront() {
-    const std::optional<platform::RunningApplication> front = m.workspace.frontmostApplication();
+    const std::optional<platform::RunningApplication> front = m_parts.workspace.frontmostApplication();
     m_gameIsInFront = front && front->bundleIdentifier == platform::kGameIdentifier;
     if (!front)
         return;
-    int& countdown = m.messages.WoWisInTheForeground;
+    int& countdown = m_parts.messages.WoWisInTheForeground;
     if (!m_gameIsInFront) {
-        if (countdown > 0 && m.options.autoToggleProfile2)
-            m.lighting.showProfileLighting(kAwayProfile);
+        if (countdown > 0 && m_parts.options.autoToggleProfile2)
+            m_parts.lighting.showProfileLighting(kAwayProfile);
         countdown = 0;
     } else if (countdown != 0) {
-        if (!m.effects.deadAnimationPlaying)
+        if (!m_parts.effects.deadAnimationPlaying)
             --countdown;
     } else {
         refresh();
         countdown = kTicksBetweenRefreshes;
-        m.messages.confirmCalibrate = true;
+        m_parts.messages.confirmCalibrate = true;
     }
 }
 
 void MessagePump::refresh() {
     const auto setAllToColorA = [this] {
-        m.lighting.setAllKeysColor(m.lightingState.keyboardColorSet[lighting::kColorASlot]);
+        m_parts.lighting.setAllKeysColor(m_parts.lightingState.keyboardColorSet[lighting::kColorASlot]);
     };
-    const bool combat = m.effects.combatAnimationPlaying;
-    const bool dead = m.effects.deadAnimationPlaying;
-    const bool shadow = m.effects.shadowAnimationPlaying;
+    const bool combat = m_parts.effects.combatAnimationPlaying;
+    const bool dead = m_parts.effects.deadAnimationPlaying;
+    const bool shadow = m_parts.effects.shadowAnimationPlaying;
 
     if (dead) {
-        m.lighting.setAllKeysColor(kDeathColor);
-    } else if (!m.options.useSingleColorMode) {
+        m_parts.lighting.setAllKeysColor(kDeathColor);
+    } else if (!m_parts.options.useSingleColorMode) {
         if (!shadow)
-            m.lighting.showProfileLighting(m.profile.activeColorProfile);
+            m_parts.lighting.showProfileLighting(m_parts.profile.activeColorProfile);
     } else if (combat) {
-        m.lighting.setAllKeysColor(kRed);
-        m.runLoop.after(kRedFlash, setAllToColorA);
+        m_parts.lighting.setAllKeysColor(kRed);
+        m_parts.runLoop.after(kRedFlash, setAllToColorA);
     } else {
         setAllToColorA();
     }
-    if (m.options.useSingleColorMode && !combat && !dead && !shadow)
+    if (m_parts.options.useSingleColorMode && !combat && !dead && !shadow)
         setAllToColorA();
 }
 

@@ -8,11 +8,11 @@
 
 namespace glimra::screenlink {
 
-/// Shown while the game is not in front, where the user wants that.
+/// Shows while the game is not in front, if the user has chosen that.
 inline constexpr int kAwayProfile = 2;
 
-/// Hands the buffered message to the dispatcher, and watches which application is in front so that the
-/// keyboard stays as it should be while the game is there. Main thread.
+/// Hands the buffered message to the dispatcher. It also watches which application is in front: as long as
+/// that is the game, it shows the lighting anew every few seconds. Main thread.
 class MessagePump {
 public:
     struct Parts {
@@ -30,12 +30,13 @@ public:
 
     explicit MessagePump(const Parts& parts);
 
-    /// One tick. Never called inside itself: the buffer is emptied only after the dispatcher has returned.
+    /// One tick of the timer. It must not be called while a call is still running: the buffer is emptied only
+    /// after the dispatcher has returned.
     void readMsgQueue();
 
     /// How many messages went to the dispatcher so far.
     std::uint64_t dispatchedMessages() const { return m_dispatchedMessages; }
-    /// Whether the game was in front when that was last looked at.
+    /// Whether the game was in front at the last tick.
     bool gameIsInFront() const { return m_gameIsInFront; }
 
 private:
@@ -43,7 +44,7 @@ private:
     void watchFront();
     void refresh();
 
-    Parts m;
+    Parts m_parts;
     std::uint64_t m_dispatchedMessages = 0;
     bool m_gameIsInFront = false;
 };

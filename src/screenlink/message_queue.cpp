@@ -1,6 +1,6 @@
 #include "screenlink/message_queue.h"
 
-#include "screenlink/strip_decoder.h"
+#include "screenlink/strip_code.h"
 
 #include <algorithm>
 
@@ -10,14 +10,14 @@ namespace {
 
 /// Life, death, the end of a fight and cooldowns are news that must not wait behind an animation.
 constexpr std::string_view kJumpToFront = "DUOVEe`[]{}";
-/// Taken even while an animation holds the other single characters back.
+/// Single characters that do not have to wait while the keyboard shows a fight or a death.
 constexpr std::string_view kNeverHeldBack = "OREewxyz";
 constexpr char kReplaceQueue = 'R';
 constexpr char kSuppressBlink = 'c';
 constexpr int kSuppressedCooldownMessages = 5;
 
-/// Bytes of the character that begins at `start`. The add-on sends seven-bit characters only; whatever else
-/// finds its way in is cut between characters all the same.
+/// Bytes of the UTF-8 character that begins at `start`. The add-on sends seven-bit characters only, but other
+/// text in the queue must not be cut in the middle of a character either.
 std::size_t characterLength(std::string_view text, std::size_t start) {
     std::size_t end = start + 1;
     while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
@@ -64,13 +64,14 @@ std::string MessageQueue::takeNext(std::string& queue) {
     if (queue.empty())
         return {};
 
-    // Both are found before either is removed; when both qualify, both go and V remains.
+    // Both positions are found before a character is removed. If both lie before the pair, both characters
+    // are removed and the message is V.
     const std::size_t pair = queue.find_first_of(kPrefixCharacters);
     const std::size_t life = queue.find('U');
     const std::size_t ghostEnd = queue.find('V');
     std::string urgent;
     for (const auto& [position, character] : {std::pair{life, 'U'}, std::pair{ghostEnd, 'V'}}) {
-        // Without a pair `pair` is npos, and everything that was found lies before it.
+        // If there is no pair, `pair` is npos, and whatever was found lies before it.
         if (position < pair) {
             urgent = character;
             queue.erase(queue.find(character), 1);

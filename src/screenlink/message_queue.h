@@ -7,18 +7,20 @@
 
 namespace glimra::screenlink {
 
-/// The way of a token from the reader into the one-message buffer: who jumps the queue, who waits while the
-/// keyboard shows a fight or a death, and where one message ends and the next begins.
+/// Brings tokens from the reader into the buffer, which holds one message. It decides which tokens go to the
+/// front of the queue, which messages have to wait while the keyboard shows a fight or a death, and where in
+/// the queue one message ends and the next begins.
 class MessageQueue {
 public:
     MessageQueue(events::MessageState& messages, const events::EffectState& effects,
                  events::CooldownState& cooldowns);
 
-    /// Puts a token into the queue, by its first character: "R" replaces everything, a few go to the front,
-    /// the others to the end. Any thread.
+    /// Puts a token into the queue. Its first character decides where: "R" replaces the whole queue, a few
+    /// tokens go to the front, all others to the end. Any thread.
     void appendToMessageQueue(std::string_view token);
 
-    /// Moves the next message into the free buffer, if there is one that may go. Main thread.
+    /// Moves the next message into the buffer, if the buffer is free and the message need not wait. Main
+    /// thread.
     void handleMessageQueue();
 
 private:

@@ -8,7 +8,7 @@ namespace {
 
 constexpr double kFactoryWidth = 80.0;
 constexpr int kFactoryOffset = 2;
-/// Beyond this no screen reaches; a stored value beyond it is damage.
+/// No screen is larger than this, so a larger stored value is damaged.
 constexpr double kLargestPlausible = 1e6;
 
 } // namespace

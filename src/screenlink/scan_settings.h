@@ -10,10 +10,11 @@ struct ScanSettings {
     int scanOffset = 0;
 };
 
-/// What is read where no calibration was found.
+/// What is used as long as no calibration is stored.
 ScanSettings factoryScanSettings();
 
-/// Reads the calibration. True when nothing usable was stored, and the settings are the factory's.
+/// Reads the stored calibration. Returns true when nothing usable was stored; the settings are the factory's
+/// then.
 bool loadScanSettings(ScanSettings& settings, const platform::SettingsReader& stored);
 
 } // namespace glimra::screenlink

@@ -60,7 +60,8 @@ void ScreenReader::recordColors() {
     const std::optional<Frame> frame = decodeFrame(*cells);
     if (!frame)
         return;
-    // Any evenly bright line has the marker cells too; the add-on's never has all cells alike.
+    // A line of one bright colour has lit marker cells, too; but in the add-on's frames the cells are never
+    // all alike.
     if (std::ranges::adjacent_find(*cells, std::not_equal_to<>()) != cells->end())
         ++m_validFrames;
     if (const std::optional<Token> token = m_assembler.accept(*frame))

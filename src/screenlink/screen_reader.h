@@ -15,14 +15,15 @@ namespace glimra::screenlink {
 
 /// The two flags by which the main thread steers the reader.
 struct ReaderFlags {
-    /// The screens sleep: neither capture nor decode.
+    /// Set while the screens sleep: nothing is captured then.
     std::atomic<bool> suspendScreenReads = false;
-    /// Cleared when the user quits.
+    /// Cleared when the user quits: the loop ends then.
     std::atomic<bool> keepTheScannerRunning = true;
 };
 
-/// Watches the strip about twenty times a second and hands what it reads to the message queue. Its loop runs
-/// on a thread of its own, and writes nothing but its own state and the queue; what it has to say it posts.
+/// Reads the strip about twenty times a second and puts the tokens into the message queue. Its loop runs on a
+/// thread of its own, which changes only the reader's own state and the queue; what concerns the log or the
+/// application is posted to the main thread.
 class ScreenReader final : public platform::LoopBody {
 public:
     ScreenReader(platform::ScreenCapture& capture, platform::RunLoop& runLoop, platform::MessageLog& log,
@@ -33,7 +34,7 @@ public:
     /// pending request to terminate. Main thread.
     void recordColorsThread(platform::WorkerLoop& thread);
 
-    /// How many frames were read so far that look like the strip. Any thread.
+    /// How many frames that look like the add-on's were read so far. Any thread.
     std::uint64_t validFrames() const { return m_validFrames; }
 
 private:
@@ -56,9 +57,9 @@ private:
 
     TokenAssembler m_assembler;
     std::atomic<std::uint64_t> m_validFrames = 0;
-    /// The notice for the current outage of displays stands in the log. Set on the main thread.
+    /// The log already says that there is no display. Set on the main thread, cleared on the reader's.
     std::atomic<bool> showedDisplayErrorMsg = false;
-    /// The current outage of images was reported. Reader's thread.
+    /// The log already says that there is no image. Reader's thread.
     bool m_reportedMissingImage = false;
 };
 

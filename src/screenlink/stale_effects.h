@@ -1,20 +1,23 @@
 #pragma once
 
+#include "platform/user_defaults.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/screen_reader.h"
 
 namespace glimra::screenlink {
 
-/// Ends what the game left burning: where it crashed or was closed in a fight, nobody would ever tell that
-/// the fight is over. It ends effects and nothing else: what waits in the queue and the profile stay, and the
-/// keyboard shows again what the effects lay over. Main thread.
+/// Ends long effects when the game is gone: if it crashed or was closed in a fight, no message would ever say
+/// that the fight is over. The queue and the profile stay as they are, and the keyboard shows again what the
+/// effects had covered. Main thread.
 class StaleEffects {
 public:
-    /// How long the strip must be gone, and the game not in front.
+    /// Effects end when for so long no frame was read and the game was not in front.
     static constexpr platform::Duration kPatience = std::chrono::seconds(30);
 
     struct Parts {
         platform::RunLoop& runLoop;
+        platform::UserDefaults& defaults;
+        platform::SystemLog& systemLog;
         const ScreenReader& reader;
         const MessagePump& pump;
         platform::LedDriver& driver;
@@ -25,10 +28,15 @@ public:
         const lighting::LightingState& lightingState;
         const profiles::ProfileState& profile;
         events::EffectState& effects;
-        const events::OptionState& options;
+        events::OptionState& options;
     };
 
-    explicit StaleEffects(const Parts& parts) : m(parts) {}
+    explicit StaleEffects(const Parts& parts) : m_parts(parts) {}
+
+    /// Takes the saved choice.
+    void loadEndStaleEffects();
+    /// Whether long effects end by themselves when the game is gone; remembered.
+    void setEndStaleEffects(bool endThem);
 
     /// To be called a few times a second, from the start on.
     void check();
@@ -37,11 +45,12 @@ private:
     void endEffects();
     void showWhatLiesUnder();
 
-    Parts m;
+    Parts m_parts;
     std::uint64_t m_validFrames = 0;
-    /// The game gave its last sign of life; none before the first look.
+    /// When a frame was last read or the game was last in front; none before the first check.
     std::optional<platform::Time> m_lastSign;
-    /// What the effects held back may begin others, which end as well.
+    /// The log says so already. Messages that had waited for the effects may begin other ones; these end as
+    /// well, but it is said only once.
     bool m_isSaid = false;
 };
 

@@ -1,13 +1,10 @@
 #include "screenlink/strip_decoder.h"
 
+#include <algorithm>
+
 namespace glimra::screenlink {
 
 namespace {
-
-constexpr std::size_t kFirstMarkerCell = 0;
-constexpr std::size_t kConfirmCell = 1;
-constexpr std::size_t kSecondMarkerCell = 9;
-constexpr std::size_t kHoldCell = 10;
 
 /// In how many data cells each channel is on.
 struct ChannelCounts {
@@ -16,8 +13,8 @@ struct ChannelCounts {
     int blue = 0;
 };
 
-/// What `toCell` makes of a pixel's colour. A channel's share of its mask is compared where it lies: dividing
-/// it out for each of 33 channels is most of what decoding would cost.
+/// The same cell as `toCell` makes of the pixel's colour. Channels are compared where they lie in the pixel:
+/// to divide each of the 33 by its mask would be most of the cost of decoding.
 Cell toCell(std::uint32_t pixel, const platform::PixelFormat& format) {
     const auto isOn = [pixel](std::uint32_t mask) {
         return static_cast<double>(pixel & mask) >= kChannelOn * static_cast<double>(mask);
@@ -25,19 +22,26 @@ Cell toCell(std::uint32_t pixel, const platform::PixelFormat& format) {
     return {isOn(format.redMask), isOn(format.greenMask), isOn(format.blueMask)};
 }
 
-/// The first rule that holds wins; white, yellow and no lit cell at all give no prefix.
-std::optional<char> prefixOf(const ChannelCounts& count) {
+/// The colour code that the data cells have as a whole. The first rule that holds counts.
+int commonColor(const ChannelCounts& count) {
     if (count.green + count.blue < count.red)
-        return '`';
+        return kRedBit;
     if (count.red + count.green < count.blue)
-        return '[';
+        return kBlueBit;
     if (count.red + count.blue < count.green)
-        return ']';
+        return kGreenBit;
     if (count.green < count.red && count.red == count.blue)
-        return '{';
+        return kRedBit | kBlueBit;
     if (count.blue == count.green && count.red < count.blue)
-        return '}';
-    return std::nullopt;
+        return kGreenBit | kBlueBit;
+    return kRedBit | kGreenBit | kBlueBit;
+}
+
+std::optional<char> prefixOfColor(int colorCode) {
+    const auto* const found = std::ranges::find(kPrefixColors, colorCode);
+    if (found == kPrefixColors.end())
+        return std::nullopt;
+    return kPrefixCharacters[static_cast<std::size_t>(found - kPrefixColors.begin())];
 }
 
 } // namespace
@@ -58,8 +62,9 @@ std::optional<Cells> sampleCells(const platform::ImageView& image, const PixelOf
 }
 
 std::optional<Frame> decodeFrame(const Cells& cells) {
-    if (!cells[kFirstMarkerCell].lit() || !cells[kSecondMarkerCell].lit())
-        return std::nullopt;
+    for (const std::size_t marker : kMarkerCells)
+        if (!cells[marker].lit())
+            return std::nullopt;
 
     int value = 0;
     ChannelCounts count;
@@ -72,15 +77,7 @@ std::optional<Frame> decodeFrame(const Cells& cells) {
         value += cells[i].lit() ? scanDataFactor[i] : 0;
     }
     return Frame{cells[kConfirmCell].lit(), cells[kHoldCell].lit(), static_cast<char>(value),
-                 prefixOf(count)};
-}
-
-std::string Token::text() const {
-    std::string text;
-    if (prefix)
-        text += *prefix;
-    text += character;
-    return text;
+                 prefixOfColor(commonColor(count))};
 }
 
 std::optional<Token> TokenAssembler::accept(const Frame& frame) {
@@ -89,8 +86,8 @@ std::optional<Token> TokenAssembler::accept(const Frame& frame) {
             charSuspected = frame.character;
         return std::nullopt;
     }
-    // Forgotten whether it matches or not: a confirm frame that stays on screen gives its token once, and a
-    // torn read gives nothing.
+    // Forgotten whether it matches or not. So a confirm frame that stays on the screen gives its token only
+    // once, and one that was captured while it was being painted gives none.
     const bool confirmed = charSuspected == frame.character;
     charSuspected.reset();
     if (!confirmed)

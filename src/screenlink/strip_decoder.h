@@ -3,20 +3,12 @@
 #include "screenlink/strip_geometry.h"
 
 #include <optional>
-#include <string>
 
 namespace glimra::screenlink {
 
-// From pixels to tokens, in stages: image row -> cells -> frame -> token. Nothing here allocates but
-// `Token::text`.
-//
-// The strip has eleven cells. Cell 0 and cell 9 are markers and lit in every valid frame; cell 1 tells an
-// announce frame (dark) from a confirm frame (lit); cells 2 to 8 are the seven bits of a character, the most
-// significant first; a lit cell 10 makes an announce frame void. A character counts only when a confirm frame
-// repeats what the last announce frame said. The colour of the confirm frame's data cells can put one of five
-// prefix characters before it.
+// From pixels to tokens, in stages: image row -> cells -> frame -> token. Nothing here allocates.
 
-/// A channel is on from here: 14 of 255.
+/// A channel is on when its component is at least this: 14 of 255.
 inline constexpr double kChannelOn = 0.0546875;
 
 /// The channels of one cell that are on.
@@ -26,18 +18,14 @@ struct Cell {
     bool blue = false;
 
     constexpr bool lit() const { return red || green || blue; }
-    /// 3-bit colour code: red 1, green 2, blue 4.
-    constexpr int colorCode() const { return (red ? 1 : 0) + (green ? 2 : 0) + (blue ? 4 : 0); }
+    constexpr int colorCode() const {
+        return (red ? kRedBit : 0) | (green ? kGreenBit : 0) | (blue ? kBlueBit : 0);
+    }
 
     friend bool operator==(const Cell&, const Cell&) = default;
 };
 
 using Cells = std::array<Cell, kCellCount>;
-
-/// Weight of each cell in the character's value.
-inline constexpr std::array<int, kCellCount> scanDataFactor{0, 0, 64, 32, 16, 8, 4, 2, 1, 0, 0};
-
-inline constexpr std::string_view kPrefixCharacters = "`[]{}";
 
 Cell toCell(const platform::Color& color);
 
@@ -47,7 +35,7 @@ std::optional<Cells> sampleCells(const platform::ImageView& image, const PixelOf
 /// A valid frame.
 struct Frame {
     bool confirm = false;
-    /// Only of meaning in an announce frame.
+    /// The hold cell is lit, so an announce frame does not count.
     bool hold = false;
     /// U+0000 to U+007F.
     char character = '\0';
@@ -55,20 +43,12 @@ struct Frame {
     std::optional<char> prefix;
 };
 
-/// What the cells say; none when a marker cell is dark.
+/// The frame that the cells show; none when a marker cell is dark.
 std::optional<Frame> decodeFrame(const Cells& cells);
 
-/// An accepted character with its prefix.
-struct Token {
-    std::optional<char> prefix;
-    char character = '\0';
-
-    std::string text() const;
-
-    friend bool operator==(const Token&, const Token&) = default;
-};
-
-/// The announce-then-confirm rule. Its state survives everything but a confirm frame.
+/// Makes tokens of frames: a confirm frame completes a token when it has the same character as the announce
+/// frame before it. What was announced is remembered until the next confirm frame, even if invalid frames
+/// come between.
 class TokenAssembler {
 public:
     /// Takes the next frame seen; gives the token that it completes.

@@ -2,18 +2,14 @@
 
 #include "platform/locked.h"
 #include "platform/screen_capture.h"
-
-#include <array>
-#include <string>
+#include "screenlink/strip_code.h"
 
 namespace glimra::screenlink {
-
-inline constexpr std::size_t kCellCount = 11;
 
 /// Where the strip's cells are sampled, as pixel positions in the captured row.
 using PixelOffsets = std::array<int, kCellCount>;
 
-/// What one reading cycle needs to know of the strip, always changed as a whole.
+/// Where a reading cycle finds the strip. Both members belong together and are always replaced together.
 struct StripGeometry {
     platform::ScreenRect myScanRect;
     PixelOffsets pixelOffsets{};

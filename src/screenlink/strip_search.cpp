@@ -12,9 +12,6 @@ namespace {
 
 using platform::decimalText;
 
-/// What the add-on shows, cell by cell, as colour codes: red 1, green 2, blue 4.
-constexpr std::array<int, kCellCount> kPattern{1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0};
-constexpr int kPureRed = 1;
 constexpr int kBlack = 0;
 /// Shown in debug lines for a pixel without a colour.
 constexpr int kNoCode = 999;
@@ -30,15 +27,16 @@ constexpr std::string_view kBeep = "Tink";
 } // namespace
 
 StripSearch::StripSearch(const Parts& parts, platform::Duration searchTime)
-    : m(parts),
+    : m_parts(parts),
       m_searchTime(searchTime) {
 }
 
 SearchResult StripSearch::searchScanStrip() {
-    m_nextBeep = m.runLoop.now() + kFirstBeep;
-    m_deadline = m.runLoop.now() + m_searchTime;
-    calibrationLog("CAL: timeout established at " + m.runLoop.dateAndTime(m_deadline));
-    calibrationLog("CAL: mainscreen backingScaleFactor is " + decimalText(m.capture.backingScaleFactor()));
+    m_nextBeep = m_parts.runLoop.now() + kFirstBeep;
+    m_deadline = m_parts.runLoop.now() + m_searchTime;
+    calibrationLog("CAL: timeout established at " + m_parts.runLoop.dateAndTime(m_deadline));
+    calibrationLog("CAL: mainscreen backingScaleFactor is " +
+                   decimalText(m_parts.capture.backingScaleFactor()));
     calibrationLog("CAL: phase 1 test rect: " + rectText(kEdgeRect));
 
     if (!waitForRed())
@@ -61,12 +59,12 @@ SearchResult StripSearch::searchScanStrip() {
         return SearchResult::Interrupted;
     calibrationLog("CAL: dropped out of forth loop with max scan width equal to " + decimalText(*largest));
 
-    m.settings.scanWidth = static_cast<double>((*smallest + *largest) * 0.5F);
+    m_parts.settings.scanWidth = static_cast<double>((*smallest + *largest) * 0.5F);
     return finish();
 }
 
 bool StripSearch::waitForRed() {
-    while (codeAt(0, kEdgeRect) != kPureRed) {
+    while (codeAt(0, kEdgeRect) != kRedBit) {
         if (deadlineHasPassed()) {
             logTimeout();
             break;
@@ -93,23 +91,23 @@ std::optional<int> StripSearch::findRightEdge() {
 
 int StripSearch::countRedRun() {
     int x = 0;
-    while (codeAt(x, kEdgeRect) == kPureRed)
+    while (codeAt(x, kEdgeRect) == kRedBit)
         ++x;
     return x;
 }
 
 void StripSearch::chooseOffset(int rightEdge) {
-    // The middle of the first cell, so that a sample keeps away from the edges of its own.
-    m.settings.scanOffset = (rightEdge - 1) / 2;
-    calibrationLog("CAL: scanOffset is now: " + std::to_string(m.settings.scanOffset));
-    if (m.settings.scanOffset <= 0) {
-        m.settings.scanOffset = 1;
+    // The middle of the first cell, so that every sample is taken in the middle of its cell.
+    m_parts.settings.scanOffset = (rightEdge - 1) / 2;
+    calibrationLog("CAL: scanOffset is now: " + std::to_string(m_parts.settings.scanOffset));
+    if (m_parts.settings.scanOffset <= 0) {
+        m_parts.settings.scanOffset = 1;
         calibrationLog("CAL: **scanOffset adjusted to 1");
     }
 }
 
 std::optional<float> StripSearch::findSmallestWidth() {
-    float width = static_cast<float>(m.settings.scanOffset) * static_cast<float>(kCellCount);
+    float width = static_cast<float>(m_parts.settings.scanOffset) * static_cast<float>(kCellCount);
     calibrationLog("CAL: scanning over range " + decimalText(width) + " \u2014 " + decimalText(kWidthLimit));
     while (true) {
         width += 1.0F;
@@ -151,30 +149,31 @@ std::optional<float> StripSearch::findLargestWidth(float smallest) {
 
 SearchResult StripSearch::finish() {
     const bool found = !deadlineHasPassed();
-    m.defaults.set(platform::settings::kScanWidth.key, found ? m.settings.scanWidth : 0.0);
-    m.defaults.set(platform::settings::kScanOffset.key, std::int64_t{found ? m.settings.scanOffset : 0});
+    m_parts.defaults.set(platform::settings::kScanWidth.key, found ? m_parts.settings.scanWidth : 0.0);
+    m_parts.defaults.set(platform::settings::kScanOffset.key,
+                         std::int64_t{found ? m_parts.settings.scanOffset : 0});
     if (found)
         return SearchResult::Found;
-    m.settings = factoryScanSettings();
+    m_parts.settings = factoryScanSettings();
     return SearchResult::NotFound;
 }
 
 bool StripSearch::calibrationTick() {
-    if (!m.runLoop.runUntil(m.runLoop.now() + kTick))
+    if (!m_parts.runLoop.runUntil(m_parts.runLoop.now() + kTick))
         return false;
-    if (m.runLoop.now() >= m_nextBeep) {
-        m.sounds.play(kBeep);
+    if (m_parts.runLoop.now() >= m_nextBeep) {
+        m_parts.sounds.play(kBeep);
         m_nextBeep += kBeepPeriod;
     }
     return true;
 }
 
 bool StripSearch::deadlineHasPassed() const {
-    return m.runLoop.now() >= m_deadline;
+    return m_parts.runLoop.now() >= m_deadline;
 }
 
 std::optional<int> StripSearch::codeAt(int x, const platform::ScreenRect& rect) {
-    const std::optional<platform::Image> image = m.capture.capture(rect);
+    const std::optional<platform::Image> image = m_parts.capture.capture(rect);
     const std::optional<platform::Color> color = image ? image->view().colorAt(x) : std::nullopt;
     if (!color)
         return std::nullopt;
@@ -182,19 +181,19 @@ std::optional<int> StripSearch::codeAt(int x, const platform::ScreenRect& rect) 
 }
 
 bool StripSearch::stripPatternMatches(float width, const platform::ScreenRect& rect) {
-    for (std::size_t i = 0; i < kPattern.size(); ++i)
-        if (codeAt(cellPosition(i, width), rect) != kPattern[i])
+    for (std::size_t i = 0; i < kTestPattern.size(); ++i)
+        if (codeAt(cellPosition(i, width), rect) != kTestPattern[i])
             return false;
     return true;
 }
 
 platform::ScreenRect StripSearch::stripRect(float width) const {
-    return {static_cast<double>(m.settings.scanOffset), 0.0, static_cast<double>(width), 1.0};
+    return {static_cast<double>(m_parts.settings.scanOffset), 0.0, static_cast<double>(width), 1.0};
 }
 
 void StripSearch::calibrationLog(std::string_view text) {
-    if (m.debugLog != nullptr)
-        m.debugLog->insertText(std::string(text) + "\n");
+    if (m_parts.debugLog != nullptr)
+        m_parts.debugLog->insertText(std::string(text) + "\n");
 }
 
 void StripSearch::logTimeout() {
@@ -202,8 +201,9 @@ void StripSearch::logTimeout() {
 }
 
 void StripSearch::logCells(float width, const platform::ScreenRect& rect) {
-    for (std::size_t i = 0; i < kPattern.size(); ++i) {
-        // Captured whether or not anyone reads the line, so that a search takes the same time in debug mode.
+    for (std::size_t i = 0; i < kTestPattern.size(); ++i) {
+        // The screen is captured also when nobody reads the line, so that debug mode does not change how
+        // long a search takes.
         const int code = codeAt(cellPosition(i, width), rect).value_or(kNoCode);
         calibrationLog("CAL loop: test width " + decimalText(width) + ": detectedPixelColor at " +
                        std::to_string(i) + " was " + std::to_string(code));

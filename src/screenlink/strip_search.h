@@ -24,12 +24,13 @@ enum class SearchResult {
     Interrupted,
 };
 
-/// One search for the strip, while the add-on shows its test pattern. It looks at the screen again and again
-/// on the main thread and serves the run loop between its probes; a beep every two seconds tells that it
-/// works.
+/// One search for the strip, while the add-on shows its test pattern. It captures the screen again and again
+/// on the main thread and lets the run loop work in between; a beep every two seconds tells the user that the
+/// search goes on.
 ///
-/// First it waits for the red first cell, then measures it to find where a sample may begin, and then tries
-/// one width after another: the smallest at which all eleven cells read as the pattern, and the largest.
+/// First it waits until the first cell is red, and measures that cell to find its middle. Then it tries one
+/// width after another, and finds the smallest and the largest at which all eleven cells have the pattern's
+/// colours.
 class StripSearch {
 public:
     struct Parts {
@@ -39,7 +40,8 @@ public:
         platform::UserDefaults& defaults;
         /// Where debug lines go, or null.
         platform::MessageLog* debugLog;
-        /// `scanOffset` is written part-way, `scanWidth` at the end, whatever the outcome.
+        /// The search writes `scanOffset` half-way and `scanWidth` at its end; both are the factory's when it
+        /// finds nothing.
         ScanSettings& settings;
     };
 
@@ -67,11 +69,11 @@ private:
     void chooseOffset(int rightEdge);
     SearchResult finish();
 
-    Parts m;
+    Parts m_parts;
     platform::Duration m_searchTime;
     platform::Time m_deadline{};
     platform::Time m_nextBeep{};
-    /// Where the second phase ended.
+    /// The position that the second phase looked at last.
     int m_rightEdgeProbe = 0;
 };
 

@@ -13,7 +13,7 @@ class SimulatedApplication final : public platform::Application {
 public:
     explicit SimulatedApplication(SimulatedRunLoop& runLoop) : m_runLoop(runLoop) {}
 
-    /// Who is asked before the program ends, and told when it does.
+    /// `shouldTerminate` is asked before the program ends; `willTerminate` is called when it ends.
     void setDelegate(std::function<platform::TerminateReply()> shouldTerminate,
                      std::function<void()> willTerminate) {
         m_shouldTerminate = std::move(shouldTerminate);
@@ -21,7 +21,7 @@ public:
     }
 
     void terminate() override;
-    /// The run loop ends after `willTerminate`.
+    /// Ends the run loop after `willTerminate` has returned.
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
 
 private:

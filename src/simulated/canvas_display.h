@@ -7,11 +7,11 @@
 
 namespace glimra::simulated {
 
-/// Has a view drawn when it wants to be, as a job of the run loop: once however often it was asked for, and
-/// only while its window is shown. A window that comes to the front has it drawn anew.
+/// Draws a view when it asks to be redrawn, and when its window appears or comes to the front. Drawing is a
+/// job of the run loop: requests made before it runs are merged, and a hidden window is not drawn.
 class CanvasDisplay {
 public:
-    /// Must live as long as the view and its window change.
+    /// Must exist as long as the view and its window can change.
     CanvasDisplay(SimulatedRunLoop& runLoop, platform::CanvasView& view, platform::Window& window,
                   std::function<void()> draw);
 

@@ -62,7 +62,7 @@ bool SimulatedRunLoop::runUntil(Time deadline) {
 
 void SimulatedRunLoop::serve(TimerId id) {
     const auto found = m_entries.find(id);
-    // The action may cancel its own timer, so it is not run where it is kept.
+    // The action may cancel its own timer, which destroys the entry, so it is moved out first.
     std::function<void()> action = std::move(found->second.action);
     if (found->second.period == Duration::zero()) {
         m_entries.erase(found);

@@ -8,15 +8,15 @@
 
 namespace glimra::simulated {
 
-/// A run loop without real time: the clock stands still but for `runUntil`, which moves it from one due
-/// moment to the next. Starts at 0. All of it, `post` too, belongs to one thread.
+/// A run loop without real time. Only `runUntil` advances the clock, from one due time to the next. The clock
+/// starts at 0. Everything, including `post`, must be called on one thread.
 ///
-/// Posted jobs are due at the moment they were posted. What is overdue because a nested wait passed over its
-/// moment is served as soon as the loop runs again; the clock never goes back.
+/// Posted jobs are due when they are posted. An entry whose due time passed during a nested wait runs as soon
+/// as the loop runs again; the clock never goes back.
 class SimulatedRunLoop final : public platform::RunLoop {
 public:
     platform::Time now() const override { return m_now; }
-    /// Counted from the beginning of 2000.
+    /// The clock's 0 is the beginning of the year 2000.
     std::string dateAndTime(platform::Time moment) const override;
 
     platform::TimerId repeat(platform::Duration period, std::function<void()> action) override;
@@ -24,21 +24,21 @@ public:
     void cancel(platform::TimerId timer) override;
     void post(std::function<void()> job) override;
 
-    /// Leaves the clock at `deadline`, or later where something served has itself waited past it; where the
-    /// application ended, at that moment.
+    /// Leaves the clock at `deadline`, or later when an action has itself waited past it. When the
+    /// application terminates, the clock stays at that time.
     [[nodiscard]] bool runUntil(platform::Time deadline) override;
 
     void terminate() override { m_terminated = true; }
     bool isTerminated() const override { return m_terminated; }
 
-    /// Like `repeat`, but first at `first`, which is also where the grid begins.
+    /// Like `repeat`, but the grid begins at `first`, which is also the time of the first run.
     platform::TimerId repeatFrom(platform::Time first, platform::Duration period,
                                  std::function<void()> action);
 
 private:
     struct Entry {
         platform::Time due;
-        /// 0 for what runs once.
+        /// 0 for an entry that runs once.
         platform::Duration period;
         std::function<void()> action;
     };
@@ -49,9 +49,9 @@ private:
     platform::Time m_now{0};
     bool m_terminated = false;
     platform::TimerId m_lastId = 0;
-    /// Numbers grow, so their order is the order of creation.
+    /// Ids increase, so their order is the order of creation.
     std::map<platform::TimerId, Entry> m_entries;
-    /// What waits to be served, first come first; an entry whose action runs is not in it.
+    /// Waiting entries, by due time and then by creation. An entry whose action is running is not in it.
     std::set<std::pair<platform::Time, platform::TimerId>> m_queue;
 };
 

@@ -8,8 +8,8 @@ namespace glimra::simulated {
 
 namespace {
 
-/// Pixels of one direction whose centres lie in a stretch of points: from `first` up to, without, `end`. They
-/// may be beyond any integer.
+/// Pixel columns (or rows) whose centres lie in an interval of points: from `first` to before `end`. They may
+/// exceed the range of integers.
 struct PixelRange {
     double first;
     double end;
@@ -19,7 +19,7 @@ PixelRange pixelsIn(double start, double length, double scale) {
     return {std::ceil(start * scale - 0.5), std::ceil((start + length) * scale - 0.5)};
 }
 
-/// The part of a range on a screen so many points wide or high.
+/// The part of a range that is on a screen of `size` points width (or height).
 PixelRange onScreen(const PixelRange& range, double size, double scale) {
     const PixelRange screen = pixelsIn(0.0, size, scale);
     return {std::max(range.first, screen.first), std::min(range.end, screen.end)};

@@ -7,26 +7,25 @@
 
 namespace glimra::simulated {
 
-/// The main display with the add-on's strip on its top edge. Points count from the top left corner; a pixel
-/// belongs to whatever holds its centre, left edges included and right edges not.
+/// The main display with the add-on's strip on its top edge. Points are counted from the top left corner. A
+/// pixel belongs to the area that contains its centre; an area includes its left edge, but not its right one.
 class SimulatedScreen {
 public:
     static constexpr std::size_t kStripCells = 11;
     /// Colours as 0xRRGGBB.
     using StripCells = std::array<std::uint32_t, kStripCells>;
 
-    /// Connects a new, black display of a size in points with so many device pixels in each; all above 0.
+    /// Connects a new, black display: its size in points, and its device pixels per point. All are above 0.
     void connectDisplay(double width, double height, double scale);
     void disconnectDisplay();
 
-    /// Where strips lie that are painted from now on, in points; what shows stays as it is. `width` is above
-    /// 0.
+    /// Position of the strips painted from now on, in points; the visible strip stays. `width` is above 0.
     void setStripGeometry(double left, double width);
-    /// Paints a strip, one point high, after blackening the one before.
+    /// Erases the visible strip and paints a new one, one point high.
     void paintStrip(const StripCells& cells);
 
     bool hasDisplay() const { return m_scale > 0.0; }
-    /// Device pixels in a point; 1 without a display.
+    /// Device pixels per point; 1 without a display.
     double scale() const { return hasDisplay() ? m_scale : 1.0; }
     std::optional<platform::Image> capture(const platform::ScreenRect& rect) const;
 

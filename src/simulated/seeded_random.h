@@ -6,7 +6,7 @@
 
 namespace glimra::simulated {
 
-/// The same numbers for the same seed, whatever the machine and its standard library.
+/// Gives the same numbers for the same seed, on every machine and with every standard library.
 class SeededRandom final : public platform::RandomNumbers {
 public:
     explicit SeededRandom(std::uint32_t seed) : m_generator(seed) {}

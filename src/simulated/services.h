@@ -4,7 +4,8 @@
 
 namespace glimra::simulated {
 
-// What would leave the machine ends here.
+// Services that do nothing, so that nothing leaves the simulated machine, and modifier keys set by the
+// caller.
 
 class NoChildProcesses final : public platform::ChildProcesses {
 public:

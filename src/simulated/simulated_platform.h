@@ -14,14 +14,15 @@
 
 namespace glimra::simulated {
 
-/// A machine in memory, all but its keyboard. Its members are there to be told what happens outside.
+/// A machine in memory, without its keyboard. The members are public so that the caller can simulate what
+/// happens outside the application.
 struct SimulatedPlatform {
     explicit SimulatedPlatform(std::uint32_t seed) : random(seed) {}
 
     SimulatedPlatform(const SimulatedPlatform&) = delete;
     SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
 
-    /// What the application is given. It must not outlive this object.
+    /// The platform to give to the application. It must not outlive this object.
     platform::Platform platform(platform::LedDriver& keyboard, platform::Bundle bundle);
 
     SimulatedRunLoop runLoop;

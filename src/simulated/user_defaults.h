@@ -4,7 +4,7 @@
 
 namespace glimra::simulated {
 
-/// Settings that last as long as the object.
+/// Settings that are kept only as long as the object.
 class InMemoryDefaults final : public platform::UserDefaults {
 public:
     std::optional<platform::StoredValue> get(std::string_view key) const override;

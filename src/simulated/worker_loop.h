@@ -5,8 +5,8 @@
 
 namespace glimra::simulated {
 
-/// The reader's thread, as a guest of the run loop: the first pass is due at the moment it is started, and
-/// then at every `pause` a look whether it goes on and, if so, a pass. A pass takes no time.
+/// The reader's thread, simulated by a timer of the run loop. The first pass is due when the loop is started.
+/// Every `pause` after that, it asks `goesOn` and, when true, does another pass. A pass takes no time.
 class SimulatedWorkerLoop final : public platform::WorkerLoop {
 public:
     explicit SimulatedWorkerLoop(SimulatedRunLoop& runLoop) : m_runLoop(runLoop) {}

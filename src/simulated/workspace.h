@@ -6,7 +6,7 @@
 
 namespace glimra::simulated {
 
-/// A desktop that does what it is told.
+/// A desktop whose state and events come from the caller.
 class SimulatedWorkspace final : public platform::Workspace {
 public:
     std::optional<platform::RunningApplication> frontmostApplication() const override { return m_frontmost; }
@@ -18,7 +18,7 @@ public:
         m_aboutToSleep = std::move(aboutToSleep);
         m_screensDidWake = std::move(screensDidWake);
     }
-    /// The notifications; nothing while nobody observes them.
+    /// Send the notifications; do nothing while there are no handlers.
     void sleep() const {
         if (m_aboutToSleep)
             m_aboutToSleep();

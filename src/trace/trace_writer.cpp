@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <concepts>
+#include <tuple>
 #include <utility>
 
 namespace glimra::trace {
@@ -38,14 +39,14 @@ void append(std::string& line, const std::vector<std::string>& texts) {
     append(line, ordered_json(texts));
 }
 
-/// JSON shows the character as it is.
+/// Whether JSON contains the character unescaped.
 bool isPlain(char character) {
     return character >= ' ' && character <= '~' && character != '"' && character != '\\';
 }
 
 void append(std::string& line, const std::convertible_to<std::string_view> auto& value) {
     const std::string_view text = value;
-    // Nearly every text is plain, and a DOM for each would cost more than all else in the line.
+    // Nearly every text is plain, and building a JSON value for it would cost more than the rest of the line.
     if (!std::ranges::all_of(text, isPlain))
         return append(line, ordered_json(text));
     line += '"';
@@ -80,13 +81,15 @@ void append(std::string& line, const platform::LedBitmapView& bitmap) {
     line += '"';
 }
 
-void append(std::string& line, const std::initializer_list<LedArgument>& arguments) {
+template <class... Arguments>
+void append(std::string& line, const std::tuple<Arguments...>& arguments) {
     line += '[';
     std::string_view separator;
-    for (const LedArgument& argument : arguments) {
+    const auto appendOne = [&](const auto& argument) {
         line += std::exchange(separator, ",");
-        std::visit([&line](const auto& value) { append(line, value); }, argument);
-    }
+        append(line, argument);
+    };
+    std::apply([&](const Arguments&... each) { (appendOne(each), ...); }, arguments);
     line += ']';
 }
 
@@ -153,8 +156,16 @@ void TraceWriter::write(TraceKind kind, const Fields&... fields) {
     m_sink(m_line);
 }
 
-void TraceWriter::led(std::string_view call, std::initializer_list<LedArgument> arguments) {
-    write(TraceKind::Led, Field{"call", call}, Field{"args", arguments});
+void TraceWriter::led(const platform::LedCall& call) {
+    std::visit(
+        [this](const auto& one) {
+            write(TraceKind::Led, Field{"call", one.kName}, Field{"args", one.arguments()});
+        },
+        call);
+}
+
+void TraceWriter::led(std::string_view function) {
+    write(TraceKind::Led, Field{"call", function}, Field{"args", std::tuple()});
 }
 
 void TraceWriter::log(std::string_view text) {

@@ -9,17 +9,15 @@
 #include <bitset>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace glimra::trace {
 
-/// What can leave the application.
+/// The kinds of output that leave the application.
 enum class TraceKind {
     Led,
     Log,
@@ -40,10 +38,10 @@ inline constexpr std::size_t kTraceKindCount = 14;
 
 /// The kind's name in a line: "led", "system-log" ...
 std::string_view nameOf(TraceKind kind);
-/// The kind of that name; none when there is none.
+/// The kind with that name; none when there is no such kind.
 std::optional<TraceKind> traceKindNamed(std::string_view name);
 
-/// A set of kinds. Default: none.
+/// A set of kinds, empty by default.
 class TraceKinds {
 public:
     static TraceKinds all() {
@@ -58,29 +56,28 @@ private:
     std::bitset<kTraceKindCount> m_bits;
 };
 
-/// A number, a Boolean or a bitmap, as an LED function takes it.
-using LedArgument = std::variant<bool, std::int64_t, platform::LedBitmapView>;
-
 enum class PanelKind { Open, Save };
 enum class ActivityAction { Begin, End };
 enum class FrameAction { Restore, Save };
 
-/// Writes what leaves the application as JSON lines: one object a line, "t" (seconds, with no more decimals
-/// than needed), "kind", then what the kind has. Text that is not UTF-8 has U+FFFD in the places where it is
-/// not; a number that JSON cannot show is null. A kind that is not wanted costs a test.
+/// Writes the application's output as JSON lines. Each line is one object: "t" (seconds, with no more
+/// decimals than needed), "kind", then the fields of that kind. Invalid UTF-8 is replaced with U+FFFD; a
+/// number that JSON cannot express becomes null. Calls for an unwanted kind do nothing.
 ///
-/// Any thread; lines come out whole and in the order of their times. `now` (0 or more) and `sink` are called
-/// on the thread that writes, one call at a time, and must not come back to the writer.
+/// Any thread; lines are written whole and in the order of their times. `now` (0 or more) and `sink` are
+/// called on the writing thread, one call at a time, and must not call the writer.
 class TraceWriter {
 public:
     using Sink = std::function<void(std::string_view line)>;
 
-    /// `sink` gets each line with its line end.
+    /// `sink` receives each line including its line end.
     TraceWriter(std::function<platform::Time()> now, Sink sink, TraceKinds wanted = TraceKinds::all());
 
     bool wants(TraceKind kind) const { return m_wanted.contains(kind); }
 
-    void led(std::string_view call, std::initializer_list<LedArgument> arguments = {});
+    void led(const platform::LedCall& call);
+    /// An LED function without arguments that changes no lights, by its name.
+    void led(std::string_view function);
     void log(std::string_view text);
     void systemLog(std::string_view text);
     void process(std::string_view path, const std::vector<std::string>& arguments);
@@ -103,7 +100,7 @@ private:
     Sink m_sink;
     TraceKinds m_wanted;
     std::mutex m_mutex;
-    /// Kept so that a line rarely allocates.
+    /// Reused, so that writing a line rarely allocates.
     std::string m_line;
 };
 

@@ -5,29 +5,28 @@
 
 namespace glimra::trace {
 
-/// Writes each call and passes it on, in this order: what the driver has to say about a call comes after it.
-/// Answers what the driver answers.
+/// Writes each call and then passes it on, so that lines which the driver causes come after it. Returns the
+/// driver's results.
 class TracedLedDriver final : public platform::LedDriver {
 public:
-    using KeyName = platform::KeyName;
+    TracedLedDriver(platform::LedDriver& driver, TraceWriter& writer) : m_driver(driver), m_writer(writer) {}
 
-    TracedLedDriver(platform::LedDriver& driver, TraceWriter& writer);
-
-    bool LogiLedInit() override;
-    bool LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) override;
-    bool LogiLedSetTargetDevice(int targetDevice) override;
-    bool LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) override;
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override;
-    bool LogiLedSetLightingForKeyWithKeyName(KeyName keyName, int redPercentage, int greenPercentage,
-                                             int bluePercentage) override;
-    bool LogiLedFlashSingleKey(KeyName keyName, int redPercentage, int greenPercentage, int bluePercentage,
-                               int msDuration, int msInterval) override;
-    bool LogiLedPulseSingleKey(KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                               int startBluePercentage, int finishRedPercentage, int finishGreenPercentage,
-                               int finishBluePercentage, int msDuration, bool isInfinite) override;
-    bool LogiLedStopEffectsOnKey(KeyName keyName) override;
-    bool LogiLedStopEffects() override;
-    void LogiLedShutdown() override;
+    bool LogiLedInit() override {
+        m_writer.led("LogiLedInit");
+        return m_driver.LogiLedInit();
+    }
+    bool LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) override {
+        m_writer.led("LogiLedGetSdkVersion");
+        return m_driver.LogiLedGetSdkVersion(majorNumber, minorNumber, buildNumber);
+    }
+    bool perform(const platform::LedCall& call) override {
+        m_writer.led(call);
+        return m_driver.perform(call);
+    }
+    void LogiLedShutdown() override {
+        m_writer.led("LogiLedShutdown");
+        m_driver.LogiLedShutdown();
+    }
 
 private:
     platform::LedDriver& m_driver;

@@ -9,10 +9,10 @@
 namespace glimra::trace {
 
 /// Writes a line whenever a window appears or disappears and for each write to the message log. `writer` must
-/// live as long as the outlets change.
+/// exist as long as the outlets can change.
 void traceOutlets(app::Outlets& outlets, TraceWriter& writer);
 
-/// Tells a window's outlet name; empty for a window that is no outlet.
+/// Returns a function that gives a window's outlet name; empty for a window that is no outlet.
 std::function<std::string(const platform::Window* window)> windowNames(app::Outlets& outlets);
 
 } // namespace glimra::trace

@@ -8,10 +8,11 @@
 
 namespace glimra::trace {
 
-/// A platform that writes a line for all that leaves the application through it.
+/// A platform that writes a line for everything that leaves the application through it.
 class TracedPlatform {
 public:
-    /// `writer` and all that `traced` refers to must outlive it; `nameOfWindow` names windows in lines.
+    /// `writer` and all that `traced` refers to must outlive it. `nameOfWindow` gives the names of windows in
+    /// lines.
     TracedPlatform(const platform::Platform& traced, TraceWriter& writer,
                    TracedWindowSystem::WindowName nameOfWindow)
         : m_ledDriver(traced.ledDriver, writer),

@@ -7,9 +7,9 @@
 
 namespace glimra::trace {
 
-// The platform's services, with a line for each thing that leaves the application. Each writes its line and
-// passes the call on, in this order; a panel and a modal session have their line when they end, since only
-// then there is an answer. They are called on the threads on which what they wrap may be called.
+// Decorators for the platform's services. Each call that leaves the application is written as a line and then
+// passed on. Panels and modal sessions get their line when they end, because it contains the answer. A
+// decorator may be called on the same threads as the service it wraps.
 
 class TracedChildProcesses final : public platform::ChildProcesses {
 public:

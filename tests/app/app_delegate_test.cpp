@@ -22,6 +22,7 @@ protected:
         platform.settingsFolder = testing::TempDir();
         delegate.applicationDidFinishLaunching();
     }
+    void calibrate() { delegate.operations().calibration.calibrateScreen(); }
     std::string log() { return delegate.outlets().myTextScroll.text; }
 
     simulated::SimulatedPlatform machine{1};
@@ -31,21 +32,21 @@ protected:
 };
 
 TEST_F(AppDelegateTest, ACalibrationIsOneHoweverOftenItIsAskedFor) {
-    delegate.calibrateButton();
-    machine.runLoop.after(1s, [&] { delegate.calibrateMI(); });
-    delegate.calibrateButton();
+    calibrate();
+    machine.runLoop.after(1s, [&] { calibrate(); });
+    calibrate();
     EXPECT_EQ(machine.runLoop.now(), 90.075s);
     const std::string said = log();
     EXPECT_EQ(said.find("ATTEMPTING"), said.rfind("ATTEMPTING"));
-    delegate.calibrateButton();
+    calibrate();
     EXPECT_NE(log(), said) << "asks whether it is to calibrate once more";
 }
 
 TEST_F(AppDelegateTest, ACalibrationThatIsQuitStoresNothing) {
     machine.userDefaults.set("scanWidth", 80.5);
-    delegate.calibrateButton();
+    calibrate();
     machine.runLoop.after(1s, [&] { machine.runLoop.terminate(); });
-    delegate.calibrateButton();
+    calibrate();
     EXPECT_EQ(machine.runLoop.now(), 1s);
     EXPECT_EQ(machine.userDefaults.get("scanWidth"), platform::StoredValue(80.5));
     EXPECT_THAT(log(), Not(HasSubstr("failed")));
@@ -60,8 +61,8 @@ TEST_F(AppDelegateTest, AStripThatGoesIsNotFound) {
         cells[0] = 0;
         machine.screen.paintStrip(cells);
     });
-    delegate.calibrateButton();
-    delegate.calibrateButton();
+    calibrate();
+    calibrate();
     EXPECT_THAT(log(), HasSubstr("failed"));
 }
 
@@ -70,12 +71,12 @@ TEST_F(AppDelegateTest, AnImportKeepsTheProfilesAsTheyWere) {
     const std::string file = platform.settingsFolder + "exported.keycolormap";
     const auto blinkTimeAfterImport = [&](const std::string& path) {
         machine.windowSystem.queuePath(path);
-        delegate.ImportPreferencesMI();
+        delegate.operations().profileTransfer.importPreferences();
         return std::get<double>(machine.userDefaults.get("blinkTimePref").value());
     };
     machine.userDefaults.set("blinkTimePref", 1.5);
     machine.windowSystem.queuePath(file);
-    delegate.ExportPreferencesMI();
+    delegate.operations().profileTransfer.exportPreferences();
     EXPECT_FALSE(std::filesystem::exists(kept));
     machine.userDefaults.set("blinkTimePref", 2.5);
     EXPECT_EQ(blinkTimeAfterImport(file), 1.5);

@@ -1,5 +1,6 @@
 #include "desktop/x11/screen_capture.h"
 #include "screenlink/calibration.h"
+#include "screenlink/strip_decoder.h"
 #include "simulated/run_loop.h"
 #include "simulated/services.h"
 #include "simulated/user_defaults.h"
@@ -27,7 +28,7 @@ protected:
     tools::StripPlace stripOf(int width) const { return {0, width, inWindow() ? "wow.exe" : ""}; }
     /// Windows are searched for a few times a second only.
     bool sees(tools::StripPainter& painter) {
-        painter.paint(tools::testPattern());
+        painter.paint(screenlink::testPattern());
         return glimra::tests::eventually([&] {
             const auto image = capture.capture({0.0, 0.0, 1.0, 1.0});
             return image && image->view().colorAt(0) == platform::Color{1.0, 0.0, 0.0};
@@ -37,9 +38,9 @@ protected:
     /// What is read while the painter shows a token's two frames.
     std::optional<screenlink::Token> read(tools::StripPainter& painter, const screenlink::Token& token) {
         screenlink::TokenAssembler assembler;
-        const tools::TokenFrames frames = tools::encodeToken(token);
+        const screenlink::TokenFrames frames = screenlink::encodeToken(token);
         std::optional<screenlink::Token> seen;
-        for (const tools::StripFrame& frame : {frames.announce, frames.confirm}) {
+        for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
             painter.paint(frame);
             const screenlink::StripGeometry now = geometry.copy();
             const auto image = capture.capture(now.myScanRect);

@@ -71,7 +71,7 @@ TEST_F(ProgramTest, TheDoctorTellsWhatWorksAndWhatDoesNot) {
 
     XvfbServer server;
     tools::StripPainter strip(server.display(), {});
-    strip.paint(tools::encodeToken({std::nullopt, 'C'}).announce);
+    strip.paint(screenlink::encodeToken({std::nullopt, 'C'}).announce);
     tests::StandInServer openRgb({tests::smallKeyboard()});
     const std::string original = "[General]\nscribble\n";
     std::ofstream(file("settings.ini.1"))
@@ -164,9 +164,9 @@ TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
             ++count;
         return count;
     };
-    const tools::TokenFrames combat = tools::encodeToken({std::nullopt, 'C'});
+    const screenlink::TokenFrames combat = screenlink::encodeToken({std::nullopt, 'C'});
     ASSERT_TRUE(eventually([&] {
-        for (const tools::StripFrame& frame : {combat.announce, combat.confirm}) {
+        for (const screenlink::StripFrame& frame : {combat.announce, combat.confirm}) {
             strip.paint(frame);
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
         }

@@ -139,7 +139,7 @@ TEST_F(QuitTest, IsAnsweredUnderAQuestionInTheMiddleOfAnAnimation) {
     QTimer click;
     m_begin = [&] {
         m_driver.calls.clear();
-        m_delegate.appendToMessageQueue("A");
+        m_delegate.operations().messageQueue.appendToMessageQueue("A");
         QObject::connect(&click, &QTimer::timeout, [&] {
             if (m_driver.calls.size() < 4)
                 return;

@@ -4,7 +4,6 @@
 #include "simulated/screen.h"
 #include "simulated/user_defaults.h"
 #include "support/real_time_loop.h"
-#include "tools/strip/strip_encoder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +11,7 @@ namespace glimra::desktop {
 namespace {
 
 using namespace std::chrono_literals;
-using tools::Token;
+using screenlink::Token;
 
 constexpr std::size_t kTokens = 10000;
 
@@ -34,13 +33,12 @@ public:
         image.pixels.resize(static_cast<std::size_t>(rect.width));
         if (m_frame == 2 * kTokens) // and after the last one the strip is dark
             return image;
-        const tools::TokenFrames frames = tools::encodeToken(tokenAt(m_frame / 2));
-        const tools::StripFrame& shown = m_frame % 2 == 0 ? frames.announce : frames.confirm;
+        const screenlink::TokenFrames frames = screenlink::encodeToken(tokenAt(m_frame / 2));
+        const screenlink::StripFrame& shown = m_frame % 2 == 0 ? frames.announce : frames.confirm;
         for (std::size_t i = 0; i < shown.size(); ++i) {
             const auto position =
                 static_cast<std::size_t>(screenlink::cellPosition(i, static_cast<float>(rect.width)));
-            image.pixels[position] =
-                static_cast<std::uint32_t>(shown[i].red << 16 | shown[i].green << 8 | shown[i].blue);
+            image.pixels[position] = shown[i];
         }
         ++m_frame;
         return image;

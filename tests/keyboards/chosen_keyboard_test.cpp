@@ -28,8 +28,8 @@ protected:
     static ChosenKeyboard::Options options(const std::string& driver) {
         ChosenKeyboard::Options options;
         options.driver = driver;
-        options.openRgb.server.port = s_noServer.number();
-        options.hidFolders = {"/nowhere", "/nowhere"};
+        options.drivers.openRgb.server.port = s_noServer.number();
+        options.drivers.hidFolders = {"/nowhere", "/nowhere"};
         return options;
     }
     ChosenKeyboard& make(ChosenKeyboard::Options options) {
@@ -70,7 +70,7 @@ TEST_F(ChosenKeyboardTest, TakesAServerThatIsStartedLater) {
     // The port of a server that is gone by now.
     auto server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()});
     auto wanted = options("auto");
-    wanted.openRgb.server.port = server->port();
+    wanted.drivers.openRgb.server.port = server->port();
     wanted.pauseBetweenLooks = 20ms;
     server.reset();
     ChosenKeyboard& keyboard = make(wanted);
@@ -78,7 +78,7 @@ TEST_F(ChosenKeyboardTest, TakesAServerThatIsStartedLater) {
     ASSERT_TRUE(m_loop.runUntil(m_loop.now() + 100ms));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     StandInServer::Options later;
-    later.port = wanted.openRgb.server.port;
+    later.port = wanted.drivers.openRgb.server.port;
     server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()}, later);
     EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
     keyboard.LogiLedShutdown();
@@ -87,7 +87,7 @@ TEST_F(ChosenKeyboardTest, TakesAServerThatIsStartedLater) {
 TEST_F(ChosenKeyboardTest, AVendorsLibraryThatWasAskedForAndRefusesIsAFailure) {
     for (const char* library : {FAKE_SDK_LACKING, FAKE_SDK_REFUSING, "/nowhere/at/all.so"}) {
         auto wanted = options("sdk");
-        wanted.sdkLibraries = {library};
+        wanted.drivers.sdkLibraries = {library};
         ChosenKeyboard& keyboard = make(wanted);
         EXPECT_FALSE(keyboard.LogiLedInit());
         EXPECT_THAT(m_lines.front(), AllOf(StartsWith("Keyboard driver sdk: "), HasSubstr(library)));
@@ -99,7 +99,7 @@ TEST_F(ChosenKeyboardTest, AVendorsLibraryThatWasAskedForAndRefusesIsAFailure) {
 
 TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItComesLater) {
     auto wanted = options("auto");
-    wanted.sdkLibraries = {FAKE_SDK};
+    wanted.drivers.sdkLibraries = {FAKE_SDK};
     ChosenKeyboard& keyboard = make(wanted);
     ASSERT_TRUE(keyboard.LogiLedInit());
     EXPECT_THAT(m_lines, ElementsAre("Keyboard driver: sdk"));
@@ -136,7 +136,7 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     const auto escape = [&server] { return server.lights("Small Board").colors[2]; };
     const Rgb before = escape();
     auto wanted = options("auto");
-    wanted.openRgb.server.port = server.port();
+    wanted.drivers.openRgb.server.port = server.port();
     ChosenKeyboard& keyboard = make(wanted);
     ASSERT_TRUE(keyboard.LogiLedInit());
     keyboard.LogiLedSetLighting(0, 0, 100);

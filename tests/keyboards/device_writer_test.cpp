@@ -119,7 +119,7 @@ std::unique_ptr<KeyboardDevice> Bench::device() {
 
 KeyboardModel modelWithEsc(Percentages color) {
     KeyboardModel model;
-    model.setKey(kEsc, color);
+    model.perform(platform::SetLightingForKeyWithKeyName{kEsc, color}, {});
     return model;
 }
 
@@ -164,7 +164,8 @@ TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
     Bench bench;
     bench.with([](Bench::State& s) { s.writingTime = 40ms; });
     KeyboardModel model;
-    model.pulse(kEsc, {100, 0, 0}, {0, 0, 100}, 300ms, Repeat::UntilStopped, platform::monotonicNow());
+    model.perform(platform::PulseSingleKey{kEsc, {100, 0, 0}, {0, 0, 100}, 300, true},
+                  platform::monotonicNow());
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(model);
     ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 2; }));

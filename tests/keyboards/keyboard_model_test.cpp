@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 
 namespace glimra::keyboards {
 namespace {
 
+using namespace platform;
 using namespace std::chrono_literals;
 
 constexpr KeyName kEsc = 0x01;
@@ -25,27 +27,26 @@ Rgb colorOf(const KeyboardModel& model, KeyName key, Time time = 0s) {
 
 TEST(TargetDevice, NothingHappensWhilePerKeyBoardsAreNotMeant) {
     KeyboardModel model;
-    model.setLighting(kRed);
-    model.flash(kEsc, kBlue, 0s, 0s, 0s);
-    model.setTargetDevice(3);
-    model.setLighting(kBlue);
-    model.setBitmap(lighting::blankBitmap());
-    EXPECT_TRUE(model.setKey(kQ, kBlue));
-    EXPECT_TRUE(model.pulse(kQ, kBlue, kBlue, 1s, Repeat::UntilStopped, 0s));
-    model.stopEffectsOnKey(kEsc);
-    model.stopEffects();
+    model.perform(SetLighting{kRed}, 0s);
+    model.perform(FlashSingleKey{kEsc, kBlue, 0, 0}, 0s);
+    const lighting::LedBitmap bitmap = lighting::blankBitmap();
+    for (const LedCall& call : std::initializer_list<LedCall>{
+             SetTargetDevice{3}, SetLighting{kBlue}, SetLightingFromBitmap{bitmap},
+             SetLightingForKeyWithKeyName{kQ, kBlue}, PulseSingleKey{kQ, kBlue, kBlue, 1000, true},
+             StopEffectsOnKey{kEsc}, StopEffects{}})
+        EXPECT_TRUE(model.perform(call, 0s));
     EXPECT_EQ(colorOf(model, kQ), kRedLight);
     EXPECT_EQ(colorOf(model, kEsc), kBlueLight);
-    model.setTargetDevice(4);
-    model.stopEffects();
+    model.perform(SetTargetDevice{4}, 0s);
+    model.perform(StopEffects{}, 0s);
     EXPECT_EQ(colorOf(model, kEsc), kRedLight);
 }
 
 TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {
+    constexpr int kLongest = std::numeric_limits<int>::max();
     KeyboardModel model;
-    model.pulse(kEsc, kRed, kBlue, Duration::max(), Repeat::Once, 10s);
-    model.flash(kQ, kRed, Duration::max(), Duration::max(), 10s);
-    EXPECT_EQ(colorOf(model, kEsc, 24h), kRedLight);
+    model.perform(PulseSingleKey{kEsc, kRed, kBlue, kLongest, false}, 10s);
+    model.perform(FlashSingleKey{kQ, kRed, kLongest, kLongest}, 10s);
     EXPECT_EQ(colorOf(model, kQ, 24h), kRedLight);
     EXPECT_EQ(model.nextChange(24h), 24h + kFrame);
 }
@@ -59,13 +60,13 @@ TEST(NextChange, NoColorChangesBeforeIt) {
     for (const lighting::KeyRect& key : lighting::kKeyboardLayout) {
         const KeyName name = lighting::driverKeyName(key.code);
         const Time begin = std::chrono::milliseconds(upTo(300));
-        const Duration duration = std::chrono::milliseconds(upTo(400));
+        const int duration = upTo(400);
         if (key.code % 3 == 0)
-            model.pulse(name, kRed, kRed, duration, Repeat::Once, begin);
+            model.perform(PulseSingleKey{name, kRed, kRed, duration, false}, begin);
         else
-            model.flash(name, {upTo(100), 50, 50}, duration, std::chrono::milliseconds(upTo(80)), begin);
+            model.perform(FlashSingleKey{name, {upTo(100), 50, 50}, duration, upTo(80)}, begin);
     }
-    model.stopEffectsOnKey(kEsc);
+    model.perform(StopEffectsOnKey{kEsc}, 0s);
     Time time = 0s;
     int changes = 0;
     for (; time < 1s; ++changes) {

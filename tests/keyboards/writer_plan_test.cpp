@@ -34,6 +34,9 @@ public:
     /// How often the writer would have been awake.
     int steps = 0;
 
+    void light(KeyName key, const Percentages& color) {
+        model.perform(platform::SetLightingForKeyWithKeyName{key, color}, now);
+    }
     void show() { plan.show(model, now); }
 
     /// Goes through everything up to `deadline`.
@@ -88,10 +91,10 @@ TEST(WriterPlan, SendsAllKeysOnceThenOnlyWhatChanges) {
     ASSERT_EQ(scene.frames.size(), 1U);
     EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
 
-    scene.model.setKey(kEsc, kRed);
-    scene.model.setKey(kG1, kRed);
+    scene.light(kEsc, kRed);
+    scene.light(kG1, kRed);
     scene.show();
-    scene.model.setKey(kG1, kBlack);
+    scene.light(kG1, kBlack);
     scene.show();
     scene.runFor(1s);
     ASSERT_EQ(scene.frames.size(), 2U) << "calls that follow one another are one frame";
@@ -102,7 +105,7 @@ TEST(WriterPlan, WakesForTheEdgesOfAFlashOnly) {
     Scene scene;
     scene.settle();
     const Time begin = scene.now;
-    scene.model.flash(kEsc, kRed, 2s, 500ms, begin);
+    scene.model.perform(platform::FlashSingleKey{kEsc, kRed, 2000, 500}, begin);
     scene.show();
     scene.runFor(1min);
     ASSERT_EQ(scene.frames.size(), 4U);
@@ -118,7 +121,7 @@ TEST(WriterPlan, SendsThirtyFramesASecondAtMostWhateverIsShown) {
     scene.settle();
     const Time end = scene.now + 10s;
     for (int call = 0; scene.now < end; ++call) {
-        scene.model.setKey(kEsc, {call % 101, 0, 0});
+        scene.light(kEsc, {call % 101, 0, 0});
         scene.show();
         scene.runFor(3ms);
     }
@@ -132,8 +135,8 @@ TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
     Scene scene;
     scene.pace.repeatAfter = 100ms;
     scene.settle();
-    scene.model.pulse(kEsc, kBlack, kRed, 1s, Repeat::Once, scene.now);
-    scene.model.pulse(kG1, kBlack, kRed, 1s, Repeat::Once, scene.now);
+    scene.model.perform(platform::PulseSingleKey{kEsc, kBlack, kRed, 1000, false}, scene.now);
+    scene.model.perform(platform::PulseSingleKey{kG1, kBlack, kRed, 1000, false}, scene.now);
     scene.show();
     scene.runFor(1min);
     ASSERT_GE(scene.frames.size(), 25U);
@@ -147,7 +150,7 @@ TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
 TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
     Scene scene;
     scene.settle();
-    scene.model.setKey(kEsc, kRed);
+    scene.light(kEsc, kRed);
     scene.show();
     scene.isThere = false;
     scene.searches.clear();

@@ -87,6 +87,15 @@ completion() {
         "$(completed "glimra-strip --" | tr ' ' '\n' | sort | tr '\n' ' ')"
 }
 
+# Every driver is explained in the manual and in the guide.
+keyboards() {
+    local name
+    for name in $(completed "glimra --keyboard " | sed "s/^auto //"); do
+        grep -q "^\.BR\? $name" "$sources/packaging/man/glimra.1.in" || fail "the manual lacks the driver $name"
+        grep -q "^| \`$name\`" "$sources/docs/user-guide.md" || fail "the guide lacks the driver $name"
+    done
+}
+
 # The rule and the table of the USB driver name the same keyboards.
 rule() {
     local file=$usr/lib/udev/rules.d/70-glimra-keyboard.rules
@@ -154,6 +163,7 @@ for program in glimra glimra-replay glimra-strip; do manual "$program"; done
 desktop_files
 icons
 completion
+keyboards
 rule
 documents
 worked_example

@@ -6,7 +6,6 @@
 #include "simulated/simulated_platform.h"
 #include "support/fake_driver.h"
 #include "support/replay_text.h"
-#include "tools/strip/strip_encoder.h"
 
 #include <gmock/gmock.h>
 
@@ -47,13 +46,9 @@ protected:
     void wait(platform::Duration duration) { ASSERT_TRUE(m_machine.runLoop.runUntil(now() + duration)); }
     platform::Time now() const { return m_machine.runLoop.now(); }
     void show(char character) {
-        const tools::TokenFrames frames = tools::encodeToken({std::nullopt, character});
-        for (const tools::StripFrame& frame : {frames.announce, frames.confirm}) {
-            simulated::SimulatedScreen::StripCells cells{};
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                cells[i] =
-                    static_cast<std::uint32_t>(frame[i].red << 16 | frame[i].green << 8 | frame[i].blue);
-            m_machine.screen.paintStrip(cells);
+        const screenlink::TokenFrames frames = screenlink::encodeToken({std::nullopt, character});
+        for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
+            m_machine.screen.paintStrip(frame);
             wait(100ms);
         }
         m_machine.screen.paintStrip({});
@@ -103,7 +98,7 @@ TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
     m_machine.workspace.sleep();
     wait(200ms);
     m_machine.workspace.wake();
-    act("singleColorModeCheck:", {.state = true});
+    act("singleColorModeCheck:", true);
     show('O');
     wait(700ms);
     quit();
@@ -120,11 +115,11 @@ TEST_F(RecordingTest, WhatBecomesOfEffectsIsReplayedAsItWasChosen) {
     launch();
     wait(500ms);
     show('C');
-    act("endStaleEffectsMI:", {.state = false});
+    act("endStaleEffectsMI:", false);
     wait(40s);
     EXPECT_TRUE(m_delegate.state().effects.combatAnimationPlaying);
     const std::size_t callsUntilThen = m_driver.calls.size();
-    act("endStaleEffectsMI:", {.state = true});
+    act("endStaleEffectsMI:", true);
     wait(1s);
     EXPECT_FALSE(m_delegate.state().effects.combatAnimationPlaying);
     EXPECT_GT(m_driver.calls.size(), callsUntilThen);
@@ -137,17 +132,17 @@ TEST_F(RecordingTest, ReplayedTheSameIsStored) {
     wait(100ms);
     act("setColorsBtn:");
     wait(100ms);
-    act("paintingColorPicker:", {.number = 3});
-    act("mouseDown:", {.x = 100, .y = 160});
-    act("mouseDragged:", {.x = 130, .y = 160});
-    act("mouseDown:", {.x = 165, .y = 160});
-    act("colorWellDropped:", {.number = 3, .color = {1, 0, 0}});
+    act("paintingColorPicker:", app::RadioTag{3});
+    act("mouseDown:", app::CanvasPoint{100, 160});
+    act("mouseDragged:", app::CanvasPoint{130, 160});
+    act("mouseDown:", app::CanvasPoint{165, 160});
+    act("colorWellDropped:", app::WellColor{3, {1, 0, 0}});
     for (const char* const step : {"undo:", "undo:", "undo:", "redo:"})
         act(step);
     // While the game shows another profile.
     show('5');
     wait(1s);
-    act("showProfile:", {.number = 1});
+    act("showProfile:", app::ButtonTag{1});
     m_machine.windowSystem.queueAnswer({1, {}});
     act("settleEdits:");
     quit();
@@ -178,7 +173,7 @@ TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
                                              act("copyProfileSameSame:");
                                          },
                                          [this] { m_delegate.outlets().toProfileMenu.selected.set(5); }}});
-    act("profileSelectPopup:", {.number = 10});
+    act("profileSelectPopup:", app::ItemIndex{10});
     quit();
     EXPECT_THAT(m_script, HasSubstr("action \"setColorsBtn:\"\n"
                                     "answer 1 fromProfileMenu=3 toProfileMenu=5\n"
@@ -192,7 +187,7 @@ TEST(ScriptText, HoldsNoWordsOfTheUsers) {
     cells[10] = {false, true, false};
     EXPECT_EQ(stripLine(cells),
               "strip ffffff 000000 000000 000000 000000 000000 000000 000000 000000 000000 00ff00");
-    EXPECT_EQ(actionLine(*app::findAction("blinkTimeChanged:"), {.text = "2.5 my secret"}),
+    EXPECT_EQ(actionLine(*app::findAction("blinkTimeChanged:"), app::EnteredText{"2.5 my secret"}),
               "action \"blinkTimeChanged:\" \"2.5\"");
     EXPECT_EQ(settingLine("a \"b\"", std::string("secret")), std::nullopt);
     EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5}),

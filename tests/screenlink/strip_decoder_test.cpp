@@ -48,5 +48,46 @@ TEST(StripDecoder, ASampleBeyondTheImageLeavesNoCells) {
     EXPECT_TRUE(sampleCells({enough, {}, 0}, offsets));
 }
 
+Cells cellsOf(const StripFrame& frame) {
+    return *sampleCells({frame, {}, 0}, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+}
+
+/// What the application understands when it sees frames one after another.
+std::optional<Token> readBack(std::initializer_list<StripFrame> frames) {
+    TokenAssembler assembler;
+    std::optional<Token> token;
+    for (const StripFrame& shown : frames)
+        if (const auto frame = decodeFrame(cellsOf(shown)))
+            token = assembler.accept(*frame);
+    return token;
+}
+
+TEST(StripCode, EveryTokenIsReadAsItWasMeant) {
+    int tokens = 0;
+    for (const std::string prefix : {"", "`", "[", "]", "{", "}"})
+        for (int character = 0; character < 256; ++character) {
+            const std::string text = prefix + static_cast<char>(character);
+            if (const auto token = tokenOf(text)) {
+                const TokenFrames frames = encodeToken(*token);
+                EXPECT_EQ(readBack({frames.announce, frames.confirm}), token) << text;
+                EXPECT_FALSE(readBack({frames.confirm})) << "confirmed without an announcement: " << text;
+                EXPECT_EQ(token->text(), text);
+                ++tokens;
+            }
+        }
+    EXPECT_EQ(tokens, 128 + 5 * 127);
+}
+
+TEST(StripCode, TheFramesAreThoseOfTheAddOn) {
+    constexpr std::uint32_t kWhite = 0xFFFFFF;
+    const TokenFrames frames = encodeToken({'{', 'C'});
+    EXPECT_THAT(frames.announce, ElementsAre(kWhite, 0, kWhite, 0, 0, 0, 0, kWhite, kWhite, kWhite, 0));
+    EXPECT_THAT(frames.confirm,
+                ElementsAre(kWhite, kWhite, 0xFF00FF, 0, 0, 0, 0, 0xFF00FF, 0xFF00FF, kWhite, 0));
+    EXPECT_THAT(testPattern(), ElementsAre(0xFF0000, 0, 0x00FFFF, kWhite, 0xFF00FF, 0x0000FF, 0xFFFF00,
+                                           0xFF0000, 0x00FF00, kWhite, 0));
+    EXPECT_FALSE(readBack({testPattern(), testPattern(), encodeToken({std::nullopt, 'A'}).confirm}));
+}
+
 } // namespace
 } // namespace glimra::screenlink

@@ -8,11 +8,10 @@
 
 namespace glimra::tests {
 
-/// Remembers every call as text: the function's name without "LogiLed", then its arguments.
+/// Remembers every call as text: the function's name without "LogiLed", then its arguments but for a bitmap.
 class FakeDriver final : public platform::LedDriver {
 public:
     std::vector<std::string> calls;
-    std::vector<std::vector<std::uint8_t>> bitmaps;
 
     /// The calls since the last time, as one text a line.
     std::vector<std::string> take() {
@@ -26,38 +25,26 @@ public:
         a = b = c = 0;
         return add("GetSdkVersion");
     }
-    bool LogiLedSetTargetDevice(int target) override { return add("SetTargetDevice", target); }
-    bool LogiLedSetLighting(int r, int g, int b) override { return add("SetLighting", r, g, b); }
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override {
-        bitmaps.emplace_back(bitmap.begin(), bitmap.end());
-        return add("SetLightingFromBitmap");
+    bool perform(const platform::LedCall& call) override {
+        return std::visit(
+            [this](const auto& one) {
+                std::string text(one.kName.substr(std::string_view("LogiLed").size()));
+                std::apply([&](auto... each) { (append(text, each), ...); }, one.arguments());
+                return add(text);
+            },
+            call);
     }
-    bool LogiLedSetLightingForKeyWithKeyName(platform::KeyName key, int r, int g, int b) override {
-        return add("SetLightingForKeyWithKeyName", key, r, g, b);
-    }
-    bool LogiLedFlashSingleKey(platform::KeyName key, int r, int g, int b, int duration,
-                               int interval) override {
-        return add("FlashSingleKey", key, r, g, b, duration, interval);
-    }
-    bool LogiLedPulseSingleKey(platform::KeyName key, int r, int g, int b, int r2, int g2, int b2,
-                               int duration, bool infinite) override {
-        return add("PulseSingleKey", key, r, g, b, r2, g2, b2, duration, infinite ? "true" : "false");
-    }
-    bool LogiLedStopEffectsOnKey(platform::KeyName key) override { return add("StopEffectsOnKey", key); }
-    bool LogiLedStopEffects() override { return add("StopEffects"); }
     void LogiLedShutdown() override { add("Shutdown"); }
 
 private:
-    static std::string text(const char* value) { return value; }
+    void append(std::string&, platform::LedBitmapView) {}
+    void append(std::string& text, bool value) { text += value ? " true" : " false"; }
     template <class Number>
-    static std::string text(Number value) {
-        return std::to_string(value);
+    void append(std::string& text, Number value) {
+        text += ' ' + std::to_string(value);
     }
-    template <class... Arguments>
-    bool add(const char* name, Arguments... arguments) {
-        std::string call = name;
-        ((call += ' ', call += text(arguments)), ...);
-        calls.push_back(std::move(call));
+    bool add(const std::string& call) {
+        calls.push_back(call);
         return true;
     }
 };

@@ -1,7 +1,5 @@
 #include "trace/trace_writer.h"
 
-#include "lighting/led_bitmap.h"
-
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -75,7 +73,7 @@ TEST_F(TraceWriterTest, WritesOnlyTheKindsThatAreWanted) {
             return now;
         },
         sink, wanted);
-    picky.led("LogiLedSetLightingFromBitmap", {lighting::blankBitmap()});
+    picky.led(platform::StopEffects{});
     picky.log("text");
     picky.dump("state", {});
     EXPECT_EQ(timesAsked, 0);
@@ -97,7 +95,7 @@ TEST(TraceWriterThreads, LinesComeOutWholeAndInTheOrderOfTheirTimes) {
                 writer.systemLog("from a thread");
         });
         for (int i = 0; i < kLinesOfEach; ++i)
-            writer.led("LogiLedSetTargetDevice", {4});
+            writer.led(platform::SetTargetDevice{4});
     }
     ASSERT_EQ(lines.size(), 2U * kLinesOfEach);
     double last = 0.0;

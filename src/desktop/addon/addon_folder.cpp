@@ -1,8 +1,7 @@
 #include "desktop/addon/addon_folder.h"
 
+#include "desktop/addon/durable_files.h"
 #include "desktop/addon/folder_names.h"
-#include "desktop/services/unique_fd.h"
-#include "platform/whole_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,29 +20,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// More than any file of an add-on has.
-constexpr std::size_t kMostBytes = 16U << 20U;
-/// Of folders that are being written, and of those that are being removed. The game takes no folder for an
-/// add-on whose list of files has another name.
+/// Prefix of the folders that are being written or removed. The game ignores an add-on folder whose TOC file
+/// is not named like the folder.
 constexpr std::string_view kTemporary = ".Glimraxmit-";
 constexpr std::string_view kUnique = "XXXXXX";
 constexpr std::string_view kKept = "Glimraxmit.before";
-
-[[noreturn]] void fail(int error) {
-    throw std::system_error(error, std::generic_category());
-}
-
-void check(bool isDone) {
-    if (!isDone)
-        fail(errno);
-}
-
-platform::FileContent readFile(const fs::path& file) {
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(file, error);
-    return error ? platform::FileContent{{}, error.message()}
-                 : platform::readWholeFile(file.string(), std::min<std::uintmax_t>(size, kMostBytes));
-}
 
 Toc tocIn(const fs::path& folder) {
     const std::optional<fs::path> file = FolderNames(folder).find(kTocName);
@@ -72,7 +53,7 @@ bool isWhole(const fs::path& folder, const ShippedAddon& shipped) {
     });
 }
 
-/// The folder AddOns of a client, where it is there.
+/// A client's folder Interface/AddOns; none when it does not exist.
 std::optional<fs::path> addOnsOf(const fs::path& client) {
     const std::optional<fs::path> interface = FolderNames(client).findFolder("Interface");
     return interface ? FolderNames(*interface).findFolder("AddOns") : std::nullopt;
@@ -92,33 +73,6 @@ InstalledAddon lookAt(const fs::path& target, const ShippedAddon& shipped) {
     return installed;
 }
 
-UniqueFd openFolder(const fs::path& folder) {
-    UniqueFd opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    check(opened.get() >= 0);
-    return opened;
-}
-
-/// What is in the folder must be on the disk before its name says so. Some disks can't be asked that of a
-/// folder.
-void flush(int descriptor) {
-    check(::fsync(descriptor) == 0 || errno == EINVAL);
-}
-
-void copyFile(const fs::path& from, const fs::path& to) {
-    const platform::FileContent content = readFile(from);
-    if (!content.error.empty())
-        throw std::runtime_error(from.string() + ": " + content.error);
-    const UniqueFd file(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
-    check(file.get() >= 0);
-    for (std::size_t written = 0; written < content.bytes.size();) {
-        const ssize_t count =
-            ::write(file.get(), content.bytes.data() + written, content.bytes.size() - written);
-        check(count > 0 || errno == EINTR);
-        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    }
-    flush(file.get());
-}
-
 /// A new folder whose name begins with `kTemporary`.
 fs::path makeTemporary(const fs::path& addOns) {
     std::string name = (addOns / (std::string(kTemporary) += kUnique)).string();
@@ -126,7 +80,7 @@ fs::path makeTemporary(const fs::path& addOns) {
     return name;
 }
 
-/// Gives the folder the first name for what is kept that is free; none where the disk refuses.
+/// Renames the folder to the first free name for kept folders; returns an empty path when the disk refuses.
 fs::path keep(const fs::path& folder) {
     for (int number = 1;; ++number) {
         fs::path kept = folder.parent_path() / kKept;
@@ -139,8 +93,8 @@ fs::path keep(const fs::path& folder) {
     }
 }
 
-/// Removes a folder with what an add-on of ours has in it. Where there is anything else in it, which only the
-/// player can have put there, all of it is kept under another name, which is returned.
+/// Removes a folder that contains only files of our add-on. If it contains anything else, which only the
+/// player can have put there, the whole folder is renamed instead, and its new path is returned.
 fs::path discard(const fs::path& folder, const ShippedAddon& shipped) {
     std::vector<std::string> names = FolderNames(folder).all();
     const std::vector<std::string> listed = tocIn(folder).files;
@@ -151,7 +105,7 @@ fs::path discard(const fs::path& folder, const ShippedAddon& shipped) {
     });
     if (!isOurs)
         return keep(folder);
-    // The list goes last: it is what tells our files, should this be interrupted.
+    // The TOC goes last: it identifies our files if the removal is interrupted.
     std::partition(names.begin(), names.end(),
                    [](const std::string& name) { return !isSameName(name, kTocName); });
     for (const std::string& name : names)
@@ -160,30 +114,30 @@ fs::path discard(const fs::path& folder, const ShippedAddon& shipped) {
     return {};
 }
 
-/// Puts `fresh` in the place of `target`, which may be there; what was there is a temporary folder then.
+/// Puts `fresh` in the place of `target`, if that exists; the old content is then in a temporary folder.
 void replace(const fs::path& fresh, const fs::path& target) {
     std::error_code ignored;
     if (!fs::exists(target, ignored))
         return check(std::rename(fresh.c_str(), target.c_str()) == 0);
     if (::renameat2(AT_FDCWD, fresh.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0)
         return;
-    // Not every disk can do that in one step.
+    // Not every file system can exchange two folders in one step.
     check(errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP);
     const fs::path aside = makeTemporary(target.parent_path());
     if (std::rename(target.c_str(), aside.c_str()) != 0) {
         const int error = errno;
         ::rmdir(aside.c_str());
-        fail(error);
+        throw std::system_error(error, std::generic_category());
     }
     if (std::rename(fresh.c_str(), target.c_str()) != 0) {
         const int error = errno;
         std::rename(aside.c_str(), target.c_str());
-        fail(error);
+        throw std::system_error(error, std::generic_category());
     }
 }
 
-/// The folders Interface and AddOns, made where they are missing; those that were made go again unless they
-/// are needed.
+/// The folders Interface and AddOns, created when missing. The destructor removes those that were created,
+/// unless `keep` was called.
 class AddOnsFolder {
 public:
     AddOnsFolder() = default;
@@ -214,13 +168,13 @@ private:
     std::vector<fs::path> m_made;
 };
 
-/// Writes the whole add-on into a new folder beside its place, or nothing.
+/// Writes the whole add-on into a new folder beside its place, or throws and leaves nothing.
 fs::path writeBeside(const fs::path& addOns, const ShippedAddon& shipped) {
     fs::path fresh = makeTemporary(addOns);
     try {
         for (const std::string& file : shipped.files)
             copyFile(shipped.folder / file, fresh / file);
-        // Disks that know no permissions don't mind.
+        // Fails on file systems without permissions, where it does not matter.
         ::chmod(fresh.c_str(), 0755);
         flush(openFolder(fresh).get());
     } catch (...) {
@@ -230,8 +184,8 @@ fs::path writeBeside(const fs::path& addOns, const ShippedAddon& shipped) {
     return fresh;
 }
 
-/// Removes the add-ons that have been replaced and those that were left half-written. Returns where the
-/// player's own files are kept, if there were any.
+/// Removes replaced add-ons and those that an earlier run left half-written. Returns where the player's own
+/// files are kept, if there were any.
 fs::path removeRemains(const fs::path& addOns, const ShippedAddon& shipped) {
     fs::path kept;
     std::error_code ignored;
@@ -296,7 +250,7 @@ Installation installAddon(const fs::path& client, const ShippedAddon& shipped) {
         if (done.before.canBeInstalled()) {
             putInPlace(addOns.path(), shipped);
             addOns.keep();
-            // The old one must not go from the disk before the new one is there for good.
+            // The new add-on must be safely on the disk before the old one is removed.
             ::fsync(opened.get());
         }
         done.kept = removeRemains(addOns.path(), shipped);

@@ -10,67 +10,67 @@
 
 namespace glimra::desktop::addon {
 
-/// The add-on that came with this Glimra.
+/// The add-on that is shipped with this Glimra.
 struct ShippedAddon {
     std::filesystem::path folder;
     Version version;
-    /// Names of its files, all of them in `folder` itself.
+    /// Names of its files, all directly in `folder`.
     std::vector<std::string> files;
 };
 
-/// Reads it; why it cannot be used, where it cannot.
+/// Reads the add-on; returns why it cannot be used when it cannot.
 std::variant<ShippedAddon, std::string> readShippedAddon(const std::filesystem::path& folder);
-/// The folder that came with the program that runs: installed with it, or built beside it.
+/// The add-on's folder that belongs to the running program: installed with it, or built beside it.
 std::filesystem::path shippedAddonFolder();
 
 enum class Standing {
     Missing,
-    /// Of an earlier version, or of none that can be read.
+    /// An earlier version, or one that cannot be read.
     Older,
-    /// Of the same version, but with a file missing or changed.
+    /// The same version, but with a file missing or changed.
     Changed,
     Current,
     Newer,
-    /// A symbolic link, to somebody's own sources most likely.
+    /// A symbolic link, most likely to a developer's own sources.
     Linked
 };
 
-/// What there is of the add-on in a client.
+/// The state of the add-on in a client.
 struct InstalledAddon {
     Standing standing = Standing::Missing;
-    /// Where it has one that can be read.
+    /// The version, when it can be read.
     std::optional<Version> version;
 
-    /// Whether installing changes it: it never goes back to an earlier version, nor through a link.
+    /// Whether installing changes it. Installing never replaces a newer version and never follows a link.
     bool canBeInstalled() const {
         return standing == Standing::Missing || standing == Standing::Older || standing == Standing::Changed;
     }
 };
 
-/// `client` is the folder that has Interface/AddOns in it.
+/// Looks at the add-on in a client. `client` is the folder that contains Interface/AddOns.
 InstalledAddon lookAtAddon(const std::filesystem::path& client, const ShippedAddon& shipped);
 
-/// What came of installing.
+/// The result of installing.
 struct Installation {
-    /// What there was before.
+    /// The state before installing.
     InstalledAddon before;
-    /// Why it failed, and everything is as it was; empty when it did not.
+    /// Why installing failed and changed nothing; empty on success.
     std::string error;
-    /// Where the player's own files now are, if there were any among those that were replaced.
+    /// Where the player's own files are now, if a replaced folder contained any.
     std::filesystem::path kept;
 
-    /// Whether the client has the shipped add-on now.
+    /// Whether the client now has the shipped add-on.
     bool isCurrent() const {
         return error.empty() && (before.canBeInstalled() || before.standing == Standing::Current);
     }
 };
 
-/// Puts the shipped add-on into a client, in the place of an older one, and removes what a run that was
-/// killed has left. Nothing else in the folder AddOns is touched.
+/// Installs the shipped add-on in a client, replaces an older one, and removes what a killed run has left.
+/// Changes nothing else in the folder AddOns.
 ///
-/// The new folder is written beside its place and then changes places with the old one: whatever happens,
-/// the add-on is there as it was or as it shall be. Only where the disk cannot exchange two folders is there
-/// a moment without either. Takes as long as the disk does; not for the main thread.
+/// The new folder is written beside its place and then exchanged with the old one in one step, so at any time
+/// either the old or the new add-on is there. Only where the file system cannot exchange two folders is there
+/// a moment without either. May be as slow as the disk, so not for the main thread.
 Installation installAddon(const std::filesystem::path& client, const ShippedAddon& shipped);
 
 } // namespace glimra::desktop::addon

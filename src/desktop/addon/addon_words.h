@@ -6,7 +6,7 @@
 
 namespace glimra::desktop::addon {
 
-// What a player is told, as parts of a sentence about the add-on.
+// Texts for the player, as parts of a sentence about the add-on.
 
 /// "missing"; "0.0.9, older than 0.1.0".
 std::string describe(const InstalledAddon& installed, const ShippedAddon& shipped);

@@ -29,7 +29,7 @@ FolderNames::FolderNames(fs::path folder) : m_folder(std::move(folder)) {
         m_names.push_back(each->path().filename().string());
         each.increment(error);
     }
-    // The order of a disk is nobody's.
+    // Sorted, since the order of directory entries is arbitrary.
     std::ranges::sort(m_names);
 }
 

@@ -29,7 +29,7 @@ constexpr std::array<ClientFolder, 4> kClientFolders{{
 }};
 constexpr std::string_view kOldClient = "Old client";
 
-/// Where Wine's drives are, below the user's home. A star is every folder there.
+/// Folders that may be Wine prefixes, relative to the user's home. A star stands for every folder there.
 constexpr std::array<std::string_view, 7> kPrefixes{
     ".wine",
     "Games/*",
@@ -39,7 +39,7 @@ constexpr std::array<std::string_view, 7> kPrefixes{
     ".steam/steam/steamapps/compatdata/*/pfx",
     ".local/share/Steam/steamapps/compatdata/*/pfx",
 };
-/// The game's folder in a prefix.
+/// Path of the game's folder in a prefix.
 constexpr std::array<std::string_view, 3> kGameInPrefix{"drive_c", "Program Files (x86)",
                                                         "World of Warcraft"};
 
@@ -55,7 +55,7 @@ std::optional<std::string_view> nameOfClient(const fs::path& folder) {
     return found == kClientFolders.end() ? std::nullopt : std::optional(found->name);
 }
 
-/// A game that was taken off leaves folders of the right names behind.
+/// A removed game may leave folders with the right names behind.
 bool looksLikeClient(const fs::path& folder) {
     const FolderNames names(folder);
     return names.findFolder("Interface") || names.findFolder("WTF") ||
@@ -73,7 +73,7 @@ public:
             clients.push_back({name, place});
     }
 
-    /// Adds the clients in `folder`, and the folder itself if it is one of an old client.
+    /// Adds the clients in `folder`, and the folder itself if it is an old client's.
     void addFrom(const fs::path& folder) {
         const FolderNames names(folder);
         for (const ClientFolder& client : kClientFolders)
@@ -95,7 +95,7 @@ public:
     std::vector<GameClient> clients;
 };
 
-/// The folders that a pattern of `kPrefixes` stands for.
+/// The folders that match a pattern of `kPrefixes`.
 std::vector<fs::path> foldersOf(const fs::path& home, const fs::path& pattern) {
     std::vector<fs::path> folders{home};
     for (const fs::path& part : pattern) {
@@ -112,7 +112,8 @@ std::vector<fs::path> foldersOf(const fs::path& home, const fs::path& pattern) {
     return folders;
 }
 
-/// A path as programs under Wine have it, C:\Games\Wow.exe, on this machine's disk; others as they are.
+/// Converts a path as used under Wine, such as C:\Games\Wow.exe, to a path on this machine; returns other
+/// paths unchanged.
 fs::path unixPath(std::string text, const fs::path& prefix) {
     const bool hasDrive = text.size() > 2 && text[1] == ':' && text[2] == '\\';
     if (!hasDrive)
@@ -123,7 +124,8 @@ fs::path unixPath(std::string text, const fs::path& prefix) {
     return root ? *root / text.substr(3) : fs::path();
 }
 
-/// The clients where an application's program lies, or where its words say that it does.
+/// Adds the clients in the Wine prefix of an application, and those where its program or a path among its
+/// arguments lies.
 void addFromApplication(Search& search, const Command& command, const fs::path& home) {
     fs::path prefix = home / ".wine";
     std::vector<std::string> words{command.program};
@@ -134,7 +136,7 @@ void addFromApplication(Search& search, const Command& command, const fs::path& 
     if (prefix.is_absolute())
         search.addFromPrefix(prefix);
 
-    // The working folder counts as a program's own.
+    // The working folder is searched like the program's own folder.
     std::vector<fs::path> programs{fs::path(command.workingDirectory) / "."};
     for (const std::string& word : words)
         programs.push_back(unixPath(word, prefix));

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kLongestVersion = 24;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-/// As the game names a file of the add-on's.
+/// The path of the add-on's files as the game writes it.
 constexpr std::string_view kFolderInGame = "Interface/AddOns/Glimraxmit/";
 
 std::string_view trimmed(std::string_view text) {
@@ -34,7 +34,7 @@ void takeLine(Toc& toc, std::string_view line) {
     } else if (const auto icon = valueOf(line, "IconTexture")) {
         std::string path(*icon);
         std::ranges::replace(path, '\\', '/');
-        // Most icons are the game's own.
+        // Most icons are the game's own and need no file.
         if (path.starts_with(kFolderInGame))
             toc.files.push_back(path.substr(kFolderInGame.size()));
     } else if (!line.empty() && !line.starts_with('#')) {

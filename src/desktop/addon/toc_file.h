@@ -8,10 +8,10 @@
 
 namespace glimra::desktop::addon {
 
-/// The numbers of a version, "0.10.2"; a number that is missing at the end is 0.
+/// The numbers of a version such as "0.10.2". Numbers missing at the end count as 0.
 class Version {
 public:
-    /// None when it is anything but numbers and points, of a reasonable length.
+    /// None when the text is not numbers separated by points, or is too long.
     static std::optional<Version> fromText(std::string_view text);
 
     /// As it was written.
@@ -21,15 +21,16 @@ public:
 
 private:
     std::string m_text;
-    /// Without zeros at the end.
+    /// Without trailing zeros.
     std::vector<unsigned> m_numbers;
 };
 
-/// What the game's list of an add-on's files says of it.
+/// What an add-on's TOC file says about it.
 struct Toc {
-    /// None where there is none that can be read.
+    /// None when the version is missing or cannot be read.
     std::optional<Version> version;
-    /// The files that make up the add-on, the list itself and its icon included. Names, as they stand there.
+    /// The files that make up the add-on, including the TOC file itself and the icon. Names as the TOC file
+    /// has them.
     std::vector<std::string> files;
 };
 

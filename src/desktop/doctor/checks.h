@@ -7,16 +7,16 @@
 
 namespace glimra::desktop::doctor {
 
-// Each looks at one part of the machine, as the application would use it, and leaves it as it was. Each takes
-// a few seconds at most. Main thread, with an application object.
+// Each function checks one part of the machine in the way the application would use it, changes nothing, and
+// takes a few seconds at most. Main thread; needs an application object.
 
-/// Capture, main display, and whether the strip shows.
+/// Checks the capture, the main display, and whether the strip is visible.
 Findings checkScreen(const Subject& subject);
-/// Every driver, the permission for devices, and which driver would be taken.
+/// Checks every driver, the permission for devices, and which driver would be used.
 Findings checkKeyboards(const keyboards::ChosenKeyboard::Options& wanted);
-/// Buses, login manager, speech and sound.
+/// Checks the buses, the login manager, speech and sound.
 Findings checkServices();
-/// The add-on, in each client of the game that is found.
+/// Checks the add-on in each client of the game that is found.
 Findings checkAddon(const platform::UserDefaults& settings);
 Findings checkSettings(const SettingsCopy& settings);
 

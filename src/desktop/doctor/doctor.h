@@ -10,17 +10,17 @@ namespace glimra::desktop::doctor {
 
 enum class ReportForm { Words, Json };
 
-/// What is examined: the machine, as the program would use it.
+/// What to examine: the machine as the program would use it.
 struct Subject {
-    /// As on the command line.
+    /// As given on the command line.
     std::string captureDisplay;
     CaptureChoice capture = CaptureChoice::Automatic;
     keyboards::ChosenKeyboard::Options keyboard;
     const SettingsCopy& settings;
 };
 
-/// Prints what works here, what does not, and how to mend it. Returns the program's exit status: 0 only if
-/// what the program is for could work. Needs an application object; main thread.
+/// Prints what works here, what does not, and how to fix it. Returns the program's exit status: 0 only if
+/// nothing is found that keeps the program from working. Main thread; needs an application object.
 int runDoctor(const Subject& subject, ReportForm form);
 
 } // namespace glimra::desktop::doctor

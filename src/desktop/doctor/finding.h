@@ -11,20 +11,20 @@ enum class Health {
     Good,
     /// Something is missing that the program can do without.
     Limited,
-    /// The program cannot do what it is for.
+    /// The program cannot do its job.
     Bad
 };
 
-/// What was found out about one part of the machine.
+/// The result of one check.
 struct Finding {
-    /// For programs that read it: "capture", "keyboard-usb".
+    /// The name of the check, for programs: "capture", "keyboard-usb".
     std::string check;
     Health health = Health::Good;
     /// A sentence or two.
     std::string text;
-    /// What to do about it; empty where nothing is to be done.
+    /// How to fix it; empty when nothing needs fixing.
     std::string remedy{};
-    /// Numbers and names that stand in `text`, for programs.
+    /// The numbers and names in `text`, for programs.
     nlohmann::ordered_json details = nlohmann::ordered_json::object();
 };
 

@@ -7,63 +7,9 @@ namespace glimra::desktop::doctor {
 
 namespace {
 
-using keyboards::ChosenKeyboard;
-
 constexpr std::array<std::string_view, 5> kRuleFolders{"/etc/udev/rules.d", "/run/udev/rules.d",
                                                        "/usr/local/lib/udev/rules.d", "/usr/lib/udev/rules.d",
                                                        "/lib/udev/rules.d"};
-
-/// Why a driver lights nothing, empty when it does; and, when it does, what it lights.
-struct Trial {
-    std::string reason;
-    std::string text{};
-};
-
-Trial trySdk(const ChosenKeyboard::Options& options) {
-    keyboards::SdkDriver driver(options.sdkLibraries);
-    if (!driver.LogiLedInit())
-        return {driver.reason()};
-    driver.LogiLedShutdown();
-    return {{}, "The library " + driver.library().string() + " works."};
-}
-
-Trial tryUsb(const ChosenKeyboard::Options& options) {
-    const std::string reason = keyboards::whyNoUsbKeyboard(options.hidFolders);
-    if (!reason.empty())
-        return {reason};
-    return {{},
-            "The keyboard " + describe(*keyboards::findHidNodes(options.hidFolders).front().model) +
-                " is there and may be opened."};
-}
-
-Trial tryOpenRgb(const ChosenKeyboard::Options& options) {
-    const keyboards::openrgb::ServerAddress& server = options.openRgb.server;
-    if (!keyboards::openrgb::mayListen(server))
-        return {"There is no OpenRGB server on " + server.host + ":" + std::to_string(server.port) + "."};
-    const keyboards::WakeEvent stop;
-    keyboards::openrgb::OpenRgbDevice device(options.openRgb);
-    const keyboards::OpenResult result = device.open(stop);
-    if (!result.found)
-        return {result.text};
-    device.close();
-    return {{}, result.text};
-}
-
-struct DriverTrial {
-    std::string_view driver;
-    Trial (*tryIt)(const ChosenKeyboard::Options& options);
-};
-
-/// In the order in which the application tries them.
-constexpr std::array<DriverTrial, 4> kTrials{{
-    {"sdk", &trySdk},
-    {"usb", &tryUsb},
-    {"openrgb", &tryOpenRgb},
-    {"virtual",
-     [](const ChosenKeyboard::Options&) {
-         return Trial{{}, "The keyboard in the window always works."};
-     }},
-}};
 
 Finding ruleFinding() {
     for (const std::string_view folder : kRuleFolders) {
@@ -82,17 +28,17 @@ Finding ruleFinding() {
 
 } // namespace
 
-Findings checkKeyboards(const ChosenKeyboard::Options& wanted) {
+Findings checkKeyboards(const keyboards::ChosenKeyboard::Options& wanted) {
     Findings findings;
     std::string first;
     bool wantedWorks = wanted.driver == keyboards::kAutomaticDriver;
-    for (const DriverTrial& trial : kTrials) {
-        const Trial result = trial.tryIt(wanted);
+    for (const keyboards::DriverRow& driver : keyboards::driverRows()) {
+        const keyboards::DriverTrial result = driver.tryIt(wanted.drivers);
         const bool works = result.reason.empty();
         if (works && first.empty())
-            first = trial.driver;
-        wantedWorks |= works && trial.driver == wanted.driver;
-        findings.push_back({.check = "keyboard-" + std::string(trial.driver),
+            first = driver.name;
+        wantedWorks |= works && driver.name == wanted.driver;
+        findings.push_back({.check = "keyboard-" + std::string(driver.name),
                             .health = works ? Health::Good : Health::Limited,
                             .text = works ? result.text : result.reason});
     }

@@ -32,7 +32,7 @@ Finding captureFinding(const CaptureCheck& check) {
     Finding found{.check = "capture", .text = {}};
     found.details["server"] = nameOf(check.server);
     if (!check.captureTime) {
-        // A game that does not run yet is no fault of the machine.
+        // A game that does not run yet is not a fault of the machine.
         found.health = check.state == CaptureState::NoWindow ? Health::Limited : Health::Bad;
         found.text = "The strip can't be captured: " + std::string(captureDescription(check.state)) + ".";
         found.remedy = check.problem;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kPatience = 2000;
 
-/// What a bus answers to a question about itself; none where there is no bus that answers.
+/// A bus's answer to a question about itself; none when no bus answers.
 std::optional<QVariant> ask(const QString& address, const QString& method, const QVariantList& arguments) {
     const QString service = QStringLiteral("org.freedesktop.DBus");
     QDBusMessage question =

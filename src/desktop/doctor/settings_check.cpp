@@ -6,7 +6,7 @@ namespace glimra::desktop::doctor {
 
 namespace {
 
-/// Whether a file can be made, or replaced, there.
+/// Whether the file can be created or replaced.
 bool canBeWritten(const QFileInfo& file) {
     QFileInfo folder(file.absolutePath());
     while (!folder.exists() && !folder.isRoot())
@@ -14,7 +14,8 @@ bool canBeWritten(const QFileInfo& file) {
     return folder.isDir() && folder.isWritable() && (!file.exists() || file.isFile());
 }
 
-/// `isMended`: it could not be used as it is. Names what the next start makes of it.
+/// `isMended` means that the file could not be used as it is; the finding says what the next start will do
+/// with it.
 Finding finding(const QFileInfo& file, bool isMended, bool hasCopy) {
     Finding found{.check = "settings", .text = "The settings are in " + file.filePath().toStdString() + "."};
     found.details["file"] = file.filePath().toStdString();

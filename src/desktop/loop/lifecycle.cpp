@@ -19,7 +19,7 @@ void Lifecycle::terminate() {
         m_askedBeforeLaunch = true;
     if (m_stage != Stage::Running)
         return;
-    // Pending already during the question: the answer may come before it has returned.
+    // The stage changes before the question, because the reply may come before the question returns.
     m_stage = Stage::QuitPending;
     switch (m_delegate.shouldTerminate()) {
     case platform::TerminateReply::Cancel:

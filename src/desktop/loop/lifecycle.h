@@ -7,10 +7,10 @@
 
 namespace glimra::desktop {
 
-/// The life of the running application, from launch to the answered request to quit. Main thread.
+/// The lifecycle of the application: from launch until a request to quit is granted. Main thread.
 class Lifecycle final : public platform::Application {
 public:
-    /// What the application does at the turns of its life.
+    /// Called at the steps of the lifecycle.
     struct Delegate {
         std::function<void()> didFinishLaunching;
         std::function<platform::TerminateReply()> shouldTerminate;
@@ -19,15 +19,15 @@ public:
 
     explicit Lifecycle(QtRunLoop& runLoop) : m_runLoop(runLoop) {}
 
-    /// Launches the application; once.
+    /// Launches the application; call once.
     void launch(Delegate delegate);
-    /// Asks the application to quit, from wherever the user or the system can ask it. A request that comes
-    /// before the launch waits for it.
+    /// Requests that the application quit, whoever asks for it: the user or the system. A request that comes
+    /// before the launch is carried out after it.
     void terminate() override;
-    /// Asked to quit, or past that: whoever wants something now has to turn to the next one.
+    /// Whether the application is quitting or has quit. It then carries out no more requests.
     bool isEnding() const { return m_stage == Stage::QuitPending || m_stage == Stage::Terminated; }
-    /// Ends the program at once, also out of any nested event loop: the Qt event loops return and the run
-    /// loop serves nothing more.
+    /// With true, ends the program at once, even inside nested event loops: all Qt event loops return and the
+    /// run loop runs nothing more.
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     /// The process ends whatever anybody answers: the application says its last word, once, if it was
     /// launched.

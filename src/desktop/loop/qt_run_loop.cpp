@@ -19,7 +19,8 @@ namespace {
 
 const QEvent::Type kJobsPosted = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// First point after `moment` of the grid through `point`.
+/// The first point after `moment` on the grid that contains `point`; `point` itself when `moment` is before
+/// it.
 Time nextGridPoint(Time point, Duration period, Time moment) {
     if (moment < point)
         return point;
@@ -69,7 +70,7 @@ void QtRunLoop::cancel(TimerId timer) {
 void QtRunLoop::post(std::function<void()> job) {
     const std::scoped_lock lock(m_postedLock);
     m_posted.push_back({platform::monotonicNow(), std::move(job)});
-    // One event wakes the loop for all that is posted until it comes round.
+    // One event is enough for all jobs posted until the loop handles it.
     if (m_posted.size() == 1)
         QCoreApplication::postEvent(this, new QEvent(kJobsPosted));
 }
@@ -80,8 +81,7 @@ void QtRunLoop::takePostedJobs() {
         const std::scoped_lock lock(m_postedLock);
         jobs.swap(m_posted);
     }
-    // They join the queue rather than run from here, so that a job that waits does not hold up those behind
-    // it.
+    // Jobs are queued instead of run here, so that a job that waits does not delay those behind it.
     for (PostedJob& posted : jobs)
         enqueue(posted.postedAt, {Duration::zero(), std::move(posted.job), Kind::Job});
 }
@@ -98,7 +98,7 @@ bool QtRunLoop::runUntil(Time deadline) {
     wait.level = thread()->loopLevel() + 1;
     wait.loop.exec();
     m_waits.pop_back();
-    // Qt ends all event loops at once when it quits on its own account; nothing may go on after that either.
+    // Qt ends all event loops when it quits by itself; then nothing may run any more either.
     if (!wait.over)
         terminate();
     cancel(wait.end);
@@ -131,8 +131,8 @@ void QtRunLoop::customEvent(QEvent* event) {
 
 void QtRunLoop::serveDue() {
     takePostedJobs();
-    // What falls due meanwhile waits for the next wake-up: a timer that takes longer than its period must not
-    // shut out the user's events.
+    // Entries that become due meanwhile wait for the next wake-up: a timer that takes longer than its period
+    // must not block the user's events.
     const Time limit = now();
     for (auto next = front(); next != m_queue.end() && next->first.first <= limit && !waitIsReturning();
          next = front())
@@ -188,8 +188,8 @@ void QtRunLoop::armWakeUp() {
     if (m_wakeUp.isActive() && m_wakeUpAt == wakeUpAt)
         return;
     m_wakeUpAt = wakeUpAt;
-    // Qt's timers count whole milliseconds; rounding up keeps them from waking us too early. Far ones wake us
-    // once in a while for nothing.
+    // Qt's timers count whole milliseconds; rounding up avoids waking too early. For distant times the timer
+    // wakes us once an hour without need.
     const auto delay = std::chrono::ceil<std::chrono::milliseconds>(wakeUpAt - now());
     constexpr std::chrono::milliseconds kLongest = std::chrono::hours(1);
     const auto bounded = std::clamp(delay, std::chrono::milliseconds::zero(), kLongest);

@@ -15,12 +15,13 @@
 
 namespace glimra::desktop {
 
-/// The run loop on Qt's: time is CLOCK_MONOTONIC, and a nested `runUntil` serves the user's events too.
+/// A run loop on top of Qt's. Time is CLOCK_MONOTONIC, and a nested `runUntil` also handles the user's
+/// events.
 ///
-/// All that is waiting, timers, posted jobs and the ends of waits alike, stands in one queue by due time, and
-/// one Qt timer wakes the loop for its front. So nothing depends on Qt's rules for nested timers, and the
-/// grid of a repeating timer is our own reckoning. Entries that fall due within `kCoalescingSlack` of each
-/// other share a wake-up; none runs early.
+/// Timers, posted jobs and the ends of waits all stand in one queue, ordered by due time, and one Qt timer
+/// wakes the loop for the first of them. So nothing depends on Qt's rules for nested timers, and we compute
+/// the grid of a repeating timer ourselves. Entries due within `kCoalescingSlack` of each other share a
+/// wake-up; none runs early.
 class QtRunLoop final : public QObject, public platform::RunLoop {
 public:
     static constexpr platform::Duration kCoalescingSlack = std::chrono::milliseconds(1);
@@ -38,8 +39,9 @@ public:
     void terminate() override;
     bool isTerminated() const override { return m_terminated; }
 
-    /// While it lives, what waits already goes on waiting: timers, and waits under way. Only posted jobs are
-    /// served, and what began since. Afterwards all that fell due meanwhile is, each once.
+    /// While this object exists, everything that was waiting when it was created stays waiting: timers, and
+    /// calls of `runUntil` in progress. Only posted jobs and timers or waits started since then are served.
+    /// Afterwards each held entry that is due runs once.
     class Hold {
     public:
         explicit Hold(QtRunLoop& loop);
@@ -57,11 +59,11 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
-    /// Order of service: by time, then by creation.
+    /// Order of execution: by time, then by creation.
     using Place = std::pair<platform::Time, platform::TimerId>;
     enum class Kind { Timer, Job };
     struct Entry {
-        /// 0 for what runs once.
+        /// 0 for an entry that runs once.
         platform::Duration period{0};
         std::function<void()> action;
         Kind kind = Kind::Timer;
@@ -73,7 +75,7 @@ private:
     };
     struct Wait {
         QEventLoop loop;
-        /// Of the timer that ends it.
+        /// The timer that ends the wait.
         platform::TimerId end = 0;
         /// How many Qt loops run, this one included, while nothing runs inside it.
         int level = 0;
@@ -84,7 +86,7 @@ private:
     void takePostedJobs();
     void serveDue();
     void serve(Queue::iterator place);
-    /// The first in the queue that is not held.
+    /// The first entry that is not held.
     Queue::iterator front();
     bool isHeld(const Queue::value_type& entry) const;
     void armWakeUp();
@@ -93,11 +95,11 @@ private:
 
     Queue m_queue;
     std::unordered_map<platform::TimerId, platform::Time> m_dueTimes;
-    /// Repeating timers whose action is running; cancelling one takes it out.
+    /// Repeating timers whose action is running; cancelling one removes it from here.
     std::set<platform::TimerId> m_running;
     platform::TimerId m_lastId = 0;
     std::vector<Wait*> m_waits;
-    /// The last of those that are held; 0 when none is.
+    /// The highest id that is held; 0 when none is.
     platform::TimerId m_lastHeld = 0;
     bool m_terminated = false;
 

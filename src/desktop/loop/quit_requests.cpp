@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 
-// A signal handler can reach nothing but a global; and all it does is write to it.
+// A signal handler can use only global data; ours only writes to this descriptor.
 volatile std::sig_atomic_t wakeUpDescriptor = -1;
 
 void wakeUp(int) {

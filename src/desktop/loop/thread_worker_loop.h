@@ -8,7 +8,7 @@
 
 namespace glimra::desktop {
 
-/// A worker loop on a thread of its own. All methods are for the main thread.
+/// A worker loop on its own thread. All methods must be called on the main thread.
 class ThreadWorkerLoop final : public platform::WorkerLoop {
 public:
     ThreadWorkerLoop() = default;
@@ -19,9 +19,11 @@ public:
 
     void start(platform::LoopBody& body, platform::Duration pause) override;
 
-    /// Ends a pause that is under way, or the next one, early: the body's `goesOn` is asked at once.
+    /// Ends the current pause or, between pauses, the next one early, so that the body's `goesOn` is asked at
+    /// once.
     void wake();
-    /// Waits until the body has left, which its own `goesOn` decides. Without a thread, nothing.
+    /// Waits until the body has left; only its own `goesOn` makes it leave. Returns at once when no thread
+    /// was started.
     void join();
 
 private:

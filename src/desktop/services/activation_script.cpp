@@ -7,7 +7,7 @@ namespace {
 constexpr std::string_view kBefore = "-e tell application \"";
 constexpr std::string_view kAfter = "\" to activate";
 
-/// None when the text is not the inside of one quoted string.
+/// None when the text is not the content of a single quoted string.
 std::optional<std::string> unescaped(std::string_view text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -6,8 +6,8 @@
 
 namespace glimra::desktop {
 
-/// The application's name in an argument of the scripting command that activates it
-/// (-e tell application "NAME" to activate), without its escaping; none when the argument says anything else.
+/// The application's name, unescaped, from the script argument that activates an application (-e tell
+/// application "NAME" to activate); none when the argument is anything else.
 std::optional<std::string> activatedApplication(std::string_view argument);
 
 } // namespace glimra::desktop

@@ -22,13 +22,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Real entries have some dozen kilobytes at most, real folders some hundred entries a few levels deep. The
-/// limits end loops of links, too.
+/// Real entries take some dozen kilobytes at most; real folders hold some hundred entries, a few levels deep.
+/// The limits also stop loops of links.
 constexpr off_t kMostBytes = off_t{256} << 10;
 constexpr int kMostLevels = 4;
 constexpr int kMostFiles = 20000;
 
-/// A whole regular file; none for anything else, a pipe above all, which would wait for its other end.
+/// The content of a regular file. None for anything else, above all for a pipe, where reading would wait for
+/// a writer.
 std::optional<std::string> readEntryFile(const fs::path& path) {
     const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
@@ -40,7 +41,7 @@ std::optional<std::string> readEntryFile(const fs::path& path) {
     return content;
 }
 
-/// The entries in and below a folder, by their ids: the path with its slashes made hyphens.
+/// The entries in and below a folder, by their ids: the relative path with slashes replaced by hyphens.
 std::map<std::string, fs::path> entryFiles(const fs::path& folder) {
     std::map<std::string, fs::path> files;
     std::error_code error;
@@ -60,7 +61,7 @@ std::map<std::string, fs::path> entryFiles(const fs::path& folder) {
     return files;
 }
 
-/// A path stands as it is, if need be below the working folder; a bare name is left to PATH.
+/// Returns a path as it is, a relative one below the working folder; a bare name is searched in PATH later.
 std::string programPath(const std::string& program, const std::string& workingFolder) {
     const bool isRelativePath = program.find('/') != std::string::npos && !program.starts_with('/');
     return isRelativePath ? (fs::path(workingFolder) / program).string() : program;
@@ -92,7 +93,7 @@ std::optional<Command> findApplication(std::string_view name, const std::vector<
     std::set<std::string> seen;
     for (const fs::path& folder : dataFolders) {
         for (const auto& [id, path] : entryFiles(folder / "applications")) {
-            // An entry stands for all of its id in later folders, also when it says that there is none.
+            // An entry hides all entries with its id in later folders, even when it is marked as deleted.
             const std::optional<std::string> content =
                 seen.insert(id).second ? readEntryFile(path) : std::nullopt;
             const std::optional<DesktopEntry> entry = content ? parseDesktopEntry(*content) : std::nullopt;

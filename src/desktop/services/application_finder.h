@@ -9,12 +9,12 @@
 
 namespace glimra::desktop {
 
-/// The command that starts the application whose desktop entry has this name: an entry with exactly this name
-/// before one that differs in letter case alone, and among equals the one in the earlier folder.
+/// The command that starts the application whose desktop entry has this name. An exact match is preferred to
+/// one that differs only in letter case; among equal matches, the earlier folder wins.
 ///
-/// Entries that the user has deleted or that no menu shows, that need a terminal, or whose program is not
-/// there, count as absent. Looks at a bounded number of bounded files; reads the disk, so not for the main
-/// thread.
+/// Entries count as absent when the user has deleted them, when no menu shows them, when they need a
+/// terminal, or when their program does not exist. Reads a limited number of files of limited size from the
+/// disk, so not for the main thread.
 std::optional<Command> findApplication(std::string_view name,
                                        const std::vector<std::filesystem::path>& dataFolders);
 

@@ -10,19 +10,18 @@
 
 namespace glimra::desktop {
 
-/// A thread for errands that may take long and that nobody waits for, done one after the other.
+/// A thread for errands that may take long and that nobody waits for. It runs them one after the other.
 class BackgroundWorker {
 public:
-    /// An errand must end soon after a stop is asked for.
+    /// An errand must end soon after a stop is requested.
     using Errand = std::function<void(const std::stop_token&)>;
 
-    /// `capacity` is how many errands may wait, at least 1.
+    /// At most `capacity` errands may wait; at least 1.
     explicit BackgroundWorker(std::size_t capacity) : m_capacity(capacity) {}
-    /// Stops the errand under way, forgets those that wait, and returns when the thread has ended.
+    /// Requests a stop of the current errand, drops those that wait, and returns when the thread has ended.
     ~BackgroundWorker() = default;
 
-    /// Adds an errand, and forgets the one that has waited longest when there are too many. Any thread; never
-    /// blocks for long.
+    /// Adds an errand. When too many wait, drops the oldest. Any thread; never blocks for long.
     void post(Errand errand);
 
 private:
@@ -32,7 +31,8 @@ private:
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     std::deque<Errand> m_waiting;
-    // The last member: it must end before what it uses, and begin after.
+    // The last member, so the thread starts after the other members are created and ends before they are
+    // destroyed.
     std::jthread m_thread{[this](const std::stop_token& stop) { run(stop); }};
 };
 

@@ -17,8 +17,8 @@ QDBusMessage busCall(const QString& method) {
     return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, method);
 }
 
-/// A bus connection is made by asking the bus for a name and waiting for it; a peer connection only opens the
-/// socket, so that the asking can be done without the waiting.
+/// Opening a bus connection in Qt waits until the bus has given it a name. A peer connection only opens the
+/// socket, so we can ask for the name without waiting.
 QDBusConnection openConnection(const QString& address, const QString& name) {
     return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToPeer(address, name);
 }
@@ -32,7 +32,7 @@ QString systemBusAddress() {
 
 QString sessionBusAddress() {
     QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    // To launch a bus means to run a program and wait for it, and nobody would be on that bus.
+    // Autolaunch would start a bus daemon and wait for it, and no other program would be on that bus.
     if (address.contains(QLatin1String("autolaunch:")))
         return {};
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
@@ -54,7 +54,8 @@ Bus::~Bus() {
 }
 
 void Bus::greet() {
-    // The bus serves nobody who has not asked for a name; it takes what follows in the order of sending.
+    // The bus serves only connections that have asked for a name. It handles messages in order, so calls may
+    // follow before its answer.
     send(busCall(QStringLiteral("Hello")));
     m_connection.connect(QString(), kBusPath, kBusService, QStringLiteral("NameOwnerChanged"), this,
                          SLOT(changeOwner(QDBusMessage)));
@@ -75,8 +76,8 @@ void Bus::call(const QDBusMessage& message, QObject* context, MessageHandler onR
     connect(
         watcher, &QDBusPendingCallWatcher::finished, context,
         [handler = std::move(onReply)](QDBusPendingCallWatcher* finished) { handler(finished->reply()); });
-    // The watcher goes in any case, as a reply holds a reference to the descriptors that came with it. And it
-    // may finish twice, when the reply comes while the watcher is being made.
+    // The watcher is always deleted, since a reply keeps the file descriptors that came with it. It may
+    // finish twice, when the reply arrives while the watcher is being created.
     connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [](QDBusPendingCallWatcher* finished) {
         finished->disconnect();
         finished->deleteLater();
@@ -106,7 +107,8 @@ void Bus::receive(const QDBusMessage& signal) {
         return each.context && each.signal.path == signal.path() &&
                each.signal.interface == signal.interface() && each.signal.member == signal.member();
     };
-    // The match rule lets through nobody but the service, yet anyone may address a signal to us directly.
+    // The match rule lets only the service's signals through, but any program may address a signal to us
+    // directly.
     const std::vector<Subscription> subscriptions = m_subscriptions;
     for (const Subscription& each : subscriptions)
         if (isMeant(each) && !signal.service().isEmpty() &&

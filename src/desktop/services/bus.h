@@ -12,21 +12,20 @@
 
 namespace glimra::desktop {
 
-/// Where the buses are reached, as the environment or the conventions say; empty when there is none.
+/// Addresses of the buses, from the environment or by convention; empty when there is none.
 QString systemBusAddress();
 QString sessionBusAddress();
 
-/// A connection of our own to a message bus, on which nothing ever waits: a bus that is missing answers every
-/// call with an error, and one that never answers is not noticed. Main thread.
+/// A connection of our own to a message bus. No call blocks: without a bus, every call is answered with an
+/// error; a bus that never answers has no effect. Main thread.
 ///
-/// Everything that comes in is told from the event loop, as long as the context object given with the
-/// handler lives.
+/// Handlers are called from the event loop, as long as the context object given with them exists.
 class Bus final : public QObject {
     Q_OBJECT
 
 public:
     using MessageHandler = std::function<void(const QDBusMessage&)>;
-    /// Told whether the service is there, each time that it comes, goes, or changes hands.
+    /// Called with whether the service exists, each time that it appears, disappears or changes its owner.
     using ServiceHandler = std::function<void(bool isThere)>;
 
     struct Signal {
@@ -36,18 +35,19 @@ public:
         QString member;
     };
 
-    /// Connects, at once or never.
+    /// Tries to connect once.
     explicit Bus(const QString& address);
     ~Bus() override;
 
-    /// Sends a method call and hands on its reply or error, once.
+    /// Sends a method call; `onReply` gets its reply or error, once.
     void call(const QDBusMessage& message, QObject* context, MessageHandler onReply);
-    /// Sends a message to which no answer is wanted.
+    /// Sends a message that needs no reply.
     void send(const QDBusMessage& message);
 
-    /// Hands on a service's signals, and only those that this service has sent. Each signal once only.
+    /// Passes a service's signals to `onSignal`, but none that another program has sent in its name.
+    /// Subscribe to each signal only once.
     void subscribe(const Signal& signal, QObject* context, MessageHandler onSignal);
-    /// Tells what becomes of a service, from now on; a lost bus takes its services along.
+    /// Reports changes of a service from now on. When the bus is lost, so are its services.
     void watchService(const QString& service, QObject* context, ServiceHandler onChange);
 
 private Q_SLOTS:
@@ -74,7 +74,7 @@ private:
 
     QString m_name;
     QDBusConnection m_connection;
-    /// The unique name of each service that is followed; empty while nobody has it.
+    /// The unique bus name of each service that is followed; empty while the service does not exist.
     QHash<QString, QString> m_owners;
     std::vector<Subscription> m_subscriptions;
     std::vector<Watch> m_watches;

@@ -16,21 +16,22 @@ const QString kBusService = QStringLiteral("org.freedesktop.DBus");
 const QString kPath = QStringLiteral("/org/glimra/Glimra");
 const QString kInterface = QStringLiteral("org.glimra.Glimra1");
 
-/// A connection of its own, on which no call waits longer than `kPatience`.
+/// A channel over a D-Bus connection of its own, on which no call waits longer than `kPatience`.
 class BusChannel final : public InstanceChannel {
 public:
     BusChannel(const QString& address, const QString& identity)
         : m_service(QStringLiteral("org.glimra.Glimra") +
                     (identity.isEmpty() ? QString() : QStringLiteral(".Settings") + identity)),
           m_name(QStringLiteral("glimra-instance-%1").arg(reinterpret_cast<quintptr>(this))),
-          // A plain bus connection would wait for the bus as long as that likes.
+          // A plain bus connection would wait for the bus without a limit.
           m_connection(address.isEmpty() ? QDBusConnection(m_name)
                                          : QDBusConnection::connectToPeer(address, m_name)) {
         if (m_connection.isConnected())
             m_isUsable = askBus(QStringLiteral("Hello")).type() == QDBusMessage::ReplyMessage;
     }
     ~BusChannel() override {
-        // The object goes first: what is said to it on the connection's own thread must find it whole.
+        // The object is unregistered first: calls to it arrive on the connection's own thread and must find
+        // it intact.
         m_connection.unregisterObject(kPath);
         QDBusConnection::disconnectFromPeer(m_name);
     }

@@ -6,7 +6,7 @@
 
 namespace glimra::desktop {
 
-/// What the running program offers on the session bus.
+/// The object that the running instance offers on the session bus.
 class BusInstance final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.glimra.Glimra1")
@@ -14,7 +14,7 @@ class BusInstance final : public QObject {
 public:
     explicit BusInstance(InstanceChannel::Handler handler) : m_handler(std::move(handler)) {}
 
-    /// False for what is no command, and for one that will not be carried out.
+    /// Returns false for an unknown command, and for one that will not be carried out.
     Q_SCRIPTABLE Q_INVOKABLE bool Perform(const QString& command);
 
 private:

@@ -22,7 +22,7 @@ std::string_view trimmed(std::string_view text) {
                                            : text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-/// An escape that the standard does not know stays as it is.
+/// Escapes that the standard does not define are kept unchanged.
 std::string unescaped(std::string_view text) {
     constexpr std::string_view kEscapes = "sntr\\";
     constexpr std::string_view kMeanings = " \n\t\r\\";

@@ -7,33 +7,31 @@
 
 namespace glimra::desktop {
 
-/// What a desktop entry file says about an application. Texts are the file's bytes with their escapes undone,
-/// in whatever encoding; empty where the file says nothing.
-/// https://specifications.freedesktop.org/desktop-entry-spec/latest/
+/// The content of a desktop entry file. Texts are the file's bytes with escapes replaced, in the file's
+/// encoding; empty when a key is absent. https://specifications.freedesktop.org/desktop-entry-spec/latest/
 struct DesktopEntry {
     std::string name;
     std::string icon;
     std::string tryExec;
     std::string exec;
-    /// The working folder.
+    /// The working folder of the program.
     std::string path;
-    /// Not for the user's menus: a handler of file types, mostly.
+    /// Not shown in menus; mostly handlers of file types.
     bool noDisplay = false;
     /// Deleted by the user.
     bool hidden = false;
     bool terminal = false;
 };
 
-/// Reads a desktop entry file; none when it is no application's.
+/// Reads a desktop entry file; none when it does not describe an application.
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view file);
 
-/// The arguments, the program first, that an entry's Exec line stands for when it is started without files.
-/// `file` is where the entry is. None when the line is no valid one or stands for an unreasonable lot of
-/// text.
+/// The words of the command (program first) that an entry's Exec line gives when it is started without files.
+/// `file` is the entry's path. None when the line is invalid or expands to an unreasonably long text.
 ///
-/// Beyond what the standard rules, words are unquoted as its authors' own tools and many entries' writers
-/// understand it: a backslash outside quotes protects the next character, and single quotes do quote.
-/// Nothing of it has a meaning to us otherwise; there is no shell.
+/// Beyond the standard, words are unquoted as its authors' tools and many entries expect: a backslash outside
+/// quotes protects the next character, and single quotes quote. No shell is involved, so other characters
+/// have no special meaning.
 std::optional<std::vector<std::string>> execArguments(const DesktopEntry& entry, std::string_view file);
 
 } // namespace glimra::desktop

@@ -14,17 +14,17 @@
 
 namespace glimra::desktop {
 
-/// The desktop session around the application. It learns which application is in front from the X server's
-/// events, and of sleep from the power services. Main thread.
+/// The desktop session around the application. The X server's events tell it which application is in front;
+/// the power services tell it about sleep. Main thread.
 class DesktopWorkspace final : public QObject, public platform::Workspace {
 public:
-    /// An empty name stands for the display in the environment.
-    /// `afterWaking` is called when the application knows that the screens have woken.
+    /// An empty name means $DISPLAY. `afterWaking` is called after the application's own handler, when the
+    /// screens have woken.
     DesktopWorkspace(const std::string& displayName, PowerServices& power, std::function<void()> afterWaking);
 
     std::optional<platform::RunningApplication> frontmostApplication() const override;
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
-    /// Says what becomes of it, too: a browser that fails later does so without a word.
+    /// Also tells the user what happens, since a browser may fail later without any message.
     bool openUrl(const std::string& address) override;
 
     /// Sentences for the user.

@@ -6,13 +6,13 @@
 
 namespace glimra::desktop {
 
-/// Knows when the displays are blanked or switched off while the machine runs.
+/// Detects when the displays are blanked or switched off while the machine runs.
 class DisplaySleep {
 public:
     using Teller = std::function<void(SleepSource source, bool asleep)>;
 
     virtual ~DisplaySleep() = default;
-    /// Calls `tell` with what it learns, first with what is so already. Once, main thread.
+    /// Calls `tell` with the present state and then with each change. Call once, on the main thread.
     virtual void observe(Teller tell) = 0;
 };
 

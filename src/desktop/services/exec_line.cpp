@@ -4,8 +4,8 @@ namespace glimra::desktop {
 
 namespace {
 
-/// More than any program is given, and less than would hurt: a field code can stand for a long text and be
-/// repeated.
+/// Enough for any real command, and small enough to be harmless: a field code can stand for a long text and
+/// be repeated.
 constexpr std::size_t kMostText = std::size_t{128} << 10;
 
 class ExecSplitter {
@@ -33,7 +33,7 @@ private:
         m_rest.remove_prefix(1);
         return c;
     }
-    /// What an escape or a field code needs behind it; without it the line is broken.
+    /// The character after an escape or a field code; without one the line is invalid.
     char nextOfPair() {
         m_isValid = m_isValid && !m_rest.empty();
         return m_isValid ? next() : kNone;
@@ -70,7 +70,8 @@ private:
     }
 
     void takeFieldCode(char code) {
-        // Files and addresses, of which there are none, and what newer versions of the standard have dropped.
+        // File and URL codes, since there are no files, and codes that newer versions of the standard have
+        // removed.
         constexpr std::string_view kNothing = "fFuUdDnNvm";
         if (code == '%')
             append("%");
@@ -84,7 +85,7 @@ private:
             m_isValid = m_isValid && kNothing.find(code) != kNowhere;
     }
 
-    /// Two words of their own, which they can be nowhere but between words.
+    /// Gives two separate words, so it is ignored inside another word.
     void takeIcon() {
         if (m_entry.icon.empty() || m_isInWord)
             return;
@@ -114,9 +115,9 @@ private:
     std::vector<std::string> m_words;
     std::string m_word;
     std::size_t m_textSize = 0;
-    /// The quotation mark that began the quoted part that we are in.
+    /// The quotation mark of the quoted part that we are in; `kNone` outside.
     char m_quote = kNone;
-    /// There is a word, be it empty.
+    /// Whether a word has begun; it may be empty.
     bool m_isInWord = false;
     bool m_isValid = true;
 };

@@ -11,7 +11,7 @@ const QString kScreenSaver = QStringLiteral("org.freedesktop.ScreenSaver");
 QDBusMessage screenSaverCall(const QString& method) {
     QDBusMessage message = QDBusMessage::createMethodCall(
         kScreenSaver, QStringLiteral("/org/freedesktop/ScreenSaver"), kScreenSaver, method);
-    // Where no service runs there is nothing to be kept from blanking.
+    // Without a running service there is no screen saver to inhibit, so none is started.
     message.setAutoStartService(false);
     return message;
 }
@@ -51,7 +51,7 @@ void IdleInhibitor::inhibitScreenSaver() {
         const uint cookie = reply.arguments().value(0).toUInt(&isCookie);
         if (reply.type() != QDBusMessage::ReplyMessage || !isCookie)
             return;
-        // The service stacks inhibitions: of two answers only one can be kept.
+        // The service counts inhibitions and each needs its cookie, so of two answers one is undone.
         if (m_isActive && !m_cookie)
             m_cookie = cookie;
         else

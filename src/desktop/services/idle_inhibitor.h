@@ -7,11 +7,11 @@
 
 namespace glimra::desktop {
 
-/// Keeps the machine awake through the login manager, and through the desktop's screen saver service where
-/// there is one: which of the two a desktop heeds differs. Main thread; asks and goes on.
+/// Keeps the machine awake through the login manager and, if it exists, the desktop's screen saver service;
+/// desktops differ in which of the two they obey. Main thread; never waits for an answer.
 class IdleInhibitor final : public QObject, public platform::ProcessActivity {
 public:
-    /// On `sessionBus` is the screen saver service.
+    /// The screen saver service is on `sessionBus`.
     IdleInhibitor(LoginManager& manager, Bus& sessionBus);
 
     void begin(std::string_view reason) override;
@@ -25,7 +25,7 @@ private:
     Bus& m_sessionBus;
     QString m_reason;
     bool m_isActive = false;
-    /// What the screen saver service calls our inhibition.
+    /// The screen saver service's id of our inhibition.
     std::optional<uint> m_cookie;
 };
 

@@ -11,56 +11,58 @@
 
 namespace glimra::desktop {
 
-/// What one start of the program asks of the one that is running.
+/// A command from another start of the program to the running instance.
 struct InstanceCommand {
     enum class Kind { BringToFront, Quit, TestPattern, Profile };
 
     Kind kind = Kind::BringToFront;
-    /// 1 to 9, with `Profile`.
+    /// 1 to 9; used with `Profile` only.
     int profile = 0;
 
     friend bool operator==(const InstanceCommand&, const InstanceCommand&) = default;
 };
 
-/// As it is sent: "raise", "quit", "test-pattern", "profile 3".
+/// The form in which it is sent: "raise", "quit", "test-pattern", "profile 3".
 std::string toText(const InstanceCommand& command);
-/// None for whatever else.
+/// None for any other text.
 std::optional<InstanceCommand> commandFromText(std::string_view text);
 
-/// A way from one start of the program to the one that is running. Each waits two seconds at most. Main
-/// thread, with an application object.
+/// A channel from another start of the program to the running instance. Each call waits at most two seconds.
+/// Main thread; needs an application object.
 class InstanceChannel {
 public:
-    /// Tells whether the command will be carried out, which is not done before the caller has its answer.
+    /// Returns whether the command will be carried out. That must happen later, after the caller has its
+    /// answer.
     using Handler = std::function<bool(const InstanceCommand&)>;
 
     virtual ~InstanceChannel() = default;
 
     enum class Standing {
-        /// This way cannot be gone here.
+        /// This channel does not work here.
         Unusable,
         First,
         Second
     };
-    /// Becomes the running one, unless there is one. It is told commands from the event loop, as long as the
-    /// channel lives.
+    /// Makes this the running instance, unless there is one. Commands are passed to `handler` from the event
+    /// loop as long as the channel exists.
     virtual Standing claim(Handler handler) = 0;
 
     enum class Delivery {
         Unusable,
-        /// Or only one that will not do it.
+        /// Also when the running instance refuses.
         NobodyThere,
         Delivered
     };
     virtual Delivery send(const InstanceCommand& command) = 0;
 };
 
-/// The ways that there are, the better one first: the session bus; a socket in the run-time directory.
-/// `identity` tells those apart that may run beside each other: letters and digits, empty for the usual one.
+/// All channels, the preferred one first: the session bus, then a socket in the run-time directory.
+/// `identity` distinguishes instances that may run at the same time: letters and digits, empty for the
+/// default one.
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity);
 
 std::unique_ptr<InstanceChannel> makeBusChannel(const QString& busAddress, const QString& identity);
-/// The socket and its lock are open to their owner only.
+/// Only the owner can access the socket and its lock file.
 std::unique_ptr<InstanceChannel> makeSocketChannel(const QString& folder, const QString& identity);
 
 } // namespace glimra::desktop

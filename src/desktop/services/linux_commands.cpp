@@ -12,8 +12,8 @@ namespace glimra::desktop {
 
 namespace {
 
-/// It hands the text over and ends, in half a second even where it has to start the speech service first.
-/// Where there is no sound device it has been seen to hang.
+/// spd-say passes the text on and ends within half a second, even when it must start the speech service
+/// first. Without a sound device it has been seen to hang.
 constexpr auto kSpeechLimit = std::chrono::seconds(5);
 
 constexpr const char* kWhereNamesAre = "Application Names in the menu Launch tells what is launched.";
@@ -37,7 +37,7 @@ void LinuxCommands::start(const std::string& path, const std::vector<std::string
 
 void LinuxCommands::speak(const std::string& text) {
     m_voice.post([text](const std::stop_token& stop) {
-        // Behind the two hyphens a text that begins with one is no option.
+        // After "--", a text that begins with a hyphen is not taken for an option.
         runToEnd({"spd-say", {"--", text}, {}}, kSpeechLimit, stop);
     });
 }

@@ -8,13 +8,13 @@
 
 namespace glimra::desktop {
 
-/// Starts programs, and stands in for the two that no Linux has:
+/// Starts programs, and emulates two that Linux does not have:
 ///
 /// - /usr/bin/say with one argument speaks it through speech-dispatcher, if that is installed;
-/// - /usr/bin/osascript with the argument that activates an application brings its window to the front, or
-///   starts the application whose desktop entry has that name.
+/// - /usr/bin/osascript with the argument that activates an application brings its window to the front or,
+///   without a window, starts the application whose desktop entry has that name.
 ///
-/// Every other path is started as it is. `start` hands over to a worker and returns.
+/// Any other program is simply started. `start` hands the work over to a worker and returns.
 class LinuxCommands final : public platform::ChildProcesses {
 public:
     /// Brings the window of an application to the front; false when there is none. Main thread.
@@ -23,8 +23,8 @@ public:
     /// Takes a sentence for the user. Any thread.
     using Tell = std::function<void(const std::string& sentence)>;
 
-    /// What is spoken goes to `voice`, what is started to a worker of its own. What cannot be started is
-    /// told.
+    /// Speech runs on `voice`, starting programs on a worker of its own. `tell` gets a sentence when
+    /// something cannot be started.
     LinuxCommands(BackgroundWorker& voice, RaiseWindow raiseWindow, Tell tell);
 
     void start(const std::string& path, const std::vector<std::string>& arguments) override;
@@ -37,7 +37,7 @@ private:
     BackgroundWorker& m_voice;
     RaiseWindow m_raiseWindow;
     Tell m_tell;
-    /// More than anyone can ask for in the time that a start takes.
+    /// More errands than anyone can request while one program starts.
     BackgroundWorker m_launches{8};
 };
 

@@ -14,8 +14,8 @@ const QString kService = QStringLiteral("org.freedesktop.login1");
 const QString kPath = QStringLiteral("/org/freedesktop/login1");
 const QString kInterface = QStringLiteral("org.freedesktop.login1.Manager");
 
-/// A copy of the descriptor in a reply, that no child process inherits: a game that held the lock would keep
-/// the machine awake after us.
+/// A copy of the descriptor in a reply that child processes do not inherit: a game that held the lock would
+/// keep the machine awake after we have quit.
 UniqueFd descriptorIn(const QDBusMessage& reply) {
     const auto descriptor = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
     return UniqueFd(descriptor.isValid() ? ::fcntl(descriptor.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1);

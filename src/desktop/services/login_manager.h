@@ -11,23 +11,23 @@
 
 namespace glimra::desktop {
 
-/// Takes a text for whoever looks for the reason why something does not work; without an end of line.
+/// Receives a text that explains why something does not work, for debugging; without a line end.
 using Report = std::function<void(const std::string&)>;
 
-/// The login manager (systemd-logind or what stands in for it) on the system bus. Main thread.
-/// Interface: https://www.freedesktop.org/software/systemd/man/org.freedesktop.login1.html
+/// The login manager (systemd-logind or a replacement) on the system bus. Main thread. Interface:
+/// https://www.freedesktop.org/software/systemd/man/org.freedesktop.login1.html
 class LoginManager final {
 public:
-    /// Reports once that there is no help from the login manager, if so.
+    /// Calls `report` once if the login manager is of no help.
     LoginManager(Bus& systemBus, Report report);
 
-    /// Asks for an inhibitor lock, and hands it over if and when it comes. The lock lasts as long as its
-    /// descriptor is open.
+    /// Requests an inhibitor lock and passes it to `onTaken` if and when it is granted. The lock lasts as
+    /// long as its descriptor is open.
     void inhibit(const QString& what, const QString& mode, const QString& why, QObject* context,
                  std::function<void(UniqueFd)> onTaken);
 
     void observeSleep(QObject* context, std::function<void(bool isAboutToSleep)> handler);
-    /// Another login manager has come (it knows nothing of the old one's locks), or the last one has gone.
+    /// Reports when a login manager appears (a new one does not know the old one's locks) or disappears.
     void observePresence(QObject* context, Bus::ServiceHandler handler);
 
 private:
@@ -37,10 +37,10 @@ private:
     Report m_report;
 };
 
-/// One inhibitor lock, held or asked for between `take` and `drop`.
+/// An inhibitor lock that is requested or held between `take` and `drop`.
 class InhibitorLock final : public QObject {
 public:
-    /// `what` and `mode` in the login manager's words ("sleep" and "delay", say).
+    /// `what` and `mode` are the login manager's terms, for example "sleep" and "delay".
     InhibitorLock(LoginManager& manager, QString what, QString mode);
 
     void take(const QString& why);
@@ -56,7 +56,7 @@ private:
     const QString m_mode;
     QString m_why;
     UniqueFd m_lock;
-    /// What an answer under way belongs to; null while no lock is wanted.
+    /// Context of the pending request; null while no lock is wanted.
     std::unique_ptr<QObject> m_request;
 };
 

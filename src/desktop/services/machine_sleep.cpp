@@ -14,7 +14,7 @@ MachineSleep::MachineSleep(LoginManager& manager, Teller tell)
     : m_tell(std::move(tell)),
       m_delay(manager, QStringLiteral("sleep"), QStringLiteral("delay")) {
     manager.observeSleep(this, [this](bool isAboutToSleep) { prepareForSleep(isAboutToSleep); });
-    // Whoever would have told of the waking is gone, but we are running.
+    // The login manager that would have announced the waking is gone. But since we run, the machine is awake.
     manager.observePresence(this, [this](bool isThere) {
         if (isThere && !m_delay.isWanted())
             m_delay.take(kReason);

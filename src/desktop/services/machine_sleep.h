@@ -6,8 +6,8 @@
 
 namespace glimra::desktop {
 
-/// Tells when the machine goes to sleep and when it has woken. It holds the sleep up while the teller runs,
-/// so that what has to be done before can be done. Main thread.
+/// Reports when the machine goes to sleep and when it has woken. It delays the sleep while the teller runs,
+/// so that preparations can be completed. Main thread.
 class MachineSleep final : public QObject {
 public:
     using Teller = std::function<void(bool asleep)>;

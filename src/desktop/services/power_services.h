@@ -12,12 +12,12 @@
 
 namespace glimra::desktop {
 
-/// All that the program has to do with the sleep of the machine and of its displays. Where a bus, a service
-/// or an X server is missing it does what remains, and waits for none of them. Main thread.
+/// Everything the program does about the sleep of the machine and its displays. If a bus, a service or an X
+/// server is missing, the rest still works; it never waits for any of them. Main thread.
 class PowerServices {
 public:
-    /// Reports once, later, if there is no login manager to work with. Without `displays` their sleep goes
-    /// unnoticed.
+    /// Calls `report` once, later, if there is no usable login manager. Without `displays` their sleep is not
+    /// noticed.
     PowerServices(std::unique_ptr<DisplaySleep> displays, Report report);
 
     /// See platform::Workspace.

@@ -21,13 +21,14 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kPollPause = 10ms;
-/// How long a killed process may take to be gone; one that hangs in the system takes for ever.
+/// How long to wait for a killed process to end; one that is stuck in a system call may never end.
 constexpr auto kKillPatience = 200ms;
 constexpr int kCannotRun = 127;
 
 enum class Ties { Child, Detached };
 
-/// A command in the form that the system takes, made before the fork: nothing may be allocated after it.
+/// A command in the form that exec needs. It is prepared before the fork, because the child must not allocate
+/// memory.
 class PreparedCommand {
 public:
     explicit PreparedCommand(const Command& command)
@@ -41,8 +42,8 @@ public:
         m_argv.push_back(nullptr);
     }
 
-    /// Where no such program is, or an argument that the system would cut short at a zero byte, nothing is
-    /// run.
+    /// False when the program does not exist, or when an argument contains a zero byte, at which the system
+    /// would cut it.
     bool isRunnable() const {
         return !m_path.empty() && std::none_of(m_words.begin(), m_words.end(), [](const std::string& word) {
             return word.find('\0') != std::string::npos;
@@ -58,7 +59,7 @@ private:
     std::vector<char*> m_argv;
 };
 
-/// What may be done between fork and exec: system calls alone.
+/// Runs between fork and exec, so it may only make system calls.
 void PreparedCommand::become() const {
     if (!m_directory.empty() && ::chdir(m_directory.c_str()) != 0)
         ::_exit(kCannotRun);
@@ -77,8 +78,8 @@ void resetSignalHandlers() {
         ::signal(signal, SIG_DFL);
 }
 
-/// Blocks every signal in this thread: a handler of ours that ran in a forked child would speak to us as if
-/// the signal had been meant for us.
+/// Blocks all signals in this thread. Otherwise one of our handlers could run in the forked child and notify
+/// us of a signal that was not meant for us.
 class BlockedSignals {
 public:
     BlockedSignals() {
@@ -94,11 +95,12 @@ private:
     sigset_t m_before{};
 };
 
-/// The id of the process that was forked for the command. A detached one has forked once more and ends.
+/// Forks a process for the command and returns its id. For a detached command, that process forks once more
+/// and ends.
 pid_t forkFor(const PreparedCommand& command, Ties ties) {
     const BlockedSignals blocked;
     const pid_t pid = ::fork();
-    // Both sides put the child into its group, as neither can know who comes first.
+    // Parent and child both do this, since neither knows which runs first.
     if (ties == Ties::Child && pid >= 0)
         ::setpgid(pid, pid);
     if (pid != 0)
@@ -109,13 +111,13 @@ pid_t forkFor(const PreparedCommand& command, Ties ties) {
     command.become();
 }
 
-/// The wait status once the process has ended; none when it goes on beyond the deadline or a stop.
+/// Returns the wait status once the process has ended; none when the deadline passes or a stop is requested
+/// first.
 std::optional<int> waitFor(pid_t pid, Clock::time_point deadline, const std::stop_token& stop) {
     int status = 0;
     errno = 0;
     while (::waitpid(pid, &status, WNOHANG) != pid) {
-        // Where SIGCHLD is ignored, as whoever has started us may have arranged, the end comes without a
-        // status.
+        // If our parent has set SIGCHLD to be ignored, an ended process leaves no status.
         if (errno == ECHILD)
             return status;
         if (stop.stop_requested() || Clock::now() >= deadline)
@@ -144,7 +146,7 @@ std::optional<std::string> findProgram(std::string_view program) {
         const std::string_view folder = folders.substr(0, folders.find(':'));
         folders.remove_prefix(std::min(folder.size() + 1, folders.size()));
         const std::string candidate = std::string(folder) + "/" + name;
-        // A relative folder would make the answer depend on where we happen to run.
+        // A relative folder would make the result depend on our working folder.
         if (folder.starts_with('/') && isRunnableFile(candidate))
             return candidate;
     }

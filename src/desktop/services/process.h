@@ -9,27 +9,27 @@
 
 namespace glimra::desktop {
 
-/// A program to be run, without a shell: every argument reaches it byte for byte.
+/// A program to run without a shell: every argument is passed unchanged.
 struct Command {
-    /// A path, or a name that is looked for in PATH.
+    /// A path, or a name that is searched in PATH.
     std::string program;
     std::vector<std::string> arguments;
-    /// Where it runs; empty for where we run.
+    /// The working folder of the program; empty for our own.
     std::string workingDirectory;
 };
 
-/// The path of a program given by its path or by its name in PATH; none when no such program can be run.
+/// The path of a program given by path or by its name in PATH; none when there is no such executable.
 std::optional<std::string> findProgram(std::string_view program);
 
-/// Starts a program that lives on by itself, with no ties to us: its own session, no descriptor and no signal
-/// setting of ours, nothing to read and nowhere to write to. False when there is no such program.
+/// Starts a program that is independent of us: it has its own session, none of our descriptors and signal
+/// settings, and its input and output are /dev/null. Returns false when there is no such program.
 ///
-/// This and `runToEnd` take some milliseconds to start a process; not for the main thread.
+/// This and `runToEnd` need some milliseconds to start a process; not for the main thread.
 bool startDetached(const Command& command);
 
-/// Runs a program to its end and returns its exit code. It is killed, with what it has started, when it takes
-/// longer than `limit` or a stop is asked for; then, and when it cannot be run or a signal ends it, the
-/// result is none.
+/// Runs a program to its end and returns its exit code. It is killed, together with its children, when it
+/// takes longer than `limit` or a stop is requested. None when it was killed, ended by a signal, or could not
+/// be run.
 std::optional<int> runToEnd(const Command& command, std::chrono::milliseconds limit,
                             const std::stop_token& stop);
 

@@ -22,7 +22,8 @@ void SleepWatch::tell() {
     if (m_telling || !m_aboutToSleep)
         return;
     m_telling = true;
-    // An observer may serve the run loop, and with it the next transition: each is told whole, one by one.
+    // An observer may run the run loop and so receive the next transition; transitions are reported one after
+    // the other.
     while (m_toldAsleep != isAsleep()) {
         m_toldAsleep = isAsleep();
         m_toldAsleep ? m_aboutToSleep() : m_screensDidWake();

@@ -5,18 +5,18 @@
 
 namespace glimra::desktop {
 
-/// Who can say that nobody sees the screens.
+/// Sources that can report that nobody sees the screens.
 enum class SleepSource { Machine, ScreenSaver, DisplayPower };
 
-/// Makes one sleep of all that its sources say: asleep while at least one of them says so. A blanked screen
-/// that is followed by the machine's sleep is one sleep, and it ends when the last of the two does.
+/// Combines the sources into one state: asleep while at least one of them says so. When a blanked screen is
+/// followed by the machine's sleep, that is one sleep; it ends when both have ended.
 class SleepWatch {
 public:
-    /// Says who is told. A sleep that is already under way is told at once.
+    /// Sets the observers. If a sleep is already in progress, they are told at once.
     void observe(std::function<void()> aboutToSleep, std::function<void()> screensDidWake);
 
-    /// What a source says now; saying it again changes nothing. The observers have been called when this
-    /// returns, but for a call from inside an observer: that one is told after it.
+    /// Sets what a source says now; repeating it changes nothing. The observers have been called when this
+    /// returns, except for a call from inside an observer: that one is reported after the observer returns.
     void set(SleepSource source, bool asleep);
 
     bool isAsleep() const { return !m_sleeping.empty(); }

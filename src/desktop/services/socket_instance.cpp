@@ -44,7 +44,7 @@ const sockaddr* generic(const sockaddr_un& address) {
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
-/// Whether the program at the other end is of the same user.
+/// Whether the program at the other end runs as the same user.
 bool isOurs(int fd) {
     ucred credentials{};
     socklen_t size = sizeof credentials;
@@ -52,7 +52,7 @@ bool isOurs(int fd) {
            credentials.uid == ::geteuid();
 }
 
-/// One who has connected: says its command in one line and gets an answer.
+/// A connected client: it sends its command in one line and gets an answer.
 class Caller final : public QObject {
 public:
     Caller(UniqueFd fd, const InstanceChannel::Handler& handler, QObject* parent)
@@ -93,7 +93,7 @@ public:
                                   : QFile::encodeName(folder + "/glimra" +
                                                       (identity.isEmpty() ? QString() : "-" + identity))) {}
     ~SocketChannel() override {
-        // While the lock is held: whoever comes next must find nothing, or its own.
+        // Removed while the lock is held, so that the next instance's socket cannot be removed.
         if (m_listener)
             ::unlink(socketPath().constData());
     }
@@ -139,7 +139,7 @@ private:
         UniqueFd fd = newSocket();
         if (!address || !fd)
             return false;
-        // Left by one that was killed: the lock is ours, so nobody listens there.
+        // May be left by a killed instance. We hold the lock, so nobody listens there.
         ::unlink(socketPath().constData());
         const mode_t before = ::umask(S_IRWXG | S_IRWXO);
         const bool bound = ::bind(fd.get(), generic(*address), sizeof *address) == 0;

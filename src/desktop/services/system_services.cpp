@@ -9,7 +9,7 @@
 namespace glimra::desktop {
 
 void StderrSystemLog::write(std::string_view line) {
-    // One write for the line, so that those of several threads do not mix.
+    // One write per line, so that lines of several threads do not mix.
     const std::string text = "glimra: " + std::string(line) + "\n";
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
 }

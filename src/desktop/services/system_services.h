@@ -6,7 +6,7 @@
 
 namespace glimra::desktop {
 
-/// Writes to standard error, which a desktop session keeps in its journal.
+/// Writes to standard error, which desktop sessions usually keep in the journal.
 class StderrSystemLog final : public platform::SystemLog {
 public:
     void write(std::string_view line) override;

@@ -13,11 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The sound of the naming convention that is as short and plain as "Tink".
+/// The name in the sound naming convention that is closest to "Tink": short and plain.
 constexpr std::string_view kThemeSound = "bell";
 constexpr auto kLimit = 3s;
 
-/// Every theme falls back on the sounds of this one.
+/// The file of the theme that all other themes fall back on.
 std::optional<std::string> themeFile() {
     const std::string name = "sounds/freedesktop/stereo/" + std::string(kThemeSound) + ".oga";
     for (const std::filesystem::path& folder : dataFolders()) {
@@ -28,7 +28,7 @@ std::optional<std::string> themeFile() {
     return std::nullopt;
 }
 
-/// The first of the players, by choice, that is installed: the one that knows the desktop's theme and its
+/// The first installed player in order of preference: first the one that uses the desktop's theme and
 /// settings, then those that play a file.
 std::optional<Command> installedPlayer() {
     if (findProgram("canberra-gtk-play"))

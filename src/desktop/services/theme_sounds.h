@@ -10,12 +10,12 @@
 
 namespace glimra::desktop {
 
-/// Whether something is installed that plays the desktop's sounds.
+/// Whether a player for the desktop's sounds is installed.
 bool canPlayThemeSounds();
 
-/// Plays the system's named sounds as sounds of the desktop's sound theme, with the player that is installed.
-/// `play` hands over and returns. Once the player has failed or hung there is silence: most likely there is
-/// no sound device, and each try would cost a process in vain.
+/// Plays named sounds from the desktop's sound theme with the installed player. `play` hands the work over
+/// and returns. Once the player has failed or hung, no more sounds are played: most likely there is no sound
+/// device, and each attempt would waste a process.
 class ThemeSounds final : public platform::Sounds {
 public:
     explicit ThemeSounds(BackgroundWorker& worker);
@@ -23,7 +23,8 @@ public:
 
 private:
     BackgroundWorker& m_worker;
-    /// What plays "Tink", while that makes sense; the worker's alone from the first errand on.
+    /// The command that plays "Tink"; empty when there is none or it has failed. Used by the worker only,
+    /// from the first errand on.
     std::shared_ptr<std::optional<Command>> m_tink;
 };
 

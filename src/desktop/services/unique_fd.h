@@ -6,7 +6,7 @@
 
 namespace glimra::desktop {
 
-/// A file descriptor that is closed with its owner; -1 for none.
+/// Owns a file descriptor and closes it; -1 for none.
 class UniqueFd {
 public:
     UniqueFd() = default;

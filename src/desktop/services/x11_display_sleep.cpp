@@ -13,7 +13,7 @@ namespace glimra::desktop {
 
 namespace {
 
-/// Displays that fall asleep cost nothing but some captures; those that wake are being looked at.
+/// A late notice of sleep costs only some captures. A late notice of waking is seen by the user.
 constexpr int kPauseAwakeMs = 10'000;
 constexpr int kPauseAsleepMs = 1'000;
 
@@ -23,7 +23,7 @@ struct FreeMemory {
 template <class Value>
 using Owned = std::unique_ptr<Value, FreeMemory>;
 
-/// Asking a server for an extension that it does not have would end the connection.
+/// A request for an extension that the server lacks would end the connection.
 const xcb_query_extension_reply_t* presentExtension(xcb_connection_t* connection, xcb_extension_t* id) {
     const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, id);
     return extension != nullptr && extension->present != 0 ? extension : nullptr;
@@ -95,8 +95,8 @@ void X11DisplaySleep::timerEvent(QTimerEvent* event) {
     read();
 }
 
-// To be called after each exchange with the server too: what xcb reads on the way makes the descriptor ready
-// no more.
+// Must also be called after each exchange with the server: data that xcb has already read does not make the
+// descriptor readable again.
 void X11DisplaySleep::read() {
     readEvents();
     takeDisplayPower();
@@ -106,7 +106,7 @@ void X11DisplaySleep::read() {
 
 void X11DisplaySleep::readEvents() {
     while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
-        // The highest bit says that another client has sent it: it is none of the server's.
+        // The highest bit marks events sent by other clients; only the server's own count.
         if (m_screenSaverEvent == 0 || event->response_type != m_screenSaverEvent)
             continue;
         const auto* const notify = reinterpret_cast<const xcb_screensaver_notify_event_t*>(event.get());

@@ -14,12 +14,12 @@
 
 namespace glimra::desktop {
 
-/// The sleep of the displays as an X server tells it, on a connection of its own: its screen saver's events
-/// (MIT-SCREEN-SAVER), and the power state of the displays (DPMS), which has no events in the version that
-/// all servers speak and is therefore asked for now and then. A server may lack both, and then all is awake.
+/// The sleep of the displays as an X server reports it, on a connection of its own. The screen saver
+/// (MIT-SCREEN-SAVER) sends events. The power state (DPMS) has no events in the version that all servers
+/// support, so it is polled now and then. Without these extensions the displays count as awake.
 class X11DisplaySleep final : public QObject, public DisplaySleep {
 public:
-    /// An empty name stands for the display in the environment. Without a server it tells nothing.
+    /// An empty name means $DISPLAY. Without a server it reports nothing.
     explicit X11DisplaySleep(const std::string& displayName = {});
 
     void observe(Teller tell) override;
@@ -44,9 +44,9 @@ private:
 
     int m_screenNumber = 0;
     std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
-    /// The response type of the screen saver's event; 0, which is none of an event, without the extension.
+    /// The response type of the screen saver's event; 0, which no event has, when the extension is missing.
     std::uint8_t m_screenSaverEvent = 0;
-    /// The question after the displays' power that has not been answered.
+    /// The request for the displays' power state that has not been answered yet.
     std::optional<unsigned int> m_question;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QBasicTimer m_askAgain;

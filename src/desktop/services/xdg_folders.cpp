@@ -14,7 +14,7 @@ std::string variable(const char* name) {
     return value == nullptr ? std::string() : std::string(value);
 }
 
-/// Relative folders are to be ignored.
+/// The standard says that relative folders must be ignored.
 void addAbsolute(std::vector<std::filesystem::path>& folders, const std::filesystem::path& folder) {
     if (folder.is_absolute())
         folders.push_back(folder);

@@ -5,7 +5,7 @@
 
 namespace glimra::desktop {
 
-/// The folders for data that programs install, the most important first.
+/// The folders for installed data, in order of preference.
 /// https://specifications.freedesktop.org/basedir-spec/latest/
 std::vector<std::filesystem::path> dataFolders();
 

@@ -15,7 +15,7 @@ namespace glimra::desktop {
 namespace {
 
 constexpr int kMostSetAside = 99;
-/// Real settings have some ten kilobytes.
+/// Real settings take about ten kilobytes.
 constexpr qint64 kMostBytes = qint64{16} << 20;
 
 std::optional<QByteArray> contentOf(const QString& path) {
@@ -27,7 +27,7 @@ std::optional<QByteArray> contentOf(const QString& path) {
 
 bool write(const QString& path, const QByteArray& content) {
     QSaveFile file(path);
-    // Committed, what is still in its buffer would be lost on a full disk without a word.
+    // Flushed before the commit, which would not report that a full disk has lost the rest of the buffer.
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush() &&
            file.commit();
 }
@@ -45,7 +45,7 @@ std::optional<int> newestSoundCopy(const QString& path) {
     return std::nullopt;
 }
 
-/// A name beside the file that is still free; the last one when none is.
+/// A free name beside the file; the last candidate when all are taken.
 QString nameForDamaged(const QString& path) {
     QString name = path + ".damaged";
     for (int number = 2; QFile::exists(name) && number <= kMostSetAside; ++number)
@@ -77,8 +77,7 @@ std::string mendSettings(const QString& path, platform::SystemLog& systemLog) {
         return {};
     const Soundness soundness = soundnessOf(*content);
     const std::optional<int> copy = newestSoundCopy(path);
-    // Without the mark, and without copies, it is a file of the time before there were any, or somebody's
-    // own.
+    // A file with neither a mark nor copies was written before copies existed, or by somebody's hand.
     if (soundness == Soundness::Sound || (soundness == Soundness::CutOff && !copy))
         return {};
     const QString aside = nameForDamaged(path);
@@ -99,11 +98,11 @@ void keepCopy(const QString& path) {
     const std::optional<QByteArray> content = contentOf(path);
     if (!content || soundnessOf(*content) != Soundness::Sound || content == contentOf(copyName(path, 1)))
         return;
-    // First of all the new one: on a full disk the older ones have to stay.
+    // The new copy is written first: if the disk is full, the older ones must stay.
     if (!write(copyName(path, 0), *content))
         return;
-    // From the oldest on, each replacing one that has a newer copy by now; a gap, where an earlier run was
-    // killed in the midst of this, takes one in and costs none.
+    // Renames from the oldest on, so only the oldest copy is overwritten. A gap in the numbers, left by a run
+    // that was killed here, is filled, and then no copy is lost.
     int last = 1;
     while (last < kCopies && QFile::exists(copyName(path, last)))
         ++last;

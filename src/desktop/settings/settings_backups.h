@@ -9,30 +9,30 @@
 
 namespace glimra::desktop {
 
-// Copies of a settings file FILE from earlier times, FILE.1 (the newest) to FILE.3, so that what a broken
-// disk, a full one or another program does to it costs an evening's changes at most. Whatever moment the
-// program is killed at, no copy is lost but the oldest. Main thread.
+// Earlier copies of a settings file FILE: FILE.1 (the newest) to FILE.3. If the disk or another program
+// damages the file, at most one evening's changes are lost. Killing the program at any moment loses at most
+// the oldest copy. Main thread.
 
 inline constexpr int kCopies = 3;
-/// The name of a copy, 1 to `kCopies`.
+/// The name of copy `number`, 1 to `kCopies`.
 QString copyName(const QString& path, int number);
 
-/// In files that were written to their end, behind everything else: a key and its value.
+/// A key that is written after all others, so a file that contains it is complete.
 inline constexpr const char* kEndMark = "zz/complete";
 
-/// Whether a file can have been written by this program, or by hand, and is all there.
+/// Whether content looks like a settings file, written by this program or by hand, and is complete.
 enum class Soundness { Sound, CutOff, Damaged };
 Soundness soundnessOf(const QByteArray& content);
-/// Whether there is a file, and it is sound.
+/// Whether the file exists and is sound.
 bool isSound(const QString& path);
 
-/// Before the settings are read: a damaged file, or one that was cut off, is set aside as FILE.damaged, or
-/// FILE.damaged-2 and so on, and the newest sound copy takes its place. Where there is none, what can be
-/// read of the file is left in use. Says in the system log what was done, and returns it; empty when nothing
-/// was.
+/// Must be called before the settings are read. If the file is damaged or cut off, saves it as FILE.damaged
+/// (or FILE.damaged-2 and so on) and puts the newest sound copy in its place; without a sound copy, the file
+/// stays in use as far as it can be read. Writes to the system log what was done and returns it; empty when
+/// nothing was done.
 std::string mendSettings(const QString& path, platform::SystemLog& systemLog);
 
-/// Keeps the file as the newest copy, if it is sound and differs from that one.
+/// Saves the file as the newest copy if it is sound and differs from that copy.
 void keepCopy(const QString& path);
 
 } // namespace glimra::desktop

@@ -10,8 +10,8 @@
 
 namespace glimra::desktop {
 
-/// The settings as they would be used, read from a copy: for whoever only looks, while another Glimra may be
-/// running with them.
+/// The settings as the application would use them, read from a copy of the file. For code that only looks at
+/// them while another Glimra may be using the original.
 class SettingsCopy {
 public:
     explicit SettingsCopy(const QString& original);
@@ -19,9 +19,9 @@ public:
     const platform::UserDefaults& values() const { return *m_settings; }
     /// The file that was copied.
     const QString& original() const { return m_original; }
-    /// It could not be used as it is.
+    /// Whether the file had to be mended.
     bool isMended() const { return !m_settings->mending().empty(); }
-    /// There is a good copy beside it.
+    /// Whether there is a sound copy beside it.
     bool hasBackup() const { return m_hasBackup; }
 
 private:

@@ -19,8 +19,8 @@ QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// Qt guards each save by a file, and the taking away of a guard that was left behind by a second one, and so
-/// on. Who is killed at that may leave guards for which Qt waits for good.
+/// Qt locks a file for each save by a lock file, removes stale locks under a second lock file, and so on. A
+/// program killed during this may leave lock files for which Qt would wait forever.
 void removeGuards(const QString& path) {
     constexpr int kMostGuards = 5;
     QString guard = path + ".lock";
@@ -28,7 +28,7 @@ void removeGuards(const QString& path) {
         QFile::remove(guard);
 }
 
-/// Makes that what lies there can be read and written; returns what had to be mended.
+/// Makes the file readable and writable; returns what had to be mended.
 std::string prepare(const QString& path, platform::SystemLog& systemLog) {
     removeGuards(path);
     return mendSettings(path, systemLog);
@@ -67,7 +67,7 @@ std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
 std::optional<StoredValue> SettingsFile::read(const QString& key) const {
     if (!m_settings.contains(key))
         return std::nullopt;
-    // Text with a comma that a hand has written is a list to Qt.
+    // Qt reads hand-written text with a comma as a list.
     const QString text = m_settings.value(key).toStringList().join(',');
     std::optional<StoredValue> value = storedValueFromText(text.toStdString());
     if (!value && m_reportedKeys.insert(key).second)
@@ -102,13 +102,13 @@ std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
 std::string SettingsFile::save() {
     const bool wasPending = std::exchange(m_saveIsPending, false);
     m_settings.sync();
-    // Qt takes a file for written that a full disk has cut off.
+    // Qt reports success also when a full disk has cut the file off.
     const bool isWritten =
         m_settings.status() != QSettings::AccessError && (!wasPending || isSound(m_settings.fileName()));
     if (isWritten || m_reportedWriteFailure)
         return {};
     m_reportedWriteFailure = true;
-    const std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
+    std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
     m_systemLog.write(problem);
     return problem;
 }

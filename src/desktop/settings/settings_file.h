@@ -13,26 +13,26 @@
 
 namespace glimra::desktop {
 
-/// The settings in an INI file, each value in the form of stored_value_text.h. A change is written when the
-/// event loop comes round, and at the latest when the object goes; the file is replaced as a whole.
+/// The settings in an INI file; the form of the values is in stored_value_text.h. Changes are written by the
+/// event loop, and at the latest by the destructor; the file is replaced as a whole.
 ///
-/// A value that cannot be read counts as absent and is said once in the system log. Copies of the file are
-/// kept, and take its place when it is damaged: settings_backups.h. One object at a time for each file. Main
-/// thread.
+/// An unreadable value counts as absent and is reported once to the system log. Copies of the file are kept
+/// and replace it when it is damaged (settings_backups.h). Only one object per file at a time. Main thread.
 class SettingsFile final : public QObject, public platform::UserDefaults {
 public:
     SettingsFile(const QString& path, platform::SystemLog& systemLog);
     ~SettingsFile() override;
 
-    /// Where the settings are kept when nobody says otherwise, in the XDG configuration folder.
+    /// The path used by default, in the XDG configuration folder.
     static QString defaultPath();
 
-    /// What had to be mended before the settings could be read, a line for the log; empty when nothing had.
+    /// What had to be mended before the settings could be read, as a line for the log; empty when nothing
+    /// had.
     const std::string& mending() const { return m_mending; }
-    /// That they can't be written, a line for the log, once; not while the object goes.
+    /// Emits, once, a line for the log when the settings cannot be written; not during destruction.
     platform::Signal<std::string_view> told;
 
-    /// The folder that the file is in; it may not be there yet.
+    /// The folder of the file; it may not exist yet.
     QString folder() const;
 
     std::optional<platform::StoredValue> get(std::string_view key) const override;
@@ -44,7 +44,7 @@ public:
 
 private:
     std::optional<platform::StoredValue> read(const QString& key) const;
-    /// Returns what went wrong, the first time; else nothing.
+    /// Returns the error the first time that saving fails; otherwise nothing.
     std::string save();
 
     platform::SystemLog& m_systemLog;

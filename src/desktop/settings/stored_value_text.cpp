@@ -74,7 +74,7 @@ std::optional<Value> wholeNumber(std::string_view text) {
 }
 
 std::optional<Number> numberFromText(std::string_view text) {
-    // A number of digits alone that fits no integer is damaged, and not a double.
+    // Digits alone that fit no integer are damaged, not a double.
     if (text.find_first_not_of("-0123456789") == std::string_view::npos) {
         if (const auto integer = wholeNumber<std::int64_t>(text))
             return Number{*integer};
@@ -85,7 +85,7 @@ std::optional<Number> numberFromText(std::string_view text) {
     return std::nullopt;
 }
 
-/// What is no number becomes one that says so; none when there is nothing else.
+/// Unreadable elements become NaN. None when no element can be read.
 std::optional<NumberArray> arrayFromText(std::string_view text) {
     NumberArray numbers;
     bool isWorthIt = text.empty();
@@ -116,7 +116,7 @@ std::optional<Data> dataFromHex(std::string_view text) {
     return data;
 }
 
-/// What follows `tag`, when `text` begins with it.
+/// The text after `tag`; none when `text` does not begin with it.
 std::optional<std::string_view> after(std::string_view tag, std::string_view text) {
     if (!text.starts_with(tag))
         return std::nullopt;

@@ -20,8 +20,8 @@ namespace glimra::desktop {
 
 std::string toText(const platform::StoredValue& value);
 
-/// None for anything that is not exactly of one of these forms; but an array in which some elements can't be
-/// read has a double that is no number in the place of each.
+/// None for text in none of these forms. Exception: in an array in which at least one element can be read,
+/// those that cannot are NaN.
 std::optional<platform::StoredValue> storedValueFromText(std::string_view text);
 
 } // namespace glimra::desktop

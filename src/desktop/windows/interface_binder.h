@@ -16,18 +16,18 @@
 
 namespace glimra::desktop {
 
-class ColorWell;
-class KeyboardCanvas;
-
 /// Ties the windows that a designer drew to the application's controls and operations, in both directions. A
-/// widget's object name is its outlet, its dynamic property `action` the selector that it sends; a number
-/// that goes with it is its property `tag`. What serves the desktop alone has a `command` instead.
+/// widget's object name is its outlet, its dynamic property `action` the selector that it sends (more of them
+/// in `sending_widget.h`); a number that goes with it is its property `tag`. What serves the desktop alone
+/// has a `command` instead.
 ///
 /// No control may change after the windows are gone. Main thread.
 class InterfaceBinder final : public QObject {
 public:
     explicit InterfaceBinder(app::AppDelegate& delegate);
 
+    /// A control that has a widget though it is none of the named outlets; before `bind`.
+    void addOutlet(const std::string& name, const app::ControlPointer& control);
     /// What a command does; before `bind`.
     void setCommand(const std::string& name, std::function<void()> perform);
     /// Binds a window and all that is in it. Widgets that stand for others must have been replaced by now.
@@ -58,35 +58,16 @@ public:
     /// one or of the wrong kind, a control that does nothing. One sentence each; none in a sound program.
     std::vector<std::string> problems() const;
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void bindObject(QObject* object);
-    void bindOutlet(QObject* object, const app::NamedOutlet& outlet);
-    void bindAction(QObject* object, const app::ActionRow& row);
+    void bindOutlet(QObject* object, const app::ControlPointer& control);
+    void bindAction(QObject* object, const char* property);
     void bindCommand(QObject* object);
-    void bindWell(ColorWell& well, const app::ActionRow& row);
     bool isPartOfRadioGroup(const QObject* object) const;
-
-    bool attach(QWidget* widget, platform::Window& control);
-    bool attach(QObject* object, platform::TextView& control);
-    bool attach(QObject* object, platform::Picture& control);
-    bool attach(QObject* object, platform::CanvasView& control);
-    bool attach(QObject* object, platform::RadioGroup& control);
-    bool attach(QObject* object, platform::ColorWell& control);
-    bool attach(QObject* object, platform::PopUp& control);
-    bool attach(QObject* object, platform::TextField& control);
-    bool attach(QObject* object, platform::Label& control);
-    bool attach(QObject* object, platform::CheckBox& control);
-    bool attach(QObject* object, platform::Button& control);
-    bool attach(QObject* object, platform::MenuItem& control);
-
-    void follow(QWidget* widget, platform::Control& control);
-    void sendClose(QObject* window);
     void complain(const QObject* object, const std::string& what);
 
     app::AppDelegate& m_delegate;
-    std::map<std::string, app::NamedOutlet> m_outlets;
+    std::map<std::string, app::ControlPointer> m_outlets;
     std::map<std::string, QPointer<QObject>> m_bound;
     Route m_route;
     std::set<std::string> m_sentSelectors;

@@ -20,21 +20,6 @@ namespace {
 /// Points of the layout between two places where a drag is tested; less than the narrowest key.
 constexpr double kDragStep = 4.0;
 
-/// Keeps the colours that keys are filled with.
-class ColorCollector final : public platform::Painter {
-public:
-    explicit ColorCollector(keyboards::KeyColors& colors) : m_colors(colors) {}
-
-    void fillRect(int x, int y, int, int, const platform::Color& color, double) override {
-        for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
-            if (kKeyboardLayout[index].x == x && kKeyboardLayout[index].y == y)
-                m_colors[index] = lighting::toRgb(color);
-    }
-
-private:
-    keyboards::KeyColors& m_colors;
-};
-
 QPointF centerOf(std::size_t index) {
     const lighting::KeyRect& key = kKeyboardLayout[index];
     return {key.x + key.width / 2.0, key.y + key.height / 2.0};
@@ -62,12 +47,13 @@ QSize KeyboardCanvas::minimumSizeHint() const {
 }
 
 void KeyboardCanvas::redraw() {
-    const keyboards::KeyColors before = m_colors;
-    ColorCollector collector(m_colors);
-    m_source.draw(collector);
-    for (std::size_t index = 0; index < m_colors.size(); ++index)
-        if (m_colors[index] != before[index])
-            update(m_painter.reachOfKey(index));
+    m_source.draw([this](std::size_t index, const lighting::Color& color) {
+        const auto rgb = lighting::toRgb(color);
+        if (m_colors[index] == rgb)
+            return;
+        m_colors[index] = rgb;
+        update(m_painter.reachOfKey(index));
+    });
 }
 
 QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {

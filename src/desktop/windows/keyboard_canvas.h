@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/color_painter.h"
 #include "desktop/windows/keyboard_painter.h"
-#include "platform/painter.h"
 
 #include <QPixmap>
 #include <QWidget>
@@ -18,8 +18,8 @@ class KeyboardCanvas final : public QWidget {
 public:
     /// What the canvas works on; all of it outlives the canvas.
     struct Source {
-        /// Draws every key once.
-        std::function<void(platform::Painter&)> draw;
+        /// Tells the colour of every key.
+        std::function<void(const app::ColorPainter::ShowKey&)> draw;
         /// What a key's colour is called.
         std::function<QString(lighting::KeyCode)> colorName;
     };

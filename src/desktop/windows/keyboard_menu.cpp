@@ -1,6 +1,6 @@
 #include "desktop/windows/keyboard_menu.h"
 
-#include "keyboards/chosen_keyboard.h"
+#include "keyboards/drivers.h"
 
 #include <utility>
 
@@ -22,7 +22,7 @@ KeyboardMenu::KeyboardMenu(QMenu* menu, KeyboardChoice choice, const app::AppDel
     menu->insertMenu(stale, drivers);
     addDriver(drivers, std::string(keyboards::kAutomaticDriver), "&Automatic");
     drivers->addSeparator();
-    for (const keyboards::DriverName& driver : keyboards::kDriverNames)
+    for (const keyboards::DriverRow& driver : keyboards::driverRows())
         addDriver(drivers, std::string(driver.name), toQString(driver.title));
 
     // The setting is read when the application launches, which is after the windows are made.

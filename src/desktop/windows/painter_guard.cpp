@@ -13,11 +13,11 @@ struct PainterGuard::Rule {
     void (PainterGuard::*send)(const Action&);
 };
 
-PainterGuard::PainterGuard(const Parts& parts) : m(parts) {
-    m.binder.setRoute([this](const app::ActionRow& row, const ActionArgument& argument) {
+PainterGuard::PainterGuard(const Parts& parts) : m_parts(parts) {
+    m_parts.binder.setRoute([this](const app::ActionRow& row, const ActionArgument& argument) {
         send({row, argument});
     });
-    m.binder.claim({"showProfile:", "settleEdits:"});
+    m_parts.binder.claim({"showProfile:", "settleEdits:"});
 }
 
 void PainterGuard::send(const Action& action) {
@@ -45,21 +45,21 @@ void PainterGuard::send(const Action& action) {
 }
 
 void PainterGuard::quit() {
-    if (!m.windowSystem.raiseModal() && leavePainter())
-        m.quit();
+    if (!m_parts.windowSystem.raiseModal() && leavePainter())
+        m_parts.quit();
 }
 
 void PainterGuard::openPainter(const Action& action) {
     // To open it anew would fill the canvas from the store.
     if (painterShows())
-        m.delegate.outlets().colorProgrammerWindow.bringToFront();
+        m_parts.delegate.outlets().colorProgrammerWindow.bringToFront();
     else
         perform(action);
 }
 
 void PainterGuard::openSetter(const Action& action) {
     // To open it anew would make the choices of now those that its Cancel goes back to.
-    platform::Window& setter = m.delegate.outlets().actionKeySetterWindow;
+    platform::Window& setter = m_parts.delegate.outlets().actionKeySetterWindow;
     if (setter.visible.get())
         setter.bringToFront();
     else
@@ -67,9 +67,9 @@ void PainterGuard::openSetter(const Action& action) {
 }
 
 void PainterGuard::close(const Action& action) {
-    const std::string& window = action.argument.text;
+    const std::string& window = std::get<app::WindowName>(action.argument).name;
     if (window == "actionKeySetterWindow")
-        m.binder.perform("actionKeySetterCanx:");
+        m_parts.binder.perform("actionKeySetterCanx:");
     else if (window == "colorProgrammerWindow")
         static_cast<void>(leavePainter());
     else if (window != "mainWindow" || leavePainter())
@@ -78,20 +78,20 @@ void PainterGuard::close(const Action& action) {
 
 void PainterGuard::showProfile(const Action& action) {
     // A question is about the profile that it was asked for.
-    if (!m.windowSystem.raiseModal())
+    if (!m_parts.windowSystem.raiseModal())
         perform(action);
 }
 
 void PainterGuard::importProfiles(const Action& action) {
     // It fills the canvas.
-    if (!m.delegate.state().profile.profileTouched || leavePainter())
+    if (!m_parts.delegate.state().profile.profileTouched || leavePainter())
         perform(action);
 }
 
 void PainterGuard::preview(const Action& action) {
     // It is drawn later; shown anew, the other profile leaves the canvas its own cooldowns.
-    if (const int shown = m.delegate.state().profile.activeColorProfile;
-        shown != m.delegate.state().canvas.profile)
+    if (const int shown = m_parts.delegate.state().profile.activeColorProfile;
+        shown != m_parts.delegate.state().canvas.profile)
         showOnKeyboard(shown);
     perform(action);
 }
@@ -105,14 +105,14 @@ void PainterGuard::performForCanvas(const Action& action) {
 }
 
 void PainterGuard::forCanvas(Afterwards light, const std::function<void()>& act) {
-    const app::State& state = m.delegate.state();
+    const app::State& state = m_parts.delegate.state();
     const int shown = state.profile.activeColorProfile;
     const int edited = painterShows() ? state.canvas.profile : shown;
     if (edited != shown)
         showOnKeyboard(edited);
     act();
     // The user may have quit in a question.
-    if (m.runLoop.isTerminated())
+    if (m_parts.runLoop.isTerminated())
         return;
     const int chosen = state.profile.activeColorProfile;
     if (light == Afterwards::FromTheStore || (edited != shown && chosen == edited))
@@ -122,28 +122,24 @@ void PainterGuard::forCanvas(Afterwards light, const std::function<void()>& act)
 bool PainterGuard::leavePainter() {
     if (!painterShows())
         return true;
-    const bool& isTouched = m.delegate.state().profile.profileTouched;
+    const bool& isTouched = m_parts.delegate.state().profile.profileTouched;
     if (isTouched)
-        forCanvas(Afterwards::AsItWas, [this] { m.binder.perform("settleEdits:"); });
+        forCanvas(Afterwards::AsItWas, [this] { m_parts.binder.perform("settleEdits:"); });
     if (isTouched)
         return false;
     forCanvas(Afterwards::FromTheStore, [this] {
-        ActionArgument painter;
-        painter.text = "colorProgrammerWindow";
-        m.binder.perform("windowShouldClose:", painter);
-        m.binder.perform("colorCancel:");
+        m_parts.binder.perform("windowShouldClose:", app::WindowName{"colorProgrammerWindow"});
+        m_parts.binder.perform("colorCancel:");
     });
     return true;
 }
 
 void PainterGuard::showOnKeyboard(int profile) {
-    ActionArgument argument;
-    argument.number = profile;
-    m.binder.perform("showProfile:", argument);
+    m_parts.binder.perform("showProfile:", app::ButtonTag{profile});
 }
 
 bool PainterGuard::painterShows() const {
-    return m.delegate.outlets().colorProgrammerWindow.visible.get();
+    return m_parts.delegate.outlets().colorProgrammerWindow.visible.get();
 }
 
 } // namespace glimra::desktop

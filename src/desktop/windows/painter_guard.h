@@ -39,7 +39,7 @@ private:
     struct Rule;
 
     void send(const Action& action);
-    void perform(const Action& action) { m.binder.perform(action.row, action.argument); }
+    void perform(const Action& action) { m_parts.binder.perform(action.row, action.argument); }
     void openPainter(const Action& action);
     void openSetter(const Action& action);
     void close(const Action& action);
@@ -59,7 +59,7 @@ private:
     void showOnKeyboard(int profile);
     bool painterShows() const;
 
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::desktop

@@ -113,16 +113,16 @@ void StatusLine::keepPace() {
 
 void StatusLine::takeSample() {
     const platform::Time moment = m_now();
-    const std::uint64_t frames = m_delegate.validFrames();
+    const std::uint64_t frames = m_delegate.operations().screenReader.validFrames();
     if (frames != m_frames)
         m_stripSeenAt = moment;
     m_frames = frames;
-    m_messages.add(moment, m_delegate.dispatchedMessages());
+    m_messages.add(moment, m_delegate.operations().messagePump.dispatchedMessages());
 
     const std::string_view captureWay = m_captureWay();
     StatusSnapshot snapshot{QString::fromStdString(m_keyboardName.get()),
                             QString::fromUtf8(captureWay.data(), static_cast<qsizetype>(captureWay.size())),
-                            m_delegate.gameIsInFront(),
+                            m_delegate.operations().messagePump.gameIsInFront(),
                             {},
                             m_messages.perMinute(),
                             m_delegate.state().profile.activeColorProfile};

@@ -11,9 +11,7 @@ Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<vo
         QAction* const item = m_menu.addAction(QString("Profile %1").arg(profile));
         item->setCheckable(true);
         QObject::connect(item, &QAction::triggered, &m_menu, [this, &binder, profile] {
-            app::ActionArgument argument;
-            argument.number = profile;
-            binder.send("showProfile:", argument);
+            binder.send("showProfile:", app::ButtonTag{profile});
             showActiveProfile();
         });
         m_profiles.push_back(item);

@@ -3,7 +3,6 @@
 #include "app/palette_check.h"
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/content_fitter.h"
-#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
 #include "desktop/windows/seconds_box.h"
@@ -60,21 +59,21 @@ QString letterOfSlot(int slot) {
 
 } // namespace
 
-Windows::Windows(const Parts& parts) : m(parts), m_binder(parts.delegate) {
+Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) {
     buildMainWindow();
     buildProgrammer();
     buildOthers();
     bindAll();
     m_guard = std::make_unique<PainterGuard>(
-        PainterGuard::Parts{m_binder, m.delegate, m.windowSystem, m.runLoop, m.quit});
-    m_editedProfile = std::make_unique<EditedProfile>(m_programmer, m.delegate, m.runLoop);
-    m_questions =
-        std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"), m.delegate);
-    m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m.userDefaults, m.keyboardName);
-    m_statusLine =
-        std::make_unique<StatusLine>(m_mainWindow, m.delegate, m.keyboardName, m.captureWay, m.now);
+        PainterGuard::Parts{m_binder, m_parts.delegate, m_parts.windowSystem, m_parts.runLoop, m_parts.quit});
+    m_editedProfile = std::make_unique<EditedProfile>(m_programmer, m_parts.delegate, m_parts.runLoop);
+    m_questions = std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"),
+                                              m_parts.delegate);
+    m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m_parts.userDefaults, m_parts.keyboardName);
+    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m_parts.delegate, m_parts.keyboardName,
+                                                m_parts.captureWay, m_parts.now);
     m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
-                                                    m.keyboardChoice, m.delegate);
+                                                    m_parts.keyboardChoice, m_parts.delegate);
     showSteps();
 }
 
@@ -103,8 +102,8 @@ Widget* Windows::add(QWidget* parent) {
 
 void Windows::buildMainWindow() {
     m_mainWindow = add<Ui::MainWindow, QMainWindow>();
-    replace(m_mainWindow, new KeyboardView(m.keyboard, m.now), "imageView");
-    replace(m_mainWindow, new LogView(m.delegate.outlets().myTextScroll), "myTextScroll");
+    replace(m_mainWindow, new KeyboardView(m_parts.keyboard, m_parts.now), "imageView");
+    replace(m_mainWindow, new LogView(m_parts.delegate.outlets().myTextScroll), "myTextScroll");
 }
 
 void Windows::buildProgrammer() {
@@ -120,16 +119,18 @@ void Windows::buildProgrammer() {
     blinkTime->refused(false);
     m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
     m_canvas->setSource(
-        {.draw = [this](platform::Painter& painter) { m.delegate.drawKeyboardCanvas(painter); },
+        {.draw =
+             [this](const auto& showKey) { m_parts.delegate.operations().colorPainter.drawKeys(showKey); },
          .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
-    m.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
+    m_parts.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
 }
 
 void Windows::buildOthers() {
     // When a dialog goes, the window that it belongs to gets the keyboard back.
     QWidget* const about = add<Ui::About, QWidget>();
     auto* const installAddon = add<Ui::InstallAddon, QDialog>(m_mainWindow);
-    m_addonInstaller = std::make_unique<AddonInstaller>(installAddon, m.runLoop, m.delegate.state().launcher);
+    m_addonInstaller =
+        std::make_unique<AddonInstaller>(installAddon, m_parts.runLoop, m_parts.delegate.state().launcher);
     for (QWidget* const window : std::initializer_list<QWidget*>{
              add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
              add<Ui::CopyProfileDialog, QDialog>(m_programmer), add<Ui::LaunchOptions, QDialog>(m_mainWindow),
@@ -151,22 +152,23 @@ void Windows::bindAll() {
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
     m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });
     m_binder.setCommand("addonClose", [this] { m_addonInstaller->close(); });
+    m_binder.addOutlet("debugMenuItem", &m_parts.delegate.outlets().debugMenuItem);
     for (const auto& window : m_windows)
         m_binder.bind(window.get());
-    for (const app::NamedOutlet& outlet : app::namedOutlets(m.delegate.outlets()))
-        if (auto* const* control = std::get_if<platform::Window*>(&outlet.control))
-            if (QWidget* const widget = window(outlet.name))
-                m.windowSystem.addWindow(**control, widget);
-    m.windowSystem.setMainWindow(m_mainWindow);
+    for (const app::NamedOutlet& outlet : app::namedOutlets())
+        if (platform::Window* const control = outlet.windowIn(m_parts.delegate.outlets()))
+            if (QWidget* const widget = window(std::string(outlet.name)))
+                m_parts.windowSystem.addWindow(*control, widget);
+    m_parts.windowSystem.setMainWindow(m_mainWindow);
 }
 
 void Windows::askForCanvas() {
-    const platform::Window& window = m.delegate.outlets().colorProgrammerWindow;
+    const platform::Window& window = m_parts.delegate.outlets().colorProgrammerWindow;
     if (m_canvasIsAsked || !window.visible.get())
         return;
     // However often it is asked for within one operation, one drawing shows all of it.
     m_canvasIsAsked = true;
-    m.runLoop.post([this, &window] {
+    m_parts.runLoop.post([this, &window] {
         m_canvasIsAsked = false;
         if (!window.visible.get())
             return;
@@ -177,30 +179,33 @@ void Windows::askForCanvas() {
 }
 
 void Windows::showSteps() {
-    m_programmer->findChild<QAbstractButton*>("undoButton")->setEnabled(m.delegate.canUndo());
-    m_programmer->findChild<QAbstractButton*>("redoButton")->setEnabled(m.delegate.canRedo());
+    m_programmer->findChild<QAbstractButton*>("undoButton")
+        ->setEnabled(m_parts.delegate.operations().canvasEdits.canUndo());
+    m_programmer->findChild<QAbstractButton*>("redoButton")
+        ->setEnabled(m_parts.delegate.operations().canvasEdits.canRedo());
     showWhatIsPossible();
     showPaletteWarning();
 }
 
 void Windows::showWhatIsPossible() {
-    const app::State& state = m.delegate.state();
-    const app::Outlets& outlets = m.delegate.outlets();
+    const app::State& state = m_parts.delegate.state();
+    const app::Outlets& outlets = m_parts.delegate.outlets();
     m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
-        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() && m.delegate.canvasShowsCooldowns());
+        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() &&
+                     m_parts.delegate.operations().colorProgrammer.canvasShowsCooldowns());
     m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
         ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
 }
 
 void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
-    if (m.delegate.isCalibrating() && action.selector.starts_with("calibrate"))
-        m.delegate.tell("Glimra is calibrating already, for up to 90 seconds.");
+    if (m_parts.delegate.operations().calibration.isRunning() && action.selector.starts_with("calibrate"))
+        m_parts.delegate.operations().log.tell("Glimra is calibrating already, for up to 90 seconds.");
 }
 
 void Windows::showPaletteWarning() {
-    const app::State& state = m.delegate.state();
+    const app::State& state = m_parts.delegate.state();
     QStringList sentences;
-    if (m.delegate.canvasShowsCooldowns())
+    if (m_parts.delegate.operations().colorProgrammer.canvasShowsCooldowns())
         for (const app::PaletteWarning& warning :
              app::checkPalette(state.canvas.keyColorSet, state.canvas.keysToColors, state.actionKeys)) {
             const std::string_view whom = app::describe(warning.vision);
@@ -217,7 +222,7 @@ void Windows::showPaletteWarning() {
 }
 
 QString Windows::colorNameOfKey(lighting::KeyCode code) const {
-    const lighting::KeyMap& map = m.delegate.state().canvas.keysToColors;
+    const lighting::KeyMap& map = m_parts.delegate.state().canvas.keysToColors;
     return code < map.size() ? letterOfSlot(map[code]) : QString();
 }
 

@@ -5,6 +5,7 @@
 #include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
+#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/painter_guard.h"
 #include "desktop/windows/qt_window_system.h"
@@ -62,7 +63,7 @@ private:
     void showPaletteWarning();
     QString colorNameOfKey(lighting::KeyCode code) const;
 
-    Parts m;
+    Parts m_parts;
     InterfaceBinder m_binder;
     std::vector<std::unique_ptr<QWidget>> m_windows;
     QMainWindow* m_mainWindow = nullptr;

@@ -11,14 +11,14 @@ namespace glimra::desktop {
 
 namespace {
 
-/// Every build and branch of the game: live, test and beta, retail and classic, per processor.
+/// Every build and branch of the game: live, test and beta; retail and classic; for each processor.
 constexpr std::array<std::string_view, 13> kGamePrograms{
     "wow.exe",         "wow-64.exe",      "wow-arm64.exe",       "wowb.exe",       "wowb-64.exe",
     "wowb-arm64.exe",  "wowt.exe",        "wowt-64.exe",         "wowt-arm64.exe", "wowclassic.exe",
     "wowclassicb.exe", "wowclassict.exe", "wowclassic-arm64.exe"};
 
 constexpr std::string_view kGameTitle = "World of Warcraft";
-/// Proton names all windows of a prefix after the number that Steam gave it, whatever program shows them.
+/// Proton gives all windows in a prefix a class made of this and Steam's number, whatever program shows them.
 constexpr std::string_view kProtonClassPrefix = "steam_app_";
 constexpr std::size_t kProcessTextLimit = 4096;
 
@@ -53,7 +53,8 @@ bool isGame(const WindowFacts& window) {
         return true;
     if (!isClassOfAnyProgram(window.windowClass))
         return false;
-    // A sandbox may hide the process, or show another one under its number: then the title has to do.
+    // In a sandbox the process may be hidden, or its id may belong to another process. Then the title
+    // decides.
     const std::string program = windowsProgram(window.processId);
     return program.empty() ? window.title == kGameTitle : isGameProgram(program);
 }
@@ -67,7 +68,7 @@ bool isGameProgram(std::string_view name) {
 std::string windowsProgram(std::uint32_t processId) {
     if (processId == 0)
         return {};
-    // The arguments come first: the process name is cut after 15 characters.
+    // The arguments are checked first, because the process name is cut after 15 characters.
     const std::string commandLine = readProcessText(processId, "cmdline");
     for (std::string_view rest = commandLine; !rest.empty();) {
         const std::string_view argument = rest.substr(0, rest.find('\0'));

@@ -35,7 +35,7 @@ bool hasXWaylandOutput(Connection& connection) {
 }
 
 DisplayServer serverOf(Connection& connection) {
-    // Newer ones have an extension of that name, and name their outputs as the desktop does.
+    // Newer versions of XWayland have an extension of that name, but name their outputs as the desktop does.
     const auto extension = connection.reply<xcb_query_extension_reply_t>(xcb_query_extension(
         connection.xcb(), static_cast<std::uint16_t>(kXWayland.size()), kXWayland.data()));
     const xcb_query_extension_reply_t* randr = xcb_get_extension_data(connection.xcb(), &xcb_randr_id);

@@ -11,25 +11,25 @@ enum class CaptureChoice { Automatic, Screen, Window };
 /// "auto", "screen" or "window"; none for any other name.
 std::optional<CaptureChoice> captureChoiceNamed(std::string_view name);
 
-/// How a capture gets at the strip, at one moment.
+/// How a capture gets the strip at present.
 enum class CaptureState {
     /// There is no X server.
     NoServer,
     /// From the screen.
     Screen,
-    /// From the screen, as was wanted, but the server does not let it be read.
+    /// From the screen, as requested, but the server does not allow reading it.
     ScreenRefused,
     /// From the game's window.
     Window,
-    /// From the game's window, which is not there or not shown.
+    /// From the game's window, which does not exist or is not visible.
     NoWindow,
 };
 
-/// A few words, for a status line.
+/// A short description for a status line.
 std::string_view captureDescription(CaptureState state);
 
-/// A sentence or two: what is captured or, where nothing can be, what to do. The same for the states that
-/// only differ in whether the window is there.
+/// One or two sentences: what is captured or, when nothing can be, what to do. `Window` and `NoWindow` have
+/// the same message.
 std::string_view captureMessage(CaptureState state);
 
 } // namespace glimra::desktop

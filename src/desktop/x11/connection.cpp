@@ -17,7 +17,7 @@ const xcb_screen_t* screenOfNumber(const xcb_setup_t* setup, int number) {
     return nullptr;
 }
 
-/// False when the time is up.
+/// Returns false when the deadline has passed.
 bool waitUntilReadable(int fileDescriptor, Clock::time_point deadline) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
     if (left.count() <= 0)
@@ -36,7 +36,8 @@ std::unique_ptr<Connection> Connection::open(const std::string& displayName) {
     if (connection->isLost())
         return nullptr;
     connection->m_screen = screenOfNumber(xcb_get_setup(connection->xcb()), screenNumber);
-    // xcb asks for an extension when its first request is sent, and waits without limit; later it knows.
+    // When a program first uses an extension, xcb queries it and waits without a limit. So it is done here;
+    // later the answer is cached.
     xcb_get_extension_data(connection->xcb(), &xcb_randr_id);
     if (connection->m_screen == nullptr || connection->isLost())
         return nullptr;

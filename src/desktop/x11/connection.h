@@ -16,19 +16,19 @@ struct FreeMemory {
     void operator()(void* memory) const { std::free(memory); }
 };
 
-/// A reply, an event or an error that xcb has given away.
+/// Owns a reply, an event or an error that xcb has allocated.
 template <class Value>
 using XcbPointer = std::unique_ptr<Value, FreeMemory>;
 
-/// How long a server may take to answer before its client goes on without the answer. A healthy one needs a
-/// fraction of a millisecond, but it may stand still while it sets a mode or while a client has grabbed it.
+/// How long a client waits for the server's answer before it goes on without it. A healthy server needs a
+/// fraction of a millisecond, but it may stall while it sets a mode or while another client has grabbed it.
 inline constexpr platform::Duration kReplyPatience = std::chrono::milliseconds(500);
 
-/// A connection of our own to an X server, with no wait that the server could prolong. One thread at a time.
+/// A connection of our own to an X server, on which no wait is unlimited. One thread at a time.
 class Connection {
 public:
-    /// Connects and learns what every later request needs; null when the server cannot be reached. This, and
-    /// this alone, waits for as long as the server pleases: see `Connector`.
+    /// Connects and prepares what later requests need; null when the server cannot be reached. Only this
+    /// function waits for the server without a limit; see `Connector`.
     static std::unique_ptr<Connection> open(const std::string& displayName);
     ~Connection();
     Connection(const Connection&) = delete;
@@ -39,13 +39,13 @@ public:
     xcb_window_t root() const { return m_screen->root; }
     int fileDescriptor() const;
 
-    /// The server has gone; nothing will ever come through this connection again.
+    /// Whether the connection is lost; it will never work again.
     bool isLost() const;
-    /// An answer is overdue. Requests should not be sent now: they would only pile up.
+    /// Whether an answer is overdue. No requests should be sent then: they would only pile up.
     bool isSilent();
 
-    /// What a request brought: an answer, or the code of the error that came instead, or neither on a lost
-    /// connection and when the server is silent.
+    /// The result of a request: a reply, or the error code sent instead, or neither when the connection is
+    /// lost or the server is silent.
     template <class Reply>
     struct Answer {
         XcbPointer<Reply> reply;
@@ -56,12 +56,12 @@ public:
         const RawAnswer raw = waitForAnswer(cookie.sequence);
         return {XcbPointer<Reply>(static_cast<Reply*>(raw.reply)), raw.errorCode};
     }
-    /// The answer alone; null when there is none, for whatever reason.
+    /// The reply alone; null when there is none, for any reason.
     template <class Reply, class Cookie>
     XcbPointer<Reply> reply(Cookie cookie) {
         return answer<Reply>(cookie).reply;
     }
-    /// The next event that has already arrived, null if there is none; sends nothing.
+    /// The next event that has already arrived; null when there is none. Sends nothing.
     XcbPointer<xcb_generic_event_t> pollEvent();
 
 private:
@@ -74,11 +74,11 @@ private:
 
     xcb_connection_t* m_xcb;
     const xcb_screen_t* m_screen = nullptr;
-    /// The request whose answer was given up.
+    /// The request whose answer we have stopped waiting for.
     std::optional<unsigned int> m_overdue;
 };
 
-/// The kind of an event, whether the server or another client sent it.
+/// The type of an event, whether it was sent by the server or another client.
 inline std::uint8_t eventType(const xcb_generic_event_t& event) {
     return event.response_type & 0x7F;
 }

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 constexpr platform::Duration kShortestPause = 250ms;
 constexpr platform::Duration kLongestPause = 8s;
-/// Between two looks at an attempt under way.
+/// Between two checks of a running attempt.
 constexpr platform::Duration kLookPause = 100ms;
 
 } // namespace
@@ -23,7 +23,7 @@ constexpr platform::Duration kLookPause = 100ms;
 Connector::Connector(std::string displayName)
     : m_displayName(std::move(displayName)),
       m_pause(kShortestPause) {
-    // Taken here, on the owner's thread: the attempts must not read an environment that may be changing.
+    // Read here, on the owner's thread: the attempts must not read the environment while it may change.
     if (m_displayName.empty())
         if (const char* name = std::getenv("DISPLAY"))
             m_displayName = name;
@@ -51,15 +51,15 @@ std::unique_ptr<Connection> Connector::retry(platform::Time now) {
         m_retryAt = now + kLookPause;
         return nullptr;
     }
-    // Also after a success: a server that drops its clients at once must not be asked any faster.
+    // Also after a success, so that a server that drops clients at once is not asked more often.
     m_retryAt = now + m_pause;
     m_pause = std::min(2 * m_pause, kLongestPause);
     return m_attempt.get();
 }
 
 void Connector::startAttempt() {
-    // The thread is left alone, since nothing can interrupt it; a connection that comes too late goes with
-    // the promise.
+    // The thread is detached, since nothing can interrupt it. A connection that comes too late is destroyed
+    // with the promise.
     std::promise<std::unique_ptr<Connection>> promise;
     m_attempt = promise.get_future();
     try {
@@ -67,7 +67,7 @@ void Connector::startAttempt() {
             result.set_value(Connection::open(name));
         }).detach();
     } catch (const std::system_error&) {
-        // No thread to be had: the next attempt may find one.
+        // No thread could be started; the next attempt may succeed.
         m_attempt = {};
     }
 }

@@ -6,22 +6,21 @@
 
 namespace glimra::desktop {
 
-/// Connects to one display, again and again if need be, without making its owner wait for a server that does
-/// not answer: every attempt runs on a thread of its own, one at a time, with growing pauses between them.
+/// Connects to one display, repeatedly if needed, so that its owner never waits for a server that does not
+/// answer. Each attempt runs on a thread of its own, one at a time, with growing pauses in between.
 class Connector {
 public:
-    /// An empty name stands for the one in the environment.
+    /// An empty name means $DISPLAY.
     explicit Connector(std::string displayName);
 
-    /// Makes the first attempt and waits for it, for `patience` at most; null when it has not succeeded by
-    /// then.
+    /// Starts the first attempt and waits for it, at most `patience`; null when it has not succeeded by then.
     std::unique_ptr<Connection> connect(platform::Duration patience);
-    /// To be called while there is no connection: starts an attempt when one is due, and returns the
+    /// Must be called while there is no connection. Starts an attempt when one is due, and returns the
     /// connection when an attempt has succeeded. Returns at once.
     std::unique_ptr<Connection> retry(platform::Time now);
-    /// Whether the server has yet to answer an attempt.
+    /// Whether an attempt is waiting for the server.
     bool isTrying() const { return m_attempt.valid(); }
-    /// When `retry` has something to do next.
+    /// The time at which `retry` should be called next.
     platform::Time retryAt() const { return m_retryAt; }
 
 private:

@@ -10,8 +10,8 @@ namespace glimra::desktop {
 
 namespace {
 
-/// How many of the controllers drive a display; none when the server has no outputs at all, as nested servers
-/// may, and its controllers therefore tell nothing.
+/// The number of controllers that drive a display. None when the server has no outputs, as is possible with
+/// nested servers: then its controllers say nothing about displays.
 std::optional<int> activeControllers(Connection& connection,
                                      const xcb_randr_get_screen_resources_current_reply_t& resources) {
     if (resources.num_outputs == 0)
@@ -30,8 +30,8 @@ std::optional<int> activeControllers(Connection& connection,
     return count;
 }
 
-/// The monitors; the main one is the primary or, as many servers have none, the one nearest to the top left
-/// corner.
+/// Sets the monitors. The main one is the primary monitor; many servers have none, then it is the one nearest
+/// to the top left corner.
 void takeMonitors(Displays& displays, const xcb_randr_get_monitors_reply_t& monitors) {
     std::optional<Area> primary;
     std::optional<Area> nearest;
@@ -51,8 +51,7 @@ void takeMonitors(Displays& displays, const xcb_randr_get_monitors_reply_t& moni
 
 DisplayWatch::DisplayWatch(Connection& connection) : m_connection(connection) {
     xcb_connection_t* xcb = m_connection.xcb();
-    // Monitors that are defined by hand announce themselves by nothing but a root window that is configured
-    // anew.
+    // For monitors defined by hand, the only event is that the root window is configured.
     const std::uint32_t events = kRootEvents;
     xcb_change_window_attributes(xcb, m_connection.root(), XCB_CW_EVENT_MASK, &events);
 

@@ -7,7 +7,7 @@
 
 namespace glimra::desktop {
 
-/// A rectangle on the root window, in pixels. It may reach beyond the root window.
+/// A rectangle on the root window, in pixels. It may extend beyond the root window.
 struct Area {
     int x = 0;
     int y = 0;
@@ -15,31 +15,31 @@ struct Area {
     int height = 0;
 };
 
-/// What is known of the displays of one X screen.
+/// The displays of one X screen.
 struct Displays {
     int activeCount = 0;
     Area main;
-    /// All of them, the main one too; none where the server tells of none.
+    /// All monitors, including the main one; empty when the server reports none.
     std::vector<Area> monitors{};
     int rootWidth = 0;
     int rootHeight = 0;
 };
 
-/// Follows the displays of one connection: asks for them when an event said that they have changed, and never
-/// otherwise. To be used with a single connection and not longer than it.
+/// Follows the displays of one connection. Queries them only when an event has reported a change. Must not
+/// outlive the connection.
 class DisplayWatch {
 public:
-    /// Subscribes to the events; worth nothing when the connection is silent afterwards.
+    /// Subscribes to the events. If the connection is silent afterwards, the object must not be used.
     explicit DisplayWatch(Connection& connection);
 
-    /// What has to stay selected on the root window, whatever else is followed there.
+    /// Events that must stay selected on the root window, whatever else selects events there.
     static constexpr std::uint32_t kRootEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
-    /// Takes in the events that have arrived, whatever they tell of, and refreshes.
+    /// Handles all events that have arrived, then calls `refresh`.
     void update();
-    /// Takes in one event.
+    /// Handles one event.
     void take(const xcb_generic_event_t& event);
-    /// Asks for the displays if an event said so; else there is no request to the server.
+    /// Queries the displays if an event has reported a change; otherwise sends nothing.
     void refresh();
     const Displays& displays() const { return m_displays; }
 
@@ -49,7 +49,7 @@ private:
 
     Connection& m_connection;
     bool m_hasRandr = false;
-    /// Version 1.5, which has monitors.
+    /// RandR 1.5 or later, which has monitors.
     bool m_hasMonitors = false;
     std::uint8_t m_firstRandrEvent = 0;
     bool m_outdated = true;

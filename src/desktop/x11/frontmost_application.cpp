@@ -12,9 +12,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr platform::Duration kConnectPatience = 1s;
-/// Window managers pass through "no window" on the way from one to the next, for about a millisecond.
+/// When the active window changes, window managers report "no window" for about a millisecond.
 constexpr platform::Duration kNoWindowPatience = 100ms;
-/// Between two readings, so that a window that changes its title without end costs little.
+/// Minimum time between two readings, so that a window that keeps changing its title costs little.
 constexpr platform::Duration kReadPause = 20ms;
 
 } // namespace
@@ -111,7 +111,7 @@ void X11FrontmostApplication::readActiveWindow(platform::Time now) {
     } else if (!m_noWindowSince) {
         m_noWindowSince = now;
     }
-    // What arrived along with the answers will not make the descriptor readable again.
+    // Events that arrived with the replies will not make the descriptor readable again.
     drainEvents();
 }
 

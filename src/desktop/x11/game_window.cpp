@@ -8,11 +8,11 @@ namespace glimra::desktop {
 
 namespace {
 
-/// Between two searches, so that a desktop full of tooltips costs little.
+/// Minimum time between two searches, so that frequent tooltips cost little.
 constexpr platform::Duration kSearchPause = std::chrono::milliseconds(250);
-/// A window manager may put a window into a frame, and that into another; the game's is never deeper.
+/// A window manager may put a window into a frame, and that into another; the game's window is never deeper.
 constexpr int kDeepestLevel = 3;
-/// More windows than any desktop has, in one search.
+/// Limit of windows in one search; no desktop has that many.
 constexpr std::size_t kWindowLimit = 1024;
 
 constexpr std::uint32_t kWindowEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -21,7 +21,7 @@ bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
     return std::find(windows.begin(), windows.end(), window) != windows.end();
 }
 
-/// What of a window is asked for at once.
+/// Requests that are sent together for one window.
 struct Questions {
     xcb_window_t window;
     xcb_get_property_cookie_t windowClass;
@@ -72,7 +72,7 @@ void GameWindowWatch::takeSize(const xcb_configure_notify_event_t& change) {
     if (!m_window || m_window->id != change.window)
         return;
     m_topMiddle.reset();
-    // Any client may send such an event; the size is the server's own to tell.
+    // Any client may send such an event; only the server's own event has the true size.
     if (change.response_type == XCB_CONFIGURE_NOTIFY) {
         m_window->width = change.width;
         m_window->height = change.height;
@@ -120,7 +120,7 @@ void GameWindowWatch::search() {
     for (int depth = 0; depth < kDeepestLevel && !level.empty(); ++depth)
         level = examine(level, findings);
     const auto window = choose(findings.games);
-    // A search that was cut off has found nothing out.
+    // An interrupted search proves nothing.
     if (m_connection.isSilent() || m_connection.isLost())
         return;
     m_outdated = false;
@@ -131,14 +131,14 @@ void GameWindowWatch::search() {
 }
 
 std::vector<xcb_window_t> GameWindowWatch::firstLevel() {
-    // Window managers list what they manage; what nobody manages, or what is managed by one that keeps no
-    // list, is found in the tree.
+    // The window manager lists the windows that it manages. Unmanaged windows, and those of window managers
+    // without a list, are found in the tree.
     auto windows = windowsProperty(m_connection, m_connection.root(), m_atoms->clientList, kWindowLimit / 2);
     const auto tree =
         m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.xcb(), m_connection.root()));
     if (!tree)
         return windows;
-    // The topmost come last.
+    // The topmost windows come last.
     const std::span children(xcb_query_tree_children(tree.get()),
                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
     const auto top = children.last(std::min(children.size(), kWindowLimit / 2));
@@ -156,7 +156,7 @@ std::vector<xcb_window_t> GameWindowWatch::examine(const std::vector<xcb_window_
             (place != findings.seen.end() && *place == window))
             continue;
         findings.seen.insert(place, window);
-        // First of all, so that nothing that changes after the answers is missed.
+        // Events are selected first, so that no change after the answers is missed.
         xcb_change_window_attributes(xcb, window, XCB_CW_EVENT_MASK, &kWindowEvents);
         questions.push_back({window, requestWindowClass(m_connection, window), xcb_query_tree(xcb, window)});
     }
@@ -164,7 +164,7 @@ std::vector<xcb_window_t> GameWindowWatch::examine(const std::vector<xcb_window_
     for (const Questions& question : questions) {
         const auto facts = windowClassFacts(m_connection, question.windowClass);
         const auto tree = m_connection.reply<xcb_query_tree_reply_t>(question.tree);
-        // Nothing more may be sent to a server that stands still.
+        // A silent server must not get more requests.
         if (m_connection.isSilent())
             return {};
         if (!facts || !tree)

@@ -7,37 +7,37 @@
 
 namespace glimra::desktop {
 
-/// A window of the game that can be seen.
+/// A visible window of the game.
 struct GameWindow {
     xcb_window_t id = XCB_NONE;
     int width = 0;
     int height = 0;
 };
 
-/// A place on the root window, in pixels.
+/// A point on the root window, in pixels.
 struct Place {
     int x = 0;
     int y = 0;
 };
 
-/// Finds the game's window on one connection and follows it: by the same rule by which the application in
-/// front is told to be the game. The largest of several windows is taken; of equal ones the active one.
+/// Finds the game's window on one connection and follows it. The rule for what is the game is that of
+/// `identify`. Of several windows it takes the largest; of equally large ones, the active one.
 ///
-/// Windows are searched for when an event has told of a change, and a few times a second at most; without one
-/// nothing is sent to the server. To be used with a single connection and not longer than it.
+/// It searches only after an event has reported a change, and at most a few times a second; otherwise it
+/// sends nothing to the server. Must not outlive the connection.
 class GameWindowWatch {
 public:
-    /// Subscribes to the events; `rootEvents` are those that others want of the root window.
+    /// Subscribes to the events. `rootEvents` are events on the root window that other code needs.
     GameWindowWatch(Connection& connection, std::uint32_t rootEvents);
 
-    /// Takes in one event.
+    /// Handles one event.
     void take(const xcb_generic_event_t& event);
-    /// Searches, if there is reason to and it is time.
+    /// Searches when an event has reported a change and the pause since the last search is over.
     void refresh(platform::Time now);
 
-    /// None while there is none that can be seen.
+    /// None while no window of the game is visible.
     const std::optional<GameWindow>& window() const { return m_window; }
-    /// Where the middle of the window's top edge is; none without a window.
+    /// The middle of the window's top edge; none without a window.
     std::optional<Place> topMiddle();
 
 private:
@@ -45,9 +45,9 @@ private:
     void takeSize(const xcb_configure_notify_event_t& change);
     void forget(xcb_window_t window);
 
-    /// What a search has found so far.
+    /// The results of a search so far.
     struct Findings {
-        /// In rising order.
+        /// In ascending order.
         std::vector<xcb_window_t> seen{};
         std::vector<xcb_window_t> games{};
         std::vector<xcb_window_t> titled{};
@@ -60,9 +60,9 @@ private:
 
     Connection& m_connection;
     std::optional<WindowAtoms> m_atoms;
-    /// All windows of the game, seen or not.
+    /// All windows of the game, visible or not.
     std::vector<xcb_window_t> m_games;
-    /// Windows that a change of the title could make one of the game.
+    /// Windows that might become the game's when their title changes.
     std::vector<xcb_window_t> m_titled;
     std::optional<GameWindow> m_window;
     std::optional<Place> m_topMiddle;

@@ -13,7 +13,7 @@ namespace glimra::desktop {
 
 enum class ByteOrder { LeastSignificantFirst, MostSignificantFirst };
 
-/// How a server sends the pixels of a row.
+/// How a server encodes the pixels of a row.
 struct PixelLayout {
     platform::PixelFormat format;
     /// 2, 3 or 4.
@@ -21,14 +21,14 @@ struct PixelLayout {
     ByteOrder byteOrder = ByteOrder::LeastSignificantFirst;
 };
 
-/// The layout of images of windows of one visual; none where their pixels do not hold red, green and blue in
-/// bits of their own.
+/// The layout of images of windows with this visual; none when their pixels do not hold red, green and blue
+/// in separate bits.
 std::optional<PixelLayout> pixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen,
                                        xcb_visualid_t visual);
-/// The same for the root window.
+/// The layout for the root window.
 std::optional<PixelLayout> rootPixelLayout(const xcb_setup_t& setup, const xcb_screen_t& screen);
 
-/// `count` pixels from the beginning of `bytes`; none when there are fewer.
+/// Decodes `count` pixels from the beginning of `bytes`; none when there are fewer.
 std::optional<std::vector<std::uint32_t>> unpackPixels(std::span<const std::uint8_t> bytes, std::size_t count,
                                                        const PixelLayout& layout);
 

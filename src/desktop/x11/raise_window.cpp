@@ -13,7 +13,7 @@ namespace {
 
 constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
 constexpr std::uint32_t kWindowLimit = 1024;
-/// In a request to activate a window: it is the user's wish, not the wish of the window's own program.
+/// Value in a request to activate a window: the request comes from the user, not from the window's program.
 constexpr std::uint32_t kFromUser = 2;
 
 bool sameName(std::string_view a, std::string_view b) {
@@ -57,7 +57,7 @@ bool raiseWindow(const std::string& displayName, std::string_view name) {
     xcb_send_event(connection->xcb(), 0, connection->root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&message));
-    // An answer to something sent afterwards shows that the message has arrived before we hang up.
+    // A reply to a later request shows that the message has arrived before we disconnect.
     return connection->reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->xcb())) != nullptr;
 }
 

@@ -7,9 +7,8 @@
 
 namespace glimra::desktop {
 
-/// The capture of someone who captures now and then. It hangs up when nothing has been captured for some
-/// seconds: a connection that nobody listens to would have the server keep its events for it, for hours.
-/// Main thread.
+/// A capture for occasional use. It disconnects when nothing has been captured for some seconds; otherwise
+/// the server would store events for hours for a connection that nobody reads. Main thread.
 class RestingCapture final : public platform::ScreenCapture {
 public:
     RestingCapture(const std::string& displayName, CaptureChoice choice, platform::RunLoop& runLoop);

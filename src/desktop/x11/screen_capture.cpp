@@ -14,7 +14,7 @@ namespace {
 
 constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
 
-/// What a display is that was named says the server alone; the environment's belongs to the session.
+/// Only $DISPLAY is known to belong to the session; for a display given by name, only its server can tell.
 bool isInWayland(const std::string& displayName) {
     const char* socket = std::getenv("WAYLAND_DISPLAY");
     return displayName.empty() && socket != nullptr && *socket != '\0';
@@ -34,7 +34,7 @@ X11ScreenCapture::X11ScreenCapture(const std::string& displayName, CaptureChoice
       m_isInWayland(isInWayland(displayName)),
       m_changed(std::move(changed)) {
     useConnection(m_connector.connect(kConnectPatience));
-    // Beginning with the displays, so that the first capture has nothing else to ask for.
+    // Queries the displays now, so that the first capture needs no other request.
     currentDisplays();
     if (m_state == CaptureState::NoServer && m_changed)
         m_changed(m_state);
@@ -52,7 +52,7 @@ std::optional<platform::Image> X11ScreenCapture::capture(const platform::ScreenR
     const auto from = source(*displays);
     if (!from)
         return std::nullopt;
-    // The server refuses a rectangle that reaches beyond the drawable by a single pixel.
+    // The server refuses a rectangle that extends beyond the drawable, even by one pixel.
     const auto columns = visibleSpan(rect.x, rect.width, from->low.x, from->high.x);
     const auto rows = visibleSpan(rect.y, rect.height, from->low.y, from->high.y);
     if (!columns || !rows)
@@ -93,7 +93,8 @@ void X11ScreenCapture::useConnection(std::unique_ptr<Connection> connection) {
         return;
     m_displayWatch.emplace(*m_connection);
     chooseWay();
-    // A watch that could not find out how to follow the displays would miss their changes for ever.
+    // If the server was silent, the watch does not know how to follow the displays and would miss all their
+    // changes.
     if (m_connection->isSilent())
         useConnection(nullptr);
 }
@@ -166,7 +167,7 @@ Area X11ScreenCapture::displayOfGame(const Displays& displays) {
     const auto place = m_windowWatch->topMiddle();
     const auto& monitors = displays.monitors;
     const auto hasPlace = [&place](const Area& area) { return place && contains(area, *place); };
-    // Mirrored displays overlap: then the main one is as good as any.
+    // Mirrored displays overlap; then the main one is preferred.
     if (hasPlace(displays.main))
         return displays.main;
     const auto found = std::find_if(monitors.begin(), monitors.end(), hasPlace);
@@ -182,8 +183,8 @@ const std::optional<PixelLayout>& X11ScreenCapture::layoutOf(xcb_visualid_t visu
 }
 
 std::optional<VisibleSpan> visibleSpan(double begin, double length, int low, int high) {
-    // Bounds of all sizes come in, infinite ones and NaN too: nothing is made an integer before it is known
-    // to lie on the screen.
+    // The bounds may have any value, including infinity and NaN, so nothing is converted to an integer before
+    // it is known to lie on the screen.
     const double begins = std::ceil(begin - 0.5);
     const double first = std::max(begins, static_cast<double>(low));
     const double end = std::min(std::ceil(begin + length - 0.5), static_cast<double>(high));

@@ -12,23 +12,22 @@
 
 namespace glimra::desktop {
 
-/// Captures rows of an X screen, on a connection of its own: of the screen or, where a Wayland desktop keeps
-/// the screen to itself, of the game's own window.
+/// Captures rows of an X screen on a connection of its own. It captures the screen or, where a Wayland
+/// desktop does not let programs read the screen, the game's own window.
 ///
-/// Rectangles count from the top left corner of what is captured. Of the screen that is the main display or,
-/// where there are several, the one that the game's window is on; a window that is partly beyond the screen
-/// can only be captured where the server keeps its pixels.
+/// Rectangles are relative to the top left corner of what is captured. On the screen that is the main display
+/// or, with several displays, the one with the game's window. A window that is partly off the screen can be
+/// captured only if the server keeps its pixels.
 ///
-/// A capture costs one request, for the pixels of one row; displays and windows are asked for once and then
-/// only when an event has told of a change. A server that stands still makes captures fail, after one short
-/// wait, until it answers again. A server that has gone has no displays; it is looked for again, with growing
-/// pauses.
+/// A capture costs one request, for the pixels of one row. Displays and windows are queried once, and again
+/// only when an event has reported a change. If the server stalls, captures fail, after one short wait, until
+/// it answers again. If the server is gone, there are no displays, and it is tried again with growing pauses.
 ///
 /// One thread at a time. A point is a pixel.
 class X11ScreenCapture final : public platform::ScreenCapture {
 public:
-    /// An empty name stands for the display in the environment. `changed` is called on the owner's thread
-    /// whenever `state` has changed, also from here. Waits a second or so at most for the server.
+    /// An empty name means $DISPLAY. `changed` is called on the owner's thread whenever `state` has changed,
+    /// also from this constructor. Waits a second or so at most for the server.
     explicit X11ScreenCapture(const std::string& displayName = {},
                               CaptureChoice choice = CaptureChoice::Automatic,
                               std::function<void(CaptureState)> changed = {});
@@ -39,14 +38,15 @@ public:
 
     /// Any thread.
     CaptureState state() const { return m_state; }
-    /// Hangs up, since nothing is to be captured for a while; the next call connects again, without waiting.
+    /// Disconnects, for when nothing is to be captured for a while. The next call connects again, without
+    /// waiting.
     void rest();
-    /// Bytes sent to the server since it was connected to, to show what a capture costs it.
+    /// Bytes sent to the server on the present connection, to measure what a capture costs.
     std::uint64_t bytesSent() const;
 
 private:
-    /// Where a row is taken from: the pixels from (left, top) on of a drawable count as 0, 0 and may be
-    /// captured from `low` on and below `high`.
+    /// Where a row is read from. Position 0, 0 is at `origin` in the drawable; positions from `low` to before
+    /// `high` can be captured.
     struct Source {
         xcb_drawable_t drawable = XCB_NONE;
         Place origin;
@@ -56,7 +56,7 @@ private:
 
     void useConnection(std::unique_ptr<Connection> connection);
     void chooseWay();
-    /// Follows displays and windows; null when the server has gone.
+    /// Updates displays and windows; null when the server is gone.
     const Displays* currentDisplays();
     void followWindows();
     void tellState();
@@ -67,7 +67,7 @@ private:
 
     Connector m_connector;
     CaptureChoice m_choice;
-    /// The session of the display is a Wayland one.
+    /// Whether the display belongs to a Wayland session.
     bool m_isInWayland;
     std::function<void(CaptureState)> m_changed;
     std::unique_ptr<Connection> m_connection;
@@ -75,23 +75,23 @@ private:
     bool m_capturesWindow = false;
     std::optional<DisplayWatch> m_displayWatch;
     std::optional<GameWindowWatch> m_windowWatch;
-    /// Of the visual that was captured last.
+    /// The visual captured last; `m_layout` is its layout.
     xcb_visualid_t m_visual = XCB_NONE;
     std::optional<PixelLayout> m_layout;
     std::atomic<CaptureState> m_state = CaptureState::NoServer;
 };
 
-/// What of one dimension of a rectangle lies on the screen.
+/// The part of one dimension of a rectangle that is visible.
 struct VisibleSpan {
-    /// Counted from the display's edge.
+    /// Relative to the display's edge.
     int first = 0;
     int count = 0;
-    /// Pixels of the rectangle that lie before the first visible one.
+    /// Pixels of the rectangle before the first visible one.
     int skipped = 0;
 };
 
-/// The pixels whose centres lie in the span of `length` from `begin` on and at `low` to `high` - 1; none when
-/// there is not one.
+/// The pixels whose centres lie in the span of `length` from `begin` and that are in `low` to `high` - 1;
+/// none when there are no such pixels.
 std::optional<VisibleSpan> visibleSpan(double begin, double length, int low, int high);
 
 } // namespace glimra::desktop

@@ -7,7 +7,7 @@ namespace glimra::desktop {
 
 namespace {
 
-/// Lead bytes of characters of one length whose second byte lies in one range.
+/// Lead bytes of characters with the same length and the same range for the second byte.
 struct Sequence {
     unsigned char firstLead, lastLead;
     std::size_t length;
@@ -31,7 +31,7 @@ struct Part {
     bool isComplete;
 };
 
-/// The character, or the beginning of one, at the front of `bytes`, which are not empty.
+/// The character, complete or cut off, at the beginning of `bytes`, which must not be empty.
 Part firstPart(std::string_view bytes) {
     const auto byteAt = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     for (const Sequence& sequence : kSequences) {

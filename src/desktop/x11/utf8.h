@@ -5,8 +5,8 @@
 
 namespace glimra::desktop {
 
-/// `bytes` as valid UTF-8: whatever is none is replaced by U+FFFD, one for each maximal part of a character
-/// (Unicode Standard, section 3.9).
+/// `bytes` as valid UTF-8. Each maximal part of an invalid character is replaced by U+FFFD (Unicode Standard,
+/// section 3.9).
 std::string validUtf8(std::string_view bytes);
 
 } // namespace glimra::desktop

@@ -12,7 +12,7 @@ constexpr std::uint32_t kTextLimit = 1024;
 
 using Property = XcbPointer<xcb_get_property_reply_t>;
 
-/// `words`: the most that is read, in units of four bytes.
+/// Reads at most `words` units of four bytes.
 xcb_get_property_cookie_t request(Connection& connection, xcb_window_t window, xcb_atom_t property,
                                   std::uint32_t words) {
     return xcb_get_property(connection.xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, words);

@@ -8,7 +8,7 @@
 
 namespace glimra::desktop {
 
-/// The names of the properties and messages that window managers share (Extended Window Manager Hints).
+/// Atoms of the properties and messages that window managers share (Extended Window Manager Hints).
 struct WindowAtoms {
     xcb_atom_t activeWindow = XCB_NONE;
     xcb_atom_t clientList = XCB_NONE;
@@ -19,16 +19,16 @@ struct WindowAtoms {
 /// None when the server does not answer.
 std::optional<WindowAtoms> internWindowAtoms(Connection& connection);
 
-/// The first `limit` windows of a property that lists windows; none when it is absent or of another kind.
+/// At most `limit` windows from a property that lists windows; empty when it is absent or of another type.
 std::vector<xcb_window_t> windowsProperty(Connection& connection, xcb_window_t window, xcb_atom_t property,
                                           std::uint32_t limit);
 
-/// Asks for a window's class, and takes in the answer: facts with a class and nothing else, none when there
-/// is no such window.
+/// These two request a window's class and read the reply: facts with the class only, none when there is no
+/// such window.
 xcb_get_property_cookie_t requestWindowClass(Connection& connection, xcb_window_t window);
 std::optional<WindowFacts> windowClassFacts(Connection& connection, xcb_get_property_cookie_t cookie);
 
-/// What a window tells of itself, each text cut after 1024 bytes; none when there is no such window.
+/// What a window says about itself, each text cut after 1024 bytes; none when there is no such window.
 std::optional<WindowFacts> readWindowFacts(Connection& connection, const WindowAtoms& atoms,
                                            xcb_window_t window);
 

@@ -13,10 +13,10 @@ namespace glimra::keyboards {
 
 namespace {
 
-/// How long a device may keep its successor waiting.
+/// How long a writer waits until the device of the one before it is closed.
 constexpr Duration kHandOverLimit = std::chrono::seconds(5);
 
-/// Tells what becomes of the device, each thing once until it is found.
+/// Decides which events are worth reporting: none is reported twice before the device is found.
 class Announcer {
 public:
     bool isNews(const DeviceEvent& event) {
@@ -33,7 +33,7 @@ public:
         if (m_told.size() == kMostTexts || std::ranges::find(m_told, event.text) != m_told.end())
             return false;
         m_told.push_back(event.text);
-        // That a device which was lost is not there says nothing new.
+        // The first "absent" after "lost" only repeats that the device is gone.
         return !std::exchange(m_lossTold, false);
     }
 
@@ -46,9 +46,9 @@ private:
 
 } // namespace
 
-/// What the main thread and the writer's both use. It lives as long as either.
+/// What the main thread and the writer's thread share. It lives until both have let go of it.
 struct DeviceWriter::Shared {
-    /// What the main thread wants and the writer has not taken yet.
+    /// What the main thread asked for and the writer has not taken yet.
     struct Wanted {
         std::optional<KeyboardModel> model;
         bool resendAll = false;
@@ -63,7 +63,8 @@ struct DeviceWriter::Shared {
     WakeEvent stop;
     WakeEvent done;
 
-    /// Wakes the writer unless it has been woken already.
+    /// Changes what is wanted, and wakes the writer. When something was wanted already, the writer has been
+    /// woken for that.
     template <class Change>
     void want(Change change) {
         const bool isAsleep = wanted.with([&](Wanted& current) {
@@ -76,7 +77,7 @@ struct DeviceWriter::Shared {
     }
 };
 
-/// The writer's thread: does what the plan says.
+/// What the writer's thread does: the steps that the plan decides.
 class DeviceWriter::Loop {
 public:
     Loop(Shared& shared, KeyboardDevice& device) : m_shared(shared), m_device(device) {}
@@ -119,7 +120,8 @@ private:
 
     void write(std::span<const KeyColor> keys) {
         heed(m_device.write(keys));
-        // A device so slow that the next frame is due by now leaves no time to wait for what it has to tell.
+        // A slow device may always have its next frame due at once. `wait`, which reads what the device has
+        // to say, would then never be reached.
         if (m_plan.isOpen() && waitForInput(-1, m_device.watchedFd(), Time::zero()).second)
             heed(m_device.serve());
     }
@@ -138,7 +140,7 @@ private:
         const int deviceFd = m_plan.isOpen() ? m_device.watchedFd() : -1;
         const WakeEvent& alarm = step.frameIsDue ? m_shared.stop : m_shared.wake;
         const Woken woken = waitForInput(alarm.fd(), deviceFd, step.until);
-        // Before what is wanted is taken: whoever wants something later must wake the thread again.
+        // Cleared before the loop takes what is wanted: what is wanted after that must wake the thread anew.
         if (woken.first)
             m_shared.wake.clear();
         if (woken.second)

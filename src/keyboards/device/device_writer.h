@@ -9,46 +9,48 @@
 
 namespace glimra::keyboards {
 
-/// What becomes of a device. Each text is told once until the device is found.
+/// What happened to a device. The same text is not reported again before the device is found.
 struct DeviceEvent {
     enum class Kind { Found, Absent, Lost };
 
     Kind kind = Kind::Absent;
     std::string text;
-    /// Found: what lights up, in a few words.
+    /// Of `Found` only: what lights up, in a few words.
     std::string name{};
 };
 
-/// Keeps a device showing a keyboard model, on a thread of its own. Sends only keys whose colours have
-/// changed, and nothing at all while none changes: the thread sleeps then. At most 30 frames a second, and
-/// the newest one always: none waits in a queue. A device that is lost or not there is looked for again after
-/// 1, 2, 4 ... 30 s, and gets every key when it is there.
+/// Keeps a device showing a keyboard model, on a thread of its own. It sends only the keys whose colours have
+/// changed; while none changes it sends nothing and the thread sleeps. It sends at most 30 frames a second.
+/// Frames do not wait in a queue: each shows the model as it is when the frame is sent. A device that is
+/// absent or lost is looked for again after 1, 2, 4 ... 30 s, and gets every key when it is found.
 ///
-/// Main thread, but for what is said of `Report`.
+/// All functions are for the main thread.
 class DeviceWriter {
 public:
-    /// Told on the writer's thread, never after `stop` or `leave` has returned.
+    /// Called on the writer's thread, and never after `stop` or `leave` has returned.
     using Report = std::function<void(const DeviceEvent&)>;
 
     /// How long `stop` waits for the device.
     static constexpr Duration kStopLimit = std::chrono::milliseconds(500);
 
-    /// Starts looking for the device, once the writer that the token `after` is of has let go of its own.
-    /// Throws std::system_error when the machine gives no thread or no file descriptor.
+    /// Starts looking for the device. With `after`, the token that `leave` of an earlier writer returned, it
+    /// first waits on its thread, for some seconds at most, until that writer has closed its device. Throws
+    /// std::system_error when the system has no thread or no file descriptor to give.
     DeviceWriter(std::unique_ptr<KeyboardDevice> device, Report report,
                  std::shared_ptr<const WakeEvent> after = nullptr);
-    /// Stops.
+    /// Calls `stop`.
     ~DeviceWriter();
 
-    /// Shows what `model` shows from now on, by CLOCK_MONOTONIC. Before the first call nothing is sent. Never
-    /// waits for the device.
+    /// Makes the device show this model from now on. The model's times are those of CLOCK_MONOTONIC. Before
+    /// the first call nothing is sent. Never waits for the device.
     void show(const KeyboardModel& model);
-    /// Sends every key again, changed or not: after the machine slept, a device has forgotten its lights.
+    /// Sends every key again, changed or not: a device forgets its lights while the computer sleeps.
     void resendAll();
 
-    /// Hands the keyboard back and ends the thread. After `kStopLimit` it is left to end by itself.
+    /// Closes the device and ends the thread. Waits for that no longer than `kStopLimit`; a device that takes
+    /// longer is closed by the thread without us.
     void stop();
-    /// The same without waiting at all. The token is set when the device is closed.
+    /// Like `stop`, but does not wait at all. The token that it returns is set when the device is closed.
     std::shared_ptr<const WakeEvent> leave();
 
 private:

@@ -8,7 +8,7 @@
 
 namespace glimra::keyboards {
 
-/// A key, by its position in `lighting::kKeyboardLayout`, and the colour that it shall have.
+/// A key, as its position in `lighting::kKeyboardLayout`, and the colour that it is to show.
 struct KeyColor {
     std::size_t key = 0;
     Rgb color{};
@@ -16,62 +16,66 @@ struct KeyColor {
     friend bool operator==(const KeyColor&, const KeyColor&) = default;
 };
 
-/// Texts are sentences for the log, without a line end.
+/// What came of looking for a device. Texts are sentences for the log, without a line end.
 struct OpenResult {
     bool found = false;
-    /// Found: which keyboard it is. Otherwise: why there is none, and what the player can do about it.
+    /// When found: which keyboard it is. Otherwise: why there is none, and what the player can do about it.
     std::string text;
-    /// Found: what lights up, in a few words: "keyboard G810 on USB".
+    /// When found: what lights up, in a few words: "keyboard G810 on USB".
     std::string name{};
 };
 
+/// How a device is after it was used.
 struct DeviceStatus {
     enum class Kind {
         Ok,
-        /// It is still there but shows something else by now: every key has to be sent.
+        /// The device works but no longer shows what it was sent: every key has to be sent again.
         AllKeysNeeded,
         Lost
     };
 
     Kind kind = Kind::Ok;
-    /// When it is lost: a sentence for the log.
+    /// When it is lost: how, as a sentence for the log.
     std::string text;
 };
 
+/// How fast a device can be written to.
 struct DevicePace {
-    /// From the beginning of one frame to that of the next, at least; 0 when only the frames' own rate
-    /// counts.
+    /// The least time from the beginning of one frame to the beginning of the next; 0 for a device that takes
+    /// frames as fast as they are made.
     Duration interval{};
-    /// A device that may lose the last frame of a series has it sent again after this time; 0 for the others.
+    /// For a device that may lose the last frame of a series: that frame is sent again after this time. 0 for
+    /// all other devices.
     Duration repeatAfter{};
 };
 
-/// A real keyboard without effects of its own, as its writer sees it. Every function is called on the
-/// writer's thread only, and may block there for a moment: nobody but the keyboard's own lights waits.
+/// A real keyboard without effects of its own: all it can do is show colours. Its writer calls every function
+/// on the writer's thread, where a function may block for a moment: only this keyboard's lights wait for it.
 ///
-/// Order of calls: `open` again and again until it finds something; then `write` and `serve`; at the end, or
-/// when the device was lost, one `close`; and from the beginning.
+/// The order of calls: `open` until it finds something, then `write` and `serve` any number of times, then
+/// one `close`, at the end or when the device was lost. After `close` it may begin again with `open`.
 class KeyboardDevice {
 public:
     virtual ~KeyboardDevice() = default;
 
-    /// Looks for the keyboard and takes it. Nothing is left open when there is none. Must return within 0.3 s
-    /// once `stop` is set; `stop` stays valid for the whole life of the device.
+    /// Looks for the keyboard and takes it into use. When there is none, nothing is left open. Must return
+    /// within 0.3 s after `stop` is set. `stop` exists as long as the device does.
     virtual OpenResult open(const WakeEvent& stop) = 0;
 
-    /// Shows these keys in one frame; the others keep what they show. The first frame after `open` and after
-    /// `AllKeysNeeded` has every key, keys that the device has not included. Never empty.
+    /// Shows these keys in their colours, all at once; the other keys stay as they are. `keys` is never
+    /// empty. In the first frame after `open` and after `AllKeysNeeded` it has every key of the layout, also
+    /// those that this device lacks.
     virtual DeviceStatus write(std::span<const KeyColor> keys) = 0;
 
-    /// Hands the keyboard back, as it was found where the device can tell; at most 0.3 s, for a lost
-    /// device at once.
+    /// Hands the keyboard back, with the lights that `open` found where the device can tell what they were.
+    /// Returns within 0.3 s, and at once for a device that was lost.
     virtual void close() = 0;
 
-    /// While it is open.
+    /// Called only while the device is open.
     virtual DevicePace pace() const = 0;
 
-    /// What the device may have something to tell on, while it is open: `serve` is called when it can be
-    /// read. -1 for a device that never speaks first.
+    /// The file descriptor by which the open device tells that something happened to it: when it can be read,
+    /// `serve` is called. -1 for a device without such.
     virtual int watchedFd() const = 0;
     virtual DeviceStatus serve() = 0;
 };

@@ -50,7 +50,7 @@ bool WakeEvent::isSet() const {
 }
 
 Woken waitForInput(int first, int second, std::optional<platform::Time> deadline) {
-    // poll(2) passes over negative descriptors.
+    // poll(2) ignores negative descriptors.
     std::array<pollfd, 2> watched{{{first, POLLIN, 0}, {second, POLLIN, 0}}};
     for (;;) {
         const timespec left = timeLeft(deadline.value_or(platform::Time::zero()));

@@ -64,7 +64,7 @@ WriterPlan::Step WriterPlan::search(Time now) const {
     return {.until = m_searchAt};
 }
 
-/// The keys whose colours are not those that were sent, in the frame.
+/// Puts the keys whose colours differ from those that were sent into the frame; returns how many they are.
 std::size_t WriterPlan::collectChanges(Time now) {
     const KeyColors colors = m_model->colorsAt(now);
     std::size_t count = 0;

@@ -9,31 +9,38 @@
 namespace glimra::keyboards {
 
 /// Decides what the writer of a device does next: when it looks for the device, which keys it sends and when,
-/// and how long it sleeps. It has no clock, no thread and no device; times are given, and never go back.
+/// and how long it sleeps. It has no clock, no thread and no device. It is given the times, each no earlier
+/// than the one before.
 class WriterPlan {
 public:
-    /// Frames a second, at most.
+    /// The least time between two frames: 30 frames a second.
     static constexpr Duration kFrameInterval = std::chrono::nanoseconds(33'333'334);
-    /// Calls that belong together come one right after the other: what they show becomes one frame.
+    /// How long a new model waits for the next one: calls that belong together come within this time, and
+    /// become one frame.
     static constexpr Duration kGather = std::chrono::milliseconds(2);
+    /// The pause after the first search that found nothing. Each later pause is twice as long as the one
+    /// before, up to the longest.
     static constexpr Duration kFirstPause = std::chrono::seconds(1);
     static constexpr Duration kLongestPause = std::chrono::seconds(30);
-    /// A device that was lost sooner than this is looked for no more often than before it was found.
+    /// After the loss of a device that was there for at least this long, the pauses begin with the first one
+    /// again. A device that is lost sooner each time is looked for more and more rarely.
     static constexpr Duration kStable = std::chrono::seconds(10);
 
     struct Step {
         enum class Kind { Search, Write, Wait };
 
         Kind kind = Kind::Wait;
-        /// Write: these; at least one. Valid until the next call.
+        /// For `Write`: the keys to send, at least one. Valid until the next call.
         std::span<const KeyColor> keys{};
-        /// Wait: until then, or without it until something happens.
+        /// For `Wait`: the time to wait for; none to wait until something happens.
         std::optional<Time> until{};
-        /// Wait: a new model would not end it; the frame that comes then shows it.
+        /// For `Wait`: a frame is sent at the end of the wait anyway. A new model need not end it, since that
+        /// frame shows it.
         bool frameIsDue = false;
     };
 
-    /// A search is answered by `found` or `notFound`. A write counts as done unless `lost` follows.
+    /// What to do now. After a search, `found` or `notFound` must be called. A write counts as done unless
+    /// `lost` is called.
     Step next(Time now);
 
     void show(const KeyboardModel& model, Time now);
@@ -64,10 +71,11 @@ private:
     /// The keys of the last frame, which may have to be sent again.
     std::array<KeyColor, kKeyCount> m_frame{};
     std::size_t m_frameSize = 0;
-    /// The next frame must not begin before.
+    /// The time before which the next frame must not begin.
     Time m_earliest{};
-    /// When colours have to be compared with those sent; none while they stand still.
+    /// When the colours must be compared with those that were sent; none while they do not change.
     std::optional<Time> m_compareAt;
+    /// When the last frame is sent again, for a device that may have lost it.
     std::optional<Time> m_repeatAt;
 };
 

@@ -6,6 +6,8 @@ namespace glimra::keyboards {
 
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr std::uint8_t kNoIndex = 0xFF;
 static_assert(kKeyCount < kNoIndex);
 
@@ -38,23 +40,22 @@ Rgb toBytes(const Percentages& color) {
     return {byte(color.red), byte(color.green), byte(color.blue)};
 }
 
-/// The percentages of which these are the bytes.
+/// The percentages from which `toBytes` made this colour.
 Percentages toPercentages(Rgb color) {
     const auto percent = [](int byte) { return (byte * 100 + 127) / 255; };
     return {percent(color.red), percent(color.green), percent(color.blue)};
 }
 
 void repeatEffect(const KeyEffect& effect, KeyName key, platform::LedDriver& driver) {
-    const auto milliseconds = static_cast<int>(effect.period / std::chrono::milliseconds(1));
-    const auto [red, green, blue] = toPercentages(effect.start);
-    const auto [lastRed, lastGreen, lastBlue] = toPercentages(effect.finish);
+    const auto period = static_cast<int>(effect.period / milliseconds(1));
+    const Percentages start = toPercentages(effect.start);
     if (effect.kind == KeyEffect::Kind::Flash)
-        driver.LogiLedFlashSingleKey(key, red, green, blue, 0, milliseconds);
+        driver.perform(platform::FlashSingleKey{key, start, 0, period});
     else if (effect.kind == KeyEffect::Kind::Pulse)
-        driver.LogiLedPulseSingleKey(key, red, green, blue, lastRed, lastGreen, lastBlue, milliseconds, true);
+        driver.perform(platform::PulseSingleKey{key, start, toPercentages(effect.finish), period, true});
 }
 
-/// All of `to` in a mixture, in the fixed-point form in which shares are reckoned.
+/// Shares of a mixture are integers: this is the whole, half of it is one half.
 constexpr int kWhole = 1 << 16;
 
 Rgb mixed(Rgb from, Rgb to, int shareOfTo) {
@@ -62,10 +63,6 @@ Rgb mixed(Rgb from, Rgb to, int shareOfTo) {
         return static_cast<std::uint8_t>((a * kWhole + (b - a) * shareOfTo + kWhole / 2) / kWhole);
     };
     return {channel(from.red, to.red), channel(from.green, to.green), channel(from.blue, to.blue)};
-}
-
-Time later(Time time, Duration duration) {
-    return duration > Time::max() - time ? Time::max() : time + duration;
 }
 
 bool runsAt(const KeyEffect& effect, Time time) {
@@ -91,11 +88,11 @@ Rgb colorAt(const KeyEffect& effect, Time time, Rgb base) {
 
 Time nextChangeOf(const KeyEffect& effect, Time after) {
     if (effect.kind == KeyEffect::Kind::Pulse)
-        return std::min(effect.start == effect.finish ? Time::max() : later(after, kFrame), effect.end);
+        return std::min(effect.start == effect.finish ? Time::max() : after + kFrame, effect.end);
     if (effect.period == Duration::zero())
         return effect.end;
     const Duration untilEdge = effect.period - elapsedAt(effect, after) % effect.period;
-    return std::min(later(std::max(after, effect.begin), untilEdge), effect.end);
+    return std::min(std::max(after, effect.begin) + untilEdge, effect.end);
 }
 
 } // namespace
@@ -113,67 +110,73 @@ std::optional<std::size_t> keyIndex(KeyName keyName) {
     return index == kNoIndex ? std::nullopt : std::optional<std::size_t>(index);
 }
 
-void KeyboardModel::setTargetDevice(int targetDevice) {
-    m_targetDevice = targetDevice;
+bool KeyboardModel::perform(const platform::LedCall& call, Time now) {
+    return std::visit([&](const auto& one) { return apply(one, now); }, call);
 }
 
-void KeyboardModel::setLighting(const Percentages& color) {
+bool KeyboardModel::apply(const platform::SetTargetDevice& call, Time) {
+    m_targetDevice = call.targetDevice;
+    return true;
+}
+
+bool KeyboardModel::apply(const platform::SetLighting& call, Time) {
     if (isMeant())
-        m_base.fill(toBytes(color));
+        m_base.fill(toBytes(call.color));
+    return true;
 }
 
-void KeyboardModel::setBitmap(platform::LedBitmapView bitmap) {
-    if (!isMeant())
-        return;
-    for (const BitmapKey& key : kBitmapKeys)
-        m_base[key.index] = {bitmap[key.offset + 2], bitmap[key.offset + 1], bitmap[key.offset]};
+bool KeyboardModel::apply(const platform::SetLightingFromBitmap& call, Time) {
+    if (isMeant())
+        for (const auto& [index, offset] : kBitmapKeys)
+            m_base[index] = {call.bitmap[offset + 2], call.bitmap[offset + 1], call.bitmap[offset]};
+    return true;
 }
 
-bool KeyboardModel::setKey(KeyName keyName, const Percentages& color) {
-    const std::optional<std::size_t> index = keyIndex(keyName);
+bool KeyboardModel::apply(const platform::SetLightingForKeyWithKeyName& call, Time) {
+    const std::optional<std::size_t> index = keyIndex(call.keyName);
     if (index && isMeant())
-        m_base[*index] = toBytes(color);
+        m_base[*index] = toBytes(call.color);
     return index.has_value();
 }
 
-bool KeyboardModel::flash(KeyName keyName, const Percentages& color, Duration duration, Duration interval,
-                          Time now) {
-    const Rgb lit = toBytes(color);
-    return put(keyName, {.kind = KeyEffect::Kind::Flash,
-                         .start = lit,
-                         .finish = lit,
-                         .period = std::max(interval, Duration::zero()),
-                         .begin = now,
-                         .end = duration == Duration::zero() ? Time::max() : later(now, duration)});
+bool KeyboardModel::apply(const platform::FlashSingleKey& call, Time now) {
+    const Rgb lit = toBytes(call.color);
+    return putEffect(call.keyName,
+                     {.kind = KeyEffect::Kind::Flash,
+                      .start = lit,
+                      .finish = lit,
+                      .period = milliseconds(std::max(call.msInterval, 0)),
+                      .begin = now,
+                      .end = call.msDuration == 0 ? Time::max() : now + milliseconds(call.msDuration)});
 }
 
-bool KeyboardModel::pulse(KeyName keyName, const Percentages& start, const Percentages& finish,
-                          Duration duration, Repeat repeat, Time now) {
-    if (duration <= Duration::zero())
-        return put(keyName, {});
-    return put(keyName, {.kind = KeyEffect::Kind::Pulse,
-                         .start = toBytes(start),
-                         .finish = toBytes(finish),
-                         .period = duration,
-                         .begin = now,
-                         .end = repeat == Repeat::UntilStopped ? Time::max() : later(now, duration)});
+bool KeyboardModel::apply(const platform::PulseSingleKey& call, Time now) {
+    if (call.msDuration <= 0)
+        return putEffect(call.keyName, {});
+    const Duration duration = milliseconds(call.msDuration);
+    return putEffect(call.keyName, {.kind = KeyEffect::Kind::Pulse,
+                                    .start = toBytes(call.start),
+                                    .finish = toBytes(call.finish),
+                                    .period = duration,
+                                    .begin = now,
+                                    .end = call.isInfinite ? Time::max() : now + duration});
 }
 
-bool KeyboardModel::stopEffectsOnKey(KeyName keyName) {
-    return put(keyName, {});
+bool KeyboardModel::apply(const platform::StopEffectsOnKey& call, Time) {
+    return putEffect(call.keyName, {});
 }
 
-void KeyboardModel::stopEffects() {
+bool KeyboardModel::apply(const platform::StopEffects&, Time) {
     if (isMeant())
         m_effects.fill({});
+    return true;
 }
 
 void KeyboardModel::repeatOn(platform::LedDriver& driver) const {
-    driver.LogiLedSetTargetDevice(m_targetDevice);
+    driver.perform(platform::SetTargetDevice{m_targetDevice});
     for (std::size_t index = 0; index < kKeyCount; ++index) {
         const KeyName key = lighting::driverKeyName(lighting::kKeyboardLayout[index].code);
-        const auto [red, green, blue] = toPercentages(m_base[index]);
-        driver.LogiLedSetLightingForKeyWithKeyName(key, red, green, blue);
+        driver.perform(platform::SetLightingForKeyWithKeyName{key, toPercentages(m_base[index])});
         if (m_effects[index].end == Time::max())
             repeatEffect(m_effects[index], key, driver);
     }
@@ -199,7 +202,7 @@ bool KeyboardModel::isMeant() const {
     return (m_targetDevice & lighting::kPerKeyDevices) != 0;
 }
 
-bool KeyboardModel::put(KeyName keyName, const KeyEffect& effect) {
+bool KeyboardModel::putEffect(KeyName keyName, const KeyEffect& effect) {
     const std::optional<std::size_t> index = keyIndex(keyName);
     if (index && isMeant())
         m_effects[*index] = effect;

@@ -23,63 +23,53 @@ inline constexpr std::size_t kKeyCount = lighting::kKeyboardLayout.size();
 /// A colour for every key, in the order of `lighting::kKeyboardLayout`.
 using KeyColors = std::array<Rgb, kKeyCount>;
 
-/// How long a frame of a moving colour stays.
+/// How long a colour that moves stays the same: the picture of a pulse changes at these intervals.
 inline constexpr Duration kFrame = std::chrono::milliseconds(33);
 
-/// Position in `lighting::kKeyboardLayout` of the key that the LED functions call `keyName`; none when no key
-/// has that name. Takes constant time.
+/// The position in `lighting::kKeyboardLayout` of the key that the LED functions call `keyName`; none when no
+/// key has that name. Takes constant time.
 std::optional<std::size_t> keyIndex(KeyName keyName);
 
-enum class Repeat { Once, UntilStopped };
-
-/// A colour of one key as a function of time.
+/// What covers the base colour of one key for some time.
 struct KeyEffect {
     enum class Kind : std::uint8_t { None, Flash, Pulse };
 
     Kind kind = Kind::None;
+    /// The colour of a flash; the first colour of a pulse.
     Rgb start{};
-    /// Of a pulse only.
+    /// The second colour of a pulse. A flash has none.
     Rgb finish{};
-    /// There and back of a pulse, half of that of a flash; 0 is a flash without dark halves.
+    /// A pulse moves from `start` to `finish` and back in this time. A flash is lit for this time, then dark
+    /// for as long; with 0 it is always lit.
     Duration period{};
     Time begin{};
-    /// `Time::max()` when only stopping ends it.
+    /// `Time::max()` for an effect that runs until it is stopped.
     Time end{};
 };
 
-/// What a keyboard with a light behind each key shows: a base colour per key, and at most one effect per key,
-/// which is a function of time. A plain value: it has no clock, all times are given, and a copy lives on its
-/// own. It allocates nothing. Not locked; threads that share one lock it themselves.
-///
-/// Base colours and effects are independent: a base colour set under a running effect shows when the effect
-/// is over. A new effect on a key takes the place of the old one; an effect of no length (duration below 0,
-/// for a pulse also 0) is over at once. Percentages are limited to 0 to 100. Functions of one key return
-/// false when there is no such key, and nothing has changed then.
+/// What a keyboard with a light behind each key shows: a base colour for each key, and at most one effect (a
+/// flash or a pulse) for each key. Both are functions of time, so nothing has to tick. A plain value: it has
+/// no clock (all times are given to it), it allocates nothing, and a copy is independent of the original. It
+/// has no lock; threads that share one must lock it themselves.
 class KeyboardModel {
 public:
-    /// At first the keyboard is dark.
+    /// At first the keyboard is dark, and calls are for all types of device.
     KeyboardModel() = default;
 
-    /// Bits of the device types that the calls from now on mean. While the bit of per-key devices is not
-    /// among them, every other call does nothing. At first all are meant.
-    void setTargetDevice(int targetDevice);
+    /// Carries out a call at the moment `now`. Returns false, and changes nothing, when the call is about a
+    /// key that does not exist.
+    ///
+    /// - While the chosen target devices do not include those with a colour for each key, every call but
+    ///   `SetTargetDevice` changes nothing.
+    /// - Percentages below 0 count as 0, those above 100 as 100.
+    /// - A base colour that is set while an effect runs is seen when the effect is over.
+    /// - A new effect on a key replaces the one that runs there. A flash with a duration below 0 and a pulse
+    ///   with one of 0 or below are over at once.
+    /// - A flash with an interval of 0 or below shows its colour without dark halves.
+    bool perform(const platform::LedCall& call, Time now);
 
-    /// Gives all keys one base colour.
-    void setLighting(const Percentages& color);
-    /// Sets the base colours of the keys in the bitmap; the others keep theirs.
-    void setBitmap(platform::LedBitmapView bitmap);
-    bool setKey(KeyName keyName, const Percentages& color);
-
-    /// Shows `color` and the base colour in turn, each for `interval`, starting with `color`; only `color`
-    /// when `interval` is not above 0. Ends after `duration`, or with duration 0 when it is stopped.
-    bool flash(KeyName keyName, const Percentages& color, Duration duration, Duration interval, Time now);
-    /// Moves evenly from `start` to `finish` and back, once in `duration`.
-    bool pulse(KeyName keyName, const Percentages& start, const Percentages& finish, Duration duration,
-               Repeat repeat, Time now);
-    bool stopEffectsOnKey(KeyName keyName);
-    void stopEffects();
-
-    /// Shows the same on another keyboard, but for effects that end by themselves. Effects begin anew there.
+    /// Makes another keyboard show the same. Effects that end by themselves are left out; the others begin
+    /// anew there.
     void repeatOn(platform::LedDriver& driver) const;
 
     /// The colours at a moment. A moment before an effect began shows the effect's beginning.
@@ -89,8 +79,16 @@ public:
     std::optional<Time> nextChange(Time after) const;
 
 private:
+    bool apply(const platform::SetTargetDevice& call, Time now);
+    bool apply(const platform::SetLighting& call, Time now);
+    bool apply(const platform::SetLightingFromBitmap& call, Time now);
+    bool apply(const platform::SetLightingForKeyWithKeyName& call, Time now);
+    bool apply(const platform::FlashSingleKey& call, Time now);
+    bool apply(const platform::PulseSingleKey& call, Time now);
+    bool apply(const platform::StopEffectsOnKey& call, Time now);
+    bool apply(const platform::StopEffects& call, Time now);
     bool isMeant() const;
-    bool put(KeyName keyName, const KeyEffect& effect);
+    bool putEffect(KeyName keyName, const KeyEffect& effect);
 
     int m_targetDevice = lighting::kAllDevices;
     KeyColors m_base{};

@@ -26,7 +26,7 @@ Addresses numericAddress(const std::string& host, std::uint16_t port) {
     hints.ai_family = AF_UNSPEC;
     hints.ai_socktype = SOCK_STREAM;
     hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
-    // The server listens on IPv4 alone.
+    // Servers listen on IPv4 only, and "localhost" may mean IPv6.
     const std::string address = host == "localhost" ? "127.0.0.1" : host;
     addrinfo* found = nullptr;
     if (getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found) != 0)
@@ -43,7 +43,7 @@ void setOption(int fd, int option) {
     setsockopt(fd, IPPROTO_TCP, option, &on, sizeof on);
 }
 
-/// Waits until `fd` can be written to or is broken; false at `deadline`, or when `stop` is set.
+/// Waits until `fd` can be written to or is broken. False when `deadline` passes or `stop` is set before.
 bool waitForOutput(int fd, const WakeEvent& stop, Time deadline) {
     for (;;) {
         const Duration left = deadline - platform::monotonicNow();
@@ -56,7 +56,7 @@ bool waitForOutput(int fd, const WakeEvent& stop, Time deadline) {
     }
 }
 
-/// What became of a connection that was under way; 0 when it is there.
+/// How a connection attempt ended: 0 when it succeeded, otherwise the error number.
 int pendingError(int fd) {
     int error = 0;
     socklen_t size = sizeof error;
@@ -130,8 +130,9 @@ bool Connection::waitForInput(Time deadline, Wait wait) {
 }
 
 std::optional<Bytes> Connection::receive() {
-    // Servers send a header and its payload one by one; an acknowledgement that takes its time holds the
-    // second one up. The option lasts for one receipt only.
+    // Servers send a packet's header and payload separately, and send the second only when the first has been
+    // acknowledged. Without this option the kernel delays that acknowledgement. It holds for one receipt
+    // only.
     setOption(m_fd, TCP_QUICKACK);
     for (;;) {
         const ssize_t count = recv(m_fd, m_buffer.data(), m_buffer.size(), 0);

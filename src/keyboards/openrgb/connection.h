@@ -11,18 +11,20 @@ namespace glimra::keyboards::openrgb {
 using platform::Duration;
 using platform::Time;
 
-/// Where a server is looked for.
+/// The address of a server.
 struct ServerAddress {
-    /// Numeric, or "localhost".
+    /// A numeric address, or "localhost".
     std::string host = "127.0.0.1";
     std::uint16_t port = 6742;
 };
 
-/// Whether something may listen there: false when the answer that nothing does is there within 10 ms, as it
-/// is for this machine's own addresses.
+/// Whether a server may be listening at this address. False when the connection is refused within 10 ms,
+/// which for this computer's own addresses happens whenever nobody listens. When there is no answer in that
+/// time it is true, since a server far away may be slower.
 bool mayListen(const ServerAddress& server);
 
-/// A TCP connection that never waits longer than it is told to, and only while `stop` is not set. One thread.
+/// A TCP connection. It waits no longer than the deadline of each call, and stops waiting when `stop` is set.
+/// One thread.
 class Connection {
 public:
     explicit Connection(const WakeEvent& stop) : m_stop(stop) {}
@@ -30,26 +32,26 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// `host` is a numeric address, or "localhost" for 127.0.0.1: a name would have to be looked up, which
-    /// cannot be broken off. Returns what went wrong, empty when it is connected.
+    /// `host` is a numeric address, or "localhost" for 127.0.0.1. Other names are refused, because looking up
+    /// a name cannot be interrupted. Returns what went wrong, or nothing when it is connected.
     std::string connect(const std::string& host, std::uint16_t port, Time deadline);
     void close();
     bool isOpen() const { return m_fd >= 0; }
     int fd() const { return m_fd; }
 
-    /// Sends all of it; false when the connection is broken or `deadline` passes before.
+    /// Sends all bytes. False when the connection breaks or `deadline` passes before all are sent.
     bool send(Bytes bytes, Time deadline);
 
     enum class Wait {
-        /// Ends when `stop` is set.
+        /// The wait ends when `stop` is set.
         UntilStopped,
-        /// Goes on when it is: for what has to be said at the end.
+        /// The wait goes on when `stop` is set, so that the end of a conversation can be heard.
         Anyway
     };
-    /// Something has come, or the connection is broken; false when neither happened before `deadline`.
+    /// Waits until something has come or the connection is broken; false when neither happened in time.
     bool waitForInput(Time deadline, Wait wait);
-    /// What has come by now, without waiting: empty when nothing has, none when the connection is over. Valid
-    /// until the next call.
+    /// What has come by now; does not wait. Empty when nothing has come, none when the connection has ended.
+    /// Valid until the next call.
     std::optional<Bytes> receive();
     /// Tells the other side that nothing more will be sent.
     void finishSending();

@@ -8,7 +8,7 @@ namespace glimra::keyboards::openrgb {
 
 namespace {
 
-// The least that one of each takes, in any version.
+// The fewest bytes that one of each takes, in any version of the protocol.
 constexpr std::size_t kSmallestText = 2;
 constexpr std::size_t kSmallestMode = 40;
 constexpr std::size_t kSmallestZone = 20;
@@ -163,7 +163,7 @@ std::optional<Controller> readController(Bytes payload, std::uint32_t version) {
     skipEnd(reader, version);
     if (!reader.atEnd())
         return std::nullopt;
-    // Zones that do not fit the LEDs are of no use, but names are.
+    // When the zones do not fit the LEDs, places are unknown, but the LEDs can still be found by their names.
     if (!controller.zones.empty() &&
         controller.zones.back().firstLed + controller.zones.back().ledCount > controller.leds.size())
         controller.zones.clear();

@@ -1,9 +1,9 @@
 #include "keyboards/openrgb/key_names.h"
 
 #include "keyboards/model/keyboard_model.h"
+#include "keyboards/openrgb/named_keys.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -14,133 +14,16 @@ namespace glimra::keyboards::openrgb {
 
 namespace {
 
-struct NamedKey {
-    lighting::KeyCode code;
-    /// In the matrix of a keyboard with US layout, with or without number pad.
-    std::size_t row;
-    std::size_t column;
-    /// Behind "Key: ", the best first; empty behind the last. Names stand for places of the US layout,
-    /// whatever is printed on the cap.
-    std::array<std::string_view, 3> names;
-};
-
-constexpr std::array<NamedKey, 104> kNamedKeys{{
-    {0x1, 0, 0, {"Escape"}},
-    {0x3B, 0, 2, {"F1"}},
-    {0x3C, 0, 3, {"F2"}},
-    {0x3D, 0, 4, {"F3"}},
-    {0x3E, 0, 5, {"F4"}},
-    {0x3F, 0, 6, {"F5"}},
-    {0x40, 0, 7, {"F6"}},
-    {0x41, 0, 8, {"F7"}},
-    {0x42, 0, 9, {"F8"}},
-    {0x43, 0, 10, {"F9"}},
-    {0x44, 0, 11, {"F10"}},
-    {0x57, 0, 12, {"F11"}},
-    {0x58, 0, 13, {"F12"}},
-    {0x137, 0, 14, {"Print Screen"}},
-    {0x46, 0, 15, {"Scroll Lock"}},
-    {0x145, 0, 16, {"Pause/Break", "Pause"}},
-    {0x29, 1, 0, {"`"}},
-    {0x2, 1, 1, {"1"}},
-    {0x3, 1, 2, {"2"}},
-    {0x4, 1, 3, {"3"}},
-    {0x5, 1, 4, {"4"}},
-    {0x6, 1, 5, {"5"}},
-    {0x7, 1, 6, {"6"}},
-    {0x8, 1, 7, {"7"}},
-    {0x9, 1, 8, {"8"}},
-    {0xA, 1, 9, {"9"}},
-    {0xB, 1, 10, {"0"}},
-    {0xC, 1, 11, {"-"}},
-    {0xD, 1, 12, {"="}},
-    {0xE, 1, 13, {"Backspace"}},
-    {0x152, 1, 14, {"Insert"}},
-    {0x147, 1, 15, {"Home"}},
-    {0x149, 1, 16, {"Page Up"}},
-    {0x45, 1, 17, {"Num Lock"}},
-    {0x135, 1, 18, {"Number Pad /"}},
-    {0x37, 1, 19, {"Number Pad *"}},
-    {0x4A, 1, 20, {"Number Pad -"}},
-    {0xF, 2, 0, {"Tab"}},
-    {0x10, 2, 1, {"Q"}},
-    {0x11, 2, 2, {"W"}},
-    {0x12, 2, 3, {"E"}},
-    {0x13, 2, 4, {"R"}},
-    {0x14, 2, 5, {"T"}},
-    {0x15, 2, 6, {"Y"}},
-    {0x16, 2, 7, {"U"}},
-    {0x17, 2, 8, {"I"}},
-    {0x18, 2, 9, {"O"}},
-    {0x19, 2, 10, {"P"}},
-    {0x1A, 2, 11, {"["}},
-    {0x1B, 2, 12, {"]"}},
-    {0x2B, 2, 13, {"\\ (ANSI)", "\\", "#"}},
-    {0x153, 2, 14, {"Delete"}},
-    {0x14F, 2, 15, {"End"}},
-    {0x151, 2, 16, {"Page Down"}},
-    {0x47, 2, 17, {"Number Pad 7"}},
-    {0x48, 2, 18, {"Number Pad 8"}},
-    {0x49, 2, 19, {"Number Pad 9"}},
-    {0x4E, 2, 20, {"Number Pad +"}},
-    {0x3A, 3, 0, {"Caps Lock"}},
-    {0x1E, 3, 1, {"A"}},
-    {0x1F, 3, 2, {"S"}},
-    {0x20, 3, 3, {"D"}},
-    {0x21, 3, 4, {"F"}},
-    {0x22, 3, 5, {"G"}},
-    {0x23, 3, 6, {"H"}},
-    {0x24, 3, 7, {"J"}},
-    {0x25, 3, 8, {"K"}},
-    {0x26, 3, 9, {"L"}},
-    {0x27, 3, 10, {";"}},
-    {0x28, 3, 11, {"'"}},
-    {0x1C, 3, 13, {"Enter", "Enter (ISO)"}},
-    {0x4B, 3, 17, {"Number Pad 4"}},
-    {0x4C, 3, 18, {"Number Pad 5"}},
-    {0x4D, 3, 19, {"Number Pad 6"}},
-    {0x2A, 4, 0, {"Left Shift"}},
-    {0x2C, 4, 2, {"Z"}},
-    {0x2D, 4, 3, {"X"}},
-    {0x2E, 4, 4, {"C"}},
-    {0x2F, 4, 5, {"V"}},
-    {0x30, 4, 6, {"B"}},
-    {0x31, 4, 7, {"N"}},
-    {0x32, 4, 8, {"M"}},
-    {0x33, 4, 9, {","}},
-    {0x34, 4, 10, {"."}},
-    {0x35, 4, 11, {"/"}},
-    {0x36, 4, 13, {"Right Shift"}},
-    {0x148, 4, 15, {"Up Arrow"}},
-    {0x4F, 4, 17, {"Number Pad 1"}},
-    {0x50, 4, 18, {"Number Pad 2"}},
-    {0x51, 4, 19, {"Number Pad 3"}},
-    {0x11C, 4, 20, {"Number Pad Enter"}},
-    {0x1D, 5, 0, {"Left Control"}},
-    {0x15B, 5, 1, {"Left Windows"}},
-    {0x38, 5, 2, {"Left Alt"}},
-    {0x39, 5, 6, {"Space"}},
-    {0x138, 5, 10, {"Right Alt"}},
-    {0x15C, 5, 11, {"Right Windows", "Right Fn"}},
-    {0x15D, 5, 12, {"Menu"}},
-    {0x11D, 5, 13, {"Right Control"}},
-    {0x14B, 5, 14, {"Left Arrow"}},
-    {0x150, 5, 15, {"Down Arrow"}},
-    {0x14D, 5, 16, {"Right Arrow"}},
-    {0x52, 5, 18, {"Number Pad 0"}},
-    {0x53, 5, 19, {"Number Pad .", "Number Pad ,"}},
-}};
-
 constexpr std::string_view kKeyPrefix = "Key: ";
 constexpr std::string_view kTwinSuffix = " LED 2";
 constexpr std::string_view kLogo = "logo";
 constexpr lighting::KeyCode kLogoCode = 0x209;
 
-/// With fewer keys found by name, a keyboard counts as one with names of its own.
+/// When fewer keys than this are found by name, the keyboard's LEDs are taken to have unusual names.
 constexpr std::size_t kFewKeys = 20;
 
 constexpr std::size_t kMatrixRows = 6;
-/// Without and with a number pad.
+/// The width of a keyboard without a number pad, and of one with it.
 constexpr std::size_t kFewestColumns = 17;
 constexpr std::size_t kMostColumns = 21;
 
@@ -159,7 +42,7 @@ std::string plain(std::string_view name) {
     return text;
 }
 
-/// The LEDs of a device, found by their names.
+/// Finds the LEDs of a device by their names.
 class LedNames {
 public:
     explicit LedNames(const Controller& controller) {
@@ -174,7 +57,8 @@ public:
         std::ranges::sort(m_plain);
     }
 
-    /// The LEDs with this name, or else those that differ in capitals and spaces only.
+    /// The LEDs with exactly this name. When there are none, those whose names differ from it only in capital
+    /// letters and in spaces around it.
     std::vector<std::size_t> find(const std::string& name) const {
         std::vector<std::size_t> leds = matches(m_exact, std::string_view(name));
         return leds.empty() ? matches(m_plain, plain(name)) : leds;
@@ -209,12 +93,12 @@ private:
     Names<std::string> m_plain;
 };
 
-/// Collects LEDs of keys, each LED once.
+/// Collects the LEDs of keys. An LED that has been given to a key is not given to another.
 class Collector {
 public:
     explicit Collector(std::size_t ledCount) : m_isTaken(ledCount) {}
 
-    /// The first of these that any LED has.
+    /// Adds the LEDs that have the first of these names that any LED has.
     void addNamed(lighting::KeyCode code, const LedNames& leds, const std::vector<std::string>& names) {
         for (const std::string& name : names)
             if (add(code, leds.find(name)))
@@ -238,7 +122,7 @@ private:
     std::vector<LedOfKey> m_found;
 };
 
-/// Every maker calls the keys of its own differently.
+/// The names that the LED of a macro key may have, since every maker names such keys differently.
 std::vector<std::string> gKeyNames(lighting::KeyCode code) {
     const std::string number = std::to_string(code - lighting::kFirstIndividualCode + 1);
     std::vector<std::string> names;

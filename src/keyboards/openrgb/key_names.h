@@ -6,7 +6,7 @@
 
 namespace glimra::keyboards::openrgb {
 
-/// An LED that shows a key of ours.
+/// An LED of a device, and the key that it shows.
 struct LedOfKey {
     std::size_t led = 0;
     /// Position in `lighting::kKeyboardLayout`.
@@ -15,11 +15,12 @@ struct LedOfKey {
     friend bool operator==(const LedOfKey&, const LedOfKey&) = default;
 };
 
-/// The LEDs of a device that can be lit and belong to keys of ours, by their names, or where a keyboard has
-/// names of its own, by their places. A key may have several LEDs or none; an LED has one key at most.
+/// The LEDs of a device that show keys of the layout. They are found by the LEDs' names, or by their places
+/// on a keyboard whose LEDs have unusual names. A key may have several LEDs or none; an LED belongs to one
+/// key at most.
 std::vector<LedOfKey> ledsOfKeys(const Controller& controller);
 
-/// The device is a keyboard: it says so, or its LEDs are named like keys.
+/// Whether the device is a keyboard: because the server says so, or because its LEDs are named like keys.
 bool isKeyboard(const Controller& controller);
 
 } // namespace glimra::keyboards::openrgb

@@ -8,13 +8,14 @@ namespace glimra::keyboards::openrgb {
 
 namespace {
 
-/// A server may keep the last frame of a series to itself until another one comes.
+/// A server may hold the last frame of a series back until another one comes, so it is sent twice, this far
+/// apart.
 constexpr Duration kRepeatAfter = std::chrono::milliseconds(100);
 
-/// How often the list of devices may change while it is read.
+/// How many times the list of devices is read, at most, when it changes each time while it is read.
 constexpr int kMostAttempts = 5;
 
-/// Text of a server's, made fit for a line of the log.
+/// A text of the server, cut and cleaned so that it can stand in a line of the log.
 std::string printable(std::string_view text) {
     constexpr std::size_t kLongest = 60;
     std::string line(text.substr(0, kLongest));
@@ -31,7 +32,8 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
-/// What tells a device from the others, wherever it stands in the list. NUL is in none of the three.
+/// A text that is the same for a device wherever it is in the list, and differs from that of other devices.
+/// The three parts cannot run together, because none has a NUL in it.
 std::string identityOf(const Controller& controller) {
     return controller.name + '\0' + controller.serial + '\0' + controller.location;
 }
@@ -64,7 +66,7 @@ OpenRgbDevice::~OpenRgbDevice() = default;
 
 OpenResult OpenRgbDevice::open(const WakeEvent& stop) {
     OpenResult result = tryToOpen(stop);
-    // The newest version was never released and may have become another one meanwhile.
+    // No release of the server has the newest version yet, so its form may still have changed.
     if (!result.found && m_session->wasMisunderstood() && m_session->version() == kNewestVersion) {
         m_newestVersion = kNewestVersion - 1;
         result = tryToOpen(stop);
@@ -95,11 +97,12 @@ OpenResult OpenRgbDevice::tryToOpen(const WakeEvent& stop) {
             "keyboard " + name + " through OpenRGB"};
 }
 
-/// The device that `rank` puts highest, and of these the one with the most keys; 0 is for those that are not
-/// meant. None when there is none, or the conversation is over.
+/// The device for which `rank` gives the highest number; among equals, the one with the most keys. A device
+/// of rank 0 is never chosen. None when no device is left, or when the conversation with the server has
+/// ended.
 template <class Rank>
 std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::choose(Rank rank) {
-    // Numbers of devices are worth something only while the list stands still.
+    // The numbers of devices mean other devices as soon as the list has changed.
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         if (m_session->listHasChanged() && !m_session->waitForQuiet())
             break;
@@ -129,7 +132,7 @@ std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::chooseFromList(Rank rank) 
     return best;
 }
 
-/// None for a device of which no key of ours can be lit one by one.
+/// Reads what the server says about a device; none when no single key of it can be lit.
 std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::readKeyboard(std::uint32_t device) {
     std::optional<Controller> controller = m_session->controller(device);
     if (!controller)
@@ -154,12 +157,13 @@ void OpenRgbDevice::takeOver(Keyboard keyboard) {
     m_keyboard = std::move(keyboard);
     const Controller& controller = m_keyboard.controller;
     const std::string identity = identityOf(controller);
-    // What is found after an interruption may be what we left there ourselves.
+    // A keyboard that is found again after an interruption may still show our own lights; what it showed
+    // before them must not be forgotten.
     if (!m_found || m_found->identity != identity) {
         const Mode* const active = activeMode(controller);
         m_found = {identity, active ? active->name : std::string(), controller.colors};
     }
-    // The first makes the server choose the mode, the second makes it tell the keyboard; both are needed.
+    // The first packet makes the server choose the mode, the second makes it tell the keyboard so.
     m_session->send(packet(PacketId::SetCustomMode, m_keyboard.device));
     m_session->send(updateModePacket(m_keyboard.device, m_keyboard.perLedMode,
                                      controller.modes[m_keyboard.perLedMode].block));
@@ -186,7 +190,7 @@ DeviceStatus OpenRgbDevice::serve() {
     return m_session->listHasChanged() ? renew() : DeviceStatus();
 }
 
-/// Finds the keyboard again in a list of devices that has changed.
+/// Finds the keyboard again after the server's list of devices has changed.
 DeviceStatus OpenRgbDevice::renew() {
     const std::string identity = identityOf(m_keyboard.controller);
     std::optional<Keyboard> keyboard =

@@ -13,14 +13,15 @@ namespace glimra::keyboards::openrgb {
 
 struct Options {
     ServerAddress server;
-    /// Name of the device that is meant, or part of it; when empty, the keyboard with the most keys.
+    /// The name of the keyboard to light, or a part of it. When empty, the keyboard with the most keys is
+    /// lit.
     std::string keyboardName;
     Timing timing;
 };
 
-/// A keyboard of any maker, through the SDK server of OpenRGB. Puts it into its mode of one colour per LED
-/// and sends whole frames; LEDs that are none of our keys keep the colours that they had. When it is closed,
-/// the mode and the colours that were found at first are put back.
+/// A keyboard of any maker, through the SDK server of OpenRGB. Puts the keyboard into the mode in which each
+/// LED has a colour of its own, and sends the colours of all LEDs with each frame; LEDs that belong to no key
+/// keep the colours that they had. `close` brings back the mode and the colours that were found at first.
 class OpenRgbDevice final : public KeyboardDevice {
 public:
     explicit OpenRgbDevice(Options options);
@@ -34,7 +35,7 @@ public:
     DeviceStatus serve() override;
 
 private:
-    /// A device of the server's that can be lit.
+    /// A device of the server that can be lit.
     struct Keyboard {
         std::uint32_t device = 0;
         Controller controller;
@@ -42,7 +43,7 @@ private:
         std::size_t keyCount = 0;
         std::size_t perLedMode = 0;
     };
-    /// What the keyboard showed before us.
+    /// What the keyboard showed before it was taken.
     struct Found {
         std::string identity;
         std::string modeName;
@@ -69,7 +70,7 @@ private:
     KeyColors m_colors{};
     ColorPacket m_frame;
     std::optional<Found> m_found;
-    /// The keyboard shows what it is sent.
+    /// The keyboard has been taken over, and its lights have to be given back.
     bool m_isLit = false;
 };
 

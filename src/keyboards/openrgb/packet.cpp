@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kColorBytes = 4;
 constexpr std::size_t kFirstColor = kHeaderBytes + 4 + 2;
 
-/// Longest payload that is worth keeping.
+/// The longest payload of this kind of packet that is kept; a longer one is skipped.
 std::size_t mostBytesKept(std::uint32_t id) {
     switch (static_cast<PacketId>(id)) {
     case PacketId::ControllerData:
@@ -83,7 +83,8 @@ std::vector<std::uint8_t> clientNamePacket(const std::string& name) {
     return packet(PacketId::ClientName, 0, payload);
 }
 
-// A server may fall over an inner size that is not the payload's own, so each is made from what it counts.
+// The payloads below begin with their own size. A server may crash when that size is wrong, so each is
+// computed from what it counts.
 
 std::vector<std::uint8_t> updateModePacket(std::uint32_t device, std::size_t modeIndex, Bytes block) {
     std::vector<std::uint8_t> payload;

@@ -11,7 +11,7 @@
 
 namespace glimra::keyboards::openrgb {
 
-// Packets of the OpenRGB SDK protocol, as both sides send them: a header of 16 bytes, then the payload.
+// The packets of the OpenRGB SDK protocol. Each is a header of 16 bytes and a payload.
 
 enum class PacketId : std::uint32_t {
     ControllerCount = 0,
@@ -28,7 +28,7 @@ enum class PacketId : std::uint32_t {
 inline constexpr std::uint32_t kNewestVersion = 6;
 inline constexpr std::array<std::uint8_t, 4> kMagic{'O', 'R', 'G', 'B'};
 inline constexpr std::size_t kHeaderBytes = 16;
-/// No payload is longer, ours or a server's.
+/// The longest payload that is sent or accepted.
 inline constexpr std::size_t kMostPayloadBytes = std::size_t{8} << 20;
 inline constexpr std::uint32_t kMostControllers = 1024;
 
@@ -40,14 +40,14 @@ struct Packet {
     bool is(PacketId wanted) const { return id == static_cast<std::uint32_t>(wanted); }
 };
 
-/// Finds the packets in what a server sends, however it is split up. Holds at most one packet, of which only
-/// bytes that have really come take memory; payloads that nobody here reads are passed over without being
-/// kept.
+/// Joins the bytes that a server sends into packets, in whatever pieces they come. Holds one packet at most,
+/// and takes memory only for bytes that have come, whatever length the header promises. Payloads of kinds
+/// that nobody reads are skipped.
 class PacketReader {
 public:
-    /// Takes bytes until a packet is complete or there are no more, and removes from `bytes` what it took.
+    /// Takes bytes from the front of `bytes` until a packet is complete or no bytes are left.
     std::optional<Packet> take(Bytes& bytes);
-    /// The stream is none of this protocol's; nothing more will be taken from it.
+    /// The bytes were not of this protocol. Nothing more is taken.
     bool failed() const { return m_failed; }
 
 private:
@@ -56,25 +56,25 @@ private:
     std::array<std::uint8_t, kHeaderBytes> m_header{};
     std::size_t m_headerBytes = 0;
     Packet m_packet;
-    /// Of the payload, still to come.
+    /// How many bytes of the payload have still to come.
     std::size_t m_missing = 0;
     bool m_isKept = false;
     bool m_failed = false;
 };
 
-// Requests, ready to send.
+// Each of these makes a packet that is ready to be sent.
 
 std::vector<std::uint8_t> packet(PacketId id, std::uint32_t device, Bytes payload = {});
 std::vector<std::uint8_t> numberPacket(PacketId id, std::uint32_t device, std::uint32_t number);
 std::vector<std::uint8_t> clientNamePacket(const std::string& name);
-/// `block` describes the mode as the server sent it.
+/// Puts the device into a mode. `block` is the mode's description as the server sent it.
 std::vector<std::uint8_t> updateModePacket(std::uint32_t device, std::size_t modeIndex, Bytes block);
 
-/// Colours of all the LEDs of a device, as one packet that is written again and again.
+/// The packet with the colours of all LEDs of a device. The same object is changed and sent again and again.
 class ColorPacket {
 public:
     ColorPacket() = default;
-    /// At most 65535 LEDs, all dark.
+    /// All LEDs are dark at first. There can be at most 65535.
     ColorPacket(std::uint32_t device, std::size_t ledCount);
 
     void set(std::size_t led, lighting::Rgb color);
@@ -84,8 +84,8 @@ private:
     std::vector<std::uint8_t> m_bytes;
 };
 
-/// The devices that a controller-count answer tells of, each by the number that requests for it take, in the
-/// server's order; none when the payload is not what that version sends.
+/// Reads the payload of a controller-count answer: the numbers by which requests name the devices, in the
+/// server's order. None when the payload is not of the form of that version.
 std::optional<std::vector<std::uint32_t>> readControllerList(Bytes payload, std::uint32_t version);
 
 } // namespace glimra::keyboards::openrgb

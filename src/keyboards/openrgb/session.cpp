@@ -9,11 +9,12 @@ namespace glimra::keyboards::openrgb {
 
 namespace {
 
-/// What released servers speak. More is offered only to one that says it has it.
+/// The newest version that released servers know. A newer one is offered only to a server that says it has
+/// it.
 constexpr std::uint32_t kFirstOffer = 5;
 constexpr char kClientName[] = "Glimra";
 
-/// How long a server that never stops talking is listened to at one go.
+/// How long `drain` goes on reading from a server that never stops sending.
 constexpr Duration kLongestDrain = std::chrono::milliseconds(20);
 
 } // namespace
@@ -38,7 +39,8 @@ bool Session::negotiate(std::uint32_t newestVersion) {
     return true;
 }
 
-/// The server's newest version; none when it does not answer.
+/// Tells the server our version and returns the newest one that the server knows; none when it does not
+/// answer.
 std::optional<std::uint32_t> Session::offer(std::uint32_t version) {
     if (!send(numberPacket(PacketId::ProtocolVersion, 0, version)))
         return std::nullopt;
@@ -84,7 +86,7 @@ bool Session::send(Bytes packet) {
         return false;
     if (m_connection.send(packet, platform::monotonicNow() + m_timing.sending))
         return true;
-    // Part of a packet may be on its way: nothing behind it would be understood.
+    // Only a part of the packet may have been sent. The server could not understand what comes after it.
     m_connection.close();
     return fail("closed the connection or does not listen any more");
 }
@@ -136,7 +138,7 @@ std::optional<Packet> Session::ask(Bytes question, PacketId id, std::optional<st
     return answer;
 }
 
-/// The answer to a request, whatever else the server says before it.
+/// Waits for the answer to a request, and takes notice of all else that the server sends before it.
 std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> device, Duration limit) {
     const Time deadline = platform::monotonicNow() + limit;
     do {
@@ -144,7 +146,7 @@ std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> d
             if (packet->is(id) && packet->device == device.value_or(packet->device))
                 return packet;
             takeNotice(*packet);
-            // A device that is gone is not answered for at all.
+            // Servers do not answer a request about a device that is gone.
             const bool isInVain = m_listHasChanged && id == PacketId::ControllerData;
             if (isInVain || platform::monotonicNow() >= deadline)
                 return std::nullopt;
@@ -153,7 +155,7 @@ std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> d
     return std::nullopt;
 }
 
-/// The next of the packets that have come.
+/// The next packet that has come completely; none when there is no such.
 std::optional<Packet> Session::nextPacket() {
     while (m_connection.isOpen()) {
         if (std::optional<Packet> packet = m_reader.take(m_unread))
@@ -176,8 +178,8 @@ std::optional<Packet> Session::nextPacket() {
 void Session::takeNotice(const Packet& packet) {
     if (packet.is(PacketId::DeviceListUpdated))
         m_listHasChanged = true;
-    // It took too long and counts as one of the servers without versions; only a new start can tell it
-    // better.
+    // The answer came too late, and the server has been taken for one of those without versions. A new
+    // conversation has to begin.
     if (packet.is(PacketId::ProtocolVersion) && m_version == 0)
         fail("answered too late");
     if (packet.is(PacketId::Acknowledgement)) {
@@ -187,9 +189,9 @@ void Session::takeNotice(const Packet& packet) {
     }
 }
 
-/// Something may have come before `deadline`.
+/// Waits until something may have come; false when `deadline` has passed.
 bool Session::waitForInput(Time deadline, Connection::Wait wait) {
-    // Input that never ceases must not put the deadline off.
+    // A server that never stops sending must not make us miss the deadline.
     return platform::monotonicNow() < deadline && m_connection.waitForInput(deadline, wait);
 }
 

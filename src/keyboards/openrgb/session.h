@@ -10,25 +10,25 @@
 
 namespace glimra::keyboards::openrgb {
 
-/// How long a server may take.
+/// How long the server is waited for.
 struct Timing {
     Duration connection = std::chrono::seconds(1);
-    /// The oldest servers give no answer about their version.
+    /// For its version. The oldest servers never answer that.
     Duration versionAnswer = std::chrono::seconds(1);
     Duration answer = std::chrono::seconds(2);
-    /// To take what is sent to it.
+    /// Until it has taken what is sent to it.
     Duration sending = std::chrono::milliseconds(500);
-    /// Without another notice, until a list of devices that has changed counts as settled; and the longest
-    /// that it is waited for.
+    /// When the list of devices has changed: how long no further change must come before it is read again.
     Duration quiet = std::chrono::milliseconds(250);
+    /// How long such changes are waited for at most.
     Duration unrest = std::chrono::seconds(3);
-    /// From our last word to its own.
+    /// For what it still sends after the program has ended its side of the connection.
     Duration farewell = std::chrono::milliseconds(150);
 };
 
-/// A conversation with an OpenRGB server, in the newest version of the protocol that both sides speak. What
-/// the server sends may be anything: whatever is not of the protocol ends the conversation. No call takes
-/// longer than the limits of `Timing`, and none but `listen` and `end` goes on waiting once `stop` is set.
+/// A conversation with an OpenRGB server, in the newest version of the protocol that both sides know. The
+/// server is not trusted: if it sends anything that is not of the protocol, the conversation is over. No call
+/// takes longer than the limits of `Timing`. When `stop` is set, only `listen` and `end` go on waiting.
 class Session {
 public:
     Session(const WakeEvent& stop, const Timing& timing) : m_timing(timing), m_connection(stop) {}
@@ -36,36 +36,36 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // These return false, or nothing, when the conversation is over; `problem` says why.
+    // The following functions return false or nothing when the conversation is over; `problem` says why.
 
-    /// Connects and agrees on a version, `newestVersion` at most.
+    /// Connects, and agrees with the server on a version of the protocol no newer than `newestVersion`.
     bool start(const ServerAddress& server, std::uint32_t newestVersion);
     std::optional<std::vector<std::uint32_t>> controllerList();
-    /// Nothing, too, when the list of devices changes meanwhile.
+    /// What the server says about a device. Returns nothing also when the list of devices changes meanwhile.
     std::optional<Controller> controller(std::uint32_t device);
     bool send(Bytes packet);
-    /// Reads what has come, without waiting.
+    /// Reads what has come; does not wait.
     bool drain();
-    /// Waits until the server's list of devices stands still; it has not changed then.
+    /// Waits until the server's list of devices no longer changes. `listHasChanged` is false afterwards.
     bool waitForQuiet();
 
-    /// Listens for some time, whether `stop` is set or not.
+    /// Reads what comes during this time, whether `stop` is set or not.
     void listen(Duration duration);
 
-    /// Waits for what the server still has to say, because old ones fall over answers that they cannot get
-    /// rid of; then closes the connection.
+    /// Reads what the server still sends, then closes the connection. Old servers crash when the connection
+    /// closes before they have sent their answers.
     void end();
 
     std::uint32_t version() const { return m_version; }
     int fd() const { return m_connection.fd(); }
-    /// Devices came or went: the numbers of all of them may mean others now.
+    /// Devices came or went. All numbers of devices may now mean other devices.
     bool listHasChanged() const { return m_listHasChanged; }
-    /// The server refused to show colours.
+    /// The server has refused to show colours.
     bool wasRefused() const { return m_wasRefused; }
-    /// An answer was not what its version of the protocol says.
+    /// An answer was not of the form that the protocol has in this version.
     bool wasMisunderstood() const { return m_wasMisunderstood; }
     bool isOver() const { return !m_problem.empty(); }
-    /// Why it is over: what the server did, as the rest of a sentence: "closed the connection".
+    /// Why it is over. The rest of a sentence that begins with the server: "closed the connection".
     const std::string& problem() const { return m_problem; }
 
 private:
@@ -82,7 +82,7 @@ private:
     Timing m_timing;
     Connection m_connection;
     PacketReader m_reader;
-    /// Received, not yet read.
+    /// Bytes that were received and not read yet.
     Bytes m_unread;
     std::uint32_t m_version = 0;
     bool m_listHasChanged = false;

@@ -28,13 +28,13 @@ std::string listed(const std::vector<std::filesystem::path>& files) {
     return text;
 }
 
-/// The loader's own words about what went wrong last.
+/// What the loader says about its last failure.
 std::string loaderError() {
     const char* text = dlerror();
     return text != nullptr ? text : "unknown error";
 }
 
-/// Puts all functions into `functions`; returns the name of the first that the library lacks, or none.
+/// Finds all functions of the library. Returns the name of the first that it lacks, null when it has all.
 const char* findFunctions(void* library, SdkFunctions& functions) {
     const char* missing = nullptr;
     const auto find = [&]<class Function>(Function*& function, const char* name) {
@@ -56,10 +56,44 @@ const char* findFunctions(void* library, SdkFunctions& functions) {
     return missing;
 }
 
-/// The library takes a key's name as an enumeration.
-int asInt(platform::KeyName keyName) {
-    return static_cast<int>(keyName);
-}
+/// Makes one call of the library.
+struct Caller {
+    const SdkFunctions& library;
+
+    bool operator()(const platform::SetTargetDevice& call) const {
+        return library.setTargetDevice(call.targetDevice);
+    }
+    bool operator()(const platform::SetLighting& call) const {
+        return library.setLighting(call.color.red, call.color.green, call.color.blue);
+    }
+    bool operator()(const platform::SetLightingFromBitmap& call) const {
+        // The library does not promise to leave the bitmap as it is.
+        std::array<unsigned char, platform::kLedBitmapBytes> copy;
+        std::ranges::copy(call.bitmap, copy.begin());
+        return library.setLightingFromBitmap(copy.data());
+    }
+    bool operator()(const platform::SetLightingForKeyWithKeyName& call) const {
+        return library.setLightingForKeyWithKeyName(asInt(call.keyName), call.color.red, call.color.green,
+                                                    call.color.blue);
+    }
+    bool operator()(const platform::FlashSingleKey& call) const {
+        return library.flashSingleKey(asInt(call.keyName), call.color.red, call.color.green, call.color.blue,
+                                      call.msDuration, call.msInterval);
+    }
+    bool operator()(const platform::PulseSingleKey& call) const {
+        const auto& [key, start, finish, msDuration, isInfinite] = call;
+        return library.pulseSingleKey(asInt(key), start.red, start.green, start.blue, finish.red,
+                                      finish.green, finish.blue, msDuration, isInfinite);
+    }
+    bool operator()(const platform::StopEffectsOnKey& call) const {
+        return library.stopEffectsOnKey(asInt(call.keyName));
+    }
+    bool operator()(const platform::StopEffects&) const { return library.stopEffects(); }
+
+private:
+    /// The library takes a key's name as an enumeration.
+    static int asInt(platform::KeyName keyName) { return static_cast<int>(keyName); }
+};
 
 } // namespace
 
@@ -85,7 +119,7 @@ bool SdkDriver::load() {
         m_reason = "There is no library " + listed(m_candidates) + ".";
         return false;
     }
-    // Without a slash the loader would look in its own folders.
+    // A name without a slash would make the loader search its own folders.
     std::error_code error;
     m_library = std::filesystem::absolute(*found, error);
     void* library = dlopen(m_library.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
@@ -121,51 +155,8 @@ bool SdkDriver::LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& bu
     return m_functions && m_functions->getSdkVersion(&majorNumber, &minorNumber, &buildNumber);
 }
 
-bool SdkDriver::LogiLedSetTargetDevice(int targetDevice) {
-    return m_functions && m_functions->setTargetDevice(targetDevice);
-}
-
-bool SdkDriver::LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) {
-    return m_functions && m_functions->setLighting(redPercentage, greenPercentage, bluePercentage);
-}
-
-bool SdkDriver::LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) {
-    if (!m_functions)
-        return false;
-    // The library does not promise to leave the bitmap as it is.
-    std::array<unsigned char, platform::kLedBitmapBytes> copy;
-    std::ranges::copy(bitmap, copy.begin());
-    return m_functions->setLightingFromBitmap(copy.data());
-}
-
-bool SdkDriver::LogiLedSetLightingForKeyWithKeyName(platform::KeyName keyName, int redPercentage,
-                                                    int greenPercentage, int bluePercentage) {
-    return m_functions && m_functions->setLightingForKeyWithKeyName(asInt(keyName), redPercentage,
-                                                                    greenPercentage, bluePercentage);
-}
-
-bool SdkDriver::LogiLedFlashSingleKey(platform::KeyName keyName, int redPercentage, int greenPercentage,
-                                      int bluePercentage, int msDuration, int msInterval) {
-    return m_functions && m_functions->flashSingleKey(asInt(keyName), redPercentage, greenPercentage,
-                                                      bluePercentage, msDuration, msInterval);
-}
-
-bool SdkDriver::LogiLedPulseSingleKey(platform::KeyName keyName, int startRedPercentage,
-                                      int startGreenPercentage, int startBluePercentage,
-                                      int finishRedPercentage, int finishGreenPercentage,
-                                      int finishBluePercentage, int msDuration, bool isInfinite) {
-    return m_functions &&
-           m_functions->pulseSingleKey(asInt(keyName), startRedPercentage, startGreenPercentage,
-                                       startBluePercentage, finishRedPercentage, finishGreenPercentage,
-                                       finishBluePercentage, msDuration, isInfinite);
-}
-
-bool SdkDriver::LogiLedStopEffectsOnKey(platform::KeyName keyName) {
-    return m_functions && m_functions->stopEffectsOnKey(asInt(keyName));
-}
-
-bool SdkDriver::LogiLedStopEffects() {
-    return m_functions && m_functions->stopEffects();
+bool SdkDriver::perform(const platform::LedCall& call) {
+    return m_functions && std::visit(Caller{*m_functions}, call);
 }
 
 void SdkDriver::LogiLedShutdown() {

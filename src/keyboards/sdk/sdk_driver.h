@@ -9,8 +9,8 @@
 
 namespace glimra::keyboards {
 
-/// Where the vendor's library is looked for when nobody says where it is: the library folders of the user
-/// (below `home`, unless that is empty) and of the system, in this order.
+/// The files that are tried when the player names no library: in the user's own library folder (below `home`,
+/// unless that is empty), then in the system's.
 std::vector<std::filesystem::path> usualSdkLibraries(const std::filesystem::path& home);
 
 /// The functions of the vendor's library.
@@ -28,39 +28,27 @@ struct SdkFunctions {
     void (*shutdown)() = nullptr;
 };
 
-/// The vendor's own library, loaded at run time: every call goes straight through to the function of the same
-/// name. Between a `LogiLedInit` that returned false, or `LogiLedShutdown`, and the next `LogiLedInit` that
-/// returns true, every call returns false and does nothing. Main thread only.
+/// The vendor's own library, loaded at run time. Every call becomes a call of the library's function of the
+/// same name. The library runs from a `LogiLedInit` that returned true until `LogiLedShutdown`; at all other
+/// times every call returns false and does nothing. Main thread only.
 class SdkDriver final : public platform::LedDriver {
 public:
-    /// Takes the first of `candidates` that exists, at `LogiLedInit`. The names are paths of files, not names
-    /// that the dynamic loader would look for.
+    /// `LogiLedInit` will load the first of these files that exists.
     explicit SdkDriver(std::vector<std::filesystem::path> candidates);
     SdkDriver(const SdkDriver&) = delete;
     SdkDriver& operator=(const SdkDriver&) = delete;
-    /// Shuts the library down if nobody did. It stays in memory: it may have threads of its own.
+    /// Shuts the library down if it still runs. It stays in memory, since it may have threads of its own.
     ~SdkDriver() override;
 
-    /// Why the last `LogiLedInit` returned false, as a sentence for the log; empty when it did not.
+    /// Why the last `LogiLedInit` returned false, as a sentence for the log. Empty when it returned true.
     const std::string& reason() const { return m_reason; }
-    /// The library in use; empty before the first `LogiLedInit` that found one.
+    /// The file that `LogiLedInit` loaded or tried to load; empty when it has found none so far.
     const std::filesystem::path& library() const { return m_library; }
 
-    /// Loads the library and has it start. When it is running already, there is nothing to do.
+    /// Loads the library and starts it. Does nothing when it runs already.
     bool LogiLedInit() override;
     bool LogiLedGetSdkVersion(int& majorNumber, int& minorNumber, int& buildNumber) override;
-    bool LogiLedSetTargetDevice(int targetDevice) override;
-    bool LogiLedSetLighting(int redPercentage, int greenPercentage, int bluePercentage) override;
-    bool LogiLedSetLightingFromBitmap(platform::LedBitmapView bitmap) override;
-    bool LogiLedSetLightingForKeyWithKeyName(platform::KeyName keyName, int redPercentage,
-                                             int greenPercentage, int bluePercentage) override;
-    bool LogiLedFlashSingleKey(platform::KeyName keyName, int redPercentage, int greenPercentage,
-                               int bluePercentage, int msDuration, int msInterval) override;
-    bool LogiLedPulseSingleKey(platform::KeyName keyName, int startRedPercentage, int startGreenPercentage,
-                               int startBluePercentage, int finishRedPercentage, int finishGreenPercentage,
-                               int finishBluePercentage, int msDuration, bool isInfinite) override;
-    bool LogiLedStopEffectsOnKey(platform::KeyName keyName) override;
-    bool LogiLedStopEffects() override;
+    bool perform(const platform::LedCall& call) override;
     void LogiLedShutdown() override;
 
 private:
@@ -69,7 +57,7 @@ private:
     std::vector<std::filesystem::path> m_candidates;
     std::filesystem::path m_library;
     std::string m_reason;
-    /// There while the library is running.
+    /// Has a value while the library runs.
     std::optional<SdkFunctions> m_functions;
 };
 

@@ -25,7 +25,8 @@ std::optional<unsigned> hexadecimal(std::string_view text) {
     return number;
 }
 
-/// Of what the kernel writes as bus:vendor:product, "0003:0000046D:0000C331".
+/// Reads what the kernel writes as bus:vendor:product, such as "0003:0000046D:0000C331". Null when that is no
+/// keyboard of the table.
 const UsbModel* modelOfHidId(std::string_view id) {
     const std::size_t first = id.find(':');
     const std::size_t second = id.find(':', first + 1);

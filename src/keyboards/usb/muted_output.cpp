@@ -10,7 +10,7 @@ namespace {
 
 thread_local int mutedOutputs = 0;
 
-/// Hands everything on to std::cout's own buffer but for threads that are muted.
+/// Stands in front of std::cout's own buffer and hands on what threads write that are not muted.
 class MutableBuffer final : public std::streambuf {
 public:
     MutableBuffer() : m_original(std::cout.rdbuf(this)) {}
@@ -41,7 +41,7 @@ MutedOutput::~MutedOutput() {
 }
 
 void MutedOutput::prepare() {
-    // Never destroyed: a thread may still print when the program ends.
+    // It is never destroyed, because a thread may still print when the program ends.
     [[maybe_unused]] static const MutableBuffer& buffer = *std::make_unique<MutableBuffer>().release();
 }
 

@@ -2,8 +2,8 @@
 
 namespace glimra::keyboards {
 
-/// While one lives, what its thread writes to std::cout goes nowhere: for a library that prints there. Other
-/// threads go on printing.
+/// While an object of this class exists, what its thread writes to std::cout is thrown away; other threads go
+/// on printing. It is used around calls of a library that prints.
 class MutedOutput {
 public:
     MutedOutput();
@@ -11,7 +11,7 @@ public:
     MutedOutput(const MutedOutput&) = delete;
     MutedOutput& operator=(const MutedOutput&) = delete;
 
-    /// Has to have been called once before the first one lives, while no other thread prints.
+    /// Must be called once before the first object is made, at a time when no other thread prints.
     static void prepare();
 };
 

@@ -10,8 +10,9 @@
 #include <utility>
 #include <vector>
 
-// The library is built with this; without it its class is smaller here than there, and the library writes
-// behind it. No other file may include the header.
+// The library itself was compiled with this definition, which adds members to its class. Without it here the
+// object would be too small, and the library would write beyond its end. No other file may include the
+// header.
 #define hidapi
 #include <g810-led/Keyboard.h>
 #undef hidapi
@@ -27,8 +28,9 @@ struct LibraryKey {
     Key key;
 };
 
-/// The last three are on ISO and ABNT keyboards only: the key beside Enter, which has the scan code of the
-/// backslash, and those beside the Shift keys, which have no code of their own.
+/// The last three keys are on ISO and ABNT keyboards only: the key beside Enter, which has the same scan code
+/// as the backslash, and the keys beside the Shift keys, which have no code of their own and show the colour
+/// of their Shift key.
 constexpr std::array<LibraryKey, 118> kLibraryKeys{{
     {0x1, Key::esc},
     {0x3B, Key::f1},
@@ -168,7 +170,8 @@ LedKeyboard::Color toLibraryColor(Rgb color) {
     return {color.red, color.green, color.blue};
 }
 
-/// Macro keys, logo and badge do not count: models with a single light have none.
+/// The colour that most keys have. Macro keys, logo and badge are not counted, since models with a single
+/// light have none.
 Rgb mostFrequentColor(const KeyColors& colors) {
     std::vector<Rgb> counted;
     for (std::size_t key = 0; key < kKeyCount; ++key)
@@ -195,12 +198,14 @@ private:
     DeviceStatus lost(const char* how) const;
 
     HidFolders m_folders;
-    /// There while the keyboard is open. What the library itself says of that is false after every report,
-    /// for each of which it opens the device anew; only what its functions return tells the truth.
+    /// Has a value while the keyboard is open. The library cannot be asked whether it is open: it
+    /// opens the device anew for every report, and afterwards says that it is closed. Only what its functions
+    /// return can be relied on.
     std::optional<LedKeyboard> m_library;
     std::optional<HidNodeWatch> m_watch;
     const UsbModel* m_model = nullptr;
-    /// Of a single light: the frame, of which `write` gets the changes only, and the colour that is shown.
+    /// For models with a single light: the colours of all keys, since `write` is told only the changes, and
+    /// the colour that the keyboard shows.
     KeyColors m_colors{};
     std::optional<Rgb> m_shown;
 };

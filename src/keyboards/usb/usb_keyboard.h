@@ -7,13 +7,14 @@
 
 namespace glimra::keyboards {
 
-/// The first keyboard of `kUsbModels` on USB, through libg810-led. Null when the program was built without
-/// that library. Main thread.
+/// A device that lights the first keyboard on USB that is in `kUsbModels`, through libg810-led. Null when the
+/// program was built without that library. Main thread.
 ///
-/// Keys that a model does not have are left out, and a frame of nothing else sends nothing. The keys that
-/// only ISO and ABNT keyboards have show their neighbours' colours. A model with a single light shows the
-/// colour that most keys have, of several such the one that comes first on the keyboard. The keyboard cannot
-/// tell what it showed before, so it keeps the last frame when it is closed.
+/// - Keys that the model lacks are left out; when no others changed, nothing is sent.
+/// - Keys that only ISO and ABNT keyboards have show the colour of a key beside them.
+/// - A model with a single light shows the colour that most keys have; among colours of equally many keys,
+///   the one that comes first in the layout.
+/// - The keyboard cannot tell which lights it showed before, so it keeps the last frame when it is closed.
 std::unique_ptr<KeyboardDevice> makeUsbKeyboard(const HidFolders& folders = {});
 
 } // namespace glimra::keyboards

@@ -7,7 +7,7 @@
 
 namespace glimra::keyboards {
 
-/// USB vendor of every keyboard in the table.
+/// The USB vendor number of every keyboard in the table.
 inline constexpr std::uint16_t kUsbVendor = 0x046D;
 
 enum class Lights : std::uint8_t {
@@ -16,7 +16,7 @@ enum class Lights : std::uint8_t {
     Single
 };
 
-/// What differs from model to model of the keyboards that the USB driver lights.
+/// A model of keyboard that the USB driver lights, with what differs from model to model.
 struct UsbModel {
     std::uint16_t product;
     std::string_view name;
@@ -24,11 +24,12 @@ struct UsbModel {
     bool numberPad = true;
     bool logo = false;
     bool badge = false;
-    /// G1 and the following.
+    /// How many keys it has of G1, G2 and so on.
     std::uint32_t macroKeys = 0;
 };
 
-/// The products named in packaging/udev, whose rule lets the player's programs open them.
+/// All models. The udev rule in packaging/udev, which lets the player's programs open them, names the same
+/// products.
 inline constexpr std::array<UsbModel, 13> kUsbModels{{
     {.product = 0xC32B, .name = "G910", .logo = true, .badge = true, .macroKeys = 9},
     {.product = 0xC330, .name = "G410", .numberPad = false},
@@ -45,7 +46,7 @@ inline constexpr std::array<UsbModel, 13> kUsbModels{{
     {.product = 0xC342, .name = "G512"},
 }};
 
-/// Null when the product is none of the table.
+/// The model with this product number; null when the table has none.
 constexpr const UsbModel* findUsbModel(std::uint16_t product) {
     const auto* model = std::ranges::find(kUsbModels, product, &UsbModel::product);
     return model == kUsbModels.end() ? nullptr : model;

@@ -17,7 +17,7 @@ namespace {
 using lighting::Rgb;
 using Hundredths = std::chrono::duration<std::int64_t, std::centi>;
 
-/// What is shorter, players slow down.
+/// Players show pictures with a shorter time much longer.
 constexpr Hundredths kShortest{2};
 
 struct FreeColorMap {
@@ -32,7 +32,7 @@ struct Box {
     int bottom;
 };
 
-/// What the GIF library writes with.
+/// The GIF library calls this to write.
 int writeBytes(GifFileType* gif, const GifByteType* bytes, int size) {
     auto& stream = *static_cast<std::ofstream*>(gif->UserData);
     stream.write(reinterpret_cast<const char*>(bytes), size);
@@ -57,7 +57,7 @@ struct GifWriter::File {
 
     std::ofstream stream;
     GifFileType* gif = nullptr;
-    /// What the player shows after the pictures so far.
+    /// What a player of the file shows after the pictures so far.
     std::vector<Rgb> shown;
     std::chrono::nanoseconds wantedEnd{0};
     Hundredths writtenEnd{0};

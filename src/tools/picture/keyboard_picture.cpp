@@ -11,16 +11,16 @@ namespace {
 using lighting::KeyRect;
 using lighting::Rgb;
 
-/// Pixels left and right of a legend together, where it has larger dots than one pixel.
+/// The margin left and right of a legend together, in pixels, where its dots are larger than one pixel.
 constexpr int kLegendMargin = 4;
-/// Pixels that a corner lacks in its outermost rows.
+/// How many pixels a rounded corner lacks in each row, beginning with the outermost.
 constexpr std::array<int, 4> kCornerInset{4, 2, 1, 1};
 
 constexpr Rgb kBoard{24, 24, 28};
 constexpr Rgb kRim{66, 66, 74};
 constexpr Rgb kDarkInk{16, 16, 18};
 constexpr Rgb kLightInk{240, 240, 240};
-/// On a key without light.
+/// The legend's colour on a key without light.
 constexpr Rgb kUnlitInk{120, 120, 128};
 
 Rgb inkOn(Rgb color) {

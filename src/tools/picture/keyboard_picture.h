@@ -5,8 +5,8 @@
 
 namespace glimra::tools {
 
-/// Draws the keyboard, each key in its colour, with so many pixels in a point of its layout. A legend that is
-/// wider than its key, as some are with one pixel, is left out.
+/// Draws the keyboard, each key in its colour. A point of the layout is `pixelsPerPoint` pixels wide and
+/// high. A legend that is wider than its key is left out; at one pixel some are.
 Picture drawKeyboard(const keyboards::KeyColors& colors, int pixelsPerPoint);
 
 } // namespace glimra::tools

@@ -21,8 +21,8 @@ public:
     GifWriter(const GifWriter&) = delete;
     GifWriter& operator=(const GifWriter&) = delete;
 
-    /// Adds a picture that shows for `duration`. Such files count hundredths of a second: what a picture is
-    /// rounded by, the next ones make up for.
+    /// Adds a picture that shows for `duration`. The file counts in hundredths of a second; the pictures that
+    /// follow make up for what was rounded off.
     void add(const Picture& picture, std::chrono::nanoseconds duration);
     /// Completes the file; nothing can be added then.
     void close();

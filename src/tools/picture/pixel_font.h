@@ -10,7 +10,7 @@ namespace glimra::tools {
 inline constexpr int kGlyphWidth = 5;
 inline constexpr int kGlyphHeight = 7;
 
-/// A character as dots: rows from the top, in each the leftmost dot in the highest of five bits.
+/// A character made of dots: its rows from the top. In a row, the highest of five bits is the leftmost dot.
 struct Glyph {
     char32_t character;
     std::array<std::uint8_t, kGlyphHeight> rows;
@@ -24,8 +24,8 @@ struct Glyph {
 /// The glyph of a character that stands on a key cap; none for others.
 const Glyph* findGlyph(char32_t character);
 
-/// The glyphs of a UTF-8 text; characters without one are left out. A picture needs no font of the machine,
-/// and is the same on every one.
+/// The glyphs of a UTF-8 text; characters without one are left out. No font of the machine is used, so that
+/// pictures are the same on every machine.
 std::vector<const Glyph*> glyphsOf(std::string_view text);
 
 } // namespace glimra::tools

@@ -11,8 +11,6 @@ namespace glimra::tools {
 
 namespace {
 
-constexpr std::uint32_t kBlack = 0x000000;
-constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr platform::Duration kLongestWait = std::chrono::hours(24 * 30);
 constexpr Range<double> kPoints{-1e6, 1e6};
 constexpr Range<double> kLengths{0.01, 1e6};
@@ -79,38 +77,17 @@ Command parseStrip(LineCursor& line) {
             throw LineError("C0 ... C10 or \"off\" is wanted, not " + inQuotes(word));
         return strip;
     }
-    for (std::size_t i = 0; i < strip.cells.size(); ++i)
-        strip.cells[i] = line.rgb("C" + std::to_string(i));
+    for (std::size_t i = 0; i < strip.frame.size(); ++i)
+        strip.frame[i] = line.rgb("C" + std::to_string(i));
     return strip;
 }
 
-/// Colour by which the add-on tells a prefix; black for what is none.
-std::uint32_t prefixColor(char prefix) {
-    switch (prefix) {
-    case '`':
-        return 0xFF0000;
-    case '[':
-        return 0x0000FF;
-    case ']':
-        return 0x00FF00;
-    case '{':
-        return 0xFF00FF;
-    case '}':
-        return 0x00FFFF;
-    default:
-        return kBlack;
-    }
-}
-
 Command parseShow(LineCursor& line) {
-    const std::string token = line.string("TOKEN");
-    const bool isShort = token.size() == 1 || token.size() == 2;
-    if (!isShort || static_cast<unsigned char>(token.back()) > 0x7F)
-        throw LineError("TOKEN is not one character U+0000 to U+007F, alone or behind a prefix character");
-    const std::uint32_t color = token.size() == 1 ? kWhite : prefixColor(token.front());
-    if (color == kBlack)
-        throw LineError("TOKEN begins with no prefix character");
-    return ShowToken{static_cast<unsigned char>(token.back()), color};
+    const auto token = screenlink::tokenOf(line.string("TOKEN"));
+    if (!token)
+        throw LineError("TOKEN is neither one character U+0000 to U+007F nor a prefix character and one "
+                        "character U+0001 to U+007F");
+    return ShowToken{*token};
 }
 
 Command parseToken(LineCursor& line) {
@@ -158,51 +135,40 @@ Command parseAnswerPath(LineCursor& line) {
     return QueuePath{line.string("PATH")};
 }
 
-app::ActionArgument parseActionArgument(LineCursor& line, app::ArgumentKind kind) {
-    using app::ArgumentKind;
-    app::ActionArgument argument;
-    switch (kind) {
-    case ArgumentKind::None:
-        break;
-    case ArgumentKind::State:
-        argument.state = firstOf(line, "on", "off");
-        break;
-    case ArgumentKind::Index:
-        argument.number = line.integer("INDEX", kItems);
-        break;
-    case ArgumentKind::RadioTag:
-    case ArgumentKind::ButtonTag:
-        argument.number = line.integer("TAG", kAnyInteger);
-        break;
-    case ArgumentKind::Well:
-        argument.number = line.integer("TAG", kAnyInteger);
-        argument.color = parseColor(line);
-        break;
-    case ArgumentKind::Title:
-        argument.text = line.string("TITLE");
-        break;
-    case ArgumentKind::Text:
-        argument.text = line.string("TEXT");
-        break;
-    case ArgumentKind::Point:
-        argument.x = line.number("X", kPoints);
-        argument.y = line.number("Y", kPoints);
-        break;
-    case ArgumentKind::WindowName:
-        argument.text = line.string("WINDOW");
-        if (!isWindow(argument.text))
-            throw LineError("no window is called " + inQuotes(argument.text));
-        break;
+/// Takes what stands behind a selector, by the kind of its argument.
+struct ArgumentParser {
+    LineCursor& line;
+
+    void operator()(std::monostate) const {}
+    void operator()(bool& on) const { on = firstOf(line, "on", "off"); }
+    void operator()(app::ItemIndex& item) const { item.index = line.integer("INDEX", kItems); }
+    void operator()(app::ItemTitle& item) const { item.title = line.string("TITLE"); }
+    void operator()(app::EnteredText& entered) const { entered.text = line.string("TEXT"); }
+    void operator()(app::RadioTag& chosen) const { chosen.tag = line.integer("TAG", kAnyInteger); }
+    void operator()(app::ButtonTag& clicked) const { clicked.tag = line.integer("TAG", kAnyInteger); }
+    void operator()(app::WellColor& well) const {
+        well.tag = line.integer("TAG", kAnyInteger);
+        well.color = parseColor(line);
     }
-    return argument;
-}
+    void operator()(app::CanvasPoint& point) const {
+        point.x = line.number("X", kPoints);
+        point.y = line.number("Y", kPoints);
+    }
+    void operator()(app::WindowName& window) const {
+        window.name = line.string("WINDOW");
+        if (!isWindow(window.name))
+            throw LineError("no window is called " + inQuotes(window.name));
+    }
+};
 
 Command parseAction(LineCursor& line) {
     const std::string selector = line.string("SELECTOR");
     const app::ActionRow* action = app::findAction(selector);
     if (!action)
         throw LineError("not available: the application has no action " + inQuotes(selector));
-    return PerformAction{action, parseActionArgument(line, action->kind)};
+    PerformAction command{action, action->call.takes};
+    std::visit(ArgumentParser{line}, command.argument);
+    return command;
 }
 
 struct DumpName {

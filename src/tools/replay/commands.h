@@ -5,7 +5,7 @@
 
 namespace glimra::tools {
 
-/// Understands one line, which is not blank. Throws LineError.
+/// Reads one line, which must not be blank. Throws LineError.
 Command parseCommand(std::string_view line);
 
 } // namespace glimra::tools

@@ -14,7 +14,7 @@ void Film::end(platform::Time now) {
         return;
     advance(now);
     take(m_keyboard->colorsAt(now), now);
-    // A frame that came just now would not be seen otherwise.
+    // The last frame gets some time, too, even if it began only now.
     m_show(m_frame->colors, m_frame->begin, std::max(now, m_frame->begin + keyboards::kFrame));
 }
 

@@ -7,8 +7,8 @@
 
 namespace glimra::tools {
 
-/// Follows what a keyboard shows over time, from the first change on, as a sequence of frames: one for each
-/// moment at which the colours became others, by a call or by a running effect.
+/// Makes a sequence of frames of what a keyboard shows over time, from its first change on. A new frame
+/// begins whenever the colours change, by a call or by a running effect.
 class Film {
 public:
     /// A frame shows from `begin` to `end`; `end` is the next one's `begin`.
@@ -17,7 +17,7 @@ public:
 
     explicit Film(Show show) : m_show(std::move(show)) {}
 
-    /// From `now` on the keyboard is this. Of several changes at one moment the last counts.
+    /// The keyboard is like this from `now` on. Of several changes at one moment the last counts.
     void change(const keyboards::KeyboardModel& keyboard, platform::Time now);
     /// The film is over; nothing may follow.
     void end(platform::Time now);
@@ -33,7 +33,7 @@ private:
 
     Show m_show;
     std::optional<keyboards::KeyboardModel> m_keyboard;
-    /// Up to where the keyboard has been looked at.
+    /// The time up to which frames were made.
     platform::Time m_seen{0};
     /// The frame that shows, its end not yet known.
     std::optional<Frame> m_frame;

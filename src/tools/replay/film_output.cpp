@@ -25,7 +25,7 @@ public:
 
     void show(const keyboards::KeyColors& colors, platform::Time begin, platform::Time) override {
         const auto seconds = std::chrono::floor<std::chrono::seconds>(begin);
-        // Names in the order of time also where they are sorted as text.
+        // The zeros in front keep the names in the order of time when they are sorted as text.
         std::array<char, 48> name{};
         std::snprintf(name.data(), name.size(), "/%07lld.%09lld.png", static_cast<long long>(seconds.count()),
                       static_cast<long long>((begin - seconds).count()));

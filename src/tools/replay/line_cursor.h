@@ -30,7 +30,7 @@ public:
     explicit LineCursor(std::string_view line) : m_rest(line) { skipBlanks(); }
 
     bool atEnd() const { return m_rest.empty(); }
-    /// Whether the next character, blanks left aside, is `character`.
+    /// Whether the next character after any blanks is `character`.
     bool isAt(char character) const { return m_rest.starts_with(character); }
     void expectEnd() const;
 
@@ -55,7 +55,7 @@ public:
 
 private:
     void skipBlanks();
-    /// Takes `length` characters that a blank or the end must follow.
+    /// Takes `length` characters; a blank or the end of the line must follow.
     std::string_view take(std::size_t length, std::string_view what);
     platform::NumberArray numberArray(std::string_view what);
 

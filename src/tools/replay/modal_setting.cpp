@@ -6,13 +6,13 @@ namespace glimra::tools {
 
 namespace {
 
-using app::ControlPointer;
+using app::Outlets;
 
-template <class ControlType>
+/// Whether an outlet is of one of these kinds.
+template <class... Members>
 bool isOutletOf(std::string_view name) {
-    static app::Outlets outlets; // looked at for their names only
-    const std::optional<ControlPointer> control = app::findOutlet(outlets, name);
-    return control && std::holds_alternative<ControlType*>(*control);
+    const app::NamedOutlet* const outlet = app::findOutlet(name);
+    return outlet != nullptr && (std::holds_alternative<Members>(outlet->member) || ...);
 }
 
 /// The action that a control sends, if any.
@@ -24,47 +24,42 @@ const app::ActionRow* actionOf(std::string_view outlet) {
     return found == actions.end() ? nullptr : &*found;
 }
 
-/// What the control's own action is given.
-app::ActionArgument argumentOf(const ModalSetting& setting, const ControlPointer& control) {
-    app::ActionArgument argument;
-    if (const auto* text = std::get_if<std::string>(&setting.value)) {
-        argument.text = *text;
-        return argument;
-    }
-    argument.number = std::get<int>(setting.value);
-    const std::vector<std::string>& titles = std::get<platform::PopUp*>(control)->titles.get();
-    if (const auto index = static_cast<std::size_t>(argument.number); index < titles.size())
-        argument.text = titles[index];
-    return argument;
-}
-
 } // namespace
 
 bool isPossible(const ModalSetting& setting) {
     return std::holds_alternative<std::string>(setting.value)
-               ? isOutletOf<platform::TextField>(setting.outlet)
-               : isOutletOf<platform::PopUp>(setting.outlet);
+               ? isOutletOf<platform::TextField Outlets::*>(setting.outlet)
+               : isOutletOf<platform::PopUp Outlets::*, app::KeyMenu>(setting.outlet);
 }
 
 bool isWindow(std::string_view outlet) {
-    return isOutletOf<platform::Window>(outlet);
+    return isOutletOf<platform::Window Outlets::*>(outlet);
 }
 
 void applySetting(app::AppDelegate& delegate, const ModalSetting& setting) {
-    const std::optional<ControlPointer> control = app::findOutlet(delegate.outlets(), setting.outlet);
-    if (const auto* const field = std::get_if<platform::TextField*>(&*control)) {
+    const app::ControlPointer control = app::findOutlet(setting.outlet)->in(delegate.outlets());
+    const app::ActionRow* const action = actionOf(setting.outlet);
+    // What the control's own action is given.
+    app::ActionArgument argument = action != nullptr ? action->call.takes : std::monostate{};
+    if (auto* const* const field = std::get_if<platform::TextField*>(&control)) {
         if (!(*field)->enabled.get())
             return;
         (*field)->text.set(std::get<std::string>(setting.value));
+        if (auto* const entered = std::get_if<app::EnteredText>(&argument))
+            entered->text = (*field)->text.get();
     } else {
-        platform::PopUp* const popUp = std::get<platform::PopUp*>(*control);
+        platform::PopUp* const popUp = std::get<platform::PopUp*>(control);
         const int index = std::get<int>(setting.value);
         if (!popUp->enabled.get() || index == popUp->separator)
             return;
         popUp->selected.set(index);
+        if (auto* const item = std::get_if<app::ItemIndex>(&argument))
+            item->index = index;
+        else if (auto* const titled = std::get_if<app::ItemTitle>(&argument))
+            titled->title = popUp->selectedTitle();
     }
-    if (const app::ActionRow* const action = actionOf(setting.outlet))
-        app::sendAction(delegate, *action, argumentOf(setting, *control));
+    if (action != nullptr)
+        app::sendAction(delegate, *action, argument);
 }
 
 } // namespace glimra::tools

@@ -17,32 +17,11 @@ constexpr platform::Duration kFrameOfToken = std::chrono::milliseconds(100);
 /// Much longer than the reader takes to leave.
 constexpr platform::Duration kLongestQuit = std::chrono::seconds(10);
 
-/// Draws nothing: nobody sees the canvas.
-class NoPainter final : public platform::Painter {
-public:
-    void fillRect(int, int, int, int, const platform::Color&, double) override {}
-};
-
 /// As built, and with the framework that belongs to the simulated keyboard's version.
 platform::Bundle bundle() {
     platform::Bundle built = app::builtBundle();
     built.ledFrameworkVersion = "9.0.0";
     return built;
-}
-
-/// The frame that the add-on shows for a character: both markers, the confirm flag, and the character's bits
-/// in the data cells, the highest first.
-PaintStrip tokenFrame(unsigned character, bool isConfirm, std::uint32_t dataColor) {
-    constexpr std::uint32_t kWhite = 0xFFFFFF;
-    constexpr std::size_t kFirstDataCell = 2;
-    constexpr std::size_t kLastDataCell = 8;
-    PaintStrip frame{};
-    frame.cells[0] = kWhite;
-    frame.cells[1] = isConfirm ? kWhite : 0;
-    for (std::size_t cell = kFirstDataCell; cell <= kLastDataCell; ++cell)
-        frame.cells[cell] = (character >> (kLastDataCell - cell) & 1U) != 0 ? dataColor : 0;
-    frame.cells[kLastDataCell + 1] = kWhite;
-    return frame;
 }
 
 } // namespace
@@ -58,8 +37,9 @@ ReplayRun::ReplayRun(const Options& options, trace::TraceWriter::Sink sink)
       m_delegate(m_traced.platform()),
       m_canvasDisplay(m_outside.runLoop, m_delegate.outlets().keyboardCanvas,
                       m_delegate.outlets().colorProgrammerWindow, [this] {
-                          NoPainter painter;
-                          m_delegate.drawKeyboardCanvas(painter);
+                          // Nobody sees the canvas.
+                          m_delegate.operations().colorPainter.drawKeys(
+                              [](std::size_t, const lighting::Color&) {});
                       }) {
     trace::traceOutlets(m_delegate.outlets(), m_writer);
     m_outside.application.setDelegate([this] { return m_delegate.applicationShouldTerminate(); },
@@ -99,20 +79,20 @@ void ReplayRun::execute(const SetStripGeometry& command) {
 }
 
 void ReplayRun::execute(const PaintStrip& command) {
-    m_outside.screen.paintStrip(command.cells);
+    m_outside.screen.paintStrip(command.frame);
 }
 
 void ReplayRun::execute(const ShowToken& command) {
-    constexpr std::uint32_t kWhite = 0xFFFFFF;
-    execute(tokenFrame(command.character, false, kWhite));
-    advance(kFrameOfToken);
-    execute(tokenFrame(command.character, true, command.confirmColor));
-    advance(kFrameOfToken);
-    execute(PaintStrip{});
+    const screenlink::TokenFrames frames = screenlink::encodeToken(command.token);
+    for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
+        m_outside.screen.paintStrip(frame);
+        advance(kFrameOfToken);
+    }
+    m_outside.screen.paintStrip(screenlink::kDarkFrame);
 }
 
 void ReplayRun::execute(const HandOverToken& command) {
-    m_delegate.appendToMessageQueue(command.token);
+    m_delegate.operations().messageQueue.appendToMessageQueue(command.token);
 }
 
 void ReplayRun::execute(const Start&) {

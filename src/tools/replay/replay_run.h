@@ -16,7 +16,7 @@ namespace glimra::tools {
 class ReplayRun {
 public:
     struct Options {
-        /// Of all that is random.
+        /// Seed of everything that is random.
         std::uint32_t seed = 0;
         /// Kinds of line to write.
         trace::TraceKinds kinds = trace::TraceKinds::all();

@@ -11,7 +11,7 @@ namespace glimra::tools {
 namespace {
 
 constexpr std::size_t kLongestLine = 64 * 1024;
-/// Far below where whole nanoseconds end, and far above any evening.
+/// Longer than anybody plays, and far less than the clock's nanoseconds can count.
 constexpr platform::Time kLongestRun = std::chrono::hours(24 * 30);
 constexpr platform::Duration kShowDuration = std::chrono::milliseconds(200);
 
@@ -45,7 +45,7 @@ bool isSkipped(std::string_view line) {
     return first == std::string_view::npos || line[first] == '#';
 }
 
-/// What a command needs of those before it.
+/// Checks that a command is allowed after those before it.
 class Order {
 public:
     void check(const Command& command) {

@@ -4,7 +4,7 @@
 #include "platform/run_loop.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
-#include "simulated/screen.h"
+#include "screenlink/strip_code.h"
 
 #include <istream>
 #include <optional>
@@ -35,13 +35,12 @@ struct SetStripGeometry {
 };
 
 struct PaintStrip {
-    simulated::SimulatedScreen::StripCells cells;
+    screenlink::StripFrame frame;
 };
 
-/// The add-on shows one token: a character and, in the confirm frame, the colour of its data cells.
+/// The add-on shows one token.
 struct ShowToken {
-    unsigned character;
-    std::uint32_t confirmColor;
+    screenlink::Token token;
 };
 
 struct HandOverToken {

@@ -47,7 +47,7 @@ ordered_json json(const profiles::CanvasBuffer& canvas) {
             {"dimmedKeys", json(canvas.dimmedKeys)}};
 }
 
-/// A colour in its stored form as a colour, other bytes as they are.
+/// Bytes that are a stored colour become a colour; others become hexadecimal digits.
 ordered_json json(const platform::Data& data) {
     if (const std::optional<platform::Color> color = profiles::unarchiveColor(data))
         return json(*color);
@@ -74,7 +74,7 @@ ordered_json json(const platform::StoredValue& stored) {
         stored);
 }
 
-// What each kind of outlet has to show; nothing of one that is no control.
+// What each kind of outlet shows; nothing for one that is no control.
 
 ordered_json json(const platform::Window& window) {
     return {{"visible", window.visible.get()}};
@@ -169,10 +169,11 @@ ordered_json dumpDefaults(const platform::UserDefaults& defaults) {
 
 ordered_json dumpControls(app::Outlets& outlets) {
     ordered_json object = ordered_json::object();
-    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets)) {
-        ordered_json shown = std::visit([](const auto* control) { return json(*control); }, outlet.control);
+    for (const app::NamedOutlet& outlet : app::namedOutlets()) {
+        ordered_json shown =
+            std::visit([](const auto* control) { return json(*control); }, outlet.in(outlets));
         if (!shown.is_null())
-            object[outlet.name] = std::move(shown);
+            object[std::string(outlet.name)] = std::move(shown);
     }
     return object;
 }

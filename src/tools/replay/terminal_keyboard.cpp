@@ -10,10 +10,10 @@ namespace {
 using lighting::KeyRect;
 using lighting::Rgb;
 
-/// So many points in a column of text: the narrowest keys are three columns wide then.
+/// How many points a column of text stands for; it makes the narrowest keys three columns wide.
 constexpr int kPointsPerColumn = 7;
 constexpr int kColumns = (lighting::kKeyboardWidth + kPointsPerColumn - 1) / kPointsPerColumn;
-/// Heights at which each row of keys is cut through, from the top.
+/// Each line of text shows the keys at one of these heights, in points.
 constexpr std::array<int, 8> kLines{273, 239, 197, 165, 132, 99, 65, 9};
 constexpr std::string_view kPlain = "\x1b[0m";
 
@@ -33,7 +33,7 @@ std::size_t characterCount(std::string_view text) {
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
-/// The legend in the middle of so many columns; of one that does not fit, what fits.
+/// The legend in the middle of `columns` columns, cut off where it does not fit.
 std::string centred(std::string_view legend, std::size_t columns) {
     const std::size_t length = characterCount(legend);
     if (length > columns)

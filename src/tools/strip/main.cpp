@@ -80,7 +80,7 @@ void describe(CLI::App& app, Options& options) {
     app.prefix_command();
 }
 
-/// Lines of a file as they come; the last one need not end.
+/// Reads a file line by line, as its lines come. The last one need not end with a line feed.
 class LineReader {
 public:
     explicit LineReader(int file) : m_file(file) {}
@@ -97,7 +97,7 @@ public:
     }
 
     bool ended() const { return m_ended; }
-    /// Of the line that came last, from 1.
+    /// The number of the last line, counted from 1.
     int number() const { return m_number; }
 
     /// Reads what is there. Throws CommandError when a line has no end.

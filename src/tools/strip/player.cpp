@@ -31,8 +31,8 @@ void Player::play(const Action& action) {
                action);
 }
 
-void Player::send(const Token& token) {
-    const TokenFrames frames = encodeToken(token);
+void Player::send(const screenlink::Token& token) {
+    const screenlink::TokenFrames frames = screenlink::encodeToken(token);
     m_painter.paint(frames.announce);
     hold(m_options.hold);
     m_painter.paint(frames.confirm);
@@ -40,7 +40,7 @@ void Player::send(const Token& token) {
     if (m_options.timestamps)
         std::cout << nlohmann::json{{"t", painted.count()}, {"token", token.text()}}.dump() << std::endl;
     hold(m_options.hold);
-    m_painter.paint(kDarkFrame);
+    m_painter.paint(screenlink::kDarkFrame);
 }
 
 void Player::hold(std::chrono::milliseconds time) {

@@ -29,7 +29,7 @@ public:
     void awaitInput(int file);
 
 private:
-    void send(const Token& token);
+    void send(const screenlink::Token& token);
     void hold(std::chrono::milliseconds time);
 
     StripPainter& m_painter;

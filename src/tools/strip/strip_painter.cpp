@@ -15,7 +15,7 @@ using desktop::Connection;
 
 /// The application reads only the first row; a few more let people see that something is there.
 constexpr std::uint16_t kHeight = 4;
-/// Of a window like the game's, at least.
+/// The size of the ordinary window; a longer strip makes it wider.
 constexpr int kGameWidth = 640;
 constexpr std::uint16_t kGameHeight = 360;
 
@@ -38,14 +38,13 @@ desktop::Area mainDisplay(Connection& connection) {
     return watch.displays().main;
 }
 
-std::uint32_t scaledTo(std::uint32_t mask, std::uint8_t component) {
-    const std::uint32_t most = mask >> std::countr_zero(mask);
-    return ((component * most + 127) / 255) << std::countr_zero(mask);
-}
-
-std::uint32_t pixelOf(Rgb color, const platform::PixelFormat& format) {
-    return scaledTo(format.redMask, color.red) | scaledTo(format.greenMask, color.green) |
-           scaledTo(format.blueMask, color.blue);
+/// `color` is 0xRRGGBB.
+std::uint32_t pixelOf(std::uint32_t color, const platform::PixelFormat& format) {
+    const auto channel = [color](int shift, std::uint32_t mask) {
+        const std::uint32_t most = mask >> std::countr_zero(mask);
+        return (((color >> shift & 0xFFU) * most + 127) / 255) << std::countr_zero(mask);
+    };
+    return channel(16, format.redMask) | channel(8, format.greenMask) | channel(0, format.blueMask);
 }
 
 } // namespace
@@ -58,7 +57,7 @@ StripPainter::StripPainter(const std::string& display, StripPlace place)
         throw DisplayError("the X screen has no true colours");
     m_format = layout->format;
     createWindow();
-    paint(kDarkFrame);
+    paint(screenlink::kDarkFrame);
 }
 
 xcb_window_t StripPainter::createGameWindow(const desktop::Area& display) {
@@ -109,7 +108,7 @@ void StripPainter::createWindow() {
     xcb_map_window(connection, m_window);
 }
 
-void StripPainter::draw(const StripFrame& frame, xcb_pixmap_t pixmap) {
+void StripPainter::draw(const screenlink::StripFrame& frame, xcb_pixmap_t pixmap) {
     auto* connection = m_connection->xcb();
     const auto cells = static_cast<int>(frame.size());
     // The first pixel whose centre lies in the cell.
@@ -123,7 +122,7 @@ void StripPainter::draw(const StripFrame& frame, xcb_pixmap_t pixmap) {
     }
 }
 
-void StripPainter::paint(const StripFrame& frame) {
+void StripPainter::paint(const screenlink::StripFrame& frame) {
     auto* connection = m_connection->xcb();
     // As the window's background the frame appears at once and whole, and comes back by itself after another
     // window has covered it. A background may not be drawn on, so each frame has a pixmap of its own.

@@ -3,7 +3,7 @@
 #include "desktop/x11/connection.h"
 #include "desktop/x11/displays.h"
 #include "platform/screen_capture.h"
-#include "tools/strip/strip_encoder.h"
+#include "screenlink/strip_code.h"
 
 #include <memory>
 #include <stdexcept>
@@ -27,15 +27,15 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A window at the top edge of the main display, above all others, that shows a strip; or one in an ordinary
-/// window. It is dark at first and gone with the painter. Every function may throw DisplayError.
+/// Shows a strip at the top edge of the main display, in a window above all others, or in an ordinary window.
+/// The strip is dark at first and disappears with the painter. Every function may throw DisplayError.
 class StripPainter {
 public:
     /// `display` as DISPLAY names it; empty is the one that DISPLAY names.
     StripPainter(const std::string& display, StripPlace place);
 
     /// Shows the frame, all cells at once; when it returns, the server has painted it.
-    void paint(const StripFrame& frame);
+    void paint(const screenlink::StripFrame& frame);
 
     /// Becomes readable when the server has something to say, also when it goes.
     int fileDescriptor() const;
@@ -45,7 +45,7 @@ public:
 private:
     xcb_window_t createGameWindow(const desktop::Area& display);
     void createWindow();
-    void draw(const StripFrame& frame, xcb_pixmap_t pixmap);
+    void draw(const screenlink::StripFrame& frame, xcb_pixmap_t pixmap);
     /// Waits until the server has done all that it was sent.
     void finish();
 

@@ -59,32 +59,23 @@ std::optional<std::string> unescape(std::string_view text) {
     return result;
 }
 
-Token parseToken(std::string_view word) {
+screenlink::Token parseToken(std::string_view word) {
     const auto text = unescape(word);
     if (!text)
         throw CommandError(quoted(word) + " has a backslash that begins no escape: write \\xHH, \\0 or \\\\");
-    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    const bool single = text->size() == 1;
-    const bool pair =
-        text->size() == 2 && screenlink::kPrefixCharacters.find(text->front()) != std::string_view::npos;
-    if (!(single || pair) || !std::all_of(text->begin(), text->end(), isAscii))
+    const auto token = screenlink::tokenOf(*text);
+    if (!token)
         throw CommandError(quoted(word) +
                            " is no token: a token is one character U+0000 to U+007F, or one of "
-                           "` [ ] { } and one such character");
-    const Token token{single ? std::nullopt : std::optional(text->front()), text->back()};
-    if (!isEncodable(token))
-        throw CommandError(quoted(word) +
-                           " cannot be shown: a prefix is the colour of the lit data cells, and "
-                           "the character of value 0 lights none");
-    return token;
+                           "` [ ] { } and one character U+0001 to U+007F");
+    return *token;
 }
 
-Rgb parseColor(const std::string& word) {
+std::uint32_t parseColor(const std::string& word) {
     const auto value = parseNumber<std::uint32_t>(word, 16);
     if (word.size() != 6 || !value)
         throw CommandError(quoted(word) + " is no colour: write RRGGBB in hexadecimal");
-    const auto byte = [&value](int shift) { return static_cast<std::uint8_t>((*value >> shift) & 0xFF); };
-    return {byte(16), byte(8), byte(0)};
+    return *value;
 }
 
 Actions parseSend(Words words) {
@@ -95,7 +86,7 @@ Actions parseSend(Words words) {
 }
 
 Actions parseFrame(Words words) {
-    StripFrame frame{};
+    screenlink::StripFrame frame{};
     std::transform(words.begin(), words.end(), frame.begin(), parseColor);
     return {ShowFrame{frame}};
 }
@@ -113,11 +104,11 @@ Actions parseStage(Words words) {
 }
 
 Actions calibrate(Words) {
-    return {ShowFrame{testPattern()}};
+    return {ShowFrame{screenlink::testPattern()}};
 }
 
 Actions off(Words) {
-    return {ShowFrame{kDarkFrame}};
+    return {ShowFrame{screenlink::kDarkFrame}};
 }
 
 Actions demo(Words) {
@@ -162,12 +153,12 @@ std::vector<Action> parseCommand(std::span<const std::string> words) {
 }
 
 std::vector<Action> parseLine(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
+    constexpr std::string_view kBlanks = " \t\r";
     std::vector<std::string> words;
-    for (auto begin = line.find_first_not_of(blanks); begin != std::string_view::npos;) {
-        const auto end = std::min(line.find_first_of(blanks, begin), line.size());
+    for (auto begin = line.find_first_not_of(kBlanks); begin != std::string_view::npos;) {
+        const auto end = std::min(line.find_first_of(kBlanks, begin), line.size());
         words.emplace_back(line.substr(begin, end - begin));
-        begin = line.find_first_not_of(blanks, end);
+        begin = line.find_first_not_of(kBlanks, end);
     }
     if (!words.empty() && words[0].starts_with('#'))
         return {};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/strip/strip_encoder.h"
+#include "screenlink/strip_code.h"
 
 #include <chrono>
 #include <span>
@@ -26,10 +26,10 @@ namespace glimra::tools {
 // \xHH, \0 and \\ stand for characters that are awkward to write.
 
 struct SendToken {
-    Token token;
+    screenlink::Token token;
 };
 struct ShowFrame {
-    StripFrame frame;
+    screenlink::StripFrame frame;
 };
 struct Wait {
     std::chrono::milliseconds time;

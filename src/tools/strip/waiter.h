@@ -11,8 +11,8 @@ struct Stopped {
     int signal;
 };
 
-/// Lets SIGINT and SIGTERM come only while it waits, so that nothing is broken off in the middle. One a
-/// program, made before any thread.
+/// Takes SIGINT and SIGTERM only while it waits, so that nothing else is broken off in the middle. A program
+/// has one, made before any thread.
 class Waiter {
 public:
     Waiter();

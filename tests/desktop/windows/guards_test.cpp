@@ -31,7 +31,7 @@ protected:
 
     /// The game, or another start of the program, has another profile shown.
     void gameShows(int profile) {
-        m_delegate->appendToMessageQueue(std::to_string(profile));
+        m_delegate->operations().messageQueue.appendToMessageQueue(std::to_string(profile));
         ASSERT_TRUE(QTest::qWaitFor([&] { return active() == profile; }));
         settle();
     }
@@ -176,7 +176,7 @@ TEST_F(GuardsTest, AQuestionNamesTheProfileAndServesNothingButItself) {
             EXPECT_THAT(widget<QLabel>("alertTitle")->text().toStdString(), HasSubstr("Profile 1"));
             EXPECT_TRUE(widget<QPushButton>("saveButton")->isDefault());
             EXPECT_EQ(alert->focusWidget(), widget("saveButton"));
-            m_delegate->appendToMessageQueue("7");
+            m_delegate->operations().messageQueue.appendToMessageQueue("7");
             // Longer than a message takes.
             QTest::qWait(600);
             EXPECT_EQ(active(), 1);
@@ -287,7 +287,7 @@ TEST_F(GuardsTest, TheTrayShowsProfilesAsTheyAreStoredWithTheirCooldowns) {
     Tray tray(windows().binder(), *m_delegate, {});
     const QList<QAction*> items = tray.menu().actions();
     m_machine.userDefaults.set("useActionBarCooldowns3", true);
-    m_delegate->appendToMessageQueue("`@"); // the first slot is on cooldown
+    m_delegate->operations().messageQueue.appendToMessageQueue("`@"); // the first slot is on cooldown
     ASSERT_TRUE(QTest::qWaitFor([&] { return state().lighting.dimmedKeys.contains(kOne); }));
     items[2]->trigger();
     EXPECT_EQ(active(), 3);

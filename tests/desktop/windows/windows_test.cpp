@@ -179,9 +179,9 @@ TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
     click("setColorsButton");
     window("mainWindow")->findChild<QAction*>("mapKeysItem")->trigger();
     std::vector<QWidget*> tops{widget("installAddonWindow")};
-    for (const app::NamedOutlet& outlet : app::namedOutlets(outlets()))
-        if (std::holds_alternative<platform::Window*>(outlet.control))
-            tops.push_back(window(outlet.name));
+    for (const app::NamedOutlet& outlet : app::namedOutlets())
+        if (outlet.windowIn(outlets()) != nullptr)
+            tops.push_back(window(std::string(outlet.name)));
     for (QWidget* const top : tops) {
         const std::string name = top->objectName().toStdString();
         top->show();
@@ -535,13 +535,13 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
     std::string sent;
     windows().binder().aboutToSend.observe(
         [&sent](const app::ActionRow& action, const app::ActionArgument& argument) {
-            sent = action.selector + (argument.state ? " on" : " off");
+            sent = action.selector + (std::get<bool>(argument) ? " on" : " off");
         });
     item("endStaleEffectsItem")->trigger();
     EXPECT_EQ(sent, "endStaleEffectsMI: on") << "what is sent is what a recording has";
     EXPECT_TRUE(state().options.endStaleEffects);
     EXPECT_EQ(m_machine.userDefaults.get("endStaleEffects"), platform::StoredValue{true});
-    m_delegate->setEndStaleEffects(false);
+    m_delegate->operations().staleEffects.setEndStaleEffects(false);
     Q_EMIT window("mainWindow")->findChild<QMenu*>("keyboardMenu")->aboutToShow();
     EXPECT_FALSE(item("endStaleEffectsItem")->isChecked());
 }

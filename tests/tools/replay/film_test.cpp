@@ -32,7 +32,7 @@ struct Frame {
 class FilmTest : public testing::Test {
 protected:
     void light(int red, int at) {
-        keyboard.setLighting({red, 0, 0});
+        keyboard.perform(platform::SetLighting{{red, 0, 0}}, milliseconds(at));
         film.change(keyboard, milliseconds(at));
     }
 
@@ -45,8 +45,8 @@ protected:
 };
 
 TEST_F(FilmTest, EffectsMoveBetweenTheCalls) {
-    keyboard.flash(0xFFF6, {100, 0, 0}, milliseconds(0), milliseconds(250),
-                   milliseconds(100)); // first in the layout
+    // The first key of the layout.
+    keyboard.perform(platform::FlashSingleKey{0xFFF6, {100, 0, 0}, 0, 250}, milliseconds(100));
     film.change(keyboard, milliseconds(100));
     film.end(milliseconds(700));
     EXPECT_THAT(frames, ElementsAre(Frame{100, 350, 255}, Frame{350, 600, 0}, Frame{600, 700, 255}));

@@ -1,6 +1,6 @@
 #include "desktop/x11/screen_capture.h"
+#include "screenlink/strip_decoder.h"
 #include "support/x_server.h"
-#include "tools/strip/strip_encoder.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>

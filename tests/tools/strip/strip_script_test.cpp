@@ -5,51 +5,9 @@
 namespace glimra::tools {
 namespace {
 
+using screenlink::Token;
 using testing::ElementsAre;
 using testing::IsSupersetOf;
-
-screenlink::Cells cellsOf(const StripFrame& frame) {
-    screenlink::Cells cells;
-    for (std::size_t i = 0; i < frame.size(); ++i)
-        cells[i] = screenlink::toCell(lighting::toColor(frame[i]));
-    return cells;
-}
-
-/// What the application understands when it sees frames one after another.
-std::optional<Token> readBack(std::initializer_list<StripFrame> frames) {
-    screenlink::TokenAssembler assembler;
-    std::optional<Token> token;
-    for (const StripFrame& shown : frames)
-        if (const auto frame = screenlink::decodeFrame(cellsOf(shown)))
-            token = assembler.accept(*frame);
-    return token;
-}
-
-TEST(StripEncoder, TheApplicationReadsEveryTokenAsItWasMeant) {
-    int encodable = 0;
-    for (const std::string prefix : {"", "`", "[", "]", "{", "}"})
-        for (int character = 0; character < 128; ++character) {
-            const Token token{prefix.empty() ? std::nullopt : std::optional(prefix[0]),
-                              static_cast<char>(character)};
-            const TokenFrames frames = encodeToken(token);
-            const auto read = readBack({frames.announce, frames.confirm});
-            ASSERT_TRUE(read) << token.text();
-            EXPECT_EQ(*read == token, isEncodable(token)) << token.text();
-            encodable += isEncodable(token) ? 1 : 0;
-            EXPECT_FALSE(readBack({frames.confirm})) << "confirmed without an announcement: " << token.text();
-        }
-    EXPECT_EQ(encodable, 128 + 5 * 127);
-}
-
-TEST(StripEncoder, NeitherDarknessNorTheTestPatternIsAToken) {
-    EXPECT_FALSE(screenlink::decodeFrame(cellsOf(kDarkFrame)));
-    const TokenFrames frames = encodeToken({std::nullopt, 'A'});
-    EXPECT_FALSE(readBack({testPattern(), testPattern(), frames.confirm}));
-    std::vector<int> codes;
-    for (const screenlink::Cell& cell : cellsOf(testPattern()))
-        codes.push_back(cell.colorCode());
-    EXPECT_THAT(codes, ElementsAre(1, 0, 6, 7, 5, 4, 3, 1, 2, 7, 0));
-}
 
 std::vector<Token> tokensOf(std::string_view line) {
     std::vector<Token> tokens;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "app/message_log.h"
+#include "screenlink/message_queue.h"
+#include "screenlink/strip_geometry.h"
+
+namespace glimra::app {
+
+/// What helps to find out whether everything works: the log's debug lines, and a pattern on the keyboard.
+/// Main thread.
+class Diagnostics {
+public:
+    struct Parts {
+        MessageLog& log;
+        screenlink::MessageQueue& queue;
+        platform::MenuItem& debugMenuItem;
+        LogState& logState;
+        events::MessageState& messages;
+        const screenlink::SharedStripGeometry& geometry;
+    };
+
+    explicit Diagnostics(const Parts& parts) : m(parts) {}
+
+    void toggleDebugMode();
+    void showTestPattern();
+
+private:
+    Parts m;
+};
+
+} // namespace glimra::app
