@@ -21,10 +21,6 @@ const profiles::CanvasKeyCodes& canvasKeyCodes() {
     return codes;
 }
 
-bool isFraction(double component) {
-    return component >= 0.0 && component <= 1.0;
-}
-
 } // namespace
 
 /// Whatever is accepted is within its limits, and survives being written and read again.
@@ -36,8 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     must(content->blinkTime >= 0.0 && content->blinkTime <= 5.0, "the blink time is limited");
     for (const lighting::ColorSet& set : content->colorSets)
         for (const lighting::Color& color : set)
-            must(isFraction(color.red) && isFraction(color.green) && isFraction(color.blue),
-                 "a colour is limited");
+            for (const double component : {color.red, color.green, color.blue})
+                must(component >= 0.0 && component <= 1.0, "a colour is limited");
     for (const lighting::KeyMap& map : content->keyMaps)
         for (const int slot : map)
             must(slot >= 0 && slot <= 12, "a slot is one of thirteen");

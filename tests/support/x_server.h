@@ -156,8 +156,8 @@ public:
 
 private:
     template <class Reply>
-    static auto owned(Reply* reply) {
-        return std::unique_ptr<Reply, decltype(&std::free)>(reply, &std::free);
+    static std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+        return {reply, &std::free};
     }
     bool hasProperty(xcb_window_t window, xcb_atom_t property) {
         const auto cookie = xcb_get_property(m_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);

@@ -111,18 +111,23 @@ struct FakeDisplays final : DisplaySleep {
 class PowerServicesTest : public testing::Test {
 protected:
     PowerServicesTest() {
+        useBus(bus.address());
+        login.emplace("/usr/bin/python3", std::vector<std::string>{"python3", "-m", "dbusmock", "--system",
+                                                                   "--template", "logind"});
         const bool isUp =
             eventually([&] { return bus.connection().interface()->isServiceRegistered(kLogin).value(); });
         if (!isUp)
             throw std::runtime_error("the mock of the login manager does not start (python3-dbusmock)");
-        start(bus.address());
+        start();
         EXPECT_TRUE(eventuallyLocked(kDelay));
     }
     ~PowerServicesTest() override { power.reset(); }
 
-    void start(const QString& address) {
+    static void useBus(const QString& address) {
         for (const char* const name : {"DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"})
             qputenv(name, address.toLocal8Bit());
+    }
+    void start() {
         power = std::make_unique<PowerServices>(std::make_unique<FakeDisplays>(tellOfDisplays),
                                                 [this](const std::string& text) { reports.push_back(text); });
         power->observeSleep(
@@ -166,8 +171,7 @@ protected:
 
     const Texts kDelay{"sleep/Glimra/delay"};
     tests::PrivateBus bus;
-    tests::ChildProcess login{"/usr/bin/python3",
-                              {"python3", "-m", "dbusmock", "--system", "--template", "logind"}};
+    std::optional<tests::ChildProcess> login;
     DisplaySleep::Teller tellOfDisplays;
     Texts reports, told, locksWhenTold;
     std::unique_ptr<PowerServices> power;
@@ -213,7 +217,8 @@ TEST_F(PowerServicesTest, KeepsTheMachineAwakeForTheTimeOfTheActivity) {
 }
 
 TEST_F(PowerServicesTest, RunsWithoutABusAndSaysSoOnce) {
-    start("unix:path=/nonexistent");
+    useBus("unix:path=/nonexistent");
+    start();
     power->processActivity().begin("Playing");
     EXPECT_TRUE(eventually([&] { return !reports.empty(); }));
     power->processActivity().end("Playing");

@@ -224,12 +224,13 @@ TEST_F(WindowCaptureTest, FollowsTheGamesWindow) {
     EXPECT_THAT(capture.capture({-5, 0, 10, 1}), Spans(5, 5));
     EXPECT_EQ(capture.capture({0, 100, 10, 1}), std::nullopt);
 
-    client.place(game, 200, 90, 60, 40);
+    client.place(game, 200, 90, 60, 140);
     ASSERT_TRUE(becomesWide(60));
+    EXPECT_THAT(capture.capture({0, 120, 10, 1}), Spans(0, 10));
     client.hide(game);
     ASSERT_TRUE(becomes(std::nullopt));
     client.show(game);
-    client.fill(game, 0, 0, 60, 40, kGreen);
+    client.fill(game, 0, 0, 60, 140, kGreen);
     ASSERT_TRUE(becomes(kGreen));
     client.destroy(game);
     ASSERT_TRUE(becomes(std::nullopt));
