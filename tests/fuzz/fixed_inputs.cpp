@@ -61,9 +61,8 @@ private:
 
     /// Puts a number of two or four bytes there that is likely to be wrong.
     void overwriteNumber(Bytes& bytes, std::size_t at) {
-        constexpr std::uint32_t kNumbers[] = {0,      1,      2,       0x7F,       0x80,       0xFF,
-                                              0x7FFF, 0xFFFF, 0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
-        const std::uint32_t number = kNumbers[below(std::size(kNumbers))];
+        const std::uint32_t power = 1U << below(32);
+        const std::uint32_t number = power - static_cast<std::uint32_t>(below(3));
         const std::size_t size = std::min<std::size_t>(bytes.size() - at, below(2) == 0 ? 2 : 4);
         for (std::size_t i = 0; i < size; ++i)
             bytes[at + i] = static_cast<std::uint8_t>(number >> (8 * i));
