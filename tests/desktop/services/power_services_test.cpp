@@ -112,8 +112,8 @@ class PowerServicesTest : public testing::Test {
 protected:
     PowerServicesTest() {
         useBus(bus.address());
-        login.emplace("/usr/bin/python3", std::vector<std::string>{"python3", "-m", "dbusmock", "--system",
-                                                                   "--template", "logind"});
+        login.emplace("/usr/bin/python3", std::vector<std::string>{"/usr/bin/python3", "-m", "dbusmock",
+                                                                   "--system", "--template", "logind"});
         const bool isUp =
             eventually([&] { return bus.connection().interface()->isServiceRegistered(kLogin).value(); });
         if (!isUp)
