@@ -57,7 +57,7 @@ end
 
 local steps = scenario.read(arg[1] or here .. "/../tests/addon/scenarios/evening.scenario")
 for _, rate in ipairs(RATES) do
-    local play = scenario.play(steps, { arg[2] or here .. "/../addon/Glimraxmit" }, { kind = "retail", rate = rate })
+    local play = scenario.play(steps, arg[2] or here .. "/../addon/Glimraxmit", { kind = "retail", rate = rate })
     local longest, count, answered = {}, {}, {}
     for _, message in ipairs(play.eye.messages) do
         local isReport = #message.text == 2

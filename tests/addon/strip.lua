@@ -5,50 +5,44 @@ local picture = require "client.picture"
 local strip = {}
 
 local CELLS = 11
-local UNCALIBRATED_OFFSET, UNCALIBRATED_WIDTH = 2, 80
 local ON = 14
+-- Where no strip is to be seen.
+local NOTHING = { cells = {} }
+for i = 1, CELLS do
+    NOTHING.cells[i] = "000000"
+end
 
 local function round(value)
     return math.floor(value + 0.5)
 end
 
--- What Glimra would read of a row before it was calibrated, whatever lies there.
-local function sampled(row)
-    local cells = {}
-    for i = 1, CELLS do
-        cells[i] = picture.color(row, UNCALIBRATED_OFFSET + round((i - 1) * UNCALIBRATED_WIDTH / CELLS))
-    end
-    return { cells = cells }
-end
-
 -- Cells of a row: { width, cells = { "RRGGBB" ... } }, without a width where it has no strip; then what is wrong, or
--- nil. All pixels of a cell have to be alike: nothing is made better than it is.
+-- nil. All pixels of a cell have to be alike, and none to lie beside them: nothing is made better than it is.
 local function read(row, width)
-    local cells, showsGame, problem = {}, true, nil
+    local cells, isGame, problem = {}, true, nil
     for i = 1, CELLS do
         local first = round(width * (i - 1) / CELLS)
         cells[i] = picture.color(row, first)
         for x = first, round(width * i / CELLS) - 1 do
-            local color, shows = picture.color(row, x)
-            showsGame = showsGame and shows == "game"
-            if shows ~= "clean" or color ~= cells[i] then
-                problem = problem or ("pixel %d is %s (%s), in cell %d, which began as %s"):format(x, color, shows,
-                    i - 1, cells[i])
+            local color = picture.color(row, x)
+            isGame = isGame and color == "game"
+            if color ~= cells[i] or #color ~= 6 then
+                problem = problem or ("pixel %d is %s, in cell %d, which began as %s"):format(x, color, i - 1, cells[i])
             end
         end
     end
-    if showsGame then
-        return sampled(row)
-    elseif problem then
-        return sampled(row), problem
+    if isGame then
+        return NOTHING
+    elseif picture.color(row, width) ~= "game" then
+        problem = problem or ("it goes on at pixel %d"):format(width)
     end
-    return { width = width, cells = cells }
+    return problem and NOTHING or { width = width, cells = cells }, problem
 end
 
 local lastRead = {}
 
 function strip.read(row, width)
-    -- As long as no frame changes, so does no strip; the game's picture changes always.
+    -- As long as no frame changes, so does no strip.
     if row.spans == lastRead.spans and width == lastRead.shown.width then
         return lastRead.shown
     end
