@@ -36,7 +36,7 @@ local function lastEvent(journal, names, before)
     local last
     for _, entry in ipairs(journal) do
         for _, name in ipairs(names) do
-            if entry.kind == "event" and entry.text == name and entry.time <= before then
+            if entry.event == name and entry.time <= before then
                 last = entry.time
             end
         end

@@ -15,8 +15,6 @@ local check = {}
 
 -- Glimra takes these ahead of others, so that their order says nothing.
 local AHEAD = "^[DUOVEe`%[%]{}]"
--- For how long a message of that kind may have waited when an R drops it, in seconds.
-local LONGEST_WAIT = 3
 
 local function runReplay(program, lines)
     local path = os.tmpname()
@@ -54,25 +52,13 @@ local function readReplay(text)
 end
 
 -- Whether Glimra may have left a message without saying so in its log.
-local function mayBeUnseen(play, i)
-    local sent, last = play.eye.messages, i - 1
-    local message = sent[i]
-    if message.isUnread or message.text == "c" or message.text == "\0" then
-        return true
-    end
+local function mayBeUnseen(sent, i)
+    local last = i - 1
     while sent[last] and #sent[last].text > 1 do
         last = last - 1
     end
-    if message.text == "I" and sent[last] and sent[last].text == "I" then
-        return true -- Enter flashes already.
-    end
-    for k = i + 1, #sent do
-        if sent[k].text == "R" then
-            return truth.holdsBack(play.history, message.confirm.from) and not message.text:find(AHEAD)
-                or sent[k].confirm.from - message.confirm.from < LONGEST_WAIT
-        end
-    end
-    return false
+    -- Enter may flash already.
+    return sent[i].isUnread or sent[i].text == "c" or sent[i].text == "I" and sent[last] and sent[last].text == "I"
 end
 
 -- The place of the first such message that was not taken yet, rather one that Glimra can read.
@@ -94,21 +80,17 @@ local function compareMessages(play, glimra)
     local sent, isTaken, lastInOrder = play.eye.messages, {}, 0
     for _, taken in ipairs(glimra.taken) do
         local found = firstUntaken(sent, isTaken, taken.text)
-        local text = ("at %.3f s of its clock Glimra took %s"):format(taken.time, strip.printable(taken.text))
-        if not found then
-            play:complain(text .. ", which nobody said")
-        else
-            isTaken[found] = true
-            if not taken.text:find(AHEAD) then
-                if found < lastInOrder then
-                    play:complain(text .. " later than what was said after it")
-                end
-                lastInOrder = found
-            end
+        isTaken[found or 0] = true
+        local isInOrder = found and (taken.text:find(AHEAD) or found >= lastInOrder)
+        if not isInOrder then
+            play:complain(("at %.3f s of its clock Glimra took %s, which %s"):format(taken.time,
+                strip.printable(taken.text), found and "was said earlier" or "nobody said"))
+        elseif not taken.text:find(AHEAD) then
+            lastInOrder = found
         end
     end
     for i, message in ipairs(sent) do
-        if not isTaken[i] and not mayBeUnseen(play, i) then
+        if not isTaken[i] and not mayBeUnseen(sent, i) then
             play:complain(("%s, confirmed at %.3f s, was lost"):format(strip.printable(message.text),
                 message.confirm.from))
         end
@@ -164,6 +146,11 @@ function expectations.led(_, glimra, expectation)
     return "there was no such call"
 end
 
+-- It did not.
+expectations["no-led"] = function(...)
+    return not expectations.led(...) and "there was such a call" or nil
+end
+
 -- After all that it was told Glimra takes just these slots of the bar as on cooldown; or none.
 function expectations.cooldown(_, glimra, expectation)
     local last, slots, bar = {}, {}, expectation.values[1]
@@ -215,7 +202,9 @@ function check.variant(steps, variant, folder, program)
         local glimra = readReplay(runReplay(program, outcome.replay(play)))
         compareMessages(play, glimra)
         for _, expectation in ipairs(play.expectations) do
-            local problem = expectations[expectation.kind](play, glimra, expectation)
+            local isOrder = not expectations[expectation.values[1]]
+            local kind = isOrder and "order" or table.remove(expectation.values, 1)
+            local problem = expectations[kind](play, glimra, expectation)
             if problem then
                 play:complain(expectation.place .. ": " .. expectation.text .. ": " .. problem)
             end

@@ -159,15 +159,12 @@ function commands.charges(play, bar, slot, charges, _, seconds)
     say(play, COOLDOWN)
 end
 
--- The ability is taken out of its slot; or another one is put in.
-local function slotCommand(content)
-    return function(play, bar, slot)
-        local action = world.actionOf(play.world, bar, slot)
-        play.world.actions[action] = content
-        play.client:happen("ACTIONBAR_SLOT_CHANGED", action)
-    end
+-- The ability is taken out of its slot.
+function commands.empty(play, bar, slot)
+    local action = world.actionOf(play.world, bar, slot)
+    play.world.actions[action] = false
+    play.client:happen("ACTIONBAR_SLOT_CHANGED", action)
 end
-commands.empty, commands.fill = slotCommand(false), slotCommand(nil)
 
 -- chat open [NUMBER], chat close, chat window: the box of a chat window; another window appears, as for whispers.
 function commands.chat(play, deed, number)

@@ -58,15 +58,6 @@ function outcome.strip(play)
     return lines
 end
 
--- What happened when, with the scenario's steps, errors and the chat.
-function outcome.events(play)
-    local lines = {}
-    for i, entry in ipairs(play.journal) do
-        lines[i] = ("%.3f %s %s"):format(entry.time, entry.kind, entry.text)
-    end
-    return lines
-end
-
 -- What the strip said: when the announce and the confirm frame appeared, the message, and for how many seconds and
 -- pictures each of the two stood; an age behind it means that for so long it had not been so any more.
 function outcome.messages(play)

@@ -1,7 +1,7 @@
 -- lua5.1 tests/addon/play.lua [--addon FOLDER] [--client KIND] [--pictures RATE] [--as FORM] SCENARIO
 --
 -- Plays a scenario, the first of its variants unless another is chosen, and prints what comes of it as one of the forms
--- of outcome.lua: replay (unless another is chosen), strip, events or messages.
+-- of outcome.lua: replay (unless another is chosen), strip or messages.
 -- Exit status: 0, or 1 with what went wrong on standard error, 2 for what cannot be understood.
 
 local here = arg[0]:match("^(.*)/") or "."
@@ -23,7 +23,7 @@ end
 local form = outcome[chosen.as]
 if not path or not form then
     io.stderr:write("usage: play.lua [--addon FOLDER] [--client KIND] [--pictures RATE] ",
-        "[--as replay|strip|events|messages] SCENARIO\n")
+        "[--as replay|strip|messages] SCENARIO\n")
     os.exit(2)
 end
 local steps = scenario.read(path)

@@ -23,11 +23,11 @@ local function split(text)
     local words = {}
     for plain, quoted in (text .. ' ""'):gmatch('([^"]*)"([^"]*)"') do
         for word in plain:gmatch("%S+") do
-            words[#words + 1] = decoded(word)
-            if not TEXTUAL[words[1]] and (word == "on" or word == "off") then
-                words[#words] = word == "on"
-            elseif not TEXTUAL[words[1]] then
-                words[#words] = tonumber(word) or decoded(word)
+            local isSwitch = word == "on" or word == "off"
+            if TEXTUAL[words[1]] or not isSwitch then
+                words[#words + 1] = not TEXTUAL[words[1]] and tonumber(word) or decoded(word)
+            else
+                words[#words + 1] = word == "on"
             end
         end
         words[#words + 1] = decoded(quoted)
@@ -79,11 +79,11 @@ function scenario.variants(steps)
 end
 
 -- A play, while it runs and when it is over:
--- journal:      { time, kind, text } of all that happened
+-- journal:      { time, event } of all that the add-on was told
 -- toScreen:     { time, strip } or { time, line }: what came on the screen and what is for Glimra besides
 -- beforeStart:  lines for Glimra
 -- eye, history: the frames and messages seen (strip.lua), and what was so (truth.lua)
--- expectations: { kind, values, place, text, time, mark }, to be held against what Glimra did
+-- expectations: { values, place, text, time, mark }, to be held against what Glimra did
 -- problems:     what was wrong: errors, faulty rows, what the chat has not said
 local Play = { FRONT = 'front "com.blizzard.worldofwarcraft"', MARK = "dump bitmap 0" }
 Play.__index = Play
@@ -120,26 +120,21 @@ function Play:login()
     local setup = self.setup
     setup.onScreen = function(time, row) self:onScreen(time, row) end
     setup.onPicture = function(client) truth.note(self.history, client) end
-    setup.note = function(kind, text)
-        self.journal[#self.journal + 1] = { time = self.client.now, kind = kind, text = text }
-    end
+    setup.onEvent = function(name) self.journal[#self.journal + 1] = { time = self.client.now, event = name } end
     self.client = newClient(setup)
     self.world = self.client.world
     self.client:login()
 end
 
-local KINDS = { no = true, led = true, cooldown = true, truth = true, standing = true }
-
 -- What Glimra prints for MARK tells the checker which of its deeds came before this moment.
-function Play:expect(kind, ...)
+function Play:expect(...)
     local last, now = self.expectations[#self.expectations], self.client.now
     local mark = last and (last.time == now and last.mark or last.mark + 1) or 1
     if not last or last.mark ~= mark then
         self:toGlimra(self.MARK)
     end
     self.expectations[#self.expectations + 1] = {
-        kind = KINDS[kind] and kind or "order", values = KINDS[kind] and { ... } or { kind, ... },
-        place = self.step.place, text = self.step.text, time = now, mark = mark,
+        values = { ... }, place = self.step.place, text = self.step.text, time = now, mark = mark,
     }
 end
 
@@ -155,9 +150,6 @@ function scenario.play(steps, folder, variant)
     }, Play)
     for _, step in ipairs(steps) do
         play.step = step
-        if play.client then
-            play.journal[#play.journal + 1] = { time = play.client.now, kind = "step", text = step.text }
-        end
         local isGood, problem = pcall(step.run or error, play, unpack(step.values))
         if not isGood then
             play:complain(step.run and tostring(problem) or "there is no such command")
@@ -166,7 +158,7 @@ function scenario.play(steps, folder, variant)
     end
     play.step = nil
     for _, problem in ipairs(play.client and play.client.errors or {}) do
-        play:complain(("an error at %.3f s: %s"):format(problem.time, problem.text))
+        play:complain(problem)
     end
     return play
 end

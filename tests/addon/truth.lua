@@ -57,15 +57,6 @@ function truth.age(history, message)
     return math.huge
 end
 
--- Whether a fight or death holds messages back at a time.
-function truth.holdsBack(history, time)
-    local now = {}
-    for _, entry in ipairs(history) do
-        now = entry.time <= time and entry.facts or now
-    end
-    return now.fight or now.dead or now.ghost
-end
-
 -- Notes the facts in the history where they have changed.
 function truth.note(history, client)
     local facts, last = factsOf(client), history[#history]

@@ -22,13 +22,13 @@ local function nothing() end
 -- setup has kind, width, height, folder (of the add-on), and may have rate (see setRate), kept (what an earlier evening
 -- left in its saved variable), edit(file, source), which gives the source to run, and functions: onScreen(time, row) is
 -- called when another picture comes on the screen, onPicture(client) in each picture when the add-on knows what has
--- happened, note(kind, text) for whatever happens.
+-- happened, onEvent(name) when it is told of something.
 local function new(setup)
     local client = setmetatable({
         kind = kinds[setup.kind] or error("there is no kind of client \"" .. tostring(setup.kind) .. "\"", 0),
         width = setup.width, height = setup.height, uiScale = 1, folder = setup.folder, kept = setup.kept,
-        onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing, note = setup.note or nothing,
-        edit = setup.edit or function(_, source) return source end,
+        onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing,
+        onEvent = setup.onEvent or nothing, edit = setup.edit or function(_, source) return source end,
         now = 0, pictureTime = 0, nextPicture = 0, isInWorld = false, queue = {}, errors = {}, said = {},
         globals = {}, regions = {}, frameVersion = 0,
     }, Client)
@@ -66,13 +66,11 @@ function Client:time() return clock(self.pictureTime) end
 function Client:serverTime() return clock(self.now) end
 
 function Client:fail(text)
-    self.errors[#self.errors + 1] = { time = self.now, text = text }
-    self.note("error", text)
+    self.errors[#self.errors + 1] = ("an error at %.3f s: %s"):format(self.now, text)
 end
 
 function Client:say(text)
     self.said[#self.said + 1] = text
-    self.note("said", text)
 end
 
 -- Runs a function of an add-on. Its error is noted, and goes no further; the call itself makes no garbage.
@@ -85,7 +83,7 @@ end
 
 function Client:fire(event, ...)
     if self.kind.events[event] then
-        self.note("event", event)
+        self.onEvent(event)
         for i = 1, #self.regions do
             local region = self.regions[i]
             local unit = region.events[event]
@@ -154,15 +152,12 @@ local function loadingScreen(client, seconds, leave, arrive)
 end
 
 local function enter(client, isLogin, isReload)
-    if client.kind.old then
-        client:fire("PLAYER_ENTERING_WORLD")
-    else
-        client:fire("PLAYER_ENTERING_WORLD", isLogin, isReload)
-    end
+    local isTold = not client.kind.old or nil
+    client:fire("PLAYER_ENTERING_WORLD", isTold and isLogin, isTold and isReload)
     client:fire("ACTIONBAR_SLOT_CHANGED", 0)
-    client:fire("SPELL_UPDATE_COOLDOWN")
-    client:fire("UPDATE_SHAPESHIFT_FORM")
-    client:fire("LOADING_SCREEN_DISABLED")
+    for _, event in ipairs { "SPELL_UPDATE_COOLDOWN", "UPDATE_SHAPESHIFT_FORM", "LOADING_SCREEN_DISABLED" } do
+        client:fire(event)
+    end
 end
 
 -- Loads the interface anew, as at login and at /reload.
