@@ -9,6 +9,7 @@ local commands = {}
 -- What comes as an event alone, with the arguments that the game gives; "event NAME" is any other.
 for name, arguments in pairs {
     whisper = { "CHAT_MSG_WHISPER", "hello", "Somebody-Realm" },
+    level = { "PLAYER_LEVEL_UP", 11 },
     achievement = { "ACHIEVEMENT_EARNED", 6, false },
     quest = { "QUEST_TURNED_IN", 783, 40, 0 },
     zone = { "ZONE_CHANGED_NEW_AREA" },
@@ -103,12 +104,6 @@ function commands.feign(play, isOn)
     play.world.feign = isOn
     healthEvents(play)
     commands.peace(play)
-end
-
-function commands.level(play)
-    play.world.level = play.world.level + 1
-    play.client:happen("PLAYER_LEVEL_UP", play.world.level)
-    commands.health(play, 100)
 end
 
 -- More copper, or with a minus less of it.

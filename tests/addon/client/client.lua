@@ -40,10 +40,7 @@ end
 -- Pictures a second: 60; or "7..144", jumping after 1 to 20 pictures, each time in the same way.
 function Client:setRate(rate)
     local low, high = tostring(rate):match("^(%d+)%.*(%d*)$")
-    local current, left, state = tonumber(low), math.huge, 1
-    if high ~= "" then
-        left = 0
-    end
+    local current, left, state = tonumber(low), high == "" and math.huge or 0, 1
     local function random(limit)
         state = (state * 69069 + 1) % 4294967296
         return math.floor(state / 4294967296 * limit)
@@ -162,7 +159,7 @@ end
 
 -- Loads the interface anew, as at login and at /reload.
 local function load(client, isReload)
-    client.globals, client.methods, client.regions, client.focus, client.chatWindows = {}, {}, {}, nil, 0
+    client.globals, client.regions, client.focus, client.chatWindows = {}, {}, nil, 0
     client.frameVersion = client.frameVersion + 1
     environment.build(client)
     client.isInWorld = true

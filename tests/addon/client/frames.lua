@@ -110,25 +110,20 @@ function EditBox:AddMessage(text) self.client:say(text) end
 
 local classes = { Texture = { Region, Texture }, Frame = { Region, Frame }, EditBox = { Region, Frame, EditBox } }
 
--- A class as this kind of client has it.
-local function methodsOf(kind, class)
-    local methods = {}
-    for _, part in ipairs(classes[class]) do
-        for name, method in pairs(part) do
-            methods[name] = not kind.lacks[name] and method or nil
-        end
-    end
-    return methods
-end
-
 function frames.create(client, class, name, parent)
     need(classes[class], "CreateFrame: there is no frame type %s", tostring(class))
-    client.methods[class] = client.methods[class] or { __index = methodsOf(client.kind, class) }
+    -- The class as this kind of client has it.
+    local methods = {}
+    for _, part in ipairs(classes[class]) do
+        for method, run in pairs(part) do
+            methods[method] = not client.kind.lacks[method] and run or nil
+        end
+    end
     local region = setmetatable({
         client = client, class = class, parent = parent, isShown = true, width = 0, height = 0, scale = 1,
         strata = parent and parent.strata or strata.MEDIUM, level = parent and (parent.level or 0) + 1 or 0,
         scripts = {}, events = {}, order = #client.regions + 1,
-    }, client.methods[class])
+    }, { __index = methods })
     client.regions[region.order] = region
     if name then
         client.globals[name] = region

@@ -39,9 +39,12 @@ function options.functions(client, define)
     end)
 end
 
--- The entry of an option's choices that has this value in this field.
+-- An option, and the entry of its choices that has this value in this field, or the one that is chosen.
 local function find(client, title, field, wanted)
     local control = client.controls[title] or error("no page has an option \"" .. title .. "\"", 0)
+    if wanted == nil then
+        wanted = control.get()
+    end
     for _, entry in ipairs(control.choices(wanted)) do
         if entry[field] == wanted then
             return control, entry
@@ -52,9 +55,7 @@ end
 
 -- What the player sees of an option: "on", "off", a number, or the label of a drop-down's entry.
 function options.shown(client, title)
-    local control = client.controls[title] or error("no page has an option \"" .. title .. "\"", 0)
-    local _, entry = find(client, title, "value", control.get())
-    return entry.label
+    return select(2, find(client, title, "value")).label
 end
 
 -- Sets an option as the player does, by what is to be seen.

@@ -16,7 +16,7 @@ local NOTHING = { start = 0, duration = 0 }
 
 function world.new(client)
     return {
-        client = client, health = world.MAX_HEALTH, level = 10, money = 123456, form = 0, specialization = 1,
+        client = client, health = world.MAX_HEALTH, money = 123456, form = 0, specialization = 1,
         page = 1, bonus = 0, gcd = NOTHING, actions = {},
     }
 end
