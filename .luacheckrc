@@ -29,8 +29,3 @@ local unsafe = {
 local slashCommands = { "111/SLASH_.*", "112/SLASH_.*", "113/SLASH_.*" }
 
 files["addon"] = { std = "lua51+game", globals = { "GlimraxmitDB" }, not_globals = unsafe, ignore = slashCommands }
-files["tests/addon/Painter"] = {
-    std = "lua51+game", globals = { "PainterDB" }, not_globals = unsafe,
-    -- It reads a name that nobody defines, to see whether that is noticed.
-    ignore = { "113/UnitHeath", unpack(slashCommands) },
-}

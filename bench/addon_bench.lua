@@ -7,21 +7,20 @@
 local here = arg[0]:match("^(.*)/") or "."
 package.path = here .. "/../tests/addon/?.lua;" .. package.path
 
-local frames = require "client.frames"
 local newClient = require "client.client"
 
 local RATE = 60
 local HOUR = 3600 * RATE
 
 local client = newClient {
-    kind = "retail", width = 1920, height = 1080, rate = tostring(RATE), seed = 1,
-    folders = { arg[1] or here .. "/../addon/Glimraxmit" },
+    kind = "retail", width = 1920, height = 1080, rate = RATE,
+    folder = arg[1] or here .. "/../addon/Glimraxmit",
 }
 
 local function addonFrames()
     local found = {}
     for _, frame in ipairs(client.regions) do
-        if frames.hidden[frame].scripts.OnUpdate then
+        if frame.scripts.OnUpdate then
             found[#found + 1] = frame
         end
     end
@@ -33,7 +32,7 @@ local function picture(updating)
     client.now = client.now + 1 / RATE
     client.pictureTime = client.now
     for i = 1, #updating do
-        client:call(frames.hidden[updating[i]].scripts.OnUpdate, updating[i], 1 / RATE)
+        client:call(updating[i].scripts.OnUpdate, updating[i], 1 / RATE)
     end
 end
 

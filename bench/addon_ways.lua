@@ -36,7 +36,7 @@ local function lastEvent(journal, names, before)
     local last
     for _, entry in ipairs(journal) do
         for _, name in ipairs(names) do
-            if entry.kind == "event" and entry.text == name and entry.time <= before then
+            if entry.event == name and entry.time <= before then
                 last = entry.time
             end
         end
@@ -57,7 +57,7 @@ end
 
 local steps = scenario.read(arg[1] or here .. "/../tests/addon/scenarios/evening.scenario")
 for _, rate in ipairs(RATES) do
-    local play = scenario.play(steps, { arg[2] or here .. "/../addon/Glimraxmit" }, { kind = "retail", rate = rate })
+    local play = scenario.play(steps, arg[2] or here .. "/../addon/Glimraxmit", { kind = "retail", rate = rate })
     local longest, count, answered = {}, {}, {}
     for _, message in ipairs(play.eye.messages) do
         local isReport = #message.text == 2

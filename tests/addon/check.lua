@@ -1,12 +1,11 @@
--- lua5.1 tests/addon/check.lua --replay GLIMRA-REPLAY --addon FOLDER SCENARIO...
+-- lua5.1 tests/addon/check.lua --replay GLIMRA-REPLAY --addon FOLDER SCENARIO
 --
--- Plays scenarios, each with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and
--- holds against each other what the strip said, what Glimra made of it, and what the scenario expects.
+-- Plays a scenario with all its clients and rates of pictures, gives what was to be seen to glimra-replay, and holds
+-- against each other what the strip said, what Glimra made of it, and what the scenario expects.
 
 local here = arg[0]:match("^(.*)/") or "."
 package.path = here .. "/?.lua;" .. package.path
 
-local kinds = require "client.kinds"
 local outcome = require "outcome"
 local scenario = require "scenario"
 local strip = require "strip"
@@ -16,8 +15,6 @@ local check = {}
 
 -- Glimra takes these ahead of others, so that their order says nothing.
 local AHEAD = "^[DUOVEe`%[%]{}]"
--- For how long a message of that kind may have waited when an R drops it, in seconds.
-local LONGEST_WAIT = 3
 
 local function runReplay(program, lines)
     local path = os.tmpname()
@@ -37,12 +34,11 @@ local function readReplay(text)
     local glimra, mark, hasQuit = { taken = {}, calls = {} }, 0, false
     for line in text:gmatch("[^\n]+") do
         local time, kind = line:match('^{"t":([%d.e+-]+),"kind":"(%a+)"')
-        if not kind then
-            error("glimra-replay: " .. line, 0)
-        end
         local digits = line:match('"text":"evaluating message .-%((%x+)%)\\n"}$')
         local call, arguments = line:match('"call":"(%w+)","args":%[(.-)%]')
-        if digits then
+        if not kind then
+            error("glimra-replay: " .. line, 0)
+        elseif digits then
             local message = digits:gsub("%x%x", function(byte) return string.char(tonumber(byte, 16)) end)
             table.insert(glimra.taken, { time = tonumber(time), text = message, mark = mark })
         elseif call then
@@ -56,25 +52,13 @@ local function readReplay(text)
 end
 
 -- Whether Glimra may have left a message without saying so in its log.
-local function mayBeUnseen(play, i)
-    local sent, last = play.eye.messages, i - 1
-    local message = sent[i]
-    if message.isUnread or message.text == "c" or message.text == "\0" then
-        return true
-    end
+local function mayBeUnseen(sent, i)
+    local last = i - 1
     while sent[last] and #sent[last].text > 1 do
         last = last - 1
     end
-    if message.text == "I" and sent[last] and sent[last].text == "I" then
-        return true -- Enter flashes already.
-    end
-    for k = i + 1, #sent do
-        if sent[k].text == "R" then
-            return truth.holdsBack(play.history, message.confirm.from) and not message.text:find(AHEAD)
-                or sent[k].confirm.from - message.confirm.from < LONGEST_WAIT
-        end
-    end
-    return false
+    -- Enter may flash already.
+    return sent[i].isUnread or sent[i].text == "c" or sent[i].text == "I" and sent[last] and sent[last].text == "I"
 end
 
 -- The place of the first such message that was not taken yet, rather one that Glimra can read.
@@ -88,7 +72,7 @@ local function firstUntaken(sent, isTaken, text)
             unread = unread or i
         end
     end
-    return unread or #sent + 1
+    return unread
 end
 
 -- Each message of the strip has to be taken, and nothing else; those that Glimra does not reorder in their order.
@@ -96,27 +80,24 @@ local function compareMessages(play, glimra)
     local sent, isTaken, lastInOrder = play.eye.messages, {}, 0
     for _, taken in ipairs(glimra.taken) do
         local found = firstUntaken(sent, isTaken, taken.text)
-        isTaken[found] = true
-        if not sent[found] then
-            play:complain(("at %.3f s of its clock Glimra took %s, which nobody said"):format(taken.time,
-                strip.printable(taken.text)))
+        isTaken[found or 0] = true
+        local isInOrder = found and (taken.text:find(AHEAD) or found >= lastInOrder)
+        if not isInOrder then
+            play:complain(("at %.3f s of its clock Glimra took %s, which %s"):format(taken.time,
+                strip.printable(taken.text), found and "was said earlier" or "nobody said"))
         elseif not taken.text:find(AHEAD) then
-            if found < lastInOrder then
-                play:complain(("at %.3f s of its clock Glimra took %s later than what was said after it"):format(
-                    taken.time, strip.printable(taken.text)))
-            end
             lastInOrder = found
         end
     end
     for i, message in ipairs(sent) do
-        if not isTaken[i] and not mayBeUnseen(play, i) then
-            play:complain(("%s, confirmed at %.3f s, was lost: its frames stood for %.3f and %.3f s"):format(
-                strip.printable(message.text), message.confirm.from, message.announce.till - message.announce.from,
-                message.confirm.till - message.confirm.from))
+        if not isTaken[i] and not mayBeUnseen(sent, i) then
+            play:complain(("%s, confirmed at %.3f s, was lost"):format(strip.printable(message.text),
+                message.confirm.from))
         end
     end
 end
 
+-- What Glimra did between the last moment at which something was expected and this one.
 local function since(list, expectation)
     local result = {}
     for _, item in ipairs(list) do
@@ -128,53 +109,51 @@ local function since(list, expectation)
 end
 
 local function printable(messages)
-    local list = {}
-    for i, message in ipairs(messages) do
-        list[i] = strip.printable(message)
-    end
-    return #list > 0 and table.concat(list, " ") or "nothing"
+    return #messages > 0 and strip.printable(table.concat(messages, "\n")):gsub("\\x0a", " ") or "nothing"
 end
 
--- For each kind of expectation: what is wrong, or an empty text.
+-- For each kind of expectation: what is wrong, or nil.
 local expectations = {}
 
-function expectations.order(_, glimra, expectation, wanted)
+-- Glimra took these messages in this order, among others.
+function expectations.order(_, glimra, expectation)
     local taken, i = since(glimra.taken, expectation), 1
     for _, message in ipairs(taken) do
-        i = message == wanted[i] and i + 1 or i
+        i = message == tostring(expectation.values[i]) and i + 1 or i
     end
-    return i <= #wanted and "Glimra took " .. printable(taken) or ""
+    return i <= #expectation.values and "Glimra took " .. printable(taken) or nil
 end
 
-function expectations.only(_, glimra, expectation, wanted)
-    local taken = printable(since(glimra.taken, expectation))
-    return taken ~= printable(wanted) and "Glimra took " .. taken or ""
-end
-
-expectations["no"] = function(_, glimra, expectation, unwanted)
+-- Glimra took none of these.
+expectations["no"] = function(_, glimra, expectation)
     local taken = since(glimra.taken, expectation)
-    for _, message in ipairs(taken) do
-        for _, bad in ipairs(unwanted) do
-            if message == bad then
-                return "Glimra took " .. printable(taken)
-            end
+    local all = "\n" .. table.concat(taken, "\n") .. "\n"
+    for _, unwanted in ipairs(expectation.values) do
+        if all:find("\n" .. unwanted .. "\n", 1, true) then
+            return "Glimra took " .. printable(taken)
         end
     end
-    return ""
 end
 
-function expectations.led(_, glimra, expectation, call)
-    local text = table.concat(call, " ") .. " "
+-- Glimra called this function, with these first arguments.
+function expectations.led(_, glimra, expectation)
+    local text = expectation.values[1] .. " "
     for _, made in ipairs(since(glimra.calls, expectation)) do
         if made:sub(1, #text) == text then
-            return ""
+            return nil
         end
     end
     return "there was no such call"
 end
 
-function expectations.cooldown(_, glimra, expectation, bar, wanted)
-    local last, slots = {}, {}
+-- It did not.
+expectations["no-led"] = function(...)
+    return not expectations.led(...) and "there was such a call" or nil
+end
+
+-- After all that it was told Glimra takes just these slots of the bar as on cooldown; or none.
+function expectations.cooldown(_, glimra, expectation)
+    local last, slots, bar = {}, {}, expectation.values[1]
     for _, taken in ipairs(glimra.taken) do
         if taken.mark < expectation.mark and #taken.text == 2 then
             last[taken.text:sub(1, 1)] = math.floor(taken.text:byte(2) / 2)
@@ -188,92 +167,67 @@ function expectations.cooldown(_, glimra, expectation, bar, wanted)
         end
     end
     table.sort(slots)
-    local found = #slots > 0 and table.concat(slots, " ") or "none"
-    return found ~= table.concat(wanted, " ") and "Glimra takes these as on cooldown: " .. found or ""
+    local found = bar .. " " .. (#slots > 0 and table.concat(slots, " ") or "none")
+    return found ~= table.concat(expectation.values, " ") and "Glimra takes these as on cooldown: " .. found or nil
 end
 
-function expectations.truth(play, _, expectation, longest)
-    local lies = {}
+-- Nothing painted so far was false, or had been so for so many seconds.
+function expectations.truth(play, _, expectation)
     for _, message in ipairs(play.eye.messages) do
         local age = truth.age(play.history, message)
-        if message.announce.made <= expectation.time and age > longest then
-            lies[#lies + 1] = ("%s, painted at %.3f s, %s"):format(strip.printable(message.text), message.announce.made,
-                age == math.huge and "had never been so" or ("had not been so for %.3f s"):format(age))
+        if message.announce.made <= expectation.time and age > expectation.values[1] then
+            return ("%s, painted at %.3f s, had not been so for %.3f s"):format(strip.printable(message.text),
+                message.announce.made, age)
         end
     end
-    return table.concat(lies, "; ")
 end
 
-function expectations.standing(play, _, expectation, shortest)
-    local short = {}
+-- Each frame so far stood for so many seconds.
+function expectations.standing(play, _, expectation)
     for i, frame in ipairs(play.eye.frames) do
         local following = play.eye.frames[i + 1]
         -- What a loading screen or the player's own wish takes away is nobody's fault.
         local isCutOff = not following or following.isGame
-        local isDue = frame.kind ~= "none" and not frame.isGame and not isCutOff and frame.till <= expectation.time
-        if isDue and frame.till - frame.from < shortest - 1e-6 then
-            short[#short + 1] = ("the %s frame of %.3f s stood %.3f s, %d pictures"):format(frame.kind, frame.from,
-                frame.till - frame.from, frame.pictures)
-        end
-    end
-    return table.concat(short, "; ")
-end
-
--- A name that no client has is misspelt; one that others have was asked for.
-local function complainOfUnknownNames(play)
-    for name, place in pairs(play.client.unknownNames) do
-        local isKnown = play.client.mayBeNil[name] or name:find("^SLASH_") or name:find("^ChatFrame%d+")
-        for _, kind in pairs(kinds) do
-            isKnown = isKnown or kind.lacks[name]
-        end
-        if not isKnown then
-            play:complain(place .. ": nobody defines " .. name)
+        local isDue = frame.kind ~= "none" and not isCutOff and frame.till <= expectation.time
+        if isDue and frame.till - frame.from < expectation.values[1] - 1e-6 then
+            return ("the %s frame of %.3f s stood %.3f s"):format(frame.kind, frame.from, frame.till - frame.from)
         end
     end
 end
 
 -- Everything that is wrong with one variant of a scenario, as a list of lines.
 function check.variant(steps, variant, folder, program)
-    local play = scenario.play(steps, { folder }, variant)
+    local play = scenario.play(steps, folder, variant)
     if play.client then
         local glimra = readReplay(runReplay(program, outcome.replay(play)))
         compareMessages(play, glimra)
         for _, expectation in ipairs(play.expectations) do
-            local problem = expectations[expectation.kind](play, glimra, expectation, unpack(expectation.values))
-            if problem ~= "" then
+            local isOrder = not expectations[expectation.values[1]]
+            local kind = isOrder and "order" or table.remove(expectation.values, 1)
+            local problem = expectations[kind](play, glimra, expectation)
+            if problem then
                 play:complain(expectation.place .. ": " .. expectation.text .. ": " .. problem)
             end
         end
-        complainOfUnknownNames(play)
     end
     return play.problems
 end
 
-local function main()
-    local folder, program, isGood, i = here .. "/../../addon/Glimraxmit", "glimra-replay", #arg > 0, 1
-    while arg[i] do
-        if arg[i] == "--addon" then
-            folder, i = arg[i + 1], i + 1
-        elseif arg[i] == "--replay" then
-            program, i = arg[i + 1], i + 1
-        else
-            local steps = scenario.read(arg[i])
-            for _, variant in ipairs(scenario.variants(steps)) do
-                local problems = check.variant(steps, variant, folder, program)
-                print(("%s %s: %s, %s pictures"):format(#problems == 0 and "good" or "FAILED", arg[i], variant.kind,
-                    variant.rate))
-                for _, problem in ipairs(problems) do
-                    print("    " .. problem)
-                end
-                isGood = isGood and #problems == 0
-            end
+local function main(_, program, _, folder, path)
+    local steps, isGood = scenario.read(path), true
+    for _, variant in ipairs(scenario.variants(steps)) do
+        local problems = check.variant(steps, variant, folder, program)
+        local verdict = #problems == 0 and "good" or "FAILED"
+        print(("%s %s: %s, %s pictures"):format(verdict, path, variant.kind, variant.rate))
+        for _, problem in ipairs(problems) do
+            print("    " .. problem)
         end
-        i = i + 1
+        isGood = isGood and #problems == 0
     end
     os.exit(isGood and 0 or 1)
 end
 
 if arg[0]:find("check%.lua$") then
-    main()
+    main(unpack(arg))
 end
 return check

@@ -5,75 +5,64 @@ local picture = require "client.picture"
 local strip = {}
 
 local CELLS = 11
-local UNCALIBRATED_OFFSET, UNCALIBRATED_WIDTH = 2, 80
 local ON = 14
+-- Where no strip is to be seen.
+local NOTHING = { cells = {} }
+for i = 1, CELLS do
+    NOTHING.cells[i] = "000000"
+end
 
 local function round(value)
     return math.floor(value + 0.5)
 end
 
--- What Glimra would read of a row before it was calibrated, whatever lies there.
-local function sampled(row)
-    local cells = {}
-    for i = 1, CELLS do
-        cells[i] = picture.color(row, UNCALIBRATED_OFFSET + round((i - 1) * UNCALIBRATED_WIDTH / CELLS))
-    end
-    return { cells = cells }
-end
+local last = {}
 
 -- Cells of a row: { width, cells = { "RRGGBB" ... } }, without a width where it has no strip; then what is wrong, or
--- nil. All pixels of a cell have to be alike: nothing is made better than it is.
-local function read(row, width)
-    local cells, showsGame, problem = {}, true, nil
+-- nil. All pixels of a cell have to be alike, and none to lie beside them: nothing is made better than it is.
+function strip.read(row, width)
+    -- As long as no frame changes, so does no strip.
+    if row.spans == last.spans and width == last.width then
+        return last.shown, last.problem
+    end
+    local cells, isGame, problem = {}, true, nil
     for i = 1, CELLS do
         local first = round(width * (i - 1) / CELLS)
         cells[i] = picture.color(row, first)
         for x = first, round(width * i / CELLS) - 1 do
-            local color, shows = picture.color(row, x)
-            showsGame = showsGame and shows == "game"
-            if shows ~= "clean" or color ~= cells[i] then
-                problem = problem or ("pixel %d is %s (%s), in cell %d, which began as %s"):format(x, color, shows,
-                    i - 1, cells[i])
+            local color = picture.color(row, x)
+            isGame = isGame and color == "game"
+            if color ~= cells[i] or #color ~= 6 then
+                problem = problem or ("pixel %d is %s, in cell %d, which began as %s"):format(x, color, i - 1, cells[i])
             end
         end
     end
-    if showsGame then
-        return sampled(row)
-    elseif problem then
-        return sampled(row), problem
+    if isGame then
+        problem = nil
+    elseif picture.color(row, width) ~= "game" then
+        problem = problem or ("it goes on at pixel %d"):format(width)
     end
-    return { width = width, cells = cells }
-end
-
-local lastRead = {}
-
-function strip.read(row, width)
-    -- As long as no frame changes, so does no strip; the game's picture changes always.
-    if row.spans == lastRead.spans and width == lastRead.shown.width then
-        return lastRead.shown
-    end
-    local shown, problem = read(row, width)
-    if shown.width then
-        lastRead = { spans = row.spans, shown = shown }
-    end
+    local shown = (isGame or problem) and NOTHING or { width = width, cells = cells }
+    last = { spans = row.spans, width = width, shown = shown, problem = problem }
     return shown, problem
 end
 
+-- For red, green and blue 1 where it is lit, otherwise 0.
 local function channels(cell)
     local red, green, blue = cell:match("(..)(..)(..)")
-    return tonumber(red, 16) >= ON, tonumber(green, 16) >= ON, tonumber(blue, 16) >= ON
+    local function lit(digits) return tonumber(digits, 16) >= ON and 1 or 0 end
+    return lit(red), lit(green), lit(blue)
 end
 
 local function isLit(cell)
-    local red, green, blue = channels(cell)
-    return red or green or blue
+    return math.max(channels(cell)) == 1
 end
 
 local function prefixOf(cells)
     local red, green, blue = 0, 0, 0
     for i = 3, 9 do
         local r, g, b = channels(cells[i])
-        red, green, blue = red + (r and 1 or 0), green + (g and 1 or 0), blue + (b and 1 or 0)
+        red, green, blue = red + r, green + g, blue + b
     end
     return red > green + blue and "`" or blue > red + green and "[" or green > red + blue and "]"
         or green < red and red == blue and "{" or blue == green and red < blue and "}" or ""
@@ -104,11 +93,11 @@ end
 -- made: when the picture was painted; isUnread: Glimra may miss it.
 function Eye:see(time, shown, made, isUnread)
     local key = table.concat(shown.cells)
-    local last = self.frames[#self.frames]
-    if last then
-        last.till = time
-        if last.key == key then
-            last.pictures = last.pictures + 1
+    local before = self.frames[#self.frames]
+    if before then
+        before.till = time
+        if before.key == key then
+            before.pictures = before.pictures + 1
             return
         end
     end

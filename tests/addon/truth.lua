@@ -9,15 +9,10 @@ local reports = {
 }
 truth.reports = reports
 
+-- A message claims that a fact is so.
 local claims = {
-    C = function(facts) return facts.fight end,
-    O = function(facts) return not facts.fight end,
-    D = function(facts) return facts.dead end,
-    U = function(facts) return not facts.dead end,
-    W = function(facts) return facts.ghost end,
-    V = function(facts) return not facts.ghost end,
-    E = function(facts) return facts.chat end,
-    e = function(facts) return not facts.chat end,
+    C = { "fight", true }, O = { "fight", false }, D = { "dead", true }, U = { "dead", false },
+    W = { "ghost", true }, V = { "ghost", false }, E = { "chat", true }, e = { "chat", false },
 }
 
 -- The six slots of a report as a number, the first one worth 32.
@@ -30,7 +25,7 @@ local function slots(w, bar, offset)
 end
 
 -- What is so at this moment, as far as an add-on can know.
-function truth.facts(client)
+local function factsOf(client)
     local w = client.world
     local facts = {
         fight = w.fight or false, dead = w.dead or false, ghost = w.ghost or false, chat = client.focus ~= nil,
@@ -45,7 +40,7 @@ local function agrees(facts, text)
     if reports[text:sub(1, 1)] and #text == 2 then
         return facts[text:sub(1, 1)] == math.floor(text:byte(2) / 2)
     end
-    return not claims[text] or claims[text](facts)
+    return not claims[text] or facts[claims[text][1]] == claims[text][2]
 end
 
 -- For how long a message had not been so any more when it was painted; 0 for a true one. history: { time, facts } each.
@@ -62,18 +57,9 @@ function truth.age(history, message)
     return math.huge
 end
 
--- Whether a fight or death holds messages back at a time.
-function truth.holdsBack(history, time)
-    local now = {}
-    for _, entry in ipairs(history) do
-        now = entry.time <= time and entry.facts or now
-    end
-    return now.fight or now.dead or now.ghost
-end
-
 -- Notes the facts in the history where they have changed.
 function truth.note(history, client)
-    local facts, last = truth.facts(client), history[#history]
+    local facts, last = factsOf(client), history[#history]
     local isSame = last ~= nil
     for name, value in pairs(facts) do
         isSame = isSame and last.facts[name] == value

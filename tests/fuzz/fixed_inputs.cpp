@@ -1,5 +1,5 @@
 // Runs a fuzz target over its seeds and over a fixed number of damaged ones, the same in every run.
-//   TARGET [COUNT]
+//   TARGET
 //   TARGET --write FOLDER    writes the seeds, as a corpus for libFuzzer
 
 #include "fuzz/fuzz_target.h"
@@ -15,8 +15,9 @@ namespace {
 using glimra::tests::FuzzSeed;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr unsigned long kDefaultCount = 20000;
+constexpr unsigned long kCount = 20000;
 
+/// Seeds with up to six damages each, the same in every run.
 class Damage {
 public:
     explicit Damage(const std::vector<FuzzSeed>& seeds) : m_seeds(seeds) {}
@@ -32,14 +33,15 @@ private:
     const Bytes& anySeed() { return m_seeds[below(m_seeds.size())].bytes; }
     // The library's distributions may differ from one system to the next, this does not.
     std::size_t below(std::size_t bound) { return m_random() % bound; }
-    static std::ptrdiff_t offset(std::size_t at) { return static_cast<std::ptrdiff_t>(at); }
 
     void damage(Bytes& bytes) {
         const std::size_t at = below(bytes.size());
-        const std::size_t length = 1 + below(std::min<std::size_t>(bytes.size() - at, 64));
-        switch (below(6)) {
+        const auto here = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+        const auto there =
+            here + static_cast<std::ptrdiff_t>(1 + below(std::min<std::size_t>(bytes.size() - at, 64)));
+        switch (below(5)) {
         case 0:
-            bytes[at] ^= static_cast<std::uint8_t>(1U << below(8));
+            *here ^= static_cast<std::uint8_t>(1U << below(8));
             break;
         case 1:
             overwriteNumber(bytes, at);
@@ -48,27 +50,19 @@ private:
             bytes.resize(at);
             break;
         case 3:
-            bytes.erase(bytes.begin() + offset(at), bytes.begin() + offset(at + length));
+            bytes.erase(here, there);
             break;
-        case 4: {
-            const Bytes copy(bytes.begin() + offset(at), bytes.begin() + offset(at + length));
-            bytes.insert(bytes.begin() + offset(at), copy.begin(), copy.end());
-            break;
-        }
         default: {
-            const Bytes& other = anySeed();
-            const std::size_t from = std::min(at, other.size());
-            bytes.resize(at);
-            bytes.insert(bytes.end(), other.begin() + offset(from), other.end());
+            const Bytes copy(here, there);
+            bytes.insert(here, copy.begin(), copy.end());
         }
         }
     }
 
     /// Puts a number of two or four bytes there that is likely to be wrong.
     void overwriteNumber(Bytes& bytes, std::size_t at) {
-        constexpr std::uint32_t kNumbers[] = {0,      1,      2,       0x7F,       0x80,       0xFF,
-                                              0x7FFF, 0xFFFF, 0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
-        const std::uint32_t number = kNumbers[below(std::size(kNumbers))];
+        const std::uint32_t power = 1U << below(32);
+        const std::uint32_t number = power - static_cast<std::uint32_t>(below(3));
         const std::size_t size = std::min<std::size_t>(bytes.size() - at, below(2) == 0 ? 2 : 4);
         for (std::size_t i = 0; i < size; ++i)
             bytes[at + i] = static_cast<std::uint8_t>(number >> (8 * i));
@@ -78,34 +72,29 @@ private:
     std::mt19937 m_random{20261122};
 };
 
-int writeSeeds(const std::vector<FuzzSeed>& seeds, const std::filesystem::path& folder) {
-    std::filesystem::create_directories(folder);
-    for (const FuzzSeed& seed : seeds) {
-        std::ofstream file(folder / seed.name, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(seed.bytes.data()),
-                   static_cast<std::streamsize>(seed.bytes.size()));
-        if (!file.flush()) {
-            std::fprintf(stderr, "cannot write to %s\n", folder.c_str());
-            return 1;
-        }
-    }
-    return 0;
+bool write(const FuzzSeed& seed, const std::filesystem::path& folder) {
+    std::ofstream file(folder / seed.name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(seed.bytes.data()),
+               static_cast<std::streamsize>(seed.bytes.size()));
+    return static_cast<bool>(file.flush());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     const std::vector<FuzzSeed> seeds = glimra::tests::fuzzSeeds();
-    if (argc == 3 && std::string_view(argv[1]) == "--write")
-        return writeSeeds(seeds, argv[2]);
+    if (argc == 3 && std::string_view(argv[1]) == "--write") {
+        std::filesystem::create_directories(argv[2]);
+        const auto isWritten = [&](const FuzzSeed& seed) { return write(seed, argv[2]); };
+        return std::all_of(seeds.begin(), seeds.end(), isWritten) ? 0 : 1;
+    }
     for (const FuzzSeed& seed : seeds)
         LLVMFuzzerTestOneInput(seed.bytes.data(), seed.bytes.size());
     Damage damage(seeds);
-    const unsigned long count = argc == 2 ? std::strtoul(argv[1], nullptr, 10) : kDefaultCount;
-    for (unsigned long input = 0; input < count; ++input) {
+    for (unsigned long input = 0; input < kCount; ++input) {
         const Bytes bytes = damage.next();
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%zu seeds and %lu damaged ones\n", seeds.size(), count);
+    std::printf("%zu seeds and %lu damaged ones\n", seeds.size(), kCount);
     return 0;
 }

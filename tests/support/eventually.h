@@ -8,11 +8,11 @@
 
 namespace glimra::tests {
 
-/// Waits until `condition` holds, 10 seconds at most; whether it does. In a program with Qt the main thread's
+/// Waits until `condition` holds, 20 seconds at most; whether it does. In a program with Qt the main thread's
 /// event loop is served meanwhile.
 template <class Condition>
 bool eventually(Condition&& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;

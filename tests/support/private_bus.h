@@ -7,9 +7,6 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QElapsedTimer>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <stdexcept>
@@ -22,14 +19,6 @@ inline void ensureApplication() {
     static char name[] = "test";
     static char* arguments[] = {name, nullptr};
     static QCoreApplication application(argumentCount, arguments);
-}
-
-/// Serves the event loop for a while, for what must not happen.
-inline void serveEvents(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!timer.hasExpired(milliseconds))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
 }
 
 /// A message bus of the test's own, with a connection to it that may wait for its answers.

@@ -43,8 +43,8 @@ public:
         if (m_pid > 0)
             ::kill(m_pid, number);
     }
-    void end(int signalNumber) {
-        signal(signalNumber);
+    void end(int number) {
+        signal(number);
         if (m_pid > 0)
             wait();
     }

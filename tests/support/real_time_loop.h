@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/locked.h"
 #include "simulated/run_loop.h"
 
 #include <algorithm>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -24,12 +24,12 @@ public:
     }
     void cancel(platform::TimerId timer) override { m_loop.cancel(timer); }
     void post(std::function<void()> job) override {
-        const std::scoped_lock lock(m_postedLock);
-        m_posted.push_back(std::move(job));
+        m_posted.with([&](auto& jobs) { jobs.push_back(std::move(job)); });
     }
     [[nodiscard]] bool runUntil(platform::Time deadline) override {
         while (true) {
-            takePosted();
+            for (auto& job : m_posted.with([](auto& jobs) { return std::exchange(jobs, {}); }))
+                m_loop.post(std::move(job));
             const platform::Time moment = now();
             if (!m_loop.runUntil(std::min(moment, deadline)))
                 return false;
@@ -42,20 +42,9 @@ public:
     bool isTerminated() const override { return m_loop.isTerminated(); }
 
 private:
-    void takePosted() {
-        std::vector<std::function<void()>> jobs;
-        {
-            const std::scoped_lock lock(m_postedLock);
-            jobs.swap(m_posted);
-        }
-        for (std::function<void()>& job : jobs)
-            m_loop.post(std::move(job));
-    }
-
     simulated::SimulatedRunLoop m_loop;
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-    std::mutex m_postedLock;
-    std::vector<std::function<void()>> m_posted;
+    platform::Locked<std::vector<std::function<void()>>> m_posted;
 };
 
 } // namespace glimra::tests

@@ -13,35 +13,24 @@
 
 namespace glimra::tests {
 
-/// Runs a script and gives the lines of these kinds (all when none is named) as text, without line ends. A
-/// script that can't be understood is a test failure.
-inline std::vector<std::string> replayText(std::string_view script,
-                                           std::initializer_list<trace::TraceKind> kinds = {}) {
+/// Runs a script and gives the lines of these kinds. A script that can't be understood is a test failure.
+inline std::vector<nlohmann::ordered_json> replay(std::string_view script,
+                                                  std::initializer_list<trace::TraceKind> kinds) {
     std::istringstream text{std::string(script)};
     const auto read = tools::readScript(text);
-    std::vector<std::string> lines;
+    std::vector<nlohmann::ordered_json> lines;
     if (const auto* error = std::get_if<tools::ScriptError>(&read)) {
         ADD_FAILURE() << "line " << error->line << ": " << error->message;
         return lines;
     }
     tools::ReplayRun::Options options;
-    if (kinds.size() > 0)
-        options.kinds = {};
+    options.kinds = {};
     for (const trace::TraceKind kind : kinds)
         options.kinds.add(kind);
     tools::ReplayRun run(
-        options, [&lines](std::string_view line) { lines.emplace_back(line.substr(0, line.size() - 1)); });
+        options, [&lines](std::string_view line) { lines.push_back(nlohmann::ordered_json::parse(line)); });
     run.run(std::get<tools::Script>(read));
     return lines;
-}
-
-/// The same as JSON values.
-inline std::vector<nlohmann::ordered_json> replay(std::string_view script,
-                                                  std::initializer_list<trace::TraceKind> kinds = {}) {
-    std::vector<nlohmann::ordered_json> values;
-    for (const std::string& line : replayText(script, kinds))
-        values.push_back(nlohmann::ordered_json::parse(line));
-    return values;
 }
 
 /// What a run does to the keyboard from a moment on, each call as its moment, the function's name without

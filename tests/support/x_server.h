@@ -100,12 +100,11 @@ public:
         fill(root(), x, y, width, height, pixel);
     }
     void fill(xcb_drawable_t drawable, int x, int y, int width, int height, std::uint32_t pixel) {
-        xcb_change_gc(m_xcb, m_context, XCB_GC_FOREGROUND, &pixel);
         const xcb_rectangle_t rectangle{static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
                                         static_cast<std::uint16_t>(width),
                                         static_cast<std::uint16_t>(height)};
-        xcb_poly_fill_rectangle(m_xcb, drawable, m_context, 1, &rectangle);
-        sync();
+        xcb_change_gc(m_xcb, m_context, XCB_GC_FOREGROUND, &pixel);
+        finish(xcb_poly_fill_rectangle(m_xcb, drawable, m_context, 1, &rectangle));
     }
 
     /// A window with a WM_CLASS of these bytes ("instance", NUL, "class", NUL), none if they are empty.
@@ -120,30 +119,19 @@ public:
             setText(window, XCB_ATOM_WM_CLASS, windowClass);
         if (!title.empty())
             setText(window, atom("_NET_WM_NAME"), title);
-        sync();
         return window;
     }
-    void show(xcb_window_t window) {
-        xcb_map_window(m_xcb, window);
-        sync();
-    }
-    void hide(xcb_window_t window) {
-        xcb_unmap_window(m_xcb, window);
-        sync();
-    }
+    void show(xcb_window_t window) { finish(xcb_map_window(m_xcb, window)); }
+    void hide(xcb_window_t window) { finish(xcb_unmap_window(m_xcb, window)); }
+    void destroy(xcb_window_t window) { finish(xcb_destroy_window(m_xcb, window)); }
     void place(xcb_window_t window, int x, int y, int width, int height) {
-        const std::uint32_t values[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
-                                        static_cast<std::uint32_t>(width),
-                                        static_cast<std::uint32_t>(height)};
-        xcb_configure_window(m_xcb, window,
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                 XCB_CONFIG_WINDOW_HEIGHT,
-                             values);
-        sync();
+        const int values[] = {x, y, width, height};
+        constexpr int kAll =
+            XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+        finish(xcb_configure_window(m_xcb, window, kAll, values));
     }
     void reparent(xcb_window_t window, xcb_window_t parent) {
-        xcb_reparent_window(m_xcb, window, parent, 0, 0);
-        sync();
+        finish(xcb_reparent_window(m_xcb, window, parent, 0, 0));
     }
     /// Shows a window under a window manager; whether one has taken charge of it. A manager that is still
     /// starting may overlook a window, hence the repetition.
@@ -154,10 +142,6 @@ public:
             return hasProperty(window, state);
         });
     }
-    void destroy(xcb_window_t window) {
-        xcb_destroy_window(m_xcb, window);
-        sync();
-    }
     void setText(xcb_window_t window, xcb_atom_t property, std::string_view text) {
         setProperty(window, property, XCB_ATOM_STRING, 8, text.data(), text.size());
     }
@@ -166,27 +150,29 @@ public:
     }
     xcb_atom_t atom(std::string_view name) {
         const auto cookie = xcb_intern_atom(m_xcb, 0, static_cast<std::uint16_t>(name.size()), name.data());
-        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_xcb, cookie, nullptr);
-        const xcb_atom_t atom = reply == nullptr ? XCB_NONE : reply->atom;
-        std::free(reply);
-        return atom;
+        const auto reply = owned(xcb_intern_atom_reply(m_xcb, cookie, nullptr));
+        return reply ? reply->atom : xcb_atom_t{XCB_NONE};
     }
 
 private:
+    template <class Reply>
+    static std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+        return {reply, &std::free};
+    }
     bool hasProperty(xcb_window_t window, xcb_atom_t property) {
         const auto cookie = xcb_get_property(m_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
-        xcb_get_property_reply_t* reply = xcb_get_property_reply(m_xcb, cookie, nullptr);
-        const bool isThere = reply != nullptr && reply->type != XCB_NONE;
-        std::free(reply);
-        return isThere;
+        const auto reply = owned(xcb_get_property_reply(m_xcb, cookie, nullptr));
+        return reply && reply->type != XCB_NONE;
     }
     void setProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                      const void* data, std::size_t count) {
-        xcb_change_property(m_xcb, XCB_PROP_MODE_REPLACE, window, property, type, format,
-                            static_cast<std::uint32_t>(count), data);
-        sync();
+        finish(xcb_change_property(m_xcb, XCB_PROP_MODE_REPLACE, window, property, type, format,
+                                   static_cast<std::uint32_t>(count), data));
     }
-    void sync() { std::free(xcb_get_input_focus_reply(m_xcb, xcb_get_input_focus(m_xcb), nullptr)); }
+    /// An answer comes after all that was asked for before.
+    void finish(xcb_void_cookie_t) {
+        owned(xcb_get_input_focus_reply(m_xcb, xcb_get_input_focus(m_xcb), nullptr));
+    }
 
     xcb_connection_t* m_xcb;
     xcb_screen_t* m_screen = nullptr;

@@ -6,7 +6,6 @@
 
 local addons = require "client.addons"
 local environment = require "client.environment"
-local frames = require "client.frames"
 local kinds = require "client.kinds"
 local picture = require "client.picture"
 local world = require "client.world"
@@ -20,44 +19,35 @@ local LOGIN_SECONDS, RELOAD_SECONDS = 3, 2
 
 local function nothing() end
 
--- setup has kind, width, height, folders (of add-ons), and may have uiScale, rate (see setRate), seed, and functions:
--- onScreen(time, row) is called when another picture comes on the screen, onPicture(client) in each picture when the
--- add-ons know what has happened, note(kind, text) for whatever happens.
+-- setup has kind, width, height, folder (of the add-on), and may have rate (see setRate), kept (what an earlier evening
+-- left in its saved variable), edit(file, source), which gives the source to run, and functions: onScreen(time, row) is
+-- called when another picture comes on the screen, onPicture(client) in each picture when the add-on knows what has
+-- happened, onEvent(name) when it is told of something.
 local function new(setup)
     local client = setmetatable({
         kind = kinds[setup.kind] or error("there is no kind of client \"" .. tostring(setup.kind) .. "\"", 0),
-        width = setup.width, height = setup.height, uiScale = setup.uiScale or 1, folders = setup.folders,
-        onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing, note = setup.note or nothing,
-        now = 0, pictureTime = 0, nextPicture = 0, randomState = setup.seed or 1, isInWorld = false,
-        queue = {}, savedVariables = setup.kept or {}, mayBeNil = {}, unknownNames = {}, errors = {}, said = {},
-        globals = {}, regions = {}, listeners = {}, frameVersion = 0,
+        width = setup.width, height = setup.height, uiScale = 1, folder = setup.folder, kept = setup.kept,
+        onScreen = setup.onScreen or nothing, onPicture = setup.onPicture or nothing,
+        onEvent = setup.onEvent or nothing, edit = setup.edit or function(_, source) return source end,
+        now = 0, pictureTime = 0, nextPicture = 0, isInWorld = false, queue = {}, errors = {}, said = {},
+        globals = {}, regions = {}, frameVersion = 0,
     }, Client)
     client.world = world.new(client)
-    client:setRate(setup.rate or "60")
+    client:setRate(setup.rate or 60)
     return client
 end
 
--- A whole number from 0 to below `limit`, the same ones for the same seed.
-function Client:random(limit)
-    self.randomState = (self.randomState * 69069 + 1) % 4294967296
-    return math.floor(self.randomState / 4294967296 * limit)
-end
-
--- Pictures a second: "60"; "60,60,7", each for a second in turn; or "7..144", jumping after 1 to 20 pictures.
+-- Pictures a second: 60; or "7..144", jumping after 1 to 20 pictures, each time in the same way.
 function Client:setRate(rate)
-    local jumps, list = rate:find("..", 1, true), {}
-    for number in rate:gsub("%.%.", ","):gmatch("[^,]+") do
-        list[#list + 1] = tonumber(number) or 0
+    local low, high = tostring(rate):match("^(%d+)%.*(%d*)$")
+    local current, left, state = tonumber(low), high == "" and math.huge or 0, 1
+    local function random(limit)
+        state = (state * 69069 + 1) % 4294967296
+        return math.floor(state / 4294967296 * limit)
     end
-    if #list == 0 or math.min(unpack(list)) <= 0 or jumps and #list ~= 2 then
-        error("\"" .. rate .. "\" is no rate of pictures", 0)
-    end
-    local began, current, left = self.now, nil, 0
     function self.rate()
-        if not jumps then
-            return list[math.floor(self.now - began) % #list + 1]
-        elseif left == 0 then
-            current, left = list[1] * (list[2] / list[1]) ^ (self:random(1000) / 999), 1 + self:random(20)
+        if left == 0 then
+            current, left = low * (high / low) ^ (random(1000) / 999), 1 + random(20)
         end
         left = left - 1
         return current
@@ -73,44 +63,30 @@ function Client:time() return clock(self.pictureTime) end
 function Client:serverTime() return clock(self.now) end
 
 function Client:fail(text)
-    -- In the game no other value is userdata to an add-on.
-    text = tostring(text):gsub("userdata value", "secret value"):gsub("userdata", "secret value")
-    self.errors[#self.errors + 1] = { time = self.now, text = text }
-    self.note("error", text)
+    self.errors[#self.errors + 1] = ("an error at %.3f s: %s"):format(self.now, text)
 end
 
 function Client:say(text)
     self.said[#self.said + 1] = text
-    self.note("said", text)
-end
-
-local called, a1, a2, a3, a4, a5, a6
-local function run()
-    return called(a1, a2, a3, a4, a5, a6)
-end
-local function trace(problem)
-    return debug.traceback(tostring(problem), 2)
 end
 
 -- Runs a function of an add-on. Its error is noted, and goes no further; the call itself makes no garbage.
 function Client:call(f, ...)
-    called, a1, a2, a3, a4, a5, a6 = f, ...
-    local isGood, problem = xpcall(run, trace)
+    local isGood, problem = pcall(f, ...)
     if not isGood then
         self:fail(problem)
     end
 end
 
 function Client:fire(event, ...)
-    if not self.kind.events[event] then
-        return
-    end
-    self.note("event", event)
-    for _, frame in ipairs { unpack(self.listeners[event] or {}) } do
-        local state = frames.hidden[frame]
-        local unit = state.events[event]
-        if state.scripts.OnEvent and (unit == "any" or unit and unit == (...)) then
-            self:call(state.scripts.OnEvent, frame, event, ...)
+    if self.kind.events[event] then
+        self.onEvent(event)
+        for i = 1, #self.regions do
+            local region = self.regions[i]
+            local unit = region.events[event]
+            if unit and region.scripts.OnEvent and (unit == "any" or unit == (...)) then
+                self:call(region.scripts.OnEvent, region, event, ...)
+            end
         end
     end
 end
@@ -121,32 +97,8 @@ function Client:later(deed)
 end
 
 function Client:happen(event, ...)
-    local arguments, count = { ... }, select("#", ...)
-    self:later(function() self:fire(event, unpack(arguments, 1, count)) end)
-end
-
-local function runTimers(client)
-    local now, timers = client:time(), client.timers
-    client.timers = {}
-    for _, timer in ipairs(timers) do
-        if timer.ticks > 0 and timer.due <= now then
-            timer.ticks, timer.due = timer.ticks - 1, now + timer.every
-            client:call(timer.callback, timer)
-        end
-        if timer.ticks > 0 then
-            client.timers[#client.timers + 1] = timer
-        end
-    end
-end
-
-local function runUpdates(client, elapsed)
-    for i = 1, #client.regions do
-        local region = client.regions[i]
-        local script = frames.hidden[region].scripts.OnUpdate
-        if script and region:IsVisible() then
-            client:call(script, region, elapsed)
-        end
-    end
+    local arguments = { ... }
+    self:later(function() self:fire(event, unpack(arguments)) end)
 end
 
 local function makePicture(client, isLoading)
@@ -159,13 +111,15 @@ local function makePicture(client, isLoading)
         table.remove(client.queue, 1)()
     end
     client.onPicture(client)
-    if client.isInWorld and not isLoading then
-        runTimers(client)
-        runUpdates(client, elapsed)
+    local isPlaying = client.isInWorld and not isLoading
+    for i = 1, isPlaying and #client.regions or 0 do
+        local region = client.regions[i]
+        if region.scripts.OnUpdate and region:IsVisible() then
+            client:call(region.scripts.OnUpdate, region, elapsed)
+        end
     end
-    client.row = picture.render(client, client.isInWorld and not isLoading)
-    local rate = client.rate()
-    client.nextPicture = client.now + 1 / math.min(rate, client.limit or rate)
+    client.row = picture.render(client, isPlaying)
+    client.nextPicture = client.now + 1 / client.rate()
 end
 
 -- Lets the clock run, and makes the pictures that are due.
@@ -195,40 +149,25 @@ local function loadingScreen(client, seconds, leave, arrive)
 end
 
 local function enter(client, isLogin, isReload)
-    if client.kind.old then
-        client:fire("PLAYER_ENTERING_WORLD")
-    else
-        client:fire("PLAYER_ENTERING_WORLD", isLogin, isReload)
-    end
+    local isTold = not client.kind.old or nil
+    client:fire("PLAYER_ENTERING_WORLD", isTold and isLogin, isTold and isReload)
     client:fire("ACTIONBAR_SLOT_CHANGED", 0)
-    client:fire("SPELL_UPDATE_COOLDOWN")
-    client:fire("UPDATE_SHAPESHIFT_FORM")
-    client:fire("LOADING_SCREEN_DISABLED")
+    for _, event in ipairs { "SPELL_UPDATE_COOLDOWN", "UPDATE_SHAPESHIFT_FORM", "LOADING_SCREEN_DISABLED" } do
+        client:fire(event)
+    end
 end
 
 -- Loads the interface anew, as at login and at /reload.
 local function load(client, isReload)
-    client.globals, client.methods, client.regions, client.listeners = {}, {}, {}, {}
-    client.addons, client.timers, client.focus, client.chatWindows = {}, {}, nil, 0
+    client.globals, client.regions, client.focus, client.chatWindows = {}, {}, nil, 0
     client.frameVersion = client.frameVersion + 1
     environment.build(client)
     client.isInWorld = true
-    for _, folder in ipairs(client.folders) do
-        addons.load(client, folder)
-    end
-    client:fire("VARIABLES_LOADED")
-    client:fire("PLAYER_LOGIN")
+    addons.load(client, client.folder)
     enter(client, not isReload, isReload)
     if client.kind.old and not isReload then
         client:fire("PLAYER_ALIVE")
     end
-end
-
-local function unload(client)
-    client:fire("PLAYER_LEAVING_WORLD")
-    client:fire("PLAYER_LOGOUT")
-    addons.save(client)
-    client.isInWorld = false
 end
 
 function Client:login()
@@ -236,19 +175,16 @@ function Client:login()
 end
 
 function Client:reload()
-    loadingScreen(self, RELOAD_SECONDS, function() unload(self) end, function() load(self, true) end)
-end
-
-function Client:logout()
-    self:later(function() unload(self) end)
-    self:waitForPicture()
+    loadingScreen(self, RELOAD_SECONDS, function()
+        self:fire("PLAYER_LOGOUT")
+        addons.save(self)
+        self.isInWorld = false
+    end, function() load(self, true) end)
 end
 
 function Client:loading(seconds)
-    loadingScreen(self, seconds, function()
-        self:fire("LOADING_SCREEN_ENABLED")
-        self:fire("PLAYER_LEAVING_WORLD")
-    end, function() enter(self, false, false) end)
+    loadingScreen(self, seconds, function() self:fire("LOADING_SCREEN_ENABLED") end,
+        function() enter(self, false, false) end)
 end
 
 -- The screen's size or the interface's scale changes, as in the game's options.
@@ -257,27 +193,20 @@ function Client:resize(width, height, uiScale)
         local isNewSize = width ~= self.width or height ~= self.height
         self.width, self.height, self.uiScale = width, height, uiScale
         self.globals.UIParent:SetScale(uiScale)
-        if isNewSize then
-            self:fire("DISPLAY_SIZE_CHANGED")
-        end
-        self:fire("UI_SCALE_CHANGED")
+        self:fire(isNewSize and "DISPLAY_SIZE_CHANGED" or "UI_SCALE_CHANGED")
     end)
 end
 
--- What the player types into the chat and sends; the box has the focus until it is done.
+-- What the player types into the chat and sends; "/run" runs Lua.
 function Client:enterText(text)
     local command, argument = text:match("^(/%S+)%s*(.-)%s*$")
-    for name, handler in pairs(command and self.globals.SlashCmdList or {}) do
-        local i = 1
-        while rawget(self.globals, "SLASH_" .. name .. i) do
-            if self.globals["SLASH_" .. name .. i]:lower() == command:lower() then
-                return self:call(handler, argument, self.globals.ChatFrame1EditBox)
-            end
-            i = i + 1
-        end
+    if command == "/run" then
+        return self:call(environment.compile(self, argument, "=run"))
     end
-    if command then
-        self:say("Type '/help' for a listing of a few commands.")
+    for name, handler in pairs(self.globals.SlashCmdList) do
+        if self.globals["SLASH_" .. name .. 1] == command then
+            self:call(handler, argument, self.globals.ChatFrame1EditBox)
+        end
     end
 end
 

@@ -1,27 +1,19 @@
--- Frames, textures and edit boxes: what an add-on makes, places, shows, and hangs its scripts on.
-
-local reveal = require("client.secrets").reveal
+-- Frames, textures and edit boxes, as far as add-ons that paint and listen need them. A region is a table with its
+-- methods behind it; what the client knows of it stands in its fields.
 
 local frames = {}
 
--- What the client knows of each, behind the add-on's back.
-local hidden = {}
-frames.hidden = hidden
-
-local strata, layers, points, scripts = {}, {}, {}, { Frame = {}, EditBox = {} }
-for list, words in pairs {
-    [strata] = "WORLD BACKGROUND LOW MEDIUM HIGH DIALOG FULLSCREEN FULLSCREEN_DIALOG TOOLTIP",
-    [layers] = "BACKGROUND BORDER ARTWORK OVERLAY HIGHLIGHT",
-    [points] = "TOPLEFT TOP TOPRIGHT LEFT CENTER RIGHT BOTTOMLEFT BOTTOM BOTTOMRIGHT",
-    [scripts.Frame] = "OnEvent OnUpdate OnShow OnHide OnSizeChanged OnEnter OnLeave OnMouseDown OnMouseUp",
-    [scripts.EditBox] = "OnEditFocusGained OnEditFocusLost OnEnterPressed OnEscapePressed OnTextChanged",
-} do
-    local place = 0
-    for word in words:gmatch("%S+") do
-        place = place + 1
-        list[word] = place
+local function places(text)
+    local place, count = {}, 0
+    for word in text:gmatch("%S+") do
+        count = count + 1
+        place[word] = count
     end
+    return place
 end
+local strata = places "WORLD BACKGROUND LOW MEDIUM HIGH DIALOG FULLSCREEN FULLSCREEN_DIALOG TOOLTIP"
+local layers = places "BACKGROUND BORDER ARTWORK OVERLAY HIGHLIGHT"
+local scripts = places "OnEvent OnUpdate OnShow OnHide OnEditFocusGained OnEditFocusLost"
 
 local function need(condition, text, ...)
     if not condition then
@@ -29,259 +21,124 @@ local function need(condition, text, ...)
     end
 end
 
-local function number(value)
-    value = reveal(value)
-    need(type(value) == "number" and value == value, "a number is wanted, not %s", tostring(value))
-    return value
-end
-
 local function set(self, field, value)
-    hidden[self][field] = value
-    hidden[self].client.frameVersion = hidden[self].client.frameVersion + 1
+    self[field] = value
+    self.client.frameVersion = self.client.frameVersion + 1
 end
 
-local function runScript(self, name)
-    local script = hidden[self].scripts[name]
-    if script then
-        hidden[self].client:call(script, self)
+local Region, Texture, Frame, EditBox = {}, {}, {}, {}
+
+for method, field in pairs { SetWidth = "width", SetHeight = "height", SetScale = "scale", SetFrameLevel = "level" } do
+    Region[method] = function(self, value)
+        need(type(value) == "number" and value >= 0, "%s: a number is wanted, not %s", method, tostring(value))
+        set(self, field, value)
     end
 end
 
-local Region, Texture, Frame, EditBox, MessageFrame = {}, {}, {}, {}, {}
-
-for class, methods in pairs {
-    [Region] = { GetParent = "parent", GetName = "name", GetObjectType = "class", GetWidth = "width",
-        GetHeight = "height", GetAlpha = "alpha", IsShown = "shown" },
-    [Frame] = { GetScale = "scale", GetFrameLevel = "level", GetFrameStrata = "strata" },
-} do
-    for method, field in pairs(methods) do
-        class[method] = function(self) return hidden[self][field] end
+-- SetPoint("TOPLEFT" [, relativeTo, "TOPLEFT"], x, y): this client knows no other corner.
+function Region:SetPoint(point, to, toPoint, x, y)
+    if type(to) == "number" then
+        to, toPoint, x, y = self.parent, point, to, toPoint
     end
+    need(point == "TOPLEFT" and toPoint == point and x and y, "SetPoint: what point is this?")
+    set(self, "anchor", { to = to, x = x, y = y })
 end
 
-function Region:SetWidth(width) set(self, "width", number(width)) end
-function Region:SetHeight(height) set(self, "height", number(height)) end
-function Region:SetSize(width, height)
-    set(self, "width", number(width))
-    set(self, "height", number(height))
+function Region:ClearAllPoints() set(self, "anchor", nil) end
+function Region:Show() set(self, "isShown", true) end
+function Region:Hide() set(self, "isShown", false) end
+function Region:IsVisible() return self.isShown and (not self.parent or Region.IsVisible(self.parent)) end
+
+function Texture:SetColorTexture(r, g, b, alpha)
+    local name = ("%02X%02X%02X"):format(r * 255, g * 255, b * 255)
+    set(self, "color", { name = name, alpha = alpha or 1 })
 end
-function Region:SetAlpha(alpha) set(self, "alpha", math.max(0, math.min(1, number(alpha)))) end
-
--- SetPoint(point [, relativeTo [, relativePoint]] [, x, y])
-function Region:SetPoint(point, ...)
-    need(points[point], "SetPoint: there is no point %s", tostring(point))
-    local anchor, rest = { relativeTo = hidden[self].parent, relativePoint = point }, { ... }
-    if type(rest[1]) == "table" or select("#", ...) > 0 and rest[1] == nil then
-        anchor.relativeTo = table.remove(rest, 1)
-    end
-    if type(rest[1]) == "string" then
-        anchor.relativePoint = table.remove(rest, 1)
-    end
-    need(points[anchor.relativePoint], "SetPoint: there is no point %s", anchor.relativePoint)
-    anchor.x, anchor.y = number(rest[1] or 0), number(rest[2] or 0)
-    hidden[self].points[point] = anchor
-    set(self, "points", hidden[self].points)
+function Texture:SetTexture(...)
+    need(self.client.kind.old, "SetTexture: a file is wanted")
+    Texture.SetColorTexture(self, ...)
 end
-
-function Region:ClearAllPoints() set(self, "points", {}) end
-
-function Region:SetAllPoints(relativeTo)
-    Region.ClearAllPoints(self)
-    for _, point in ipairs { "TOPLEFT", "BOTTOMRIGHT" } do
-        Region.SetPoint(self, point, relativeTo or hidden[self].parent, point)
-    end
-end
-
-function Region:IsVisible()
-    local state = hidden[self]
-    return state.shown and (not state.parent or Region.IsVisible(state.parent))
-end
-
-function Region:SetShown(shown)
-    shown = not not reveal(shown)
-    if hidden[self].shown ~= shown then
-        set(self, "shown", shown)
-        runScript(self, shown and "OnShow" or "OnHide")
-    end
-end
-
-function Region:Show() Region.SetShown(self, true) end
-function Region:Hide() Region.SetShown(self, false) end
-
-local function color(r, g, b, a)
-    return { number(r), number(g), number(b), number(a or 1) }
-end
-
-function Texture:SetColorTexture(...) set(self, "color", color(...)) end
-function Texture:SetVertexColor(...) set(self, "tint", color(...)) end
-
-function Texture:SetTexture(file, ...)
-    if hidden[self].client.kind.old and type(file) == "number" then
-        set(self, "color", color(file, ...))
-    elseif type(file) == "string" and file:upper():find("WHITE8X8$") then
-        set(self, "color", color(1, 1, 1))
-    else
-        set(self, "color", file and color(0.42, 0.35, 0.17)) -- Some picture.
-    end
-end
-
-function Texture:SetDrawLayer(layer, sublevel)
-    need(layers[layer], "SetDrawLayer: there is no layer %s", tostring(layer))
-    set(self, "layer", layers[layer] + (sublevel or 0) / 100)
-end
-
 -- Nothing moves by them where edges lie on whole pixels, and where they do not the picture shows it.
-function Texture:SetSnapToPixelGrid(snap) set(self, "snap", snap) end
-function Texture:SetTexelSnappingBias(bias) set(self, "bias", number(bias)) end
+function Texture.SetSnapToPixelGrid() end
+function Texture.SetTexelSnappingBias() end
 
-function Frame:EnableMouse(enable) set(self, "mouse", enable) end
-function Frame:SetIgnoreParentScale(ignore) set(self, "ignoresParentScale", ignore) end
-function Frame:SetIgnoreParentAlpha(ignore) set(self, "ignoresParentAlpha", ignore) end
-
-function Frame:SetScale(scale)
-    need(number(scale) > 0, "SetScale: a scale is more than 0")
-    set(self, "scale", scale)
-end
-
-function Frame:GetEffectiveScale()
-    local state = hidden[self]
-    local isAlone = not state.parent or state.ignoresParentScale
-    return state.scale * (isAlone and 1 or Frame.GetEffectiveScale(state.parent))
-end
-frames.effectiveScale = Frame.GetEffectiveScale
-
+function Frame.EnableMouse() end
 function Frame:SetFrameStrata(name)
     need(strata[name], "SetFrameStrata: there is no strata %s", tostring(name))
-    set(self, "strata", name)
+    set(self, "strata", strata[name])
 end
 
-function Frame:SetFrameLevel(level)
-    need(number(level) >= 0 and level <= 10000, "SetFrameLevel: 0 to 10000")
-    set(self, "level", level)
+function Frame:CreateTexture(_, layer)
+    need(layers[layer], "CreateTexture: there is no layer %s", tostring(layer))
+    local texture = frames.create(self.client, "Texture", nil, self)
+    texture.layer = layers[layer]
+    return texture
 end
 
 function Frame:SetScript(name, script)
-    local state = hidden[self]
-    need(scripts.Frame[name] or (scripts[state.class] or {})[name], "%s has no script %s", state.class, tostring(name))
-    need(script == nil or type(script) == "function", "SetScript: a function is wanted")
-    state.scripts[name] = script
+    need(scripts[name], "there is no script %s", tostring(name))
+    self.scripts[name] = script
 end
 
-function Frame:GetScript(name) return hidden[self].scripts[name] end
-
 function Frame:HookScript(name, hook)
-    need(type(hook) == "function", "HookScript: a function is wanted")
-    local client, original = hidden[self].client, hidden[self].scripts[name]
+    local client, original = self.client, self.scripts[name]
     Frame.SetScript(self, name, original and function(...)
         client:call(original, ...)
         client:call(hook, ...)
     end or hook)
 end
 
--- unit: the one that is asked for, or any.
-local function register(self, event, unit)
-    local client = hidden[self].client
-    need(client.kind.events[event], "RegisterEvent: attempt to register unknown event \"%s\"", tostring(event))
-    client.listeners[event] = client.listeners[event] or {}
-    if not hidden[self].events[event] then
-        table.insert(client.listeners[event], self)
-    end
-    hidden[self].events[event] = unit
+-- unit: the one that is asked for, or nil for any.
+function Frame:RegisterUnitEvent(event, unit)
+    need(self.client.kind.events[event], "RegisterEvent: attempt to register unknown event \"%s\"", tostring(event))
+    self.events[event] = unit or "any"
 end
+function Frame:RegisterEvent(event) Frame.RegisterUnitEvent(self, event) end
 
-function Frame:RegisterEvent(event) register(self, event, "any") end
-function Frame:RegisterUnitEvent(event, unit) register(self, event, unit) end
-function Frame:IsEventRegistered(event) return hidden[self].events[event] ~= nil end
-
-function Frame:UnregisterEvent(event)
-    hidden[self].events[event] = nil
-    local listeners = hidden[self].client.listeners[event] or {}
-    for i = #listeners, 1, -1 do
-        if listeners[i] == self then
-            table.remove(listeners, i)
+-- Takes the keyboard from another box, or gives it away.
+local function focus(client, box)
+    local last = client.focus
+    client.focus = box
+    for _, change in ipairs { { last, "OnEditFocusLost" }, { box, "OnEditFocusGained" } } do
+        if last ~= box and change[1] and change[1].scripts[change[2]] then
+            client:call(change[1].scripts[change[2]], change[1])
         end
     end
 end
+function EditBox:SetFocus() focus(self.client, self) end
+function EditBox:ClearFocus() focus(self.client, self.client.focus ~= self and self.client.focus or nil) end
+function EditBox:AddMessage(text) self.client:say(text) end
 
-function Frame:UnregisterAllEvents()
-    for event in pairs(hidden[self].events) do
-        Frame.UnregisterEvent(self, event)
-    end
-end
-
-function Frame:CreateTexture(name, layer, _, sublevel)
-    local texture = frames.create(hidden[self].client, "Texture", name, self)
-    Texture.SetDrawLayer(texture, layer or "ARTWORK", sublevel)
-    return texture
-end
-
-function EditBox:HasFocus() return hidden[self].client.focus == self end
-
-function EditBox:SetFocus()
-    local client = hidden[self].client
-    if client.focus ~= self then
-        if client.focus then
-            client.focus:ClearFocus()
-        end
-        client.focus = self
-        runScript(self, "OnEditFocusGained")
-    end
-end
-
-function EditBox:ClearFocus()
-    if EditBox.HasFocus(self) then
-        hidden[self].client.focus = nil
-        runScript(self, "OnEditFocusLost")
-    end
-end
-
-function MessageFrame:AddMessage(text) hidden[self].client:say(tostring(reveal(text))) end
-
-local classes = {
-    Texture = { Region = Region, Texture = Texture },
-    Frame = { Region = Region, Frame = Frame },
-    EditBox = { Region = Region, Frame = Frame, EditBox = EditBox },
-    MessageFrame = { Region = Region, Frame = Frame, MessageFrame = MessageFrame },
-}
-
--- A class as this kind of client has it.
-local function methodsOf(kind, class)
-    local methods = {}
-    for part, all in pairs(classes[class]) do
-        for name, method in pairs(all) do
-            methods[name] = not kind.lacks[part .. ":" .. name] and method or nil
-        end
-    end
-    return methods
-end
+local classes = { Texture = { Region, Texture }, Frame = { Region, Frame }, EditBox = { Region, Frame, EditBox } }
 
 function frames.create(client, class, name, parent)
-    client.methods[class] = client.methods[class] or { __index = methodsOf(client.kind, class) }
-    local region, above = setmetatable({}, client.methods[class]), hidden[parent or false]
-    hidden[region] = {
-        client = client, class = class, name = name, parent = parent, shown = true, points = {}, width = 0, height = 0,
-        alpha = 1, scale = 1, strata = above and above.strata or "MEDIUM", level = above and above.level + 1 or 0,
+    need(classes[class], "CreateFrame: there is no frame type %s", tostring(class))
+    -- The class as this kind of client has it.
+    local methods = {}
+    for _, part in ipairs(classes[class]) do
+        for method, run in pairs(part) do
+            methods[method] = not client.kind.lacks[method] and run or nil
+        end
+    end
+    local region = setmetatable({
+        client = client, class = class, parent = parent, isShown = true, width = 0, height = 0, scale = 1,
+        strata = parent and parent.strata or strata.MEDIUM, level = parent and (parent.level or 0) + 1 or 0,
         scripts = {}, events = {}, order = #client.regions + 1,
-    }
-    client.regions[#client.regions + 1] = region
+    }, { __index = methods })
+    client.regions[region.order] = region
     if name then
-        rawset(client.globals, name, region)
+        client.globals[name] = region
     end
     return region
 end
 
-function frames.createFrame(client, class, name, parent)
-    need(classes[class] and class ~= "Texture", "CreateFrame: there is no frame type %s", tostring(class))
-    need(parent == nil or hidden[parent], "CreateFrame: the parent is no frame")
-    return frames.create(client, class, name, parent)
+function frames.effectiveScale(region)
+    return region.scale * (region.parent and frames.effectiveScale(region.parent) or 1)
 end
 
 local function isPaintedBefore(a, b)
-    local frameA, frameB = hidden[a.parent], hidden[b.parent]
-    for _, pair in ipairs { { strata[frameA.strata], strata[frameB.strata] }, { frameA.level, frameB.level },
-        { frameA.order, frameB.order }, { a.layer, b.layer } } do
-        if pair[1] ~= pair[2] then
-            return pair[1] < pair[2]
+    for _, field in ipairs { "strata", "level", "layer" } do
+        if a[field] ~= b[field] then
+            return a[field] < b[field]
         end
     end
     return a.order < b.order
@@ -289,17 +146,15 @@ end
 
 -- The textures that are to be seen, in the order in which they are painted, the last one on top.
 function frames.visibleTextures(client)
-    local list, regionOf = {}, {}
+    local list = {}
     for _, region in ipairs(client.regions) do
-        local state = hidden[region]
-        if state.class == "Texture" and state.color and Region.IsVisible(region) then
-            list[#list + 1], regionOf[state] = state, region
+        if region.color and region.anchor and region:IsVisible() then
+            -- A frame's own change of strata or level counts for its textures, too.
+            region.strata, region.level = region.parent.strata, region.parent.level
+            list[#list + 1] = region
         end
     end
     table.sort(list, isPaintedBefore)
-    for i, state in ipairs(list) do
-        list[i] = regionOf[state]
-    end
     return list
 end
 

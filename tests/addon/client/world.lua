@@ -5,39 +5,38 @@ local secrets = require "client.secrets"
 local world = { MAX_HEALTH = 24310 }
 
 local BARS = { bar6 = 60, bar5 = 48 }
-local VEHICLE_PAGE, OVERRIDE_PAGE, SHAPESHIFT_PAGE = 16, 18, 17
+-- What takes bar 1, the most important first: the page, and the names of the functions that tell of it.
+local PAGES = {
+    { field = "vehicle", page = 16, has = "HasVehicleActionBar", get = "GetVehicleBarIndex" },
+    { field = "override", page = 18, has = "HasOverrideActionBar", get = "GetOverrideBarIndex" },
+    { field = "shapeshift", page = 17, has = "HasTempShapeshiftActionBar", get = "GetTempShapeshiftBarIndex" },
+}
 local OLD_VEHICLE_OFFSET = 5
 local NOTHING = { start = 0, duration = 0 }
 
 function world.new(client)
     return {
-        client = client, health = world.MAX_HEALTH, level = 10, money = 123456, form = 0, specialization = 1,
+        client = client, health = world.MAX_HEALTH, money = 123456, form = 0, specialization = 1,
         page = 1, bonus = 0, gcd = NOTHING, actions = {},
     }
 end
 
--- Health and cooldowns are hidden in fights and encounters, where the client hides anything.
-function world.isRestricted(w)
-    return w.client.kind.secrets and (w.fight or w.encounter) or false
-end
-
+-- Health and cooldowns are hidden in fights, where the client hides anything.
 local function hide(w, value)
-    return world.isRestricted(w) and secrets.new(value) or value
+    return w.client.kind.secrets and w.fight and secrets.new() or value
 end
 
--- The page that bar 1 shows.
-function world.page(w)
-    if w.client.kind.old then
-        local offset = w.vehicle and OLD_VEHICLE_OFFSET or w.bonus
-        return w.page == 1 and offset > 0 and 6 + offset or w.page
-    end
-    return w.vehicle and VEHICLE_PAGE or w.override and OVERRIDE_PAGE or w.shapeshift and SHAPESHIFT_PAGE
-        or w.page == 1 and w.bonus > 0 and 6 + w.bonus or w.page
+local function bonusOffset(w)
+    return w.client.kind.old and w.vehicle and OLD_VEHICLE_OFFSET or w.bonus
 end
 
 -- The number of an action by its bar and slot.
 function world.actionOf(w, bar, slot)
-    return (BARS[bar] or (world.page(w) - 1) * 12) + slot
+    local page = w.page == 1 and bonusOffset(w) > 0 and 6 + bonusOffset(w) or w.page
+    for i = #PAGES, w.client.kind.old and #PAGES + 1 or 1, -1 do
+        page = w[PAGES[i].field] and PAGES[i].page or page
+    end
+    return (BARS[bar] or (page - 1) * 12) + slot
 end
 
 -- Every action holds an ability that is ready, until something else is said; false is an empty slot.
@@ -56,113 +55,88 @@ end
 local function chargesOf(w, ability)
     local charges = ability.charges
     local gained = math.max(0, math.floor((w.client:time() - charges.start) / charges.recharge))
-    local left = math.min(charges.max, charges.left + gained)
-    if left == charges.max then
-        return left, NOTHING
-    end
-    return left, { start = charges.start + gained * charges.recharge, duration = charges.recharge }
+    local left = math.min(charges.most, charges.left + gained)
+    return left, left == charges.most and NOTHING
+        or { start = charges.start + gained * charges.recharge, duration = charges.recharge }
 end
 
--- The ability's own cooldown, whether it keeps it from being used, and whether that is the global one's doing.
+-- The cooldown that the game shows, whether the ability's own keeps it from being used, and whether the global one is
+-- shown.
 local function cooldownOf(w, ability)
-    local own, blocks = ability.cooldown, true
+    local own, left = ability.cooldown, 0
     if ability.charges then
-        local left
         left, own = chargesOf(w, ability)
-        blocks = left == 0
     end
     own = isRunning(w, own) and own or NOTHING
-    if isRunning(w, w.gcd) and w.gcd.start + w.gcd.duration > own.start + own.duration then
-        return w.gcd, own ~= NOTHING and blocks, true
-    end
-    return own, own ~= NOTHING and blocks, false
+    local isGlobal = isRunning(w, w.gcd) and w.gcd.start + w.gcd.duration > own.start + own.duration
+    return isGlobal and w.gcd or own, own ~= NOTHING and left == 0, isGlobal
 end
 
 -- Whether an action cannot be used for a reason of its own: what a report of cooldowns has to tell.
 function world.isOnCooldown(w, action)
     local ability = world.ability(w, action)
-    if not ability then
-        return false
-    end
-    local _, blocked = cooldownOf(w, ability)
-    return blocked
+    return ability and select(2, cooldownOf(w, ability)) or false
 end
 
-function world.isAlive(w)
-    return not w.dead and not w.ghost
-end
-
-function world.functions(client, define)
-    local w, lacks = client.world, client.kind.lacks
-    local function ofPlayer(value)
-        return function(unit)
-            if unit == "player" then
-                return value()
-            end
-        end
-    end
-
-    define("UnitHealth", ofPlayer(function() return hide(w, world.isAlive(w) and w.health or w.ghost and 1 or 0) end))
-    define("UnitHealthMax", ofPlayer(function() return hide(w, world.MAX_HEALTH) end))
-    -- To the game a feigned death looks like death: it has to be asked for.
-    define("UnitIsDead", ofPlayer(function() return w.dead or w.feign or false end))
-    define("UnitIsGhost", ofPlayer(function() return w.ghost or false end))
-    define("UnitIsDeadOrGhost", ofPlayer(function() return w.dead or w.feign or w.ghost or false end))
-    define("UnitIsFeignDeath", ofPlayer(function() return w.feign or false end))
-    define("UnitAffectingCombat", ofPlayer(function() return w.fight or false end))
-    define("IsStealthed", function() return w.stealth or false end)
-    define("GetShapeshiftForm", function() return w.form end)
-    define("GetMoney", function() return w.money end)
-    local function specialization() return w.specialization end
-    define("GetSpecialization", specialization)
-    define("C_SpecializationInfo.GetSpecialization", specialization)
-    define("GetActiveTalentGroup", specialization)
-
+local function abilities(w, define)
+    local lacks = w.client.kind.lacks
     define("C_ActionBar.GetActionCooldown", function(action)
         local ability = world.ability(w, action)
-        if not ability then
-            return nil
+        if ability then
+            local shown, _, isGlobal = cooldownOf(w, ability)
+            local info = { startTime = hide(w, shown.start), duration = hide(w, shown.duration), isEnabled = true }
+            if not lacks.isActive then
+                info.isActive = shown ~= NOTHING
+            end
+            if not lacks.isOnGCD and isRunning(w, w.gcd) then
+                info.isOnGCD = isGlobal
+            end
+            return info
         end
-        local shown, _, isGlobal = cooldownOf(w, ability)
-        local info = { startTime = hide(w, shown.start), duration = hide(w, shown.duration), isEnabled = true }
-        if not lacks.isActive then
-            info.isActive = shown ~= NOTHING
-        end
-        if not lacks.isOnGCD and isRunning(w, w.gcd) then
-            info.isOnGCD = isGlobal
-        end
-        return info
     end)
     define("C_ActionBar.GetActionCharges", function(action)
         local ability = world.ability(w, action)
-        if not ability or not ability.charges then
-            return nil
+        if ability and ability.charges then
+            return { currentCharges = hide(w, (chargesOf(w, ability))), maxCharges = hide(w, ability.charges.most) }
         end
-        local left, recharge = chargesOf(w, ability)
-        return {
-            currentCharges = hide(w, left), maxCharges = hide(w, ability.charges.max), chargeModRate = 1,
-            cooldownStartTime = hide(w, recharge.start), cooldownDuration = hide(w, recharge.duration),
-        }
     end)
     define("GetActionCooldown", function(action)
         local ability = world.ability(w, action)
         local shown = ability and cooldownOf(w, ability) or NOTHING
         return shown.start, shown.duration, 1
     end)
+end
 
-    define("C_ActionBar.GetActionBarPage", function() return w.page end)
-    define("GetActionBarPage", function() return w.page end)
-    define("GetBonusBarOffset", function() return w.vehicle and OLD_VEHICLE_OFFSET or w.bonus end)
-    for name, bar in pairs {
-        VehicleActionBar = { "GetVehicleBarIndex", "vehicle", VEHICLE_PAGE },
-        OverrideActionBar = { "GetOverrideBarIndex", "override", OVERRIDE_PAGE },
-        TempShapeshiftActionBar = { "GetTempShapeshiftBarIndex", "shapeshift", SHAPESHIFT_PAGE },
+function world.functions(client, define)
+    local w = client.world
+    for name, value in pairs {
+        UnitHealth = function() return hide(w, w.ghost and 1 or w.dead and 0 or w.health) end,
+        UnitHealthMax = function() return hide(w, world.MAX_HEALTH) end,
+        -- To the game a feigned death looks like death: it has to be asked for.
+        UnitIsDead = function() return w.dead or w.feign or false end,
+        UnitIsGhost = function() return w.ghost or false end,
+        UnitIsFeignDeath = function() return w.feign or false end,
+        UnitAffectingCombat = function() return w.fight or false end,
     } do
-        define("C_ActionBar.Has" .. name, function() return w[bar[2]] or false end)
-        define("C_ActionBar." .. bar[1], function() return bar[3] end)
+        define(name, function(unit) return unit == "player" and value() or nil end)
     end
+    for field, names in pairs {
+        stealth = "IsStealthed", form = "GetShapeshiftForm", money = "GetMoney",
+        page = "GetActionBarPage C_ActionBar.GetActionBarPage",
+        specialization = "GetSpecialization C_SpecializationInfo.GetSpecialization GetActiveTalentGroup",
+    } do
+        for name in names:gmatch("%S+") do
+            define(name, function() return w[field] end)
+        end
+    end
+    abilities(w, define)
+    define("GetBonusBarOffset", function() return bonusOffset(w) end)
     define("C_ActionBar.HasBonusActionBar", function() return w.bonus > 0 end)
     define("C_ActionBar.GetBonusBarIndex", function() return 6 + w.bonus end)
+    for _, row in ipairs(PAGES) do
+        define("C_ActionBar." .. row.has, function() return w[row.field] or false end)
+        define("C_ActionBar." .. row.get, function() return row.page end)
+    end
 end
 
 return world

@@ -5,8 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <cstddef>
-#include <functional>
 #include <map>
 
 #include <linux/filter.h>
@@ -22,7 +20,8 @@ namespace glimra::desktop::addon {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::HasSubstr;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 TEST(VersionTest, IsComparedByItsNumbers) {
     const auto version = [](const char* text) { return Version::fromText(text).value(); };
@@ -38,9 +37,8 @@ TEST(TocTest, ListsWhatMakesUpTheAddon) {
     const Toc toc = parseToc("\xEF\xBB\xBF##Version : 0.2\r\n## IconTexture: Interface\\AddOns\\Glimraxmit\\"
                              "icon.tga\r\n# comment\r\n \r\n\tfirst.lua \r\n##Notes: a: b\r\nlast.lua");
     EXPECT_EQ(toc.version.value().text(), "0.2");
-    EXPECT_THAT(toc.files, ::testing::ElementsAre("Glimraxmit.toc", "icon.tga", "first.lua", "last.lua"));
-    EXPECT_THAT(parseToc("## IconTexture: Interface\\Icons\\x").files,
-                ::testing::ElementsAre("Glimraxmit.toc"));
+    EXPECT_THAT(toc.files, ElementsAre("Glimraxmit.toc", "icon.tga", "first.lua", "last.lua"));
+    EXPECT_THAT(parseToc("## IconTexture: Interface\\Icons\\x").files, ElementsAre("Glimraxmit.toc"));
 }
 
 /// What lies below a folder: the content by the path. Folders are there, too, and links as what they lead to.
@@ -57,42 +55,50 @@ Tree treeOf(const fs::path& folder) {
     return tree;
 }
 
-class AddonFolderTest : public ::testing::Test {
+class AddonFolderTest : public testing::Test {
 protected:
     AddonFolderTest() {
         m_files.addFile("shipped/Glimraxmit.toc", "## Version: 0.10.0\nfirst.lua\nbig.lua\n");
         m_files.addFile("shipped/first.lua", "new");
         m_files.addFile("shipped/big.lua", std::string(30'000, 'x'));
-        m_files.addFile("game/Interface/AddOns/Other/Other.toc", "## Version: 1\n");
-        m_files.addFile("game/WTF/Glimraxmit.lua", "saved");
         m_shipped = std::get<ShippedAddon>(readShippedAddon(m_files.path("shipped")));
-        m_before = treeOf(game());
+        startOver();
     }
 
     std::string game() const { return m_files.path("game"); }
     void addFile(const std::string& name, const std::string& content) const {
         m_files.addFile("game/Interface/AddOns/" + name, content);
     }
-    void addOldVersion() {
+    void startOver() const {
+        fs::remove_all(game());
+        addFile("Other/Other.toc", "## Version: 1\n");
+        m_files.addFile("game/WTF/Glimraxmit.lua", "saved");
+    }
+    void addOldVersion() const {
         addFile("Glimraxmit/Glimraxmit.toc", "## Version: 0.9.0\nfirst.lua\ngone.lua\n");
         addFile("Glimraxmit/first.lua", "old");
         addFile("Glimraxmit/gone.lua", "old");
-        m_before = treeOf(game());
-    }
-    /// What is expected once the add-on is there and nothing else has changed.
-    Tree installed() const {
-        Tree tree = m_before;
-        std::erase_if(
-            tree, [](const auto& entry) { return entry.first.starts_with("Interface/AddOns/Glimraxmit"); });
-        tree["Interface/AddOns"] = "folder";
-        tree["Interface/AddOns/Glimraxmit"] = "folder";
-        for (const auto& [name, content] : treeOf(m_files.path("shipped")))
-            tree["Interface/AddOns/Glimraxmit/" + name] = content;
-        return tree;
     }
     Standing standing() const { return lookAtAddon(game(), m_shipped).standing; }
+    /// Installs, and expects that the add-on is there afterwards and that nothing else has changed but what
+    /// is the rest of a killed run.
+    Installation install() const {
+        Tree tree = treeOf(game());
+        std::erase_if(tree, [](const auto& entry) {
+            return entry.first.starts_with("Interface/AddOns/Glimraxmit") ||
+                   entry.first.find("/.Glimraxmit-") != std::string::npos;
+        });
+        for (const char* const folder : {"Interface", "Interface/AddOns", "Interface/AddOns/Glimraxmit"})
+            tree[folder] = "folder";
+        for (const auto& [name, content] : treeOf(m_files.path("shipped")))
+            tree["Interface/AddOns/Glimraxmit/" + name] = content;
+        const Installation done = installAddon(game(), m_shipped);
+        EXPECT_TRUE(done.isCurrent()) << done.error;
+        EXPECT_EQ(treeOf(game()), tree);
+        return done;
+    }
     /// Installs, and expects an error after which nothing has changed.
-    std::string refusal() {
+    std::string refusal() const {
         const Tree before = treeOf(game());
         const Installation done = installAddon(game(), m_shipped);
         EXPECT_EQ(treeOf(game()), before);
@@ -102,7 +108,6 @@ protected:
 
     tests::ScriptFolder m_files;
     ShippedAddon m_shipped;
-    Tree m_before;
 };
 
 TEST_F(AddonFolderTest, TellsHowTheInstalledOneStandsToTheShippedOne) {
@@ -124,26 +129,19 @@ TEST_F(AddonFolderTest, TellsHowTheInstalledOneStandsToTheShippedOne) {
 
 TEST_F(AddonFolderTest, IsInstalledWhereThereWasNoneAndReplacesAnOldOne) {
     fs::remove_all(m_files.path("game/Interface"));
-    m_before = treeOf(game());
-    m_before["Interface"] = "folder";
-    EXPECT_TRUE(installAddon(game(), m_shipped).isCurrent());
-    EXPECT_EQ(treeOf(game()), installed());
-
+    install();
     addOldVersion();
-    // Of a run that was killed, and what only looks like it.
     addFile(".Glimraxmit-abc123/Glimraxmit.toc", "## Ver");
-    addFile(".Glimraxmit-notes/mine.txt", "mine");
-    m_before = treeOf(game());
-    std::erase_if(m_before,
-                  [](const auto& entry) { return entry.first.find("abc123") != std::string::npos; });
-    const Installation done = installAddon(game(), m_shipped);
-    EXPECT_TRUE(done.isCurrent()) << done.error;
+    const Installation done = install();
     EXPECT_EQ(done.before.standing, Standing::Older);
     EXPECT_EQ(done.before.version.value().text(), "0.9.0");
-    EXPECT_EQ(treeOf(game()), installed());
+    EXPECT_EQ(install().before.standing, Standing::Current);
 
-    EXPECT_EQ(installAddon(game(), m_shipped).before.standing, Standing::Current);
-    EXPECT_EQ(treeOf(game()), installed());
+    // What only looks like the rest of a killed run.
+    addFile(".Glimraxmit-notes/mine.txt", "mine");
+    addOldVersion();
+    installAddon(game(), m_shipped);
+    EXPECT_EQ(treeOf(game()).at("Interface/AddOns/.Glimraxmit-notes/mine.txt"), "mine");
 }
 
 TEST_F(AddonFolderTest, KeepsWhatIsThePlayersOwnInTheFolderThatItReplaces) {
@@ -158,7 +156,7 @@ TEST_F(AddonFolderTest, KeepsWhatIsThePlayersOwnInTheFolderThatItReplaces) {
     }
 }
 
-TEST_F(AddonFolderTest, LeavesLinksAndNewerVersionsAlone) {
+TEST_F(AddonFolderTest, ChangesNothingWhereItMustNotOrCannot) {
     m_files.addFile("checkout/Glimraxmit.toc", "## Version: 0.1\n");
     const std::string link = m_files.path("game/Interface/AddOns/Glimraxmit");
     for (const char* const target : {"../../../checkout", "nowhere"}) {
@@ -169,9 +167,7 @@ TEST_F(AddonFolderTest, LeavesLinksAndNewerVersionsAlone) {
     }
     addFile("Glimraxmit/Glimraxmit.toc", "## Version: 2\n");
     EXPECT_EQ(refusal(), "");
-}
-
-TEST_F(AddonFolderTest, ChangesNothingWhereItCannotBeWritten) {
+    fs::remove_all(link);
     addFile("Glimraxmit", "a file");
     EXPECT_THAT(refusal(), HasSubstr("no folder"));
     fs::remove_all(m_files.path("game/Interface"));
@@ -183,33 +179,45 @@ TEST_F(AddonFolderTest, ChangesNothingWhereItCannotBeWritten) {
     EXPECT_THAT(std::get<std::string>(readShippedAddon(m_files.path("shipped"))), HasSubstr("big.lua"));
 }
 
-/// Runs a job in a process of its own and returns its status.
-int inChild(const std::function<int()>& job) {
+/// Runs a job in a process of its own, which is killed when it makes its `count`th system call if there is a
+/// count. Its exit status; none if it was killed.
+std::optional<int> exitStatusOf(const std::function<int()>& job, int count = 0) {
     const pid_t child = ::fork();
-    if (child == 0)
+    if (child == 0) {
+        ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        ::raise(SIGSTOP);
         ::_exit(job());
+    }
     int status = 0;
-    ::waitpid(child, &status, 0);
-    return status;
+    for (int stop = 0; ::waitpid(child, &status, 0) == child && WIFSTOPPED(status); ++stop) {
+        // Each call stops twice, when it is made and when it returns.
+        if (stop == 2 * count - 1)
+            ::kill(child, SIGKILL);
+        else if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0)
+            throw std::runtime_error("a child can't be traced");
+    }
+    return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
 }
 
 TEST_F(AddonFolderTest, AFullDiskLeavesEverythingAsItWas) {
-    const auto installOnFullDisk = [this] {
-        // A file may have so many bytes and no more.
-        const rlimit limit{10'000, 10'000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        std::signal(SIGXFSZ, SIG_IGN);
-        return installAddon(game(), m_shipped).error == "File too large" ? 7 : 1;
+    const auto expectNothing = [this] {
+        const Tree before = treeOf(game());
+        EXPECT_EQ(exitStatusOf([this] {
+                      // A file may have so many bytes and no more.
+                      const rlimit limit{10'000, 10'000};
+                      ::setrlimit(RLIMIT_FSIZE, &limit);
+                      std::signal(SIGXFSZ, SIG_IGN);
+                      return installAddon(game(), m_shipped).error == "File too large" ? 7 : 1;
+                  }),
+                  7);
+        EXPECT_EQ(treeOf(game()), before);
     };
-    fs::remove_all(m_files.path("game/Interface"));
-    m_before = treeOf(game());
-    EXPECT_EQ(WEXITSTATUS(inChild(installOnFullDisk)), 7);
-    EXPECT_EQ(treeOf(game()), m_before);
     // What a killed run has left may be all that there is of the old one.
     addFile(".Glimraxmit-abc123/Glimraxmit.toc", "## Version: 0.8\n");
     addOldVersion();
-    EXPECT_EQ(WEXITSTATUS(inChild(installOnFullDisk)), 7);
-    EXPECT_EQ(treeOf(game()), m_before);
+    expectNothing();
+    fs::remove_all(m_files.path("game/Interface"));
+    expectNothing();
 }
 
 /// From now on this process has a disk that cannot exchange two folders.
@@ -228,78 +236,44 @@ void forbidExchange() {
         ::_exit(9);
 }
 
-/// Runs a job in a process that is killed when it makes its `count`th system call; whether it came that far.
-bool isKilledAtCall(int count, const std::function<void()>& job) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-        ::raise(SIGSTOP);
-        job();
-        ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    // Each call stops twice, when it is made and when it returns.
-    for (int stop = 0; stop < 2 * count - 1 && WIFSTOPPED(status); ++stop) {
-        if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0)
-            throw std::runtime_error("a child can't be traced");
-        ::waitpid(child, &status, 0);
-    }
-    if (!WIFSTOPPED(status)) {
-        EXPECT_EQ(status, 0);
-        return false;
-    }
-    ::kill(child, SIGKILL);
-    ::waitpid(child, &status, 0);
-    return true;
-}
-
-class KilledTest : public AddonFolderTest {
-protected:
-    /// Kills the installation at each of its steps, over `prepare`, and expects one of these afterwards, and
-    /// that the next one makes all good. Returns how many steps there are.
-    int killEverywhere(const std::function<void()>& prepare, const std::function<void()>& limit,
-                       const std::vector<Standing>& allowed) {
-        for (int count = 1;; ++count) {
-            fs::remove_all(game());
-            m_files.addFile("game/Interface/AddOns/Other/Other.toc", "## Version: 1\n");
-            m_before = treeOf(game());
-            prepare();
-            const bool isKilled = isKilledAtCall(count, [&] {
-                limit();
-                installAddon(game(), m_shipped);
-            });
-            const Standing after = standing();
-            EXPECT_THAT(allowed, ::testing::Contains(after)) << "killed at call " << count;
-            // An older one is the whole old one.
-            if (after == Standing::Older) {
-                EXPECT_EQ(treeOf(game() + "/Interface/AddOns/Glimraxmit").size(), 3U);
-            }
-            const Installation done = installAddon(game(), m_shipped);
-            EXPECT_TRUE(done.isCurrent()) << done.error;
-            EXPECT_EQ(treeOf(game()), installed()) << "killed at call " << count;
-            if (!isKilled || HasFailure())
-                return count;
-        }
-    }
+/// Kills the installation at each of its steps, over the old version if there is one, and expects that there
+/// is one of these afterwards, and that the next one makes all good.
+struct Kills {
+    const char* what;
+    bool hasOldVersion;
+    bool canExchange;
+    std::vector<Standing> allowed;
 };
 
-TEST_F(KilledTest, AtEveryMomentThereIsTheOldOneOrTheNewOne) {
-    const auto noLimit = [] {};
-    EXPECT_GT(killEverywhere([this] { addOldVersion(); }, noLimit, {Standing::Older, Standing::Current}), 30);
-    EXPECT_GT(killEverywhere([] {}, noLimit, {Standing::Missing, Standing::Current}), 20);
-}
-
-TEST_F(KilledTest, WhereTwoFoldersCannotBeExchangedTheNextRunMakesItGood) {
-    addOldVersion();
-    ASSERT_EQ(WEXITSTATUS(inChild([this] {
-                  forbidExchange();
-                  return installAddon(game(), m_shipped).isCurrent() ? 0 : 1;
-              })),
-              0);
-    EXPECT_EQ(treeOf(game()), installed());
-    killEverywhere([this] { addOldVersion(); }, forbidExchange,
-                   {Standing::Older, Standing::Missing, Standing::Current});
+TEST_F(AddonFolderTest, AtEveryMomentThereIsTheOldOneOrTheNewOne) {
+    for (const auto& [what, hasOldVersion, canExchange, allowed] :
+         {Kills{"exchanged", true, true, {Standing::Older, Standing::Current}},
+          Kills{"new", false, true, {Standing::Missing, Standing::Current}},
+          Kills{"moved", true, false, {Standing::Older, Standing::Missing, Standing::Current}}}) {
+        std::optional<int> status;
+        int count = 0;
+        while (!status && !HasFailure()) {
+            SCOPED_TRACE(what + std::to_string(++count));
+            startOver();
+            if (hasOldVersion)
+                addOldVersion();
+            status = exitStatusOf(
+                [&] {
+                    if (!canExchange)
+                        forbidExchange();
+                    return installAddon(game(), m_shipped).isCurrent() ? 0 : 1;
+                },
+                count);
+            const Standing after = standing();
+            EXPECT_THAT(allowed, testing::Contains(after));
+            EXPECT_TRUE(after != Standing::Older ||
+                        treeOf(game() + "/Interface/AddOns/Glimraxmit").size() == 3)
+                << "an old one is whole";
+            install();
+        }
+        EXPECT_EQ(status, 0);
+        EXPECT_GT(count, 20);
+    }
 }
 
 } // namespace

@@ -8,11 +8,10 @@ namespace glimra::desktop::addon {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
-class GameFinderTest : public ::testing::Test {
+class GameFinderTest : public testing::Test {
 protected:
     void makeFolder(const std::string& path) const { fs::create_directories(m_files.path(path)); }
     void makeFile(const std::string& path) const { m_files.addFile(path, "x"); }
@@ -36,33 +35,33 @@ protected:
 };
 
 TEST_F(GameFinderTest, FindsEveryClientInTheUsualPlacesOnce) {
-    const std::string game = "/drive_c/Program Files (x86)/World of Warcraft/";
-    makeFolder("home/.wine" + game + "_retail_/WTF");
-    makeFile("home/.wine" + game + "_classic_era_/WowClassic.EXE");
-    makeFolder("home/.wine" + game + "_classic_");
-    makeFolder("home/.wine" + game + "_ptr_/Interface");
-    makeFolder("home/Games/one/DRIVE_C/program files (x86)/world of warcraft/_Anniversary_/interface");
-    makeFile("home/Games/two" + game + "wow.exe");
-    makeFolder("home/Games/two" + game + "Interface");
-    makeFile("home/Games/three" + game + "Wow.exe");
+    const std::string game = "/drive_c/Program Files (x86)/World of Warcraft";
+    const std::vector<std::pair<std::string, std::string>> clients{
+        {"Retail", ".wine" + game + "/_retail_"},
+        {"Anniversary", "Games/one/DRIVE_C/program files (x86)/world of warcraft/_Anniversary_"},
+        {"Classic", "Faugus/a" + game + "/_classic_"},
+        {"Retail", ".local/share/bottles/bottles/b" + game + "/_retail_"},
+        {"Retail", ".var/app/com.usebottles.bottles/data/bottles/bottles/c" + game + "/_retail_"},
+        {"Retail", ".local/share/Steam/steamapps/compatdata/77/pfx" + game + "/_retail_"},
+        {"Classic Era", ".wine" + game + "/_classic_era_"},
+        {"Old client", "Games/two" + game},
+    };
+    std::vector<std::string> expected;
+    for (const auto& [name, folder] : clients) {
+        makeFolder("home/" + folder + (name == "Classic Era" ? "" : "/interface"));
+        expected.push_back(name + ": home/" + folder);
+    }
+    makeFile("home/.wine" + game + "/_classic_era_/WowClassic.EXE");
+    makeFile("home/Games/two" + game + "/wow.exe");
+    // No clients, or the same once more.
+    makeFolder("home/.wine" + game + "/_classic_");
+    makeFolder("home/.wine" + game + "/_ptr_/Interface");
+    makeFile("home/Games/three" + game + "/Wow.exe");
     makeFile("home/Games/readme");
-    makeFolder("home/Faugus/a" + game + "_classic_/Interface");
-    makeFolder("home/.local/share/bottles/bottles/b" + game + "_retail_/Interface");
-    makeFolder("home/.var/app/com.usebottles.bottles/data/bottles/bottles/c" + game + "_retail_/Interface");
-    makeFolder("home/.local/share/Steam/steamapps/compatdata/77/pfx" + game + "_retail_/Interface");
     makeFolder("home/.steam");
     fs::create_directory_symlink("../.local/share/Steam", m_files.path("home/.steam/steam"));
     fs::create_directory_symlink("loop", m_files.path("home/Games/loop"));
-    EXPECT_THAT(found(),
-                UnorderedElementsAre(
-                    "Retail: home/.wine" + game + "_retail_",
-                    "Classic Era: home/.wine" + game + "_classic_era_",
-                    "Anniversary: home/Games/one/DRIVE_C/program files (x86)/world of warcraft/_Anniversary_",
-                    "Old client: home/Games/two" + game.substr(0, game.size() - 1),
-                    "Classic: home/Faugus/a" + game + "_classic_",
-                    "Retail: home/.local/share/bottles/bottles/b" + game + "_retail_",
-                    "Retail: home/.var/app/com.usebottles.bottles/data/bottles/bottles/c" + game + "_retail_",
-                    "Retail: home/.local/share/Steam/steamapps/compatdata/77/pfx" + game + "_retail_"));
+    EXPECT_THAT(found(), testing::UnorderedElementsAreArray(expected));
     EXPECT_THAT(texts(findClients({"", {}, {}})), IsEmpty());
 }
 

@@ -4,69 +4,42 @@
 #include "support/script_folder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
-#include <vector>
+#include <map>
 
 #include <sys/stat.h>
 
 namespace glimra::desktop {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::Optional;
+/// What Exec values stand for as they stand in a file.
+const std::map<std::string, std::vector<std::string>> kExecs{
+    {R"(game "an argument" plain)", {"game", "an argument", "plain"}},
+    {R"(game "\\"q\\" \\`x\\` \\$HOME \\\\ \\n" "")", {"game", R"("q" `x` $HOME \ \n)", ""}},
+    {"game\\sa\\tb   c", {"game", "a", "b", "c"}},
+    {"game %U --name=%c %% %k", {"game", "--name=N %f", "%", "/a b.desktop"}},
+    {"game %i %d%n last", {"game", "--icon", "i c", "last"}},
+    {"env A=1 lutris lutris:rungameid/1", {"env", "A=1", "lutris", "lutris:rungameid/1"}},
+    {"bottles run -p 'The Game' -- %u", {"bottles", "run", "-p", "The Game", "--"}},
+    {R"(env WINEPREFIX="/home/u/.wine dir" wine C:\\\\users\\\\Start\\ Menu\\\\Game.lnk)",
+     {"env", "WINEPREFIX=/home/u/.wine dir", "wine", R"(C:\users\Start Menu\Game.lnk)"}},
+};
 
-using Words = std::vector<std::string>;
-
-/// The words of an Exec value as it stands in a file.
-std::optional<Words> wordsOf(const std::string& exec) {
-    const auto entry =
-        parseDesktopEntry("[Desktop Entry]\nType=Application\nName=N %f\nIcon=i c\nExec=" + exec + "\n");
-    return entry ? execArguments(*entry, "/a b.desktop") : std::nullopt;
-}
-
-TEST(ExecLineTest, FollowsTheStandardsQuotingRules) {
-    EXPECT_THAT(wordsOf(R"(game "an argument" plain)"),
-                Optional(ElementsAre("game", "an argument", "plain")));
-    EXPECT_THAT(wordsOf(R"(game "\\"q\\" \\`x\\` \\$HOME \\\\ \\n" "")"),
-                Optional(ElementsAre("game", R"("q" `x` $HOME \ \n)", "")));
-    EXPECT_THAT(wordsOf("game\\sa\\tb   c"), Optional(ElementsAre("game", "a", "b", "c")));
-}
-
-TEST(ExecLineTest, ExpandsFieldCodesWithoutFiles) {
-    EXPECT_THAT(wordsOf("game %U --name=%c %% %k"),
-                Optional(ElementsAre("game", "--name=N %f", "%", "/a b.desktop")));
-    EXPECT_THAT(wordsOf("game %i %d%n last"), Optional(ElementsAre("game", "--icon", "i c", "last")));
-}
-
-TEST(ExecLineTest, UnderstandsTheEntriesThatGamesComeWith) {
-    EXPECT_THAT(wordsOf("env LUTRIS_SKIP_INIT=1 lutris lutris:rungameid/1"),
-                Optional(ElementsAre("env", "LUTRIS_SKIP_INIT=1", "lutris", "lutris:rungameid/1")));
-    EXPECT_THAT(
-        wordsOf(R"(flatpak run --command=bottles-cli com.usebottles.bottles run -p 'The Game' -- %u)"),
-        Optional(ElementsAre("flatpak", "run", "--command=bottles-cli", "com.usebottles.bottles", "run", "-p",
-                             "The Game", "--")));
-    EXPECT_THAT(wordsOf(R"(env WINEPREFIX="/home/u/.wine dir" wine C:\\\\users\\\\Start\\ Menu\\\\Game.lnk)"),
-                Optional(ElementsAre("env", "WINEPREFIX=/home/u/.wine dir", "wine",
-                                     R"(C:\users\Start Menu\Game.lnk)")));
-}
-
-TEST(ExecLineTest, RefusesWhatIsBroken) {
-    for (const char* const exec : {"", "   ", "game \"open", "game 'open", "game \\\\", "game %", "game %z",
-                                   "\"\" game", "%f", "game \"\\\\\""})
-        EXPECT_EQ(wordsOf(exec), std::nullopt) << exec;
-}
-
-TEST(ExecLineTest, RefusesToGrowWithoutBound) {
-    std::string exec = "game ";
-    for (int i = 0; i < 50'000; ++i)
-        exec += "%c";
-    DesktopEntry entry;
-    entry.name = std::string(50'000, 'x');
-    entry.exec = exec;
-    EXPECT_EQ(execArguments(entry, ""), std::nullopt);
+TEST(ExecLineTest, FollowsTheStandard) {
+    const auto wordsOf = [](const std::string& exec) {
+        const auto entry =
+            parseDesktopEntry("[Desktop Entry]\nType=Application\nName=N %f\nIcon=i c\nExec=" + exec + "\n");
+        return execArguments(entry.value(), "/a b.desktop");
+    };
+    for (const auto& [exec, words] : kExecs)
+        EXPECT_EQ(wordsOf(exec), std::optional(words)) << exec;
+    for (const char* const broken : {"", "   ", "game \"open", "game 'open", "game \\\\", "game %", "game %z",
+                                     "\"\" game", "%f", "game \"\\\\\""})
+        EXPECT_EQ(wordsOf(broken), std::nullopt) << broken;
+    DesktopEntry huge;
+    huge.name = std::string(50'000, 'x');
+    huge.exec = "game %c%c%c%c";
+    EXPECT_EQ(execArguments(huge, ""), std::nullopt);
 }
 
 TEST(DesktopEntryTest, ReadsItsOwnGroupAlone) {
@@ -90,64 +63,52 @@ TEST(DesktopEntryTest, TakesNothingForAnApplicationThatIsNone) {
               std::nullopt);
 }
 
-class ApplicationFinderTest : public ::testing::Test {
+class ApplicationFinderTest : public testing::Test {
 protected:
     ApplicationFinderTest() {
-        for (const char* const program : {"one", "two", "three"})
+        for (const char* const program : {"one", "two", "three", "dir/start"})
             folder.addScript(program, "exit 0");
     }
     void addEntry(const std::string& file, const std::string& name, const std::string& rest) {
         folder.addFile(file, "[Desktop Entry]\nType=Application\nName=" + name + "\n" + rest + "\n");
     }
-    /// The program that the name stands for, empty for none.
-    std::string programFor(const std::string& name) {
-        const auto command =
-            findApplication(name, {folder.path("a"), folder.path("nothing"), folder.path("b")});
-        return command ? command->program : "";
+    std::optional<Command> find(const std::string& name) {
+        return findApplication(name, {folder.path("a"), folder.path("nothing"), folder.path("b")});
     }
+    /// The program that the name stands for, empty for none.
+    std::string programFor(const std::string& name) { return find(name).value_or(Command{}).program; }
 
-    glimra::tests::ScriptFolder folder;
+    tests::ScriptFolder folder;
 };
 
 TEST_F(ApplicationFinderTest, PrefersTheExactNameThenTheEarlierFolder) {
     addEntry("a/applications/1.desktop", "the GAME", "Exec=one");
     addEntry("b/applications/deep/er/2.desktop", "The Game", "Exec=two");
     addEntry("b/applications/3.desktop", "\xC3\x84PFEL", "Exec=three");
-    EXPECT_EQ(programFor("The Game"), "two");
-    EXPECT_EQ(programFor("THE GAME"), "one");
-    EXPECT_EQ(programFor("\xC3\xA4pfel"), "three");
-    EXPECT_EQ(programFor("The"), "");
-}
-
-TEST_F(ApplicationFinderTest, LetsAnEarlierEntryReplaceOrDeleteALaterOne) {
+    // An earlier entry replaces or deletes a later one.
     addEntry("a/applications/sub-1.desktop", "Another", "Exec=one");
-    addEntry("b/applications/sub/1.desktop", "Game", "Exec=two");
+    addEntry("b/applications/sub/1.desktop", "Replaced", "Exec=two");
     addEntry("a/applications/2.desktop", "Gone", "Exec=one\nHidden=true");
     addEntry("b/applications/2.desktop", "Gone", "Exec=two");
-    EXPECT_EQ(programFor("Game"), "");
-    EXPECT_EQ(programFor("Gone"), "");
-    EXPECT_EQ(programFor("Another"), "one");
+    const std::pair<std::string, std::string> programs[]{
+        {"The Game", "two"}, {"THE GAME", "one"}, {"\xC3\xA4pfel", "three"}, {"The", ""}, {"Another", "one"},
+        {"Replaced", ""},    {"Gone", ""}};
+    for (const auto& [name, program] : programs)
+        EXPECT_EQ(programFor(name), program) << name;
 }
 
 TEST_F(ApplicationFinderTest, PassesOverWhatCannotBeStarted) {
-    addEntry("a/applications/1.desktop", "Game", "Exec=one\nNoDisplay=true");
-    addEntry("a/applications/2.desktop", "Game", "Exec=one\nTerminal=true");
-    addEntry("a/applications/3.desktop", "Game", "Exec=one\nTryExec=nothing");
-    addEntry("a/applications/4.desktop", "Game", "Exec=nothing");
-    addEntry("a/applications/5.desktop", "Game", "Exec=one \"");
-    addEntry("a/applications/6.desktop", "Game", "TryExec=one");
-    addEntry("a/applications/7.desktop", "game", "Exec=two\nTryExec=one");
-    EXPECT_EQ(programFor("Game"), "two");
-}
-
-TEST_F(ApplicationFinderTest, RunsInTheEntrysFolder) {
-    folder.addScript("dir/start", "exit 0");
-    addEntry("a/applications/1.desktop", "Game", "Exec=./start --now\nPath=" + folder.path("dir"));
-    const auto command = findApplication("Game", {folder.path("a")});
+    int number = 0;
+    for (const char* const rest : {"Exec=one\nNoDisplay=true", "Exec=one\nTerminal=true",
+                                   "Exec=one\nTryExec=nothing", "Exec=nothing", "Exec=one \"", "TryExec=one"})
+        addEntry("a/applications/" + std::to_string(++number) + ".desktop", "Game", rest);
+    addEntry("a/applications/last.desktop", "game",
+             "Exec=./start --now\nTryExec=one\nPath=" + folder.path("dir"));
+    const auto command = find("Game");
     ASSERT_TRUE(command);
-    EXPECT_EQ(runToEnd(*command, std::chrono::seconds(10), {}), 0);
+    EXPECT_EQ(runToEnd(*command, std::chrono::seconds(30), {}), 0);
     EXPECT_EQ(command->workingDirectory, folder.path("dir"));
-    EXPECT_THAT(command->arguments, ElementsAre("--now"));
+    EXPECT_THAT(command->arguments, testing::ElementsAre("--now"));
 }
 
 TEST_F(ApplicationFinderTest, IsNotLedAstray) {

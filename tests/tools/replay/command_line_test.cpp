@@ -1,12 +1,8 @@
+#include "support/shell.h"
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <string>
 
 namespace {
 
@@ -15,26 +11,14 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-struct Outcome {
-    int status;
-    std::string output;
-};
-
 /// Runs the program with a script on its standard input. What it writes on standard error counts only where
 /// `arguments` say so.
-Outcome run(const std::string& script, const std::string& arguments) {
-    const std::string command = "printf '" + script + "' | " GLIMRA_REPLAY " " + arguments;
-    std::FILE* const pipe = popen(command.c_str(), "r");
-    Outcome outcome{-1, {}};
-    std::array<char, 4096> buffer{};
-    for (std::size_t size = 0; (size = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        outcome.output.append(buffer.data(), size);
-    outcome.status = WEXITSTATUS(pclose(pipe));
-    return outcome;
+glimra::tests::Outcome run(const std::string& script, const std::string& arguments) {
+    return glimra::tests::runShell("printf '" + script + "' | " GLIMRA_REPLAY " " + arguments);
 }
 
 TEST(ReplayCommandLineTest, RunsNothingOfAScriptWithAnError) {
-    const Outcome outcome = run("start\nfly", "- 2>/dev/null");
+    const auto outcome = run("start\nfly", "- 2>/dev/null");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_THAT(outcome.output, IsEmpty());
     EXPECT_EQ(run("start\nfly", "- 2>&1").output, "-:2: unknown command \"fly\"\n");
@@ -55,7 +39,7 @@ TEST(ReplayCommandLineTest, SeedDecidesWhatIsRandom) {
 
 TEST(ReplayCommandLineTest, DrawsTheKeyboardAsItIsBeforeItIsHandedBack) {
     const std::string lit = "start\nfront \"com.blizzard.worldofwarcraft\"\nwait 1\n";
-    const Outcome outcome = run(lit + "quit", "--only quit --keyboard -");
+    const auto outcome = run(lit + "quit", "--only quit --keyboard -");
     EXPECT_THAT(outcome.output, HasSubstr("\x1b[48;2;255;255;0m\x1b[38;2;0;0;0mEsc\x1b[0m"));
     EXPECT_THAT(outcome.output, EndsWith(run(lit, "--only quit --keyboard -").output));
 }

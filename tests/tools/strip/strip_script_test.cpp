@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace glimra::tools {
 namespace {
 
@@ -25,7 +27,7 @@ TEST(StripScript, TokensAreWrittenPlainlyOrWithEscapes) {
         ElementsAre(Token{'[', ']'}, Token{'`', '['}, Token{'{', '\x7f'}, Token{'[', 'A'}, Token{'}', '\\'}));
 }
 
-std::string errorOf(std::span<const std::string> words) {
+std::string errorOf(const std::vector<std::string>& words) {
     try {
         parseCommand(words);
         return "";
@@ -42,44 +44,25 @@ std::vector<std::string> frameCommand(std::size_t colors, const std::string& las
 }
 
 TEST(StripScript, WhatCannotBeUnderstoodIsSaidInOnePrintableLine) {
-    const std::string nul("a\0b", 3);
-    const std::vector<std::vector<std::string>> bad = {
-        {"send"},
-        {"send", ""},
-        {"send", "CC"},
-        {"send", "C", "abc"},
-        {"send", "\\"},
-        {"send", "\\x4"},
-        {"send", "\\x+4"},
-        {"send", "\\n"},
-        {"send", "\\x80"},
-        {"send", "\xc3\xa4"},
-        {"send", "`\xff"},
-        {"send", "{\\0"},
-        {"send", nul},
-        {"send", std::string(100'000, '\n')},
-        frameCommand(10, "ff0000"),
-        frameCommand(12, "ff0000"),
-        frameCommand(11, "0xff00"),
-        frameCommand(11, "-f0000"),
-        frameCommand(11, "ff00000"),
-        {"wait"},
-        {"wait", "-1"},
-        {"wait", "3600001"},
-        {"wait", "99999999999999999999"},
-        {"wait", "1s"},
-        {"calibrate", "now"},
-        {"off", ""},
-        {""},
-        {"\x1b[2J"},
-        {nul},
-    };
+    using Words = std::vector<std::string>;
+    std::vector<Words> bad{{""},        {"\x1b[2J"}, {"send"}, {"send", "C", "abc"}, {"calibrate", "now"},
+                           {"off", ""}, {"wait"}};
+    bad.push_back(frameCommand(10, "ff0000"));
+    bad.push_back(frameCommand(12, "ff0000"));
+    bad.push_back({"send", std::string(100'000, '\n')});
+    bad.push_back({"send", std::string("a\0b", 3)});
+    for (const std::string token :
+         {"", "CC", "\\", "\\x4", "\\x+4", "\\n", "\\x80", "\xc3\xa4", "`\xff", "{\\0"})
+        bad.push_back({"send", token});
+    for (const char* const color : {"0xff00", "-f0000", "ff00000"})
+        bad.push_back(frameCommand(11, color));
+    for (const char* const time : {"-1", "3600001", "99999999999999999999", "1s"})
+        bad.push_back({"wait", time});
     for (const auto& words : bad) {
         const std::string error = errorOf(words);
         EXPECT_FALSE(error.empty()) << testing::PrintToString(words);
         EXPECT_LT(error.size(), 300U);
-        for (const char c : error)
-            EXPECT_TRUE(c >= ' ' && c <= '~') << error;
+        EXPECT_TRUE(std::ranges::all_of(error, [](char c) { return c >= ' ' && c <= '~'; })) << error;
     }
     EXPECT_EQ(errorOf(frameCommand(11, "00ffAA")), "");
 }
