@@ -52,6 +52,7 @@ void AppDelegate::applicationWillTerminate() {
     m_platform.processActivity.get().end(kActivityReason);
     m_platform.windowSystem.get().saveFrame(kFrameName);
     m_platform.ledDriver.get().LogiLedShutdown();
+    m_state.log.hasEnded = true;
 }
 
 void AppDelegate::logVersions() {

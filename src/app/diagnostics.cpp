@@ -3,20 +3,22 @@
 namespace glimra::app {
 
 void Diagnostics::toggleDebugMode() {
-    m.logState.debugMode = !m.logState.debugMode;
-    m.debugMenuItem.on.set(m.logState.debugMode);
-    if (m.logState.debugMode) {
-        m.log.appendLog("Debug mode active.\n");
-        m.log.appendLog("The scanRect is " + screenlink::rectText(m.geometry.copy().myScanRect) + "\n");
+    m_parts.logState.debugMode = !m_parts.logState.debugMode;
+    m_parts.debugMenuItem.on.set(m_parts.logState.debugMode);
+    if (m_parts.logState.debugMode) {
+        m_parts.reader.debugModeBegins();
+        m_parts.log.appendLog("Debug mode active.\n");
+        m_parts.log.appendLog("The scanRect is " + screenlink::rectText(m_parts.geometry.copy().myScanRect) +
+                              "\n");
     } else {
-        m.log.appendLog("Debug mode off.\n");
+        m_parts.log.appendLog("Debug mode off.\n");
     }
 }
 
 void Diagnostics::showTestPattern() {
-    m.log.appendLog("Showing test pattern on the keyboard.\n");
-    m.queue.appendToMessageQueue("H");
-    m.messages.confirmCalibrate = true;
+    m_parts.log.appendLog("Showing test pattern on the keyboard.\n");
+    m_parts.queue.appendToMessageQueue("H");
+    m_parts.messages.confirmCalibrate = true;
 }
 
 } // namespace glimra::app

@@ -2,6 +2,7 @@
 
 #include "app/message_log.h"
 #include "screenlink/message_queue.h"
+#include "screenlink/screen_reader.h"
 #include "screenlink/strip_geometry.h"
 
 namespace glimra::app {
@@ -17,15 +18,16 @@ public:
         LogState& logState;
         events::MessageState& messages;
         const screenlink::SharedStripGeometry& geometry;
+        screenlink::ScreenReader& reader;
     };
 
-    explicit Diagnostics(const Parts& parts) : m(parts) {}
+    explicit Diagnostics(const Parts& parts) : m_parts(parts) {}
 
     void toggleDebugMode();
     void showTestPattern();
 
 private:
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::app

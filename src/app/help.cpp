@@ -3,32 +3,33 @@
 namespace glimra::app {
 
 void Help::loadHelpText() {
-    m.outlets.helpTextView.text.set(m.bundle.helpText);
+    m_parts.outlets.helpTextView.text.set(m_parts.bundle.helpText);
 }
 
 void Help::aboutMenuItem() {
-    m.outlets.aboutVersionLabel.text.set("Version " + m.bundle.shortVersion + " (" + m.bundle.version + ")");
-    m.outlets.aboutCopyLabel.text.set(m.bundle.copyright);
-    m.outlets.aboutLinkLabel.text.set(m.bundle.homePage);
-    m.outlets.aboutWindow.bringToFront();
+    m_parts.outlets.aboutVersionLabel.text.set("Version " + m_parts.bundle.shortVersion + " (" +
+                                               m_parts.bundle.version + ")");
+    m_parts.outlets.aboutCopyLabel.text.set(m_parts.bundle.copyright);
+    m_parts.outlets.aboutLinkLabel.text.set(m_parts.bundle.homePage);
+    m_parts.outlets.aboutWindow.bringToFront();
 }
 
 void Help::openHomePage() {
-    m.workspace.openUrl(m.bundle.homePage);
+    m_parts.workspace.openUrl(m_parts.bundle.homePage);
 }
 
 void Help::openDownloadsPage() {
-    m.workspace.openUrl(m.bundle.downloadPage);
+    m_parts.workspace.openUrl(m_parts.bundle.downloadPage);
 }
 
 void Help::helpMenuItem() {
-    m.outlets.helpWindow.bringToFront();
-    m.messages.confirmCalibrate = true;
+    m_parts.outlets.helpWindow.bringToFront();
+    m_parts.messages.confirmCalibrate = true;
 }
 
 void Help::myBtnClicked() {
-    m.runLoop.post([this] { m.outlets.helpWindow.bringToFront(); });
-    m.messages.confirmCalibrate = true;
+    m_parts.runLoop.post([this] { m_parts.outlets.helpWindow.bringToFront(); });
+    m_parts.messages.confirmCalibrate = true;
 }
 
 } // namespace glimra::app

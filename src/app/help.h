@@ -19,7 +19,7 @@ public:
         events::MessageState& messages;
     };
 
-    explicit Help(const Parts& parts) : m(parts) {}
+    explicit Help(const Parts& parts) : m_parts(parts) {}
 
     /// Fills the help window.
     void loadHelpText();
@@ -33,7 +33,7 @@ public:
     void myBtnClicked();
 
 private:
-    Parts m;
+    Parts m_parts;
 };
 
 } // namespace glimra::app

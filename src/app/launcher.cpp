@@ -30,13 +30,7 @@ std::array<platform::MenuItem*, 4> autorunItems(Outlets& outlets) {
 } // namespace
 
 std::string activationScript(std::string_view name) {
-    std::string script = "-e tell application \"";
-    for (const char c : name) {
-        if (c == '"' || c == '\\')
-            script += '\\';
-        script += c;
-    }
-    return script + "\" to activate";
+    return "-e tell application \"" + std::string(name) + "\" to activate";
 }
 
 LauncherState savedApplicationNames(const platform::SettingsReader& reader) {
@@ -93,10 +87,16 @@ void Launcher::launchApp(std::string LauncherState::*application) {
 }
 
 void Launcher::editGameNames() {
-    m_parts.windows.runModal(m_parts.outlets.launchOptionWindow);
+    const int answer = m_parts.windows.runModal(m_parts.outlets.launchOptionWindow);
     for (const NameRow& row : kNames) {
-        m_parts.names.*row.name = (m_parts.outlets.*row.field).text.get();
-        m_parts.defaults.set(row.setting.key, m_parts.names.*row.name);
+        std::string& name = m_parts.names.*row.name;
+        platform::TextField& field = m_parts.outlets.*row.field;
+        if (answer == platform::kModalClosed) {
+            field.text.set(name);
+            continue;
+        }
+        name = field.text.get();
+        m_parts.defaults.set(row.setting.key, name);
     }
     m_parts.closer.close(m_parts.outlets.launchOptionWindow);
 }

@@ -20,7 +20,8 @@ void MessageLog::tell(std::string_view line) {
 }
 
 void MessageLog::insertText(std::string_view text) {
-    m_view.insertAtSelection(text);
+    if (!m_state.hasEnded)
+        m_view.insertAtSelection(text);
 }
 
 } // namespace glimra::app

@@ -10,6 +10,8 @@ struct LogState {
     bool debugMode = false;
     /// Nothing is written while set.
     bool updatePause = false;
+    /// The application has ended: nothing is written any more.
+    bool hasEnded = false;
 };
 
 /// The log of the run: a text that is written at its selection, so that lines gather at the end unless the

@@ -38,9 +38,10 @@ Operations::Operations(const platform::Platform& platform, Outlets& outlets, Sta
       launcher({platform.windowSystem, platform.userDefaults, platform.systemLog, platform.childProcesses,
                 platform.modifiers, log, outlets, windowCloser, state.launcher}),
       help({platform.runLoop, platform.workspace, platform.bundle, outlets, state.messages}),
-      diagnostics({log, messageQueue, outlets.debugMenuItem, state.log, state.messages, state.stripGeometry}),
       screenReader(platform.readerCapture, platform.runLoop, log, platform.application, messageQueue,
                    state.stripGeometry, state.readerFlags),
+      diagnostics({log, messageQueue, outlets.debugMenuItem, state.log, state.messages, state.stripGeometry,
+                   screenReader}),
       staleEffects({platform.runLoop, platform.userDefaults, platform.systemLog, screenReader, messagePump,
                     platform.ledDriver, log, outlets.keyboardCanvas, effects, lighting, state.lighting,
                     state.profile, state.effects, state.options}) {

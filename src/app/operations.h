@@ -53,8 +53,8 @@ struct Operations {
     ProfileTransfer profileTransfer;
     Launcher launcher;
     Help help;
-    Diagnostics diagnostics;
     screenlink::ScreenReader screenReader;
+    Diagnostics diagnostics;
     screenlink::StaleEffects staleEffects;
 };
 

@@ -6,6 +6,9 @@
 
 #include <string>
 
+#include <filesystem>
+#include <system_error>
+
 namespace glimra::app {
 
 namespace {
@@ -43,6 +46,9 @@ std::string_view message(ImportResult result) {
         return "Error: Unable to access that file or folder.\n";
     case ImportResult::Cancelled:
         return "Import cancelled.\n";
+    case ImportResult::NoSafetyCopy:
+        return "Error: Unable to keep a copy of your present profiles, so nothing was imported. Is the disk "
+               "full?\n";
     }
     return {};
 }
@@ -120,7 +126,7 @@ ImportResult ProfileTransfer::importColorProfiles() {
     if (!content)
         return ImportResult::NotAProfileFile;
     if (!keepProfilesAsTheyWere())
-        return ImportResult::NotReadable;
+        return ImportResult::NoSafetyCopy;
     storeProfiles(*content);
     return ImportResult::Success;
 }
@@ -128,11 +134,21 @@ ImportResult ProfileTransfer::importColorProfiles() {
 bool ProfileTransfer::keepProfilesAsTheyWere() {
     if (m_parts.settingsFolder.empty())
         return true;
-    const std::string error = platform::writeWholeFile(
-        m_parts.settingsFolder + "/" + std::string(kBackupName), storedProfiles().bytes());
-    if (!error.empty())
-        m_parts.systemLog.write("Glimra data write error: " + error);
-    return error.empty();
+    // Written beside its place: what an earlier import has kept stays whole whatever becomes of this one.
+    const std::filesystem::path folder = m_parts.settingsFolder;
+    const std::filesystem::path fresh = folder / (std::string(kBackupName) + ".new");
+    std::string error = platform::writeWholeFile(fresh.string(), storedProfiles().bytes());
+    std::error_code renaming;
+    if (error.empty())
+        std::filesystem::rename(fresh, folder / kBackupName, renaming);
+    if (renaming)
+        error = renaming.message();
+    if (error.empty())
+        return true;
+    std::error_code ignored;
+    std::filesystem::remove(fresh, ignored);
+    m_parts.systemLog.write("Glimra data write error: " + error);
+    return false;
 }
 
 void ProfileTransfer::storeProfiles(const profiles::ProfileFileContent& content) {

@@ -23,6 +23,8 @@ enum class ImportResult {
     NotAProfileFile = 1,
     NotReadable = 2,
     Cancelled = 3,
+    /// The profiles as they were could not be kept, so nothing was changed.
+    NoSafetyCopy = 4,
 };
 
 /// Carries all profiles to a file and back. A file that is not valid leaves the settings as they are. Main

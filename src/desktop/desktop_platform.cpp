@@ -6,9 +6,33 @@
 #include "desktop/x11/raise_window.h"
 #include "platform/settings.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace glimra::desktop {
+
+namespace {
+
+/// The vendor's library, as far as it is known before anything is started.
+std::string ledFramework(const std::vector<std::filesystem::path>& libraries) {
+    const auto isThere = [](const std::filesystem::path& library) {
+        std::error_code error;
+        return std::filesystem::exists(library, error);
+    };
+    const auto found = std::ranges::find_if(libraries, isThere);
+    return found == libraries.end() ? "none (only the driver sdk needs it)" : found->filename().string();
+}
+
+/// The display that is meant where no other is named.
+std::string displayName(const Options& options) {
+    const char* const ours = std::getenv("DISPLAY");
+    return options.captureDisplay.empty() && ours != nullptr ? ours : options.captureDisplay;
+}
+
+} // namespace
 
 DesktopPlatform::DesktopPlatform(const Options& options)
     : settings(settingsPath(options), systemLog),
@@ -21,8 +45,11 @@ DesktopPlatform::DesktopPlatform(const Options& options)
       workspace(options.captureDisplay, power, [this] { keyboard.resendAll(); }),
       childProcesses(
           voice,
-          [display = options.captureDisplay](const std::string& name) { return raiseWindow(display, name); },
+          [display = displayName(options)](const std::string& name) { return raiseWindow(display, name); },
           [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }) {
+    m_bundle = app::builtBundle();
+    m_bundle.ledFrameworkVersion =
+        ledFramework(keyboardOptions(options, {settings, systemLog}).drivers.sdkLibraries);
     using namespace platform::settings;
     if (!settings.get(kEndStaleEffects.key))
         settings.set(kEndStaleEffects.key, kEndStaleEffectsAtFirst);
@@ -49,7 +76,7 @@ platform::Platform DesktopPlatform::platform() {
             .systemLog = systemLog,
             .processActivity = power.processActivity(),
             .modifiers = modifiers,
-            .bundle = app::builtBundle(),
+            .bundle = m_bundle,
             .settingsFolder = settings.folder().toStdString()};
 }
 

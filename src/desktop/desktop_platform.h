@@ -63,6 +63,7 @@ struct DesktopPlatform {
 private:
     void sayCaptureWay();
 
+    platform::Bundle m_bundle;
     std::function<void(std::string_view)> m_sayCaptureWay;
     std::string_view m_saidOfCapture;
 };

@@ -26,18 +26,22 @@ public:
         m_nameOfWindow = trace::windowNames(delegate.outlets());
         trace::traceOutlets(delegate.outlets(), m_writer);
     }
-    void ended() override { m_writer.quit(); }
+    void ended() override {
+        m_writer.quit();
+        m_isOver = true;
+    }
 
 private:
     void append(std::string_view line) {
-        if (m_isBroken || m_file.append(line))
+        if (m_isOver || m_file.append(line))
             return;
-        m_isBroken = true;
+        m_isOver = true;
         std::fprintf(stderr, "glimra: can't write %s; the trace ends here\n", m_file.path().c_str());
     }
 
     OutputFile m_file;
-    bool m_isBroken = false;
+    /// Nothing more is written: the run has ended, or the file is broken.
+    bool m_isOver = false;
     trace::TraceWriter m_writer;
     /// Empty until the windows exist.
     trace::TracedWindowSystem::WindowName m_nameOfWindow;

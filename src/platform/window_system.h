@@ -27,6 +27,9 @@ struct OpenPanel {
     std::string fileExtension;
 };
 
+/// What a modal session returns when its window is closed without an answer, or the program ends.
+inline constexpr int kModalClosed = -1;
+
 /// Window operations other than showing and hiding. Main thread only.
 class WindowSystem {
 public:
@@ -36,8 +39,8 @@ public:
     virtual void restoreFrame(std::string_view frameName) = 0;
     virtual void saveFrame(std::string_view frameName) = 0;
 
-    /// Shows a window modally until `stopModal` is called. Returns the code given there, or 0 when the window
-    /// was closed in another way. The caller hides the window afterwards.
+    /// Shows a window modally until `stopModal` is called. Returns the code given there, or
+    /// `kModalClosed`. The caller hides the window afterwards.
     virtual int runModal(Window& window) = 0;
     /// Ends the innermost modal session; does nothing when there is none.
     virtual void stopModal(int code) = 0;

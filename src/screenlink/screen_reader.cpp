@@ -28,7 +28,11 @@ void ScreenReader::recordColorsThread(platform::WorkerLoop& thread) {
 }
 
 void ScreenReader::pass() {
-    if (!m_flags.suspendScreenReads)
+    if (m_flags.suspendScreenReads)
+        // What the display server sends meanwhile must be taken, or it piles up for as long as the machine is
+        // on.
+        static_cast<void>(m_capture.activeDisplayCount());
+    else
         recordColors();
 }
 
@@ -78,9 +82,8 @@ void ScreenReader::reportMissingDisplay() {
 }
 
 void ScreenReader::reportMissingImage() {
-    if (m_reportedMissingImage)
+    if (m_reportedMissingImage.exchange(true))
         return;
-    m_reportedMissingImage = true;
     m_runLoop.post([this] { m_log.appendDebugLog("recordColors: No image of the whole strip.\n"); });
 }
 

@@ -34,6 +34,9 @@ public:
     /// pending request to terminate. Main thread.
     void recordColorsThread(platform::WorkerLoop& thread);
 
+    /// Debug lines were not wanted until now: what has been told in vain is told again.
+    void debugModeBegins() { m_reportedMissingImage = false; }
+
     /// How many frames that look like the add-on's were read so far. Any thread.
     std::uint64_t validFrames() const { return m_validFrames; }
 
@@ -59,8 +62,8 @@ private:
     std::atomic<std::uint64_t> m_validFrames = 0;
     /// The log already says that there is no display. Set on the main thread, cleared on the reader's.
     std::atomic<bool> showedDisplayErrorMsg = false;
-    /// The log already says that there is no image. Reader's thread.
-    bool m_reportedMissingImage = false;
+    /// The log was told that there is no image. Any thread.
+    std::atomic<bool> m_reportedMissingImage = false;
 };
 
 } // namespace glimra::screenlink

@@ -13,6 +13,8 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <sstream>
 
 namespace glimra {
 namespace {
@@ -143,6 +145,42 @@ TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
     const Result wrong = run(program + "--install-addon /usr 2>&1");
     EXPECT_EQ(wrong.status, 1);
     EXPECT_THAT(wrong.output, HasSubstr("\"/usr\" is no folder of World of Warcraft"));
+}
+
+TEST_F(ProgramTest, WhateverEndsItTheKeyboardIsHandedBack) {
+    using End = std::function<void(XvfbServer&, const ChildProcess&)>;
+    const auto signal = [](int number) {
+        return [number](XvfbServer&, const ChildProcess& program) { program.signal(number); };
+    };
+    const std::vector<std::pair<int, End>> ends{
+        {0, signal(SIGTERM)},
+        {0, signal(SIGHUP)},
+        {1, [](XvfbServer& server, const ChildProcess&) { server.kill(); }},
+    };
+    for (const auto& [status, end] : ends) {
+        XvfbServer server;
+        // As a session manager starts it again.
+        ChildProcess program("env",
+                             {"env", "-u", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS=", GLIMRA_PROGRAM,
+                              "-session", "glimra_1", "--keyboard", "virtual", "--settings",
+                              file("settings.ini"), "--trace", file("trace")},
+                             server.display());
+        ASSERT_TRUE(
+            eventually([&] { return contentOf(file("trace")).find("mainWindow") != std::string::npos; }));
+        end(server, program);
+        EXPECT_EQ(program.wait(), status);
+        const std::string trace = contentOf(file("trace"));
+        std::vector<std::string> last;
+        std::istringstream lines(trace);
+        for (std::string line; std::getline(lines, line);)
+            last.push_back(json::parse(line)["kind"]);
+        EXPECT_THAT(std::vector(last.end() - 4, last.end()),
+                    ::testing::ElementsAre("activity", "frame", "led", "quit"))
+            << trace;
+        EXPECT_THAT(contentOf(file("settings.ini")), HasSubstr("windowPosition"));
+        std::filesystem::remove(file("trace"));
+        std::filesystem::remove(file("settings.ini"));
+    }
 }
 
 TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {

@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 #include "desktop/desktop_platform.h"
+#include "desktop/loop/quit_requests.h"
 #include "support/fake_driver.h"
 
 #include <gtest/gtest.h>
@@ -156,8 +157,16 @@ TEST_F(QuitTest, IsAnsweredUnderAQuestionInTheMiddleOfAnAnimation) {
         return sinceQuestion.isValid() && sinceQuestion.elapsed() > 500;
     };
     EXPECT_LT(quitWhen(isLongAsked), kAnswerLimit);
-    EXPECT_EQ(code, 0) << "no answer";
+    EXPECT_EQ(code, platform::kModalClosed);
     expectLetGo();
+}
+
+TEST(QuitRequests, TheEndOfTheSessionIsARequestLikeAnyOther) {
+    int requests = 0;
+    const QuitRequests all([&] { ++requests; });
+    QEvent quit(QEvent::Quit);
+    EXPECT_TRUE(QCoreApplication::sendEvent(QCoreApplication::instance(), &quit));
+    EXPECT_EQ(requests, 1);
 }
 
 } // namespace

@@ -7,17 +7,6 @@ namespace {
 constexpr std::string_view kBefore = "-e tell application \"";
 constexpr std::string_view kAfter = "\" to activate";
 
-/// None when the text is not the content of a single quoted string.
-std::optional<std::string> unescaped(std::string_view text) {
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '"' || (text[i] == '\\' && ++i == text.size()))
-            return std::nullopt;
-        plain += text[i];
-    }
-    return plain;
-}
-
 } // namespace
 
 std::optional<std::string> activatedApplication(std::string_view argument) {
@@ -26,7 +15,7 @@ std::optional<std::string> activatedApplication(std::string_view argument) {
         return std::nullopt;
     argument.remove_prefix(kBefore.size());
     argument.remove_suffix(kAfter.size());
-    return unescaped(argument);
+    return std::string(argument);
 }
 
 } // namespace glimra::desktop

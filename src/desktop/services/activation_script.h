@@ -6,8 +6,8 @@
 
 namespace glimra::desktop {
 
-/// The application's name, unescaped, from the script argument that activates an application (-e tell
-/// application "NAME" to activate); none when the argument is anything else.
+/// The application's name, as it stands there, from the script argument that activates an application (-e
+/// tell application "NAME" to activate); none when the argument is anything else.
 std::optional<std::string> activatedApplication(std::string_view argument);
 
 } // namespace glimra::desktop

@@ -49,9 +49,9 @@ void LinuxCommands::activate(const std::string& argument) {
     if (name->empty())
         return m_tell(std::string("There is nothing to launch: the application has no name. ") +
                       kWhereNamesAre);
-    if (m_raiseWindow(*name))
-        return;
     m_launches.post([this, name = *name](const std::stop_token&) {
+        if (m_raiseWindow(name))
+            return;
         const std::optional<Command> command = findApplication(name, dataFolders());
         if (!command)
             m_tell("There is no application \"" + name + "\" on this machine. " + kWhereNamesAre);

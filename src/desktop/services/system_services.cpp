@@ -1,5 +1,6 @@
 #include "desktop/services/system_services.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 
 #include <string>
@@ -18,8 +19,28 @@ std::uint32_t RandomNumbers::uniform(std::uint32_t upperBound) {
     return std::uniform_int_distribution<std::uint32_t>(0, upperBound - 1)(m_engine);
 }
 
+Modifiers::Modifiers() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
 bool Modifiers::optionKeyIsDown() const {
-    return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::AltModifier);
+    return m_lastInputWasMouse && QGuiApplication::queryKeyboardModifiers().testFlag(Qt::AltModifier);
+}
+
+bool Modifiers::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+        m_lastInputWasMouse = true;
+        break;
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+        m_lastInputWasMouse = false;
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 } // namespace glimra::desktop

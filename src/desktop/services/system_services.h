@@ -2,6 +2,8 @@
 
 #include "platform/system_services.h"
 
+#include <QObject>
+
 #include <random>
 
 namespace glimra::desktop {
@@ -20,10 +22,18 @@ private:
     std::mt19937 m_engine{std::random_device{}()};
 };
 
-class Modifiers final : public platform::Modifiers {
+class Modifiers final : public QObject, public platform::Modifiers {
 public:
-    /// The Alt key.
+    /// After the application object.
+    Modifiers();
+
+    /// The Alt key, held at a click. In a shortcut, where the menus and buttons have it too, it has no
+    /// meaning of its own.
     bool optionKeyIsDown() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool m_lastInputWasMouse = false;
 };
 
 } // namespace glimra::desktop

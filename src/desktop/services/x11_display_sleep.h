@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/services/display_sleep.h"
+#include "desktop/x11/connection.h"
 
 #include <QBasicTimer>
 #include <QObject>
@@ -10,8 +11,6 @@
 #include <optional>
 #include <string>
 
-#include <xcb/xcb.h>
-
 namespace glimra::desktop {
 
 /// The sleep of the displays as an X server reports it, on a connection of its own. The screen saver
@@ -19,7 +18,8 @@ namespace glimra::desktop {
 /// support, so it is polled now and then. Without these extensions the displays count as awake.
 class X11DisplaySleep final : public QObject, public DisplaySleep {
 public:
-    /// An empty name means $DISPLAY. Without a server it reports nothing.
+    /// An empty name means $DISPLAY. Without a server, or where
+    /// none answers within a second, it reports nothing.
     explicit X11DisplaySleep(const std::string& displayName = {});
 
     void observe(Teller tell) override;
@@ -28,10 +28,6 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
-
     void watchScreenSaver();
     void watchDisplayPower();
     void askForDisplayPower();
@@ -39,11 +35,8 @@ private:
     void read();
     void readEvents();
     void giveUp();
-    bool isLost() const { return xcb_connection_has_error(m_connection.get()) != 0; }
-    xcb_window_t root() const;
-
-    int m_screenNumber = 0;
-    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
+    /// Null where no server answered when it was asked.
+    std::unique_ptr<Connection> m_connection;
     /// The response type of the screen saver's event; 0, which no event has, when the extension is missing.
     std::uint8_t m_screenSaverEvent = 0;
     /// The request for the displays' power state that has not been answered yet.

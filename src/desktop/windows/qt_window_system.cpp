@@ -89,11 +89,13 @@ void QtWindowSystem::restoreFrame(std::string_view frameName) {
     const QRect frame = stored ? frameFrom(*stored) : QRect();
     if (!m_mainWindow || frame.isEmpty())
         return;
-    m_mainWindow->resize(frame.size());
-    // The screen that it was on may be gone.
     const QPoint grip = frame.topLeft() + kGrip;
     const QScreen* const screen = QGuiApplication::screenAt(grip);
-    if (screen != nullptr && screen->availableGeometry().contains(grip))
+    // The screen that it was on may be gone.
+    const bool isReachable = screen != nullptr && screen->availableGeometry().contains(grip);
+    const QScreen& limit = isReachable ? *screen : *m_mainWindow->screen();
+    m_mainWindow->resize(frame.size().boundedTo(limit.availableSize()));
+    if (isReachable)
         m_mainWindow->move(frame.topLeft());
 }
 
@@ -123,10 +125,15 @@ int QtWindowSystem::runModal(platform::Window& window) {
 }
 
 void QtWindowSystem::stopModal(int code) {
-    if (m_sessions.empty())
+    if (m_sessions.empty() || m_sessions.back()->isAnswered)
         return;
-    m_sessions.back()->code = code;
-    m_sessions.back()->loop.quit();
+    ModalSession& session = *m_sessions.back();
+    session.isAnswered = true;
+    session.code = code;
+    // At once: what the session interrupted may take its time before the caller can hide it.
+    if (QWidget* const widget = m_widgets[&session.window])
+        widget->hide();
+    session.loop.quit();
 }
 
 std::optional<std::string> QtWindowSystem::runSavePanel(const platform::SavePanel& panel) {

@@ -46,7 +46,8 @@ private:
 
         platform::Window& window;
         QEventLoop loop;
-        int code = 0;
+        int code = platform::kModalClosed;
+        bool isAnswered = false;
     };
 
     platform::UserDefaults& m_userDefaults;

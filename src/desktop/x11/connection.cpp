@@ -29,7 +29,7 @@ bool waitUntilReadable(int fileDescriptor, Clock::time_point deadline) {
 
 } // namespace
 
-std::unique_ptr<Connection> Connection::open(const std::string& displayName) {
+std::unique_ptr<Connection> Connection::open(const std::string& displayName, Prepare prepare) {
     int screenNumber = 0;
     std::unique_ptr<Connection> connection(
         new Connection(xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber)));
@@ -39,6 +39,8 @@ std::unique_ptr<Connection> Connection::open(const std::string& displayName) {
     // When a program first uses an extension, xcb queries it and waits without a limit. So it is done here;
     // later the answer is cached.
     xcb_get_extension_data(connection->xcb(), &xcb_randr_id);
+    if (prepare != nullptr)
+        prepare(connection->xcb());
     if (connection->m_screen == nullptr || connection->isLost())
         return nullptr;
     return connection;

@@ -27,9 +27,11 @@ inline constexpr platform::Duration kReplyPatience = std::chrono::milliseconds(5
 /// A connection of our own to an X server, on which no wait is unlimited. One thread at a time.
 class Connection {
 public:
+    /// Asks about the extensions that the owner will use.
+    using Prepare = void (*)(xcb_connection_t*);
     /// Connects and prepares what later requests need; null when the server cannot be reached. Only this
     /// function waits for the server without a limit; see `Connector`.
-    static std::unique_ptr<Connection> open(const std::string& displayName);
+    static std::unique_ptr<Connection> open(const std::string& displayName, Prepare prepare = nullptr);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

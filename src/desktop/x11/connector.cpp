@@ -20,8 +20,9 @@ constexpr platform::Duration kLookPause = 100ms;
 
 } // namespace
 
-Connector::Connector(std::string displayName)
+Connector::Connector(std::string displayName, Connection::Prepare prepare)
     : m_displayName(std::move(displayName)),
+      m_prepare(prepare),
       m_pause(kShortestPause) {
     // Read here, on the owner's thread: the attempts must not read the environment while it may change.
     if (m_displayName.empty())
@@ -63,8 +64,8 @@ void Connector::startAttempt() {
     std::promise<std::unique_ptr<Connection>> promise;
     m_attempt = promise.get_future();
     try {
-        std::thread([name = m_displayName, result = std::move(promise)]() mutable {
-            result.set_value(Connection::open(name));
+        std::thread([name = m_displayName, prepare = m_prepare, result = std::move(promise)]() mutable {
+            result.set_value(Connection::open(name, prepare));
         }).detach();
     } catch (const std::system_error&) {
         // No thread could be started; the next attempt may succeed.

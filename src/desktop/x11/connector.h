@@ -11,7 +11,7 @@ namespace glimra::desktop {
 class Connector {
 public:
     /// An empty name means $DISPLAY.
-    explicit Connector(std::string displayName);
+    explicit Connector(std::string displayName, Connection::Prepare prepare = nullptr);
 
     /// Starts the first attempt and waits for it, at most `patience`; null when it has not succeeded by then.
     std::unique_ptr<Connection> connect(platform::Duration patience);
@@ -27,6 +27,7 @@ private:
     void startAttempt();
 
     std::string m_displayName;
+    Connection::Prepare m_prepare;
     std::future<std::unique_ptr<Connection>> m_attempt;
     platform::Time m_retryAt{};
     platform::Duration m_pause;

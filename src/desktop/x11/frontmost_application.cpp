@@ -16,6 +16,8 @@ constexpr platform::Duration kConnectPatience = 1s;
 constexpr platform::Duration kNoWindowPatience = 100ms;
 /// Minimum time between two readings, so that a window that keeps changing its title costs little.
 constexpr platform::Duration kReadPause = 20ms;
+/// In front of an empty desktop, or of a window that X knows nothing of.
+const platform::RunningApplication kNobody{};
 
 } // namespace
 
@@ -35,7 +37,7 @@ std::optional<platform::Time> X11FrontmostApplication::wakeUpAt() const {
     if (!m_connection)
         return m_connector.retryAt();
     std::optional<platform::Time> next;
-    if (m_noWindowSince && m_frontmost)
+    if (m_noWindowSince && m_frontmost != kNobody)
         next = *m_noWindowSince + kNoWindowPatience;
     if (m_outdated)
         next = std::min(next.value_or(m_readAt), m_readAt);
@@ -53,7 +55,7 @@ void X11FrontmostApplication::processEvents(platform::Time now) {
     if (m_connection && m_connection->isLost())
         useConnection(nullptr, now);
     if (m_noWindowSince && now - *m_noWindowSince >= kNoWindowPatience)
-        m_frontmost.reset();
+        m_frontmost = kNobody;
     if (m_frontmost != before && m_changed)
         m_changed();
 }
@@ -78,6 +80,8 @@ void X11FrontmostApplication::useConnection(std::unique_ptr<Connection> connecti
 
 void X11FrontmostApplication::drainEvents() {
     while (const auto event = m_connection->pollEvent()) {
+        if (eventType(*event) == XCB_DESTROY_NOTIFY)
+            m_outdated = true;
         if (eventType(*event) != XCB_PROPERTY_NOTIFY)
             continue;
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
@@ -119,7 +123,7 @@ void X11FrontmostApplication::watch(xcb_window_t window) {
     if (window == m_watched || window == m_connection->root())
         return;
     const std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     if (m_watched != XCB_NONE)
         xcb_change_window_attributes(m_connection->xcb(), m_watched, XCB_CW_EVENT_MASK, &none);
     xcb_change_window_attributes(m_connection->xcb(), window, XCB_CW_EVENT_MASK, &events);

@@ -22,7 +22,8 @@ public:
     /// changed. Waits at most a second for the server.
     explicit X11FrontmostApplication(const std::string& displayName = {}, std::function<void()> changed = {});
 
-    /// None while no window is active or there is no server.
+    /// None only while there is no server; an application without identifier while no window is
+    /// active, be it for the empty desktop or for a window of Wayland's own.
     const std::optional<platform::RunningApplication>& frontmost() const { return m_frontmost; }
 
     /// -1 while there is no connection.

@@ -14,7 +14,7 @@ namespace glimra::tools {
 /// Where the strip lies on the main display, in pixels from its left edge. Cell i covers the pixels whose
 /// centre c has floor(c x 11 / width) = i.
 struct StripPlace {
-    int left = 2;
+    int left = 0;
     int width = 80;
     /// Class of a window of its own, as the game has one: then the strip lies at that window's top edge.
     /// Empty for none.

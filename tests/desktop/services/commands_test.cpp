@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <csignal>
 #include <future>
 #include <optional>
@@ -144,14 +145,14 @@ protected:
     void activate(const std::string& name) { script(app::activationScript(name)); }
 
     platform::Locked<std::vector<std::string>> told;
-    std::vector<std::string> raised;
-    bool hasWindow = false;
+    platform::Locked<std::vector<std::string>> raised;
+    std::atomic<bool> hasWindow = false;
     std::optional<BackgroundWorker> voice{std::in_place, 2};
     std::optional<LinuxCommands> commands{
         std::in_place, *voice,
         [this](const std::string& name) {
-            raised.push_back(name);
-            return hasWindow;
+            raised.with([&](auto& names) { names.push_back(name); });
+            return hasWindow.load();
         },
         [this](const std::string& line) { told.with([&](auto& lines) { lines.push_back(line); }); }};
 };
@@ -187,17 +188,17 @@ TEST_F(CommandsTest, RaisesAWindowBeforeItStartsAnything) {
                                                      "\nExec=record started\n");
     hasWindow = true;
     activate(hostile);
+    EXPECT_TRUE(eventually([&] { return raised.copy().size() == 1; }));
     hasWindow = false;
     activate(hostile);
     expectSoon("told", "started\n");
-    EXPECT_THAT(raised, ElementsAre(hostile, hostile));
+    EXPECT_THAT(raised.copy(), ElementsAre(hostile, hostile));
 }
 
 TEST_F(CommandsTest, SaysWhenThereIsNothingToStart) {
     for (const char* const text :
          {"", "-e tell application \"", "-e tell application \"Game\" to quit",
-          "-e tell application \" to activate", "-e tell application \"Ga\"me\" to activate",
-          "-e tell application \"Game\\\" to activate", "-e tell application \"Game\" to activate "})
+          "-e tell application \" to activate", "-e tell application \"Game\" to activate "})
         script(text);
     activate("");
     activate("No such application");
@@ -205,7 +206,7 @@ TEST_F(CommandsTest, SaysWhenThereIsNothingToStart) {
     EXPECT_TRUE(eventually([&] { return told.copy().size() >= 3; }));
     EXPECT_THAT(told.copy(), ElementsAre(HasSubstr("no name"), HasSubstr("\"No such application\""),
                                          HasSubstr(folder.path("nothing"))));
-    EXPECT_THAT(raised, ElementsAre("No such application"));
+    EXPECT_THAT(raised.copy(), ElementsAre("No such application"));
 }
 
 class ThemeSoundsTest : public ProcessTest {
