@@ -2,6 +2,7 @@
 
 #include "keyboards/openrgb/stand_in_server.h"
 #include "keyboards/sdk/fake_sdk_calls.h"
+#include "support/eventually.h"
 #include "support/real_time_loop.h"
 
 #include <gmock/gmock.h>
@@ -141,14 +142,14 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     ASSERT_TRUE(keyboard.LogiLedInit());
     keyboard.LogiLedSetLighting(0, 0, 100);
     EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     EXPECT_EQ(m_lines.back(), "Keyboard \"Small Board\" found through OpenRGB, with 4 keys.");
 
     keyboard.choose("virtual");
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == before; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == before; }));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     keyboard.choose("openrgb");
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     keyboard.LogiLedShutdown();
     EXPECT_THAT(server.complaints(), IsEmpty());
 }
