@@ -29,7 +29,7 @@ protected:
     static ChosenKeyboard::Options options(const std::string& driver) {
         ChosenKeyboard::Options options;
         options.driver = driver;
-        options.drivers.openRgb.server.port = s_noServer.number();
+        options.drivers.openRgb.server.port = tests::closedPort();
         options.drivers.hidFolders = {"/nowhere", "/nowhere"};
         return options;
     }
@@ -48,7 +48,6 @@ protected:
         return m_keyboard->drawn().model().colorsAt(m_loop.now())[keyIndex(key).value()];
     }
 
-    static inline const tests::ClosedPort s_noServer;
     tests::RealTimeLoop m_loop;
     std::optional<ChosenKeyboard> m_keyboard;
     std::vector<std::string> m_lines;
@@ -60,7 +59,7 @@ TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
     EXPECT_TRUE(keyboard.LogiLedInit());
     EXPECT_THAT(m_lines, ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
                                      "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:" +
-                                         std::to_string(s_noServer.number()) + ".",
+                                         std::to_string(tests::closedPort()) + ".",
                                      "Keyboard driver: virtual"));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     EXPECT_TRUE(keyboard.LogiLedSetLighting(100, 0, 0));

@@ -40,11 +40,13 @@ void appendMatrix(Payload& to, const Matrix& matrix) {
 }
 
 void appendZone(Payload& to, const Zone& zone, std::uint32_t version) {
-    const auto ledCount = static_cast<std::uint32_t>(zone.ledCount);
+    // A zone of one LED is one for effects, which has as many as the player says but only one colour.
+    const bool isForEffects = version >= 5 && zone.ledCount == 1;
+    const auto ledCount = static_cast<std::uint32_t>(isForEffects ? 9 : zone.ledCount);
     appendText(to, "Zone");
     appendNumbers(to, {2, ledCount, ledCount, ledCount});
     appendMatrix(to, zone.matrix);
-    const std::size_t segments = version >= 4 ? zone.ledCount % 3 : 0;
+    const std::size_t segments = version >= 4 ? zone.ledCount % 21 : 0;
     if (version >= 4)
         appendCount(to, segments);
     for (std::size_t segment = 0; segment < segments; ++segment) {
@@ -54,7 +56,7 @@ void appendZone(Payload& to, const Zone& zone, std::uint32_t version) {
             to.insert(to.end(), 2 + 4, 0);
     }
     if (version >= 5)
-        appendU32(to, 0);
+        appendU32(to, isForEffects ? 1 : 0);
     if (version >= 6) {
         appendU32(to, 0);
         appendCount(to, 1);
@@ -159,8 +161,8 @@ Payload encodeDevice(const Controller& device, std::uint32_t version) {
 
 Controller smallKeyboard(const std::string& name) {
     Controller device = keyboard(name);
-    addZone(device, {"Underglow LED 1", "Underglow LED 2"});
-    addZone(device, {});
+    addZone(device, {"Underglow LED 1"});
+    addZone(device, {"Underglow LED 2"});
     addZone(device, {"Key: Escape", "Key: W", "Key: G1", "Logo"});
     return device;
 }

@@ -139,7 +139,7 @@ TEST(OpenRgbDevice, ChoosesTheKeyboardWithMostKeysOrTheOneThatIsNamed) {
     const WakeEvent stop;
     const auto found = [&](const std::string& name) { return deviceAt(server, {}, name).open(stop).text; };
     EXPECT_THAT(found(""), HasSubstr("\"Laptop\""));
-    EXPECT_THAT(found("small"), HasSubstr("\"Small Board\""));
+    EXPECT_THAT(found("SMALL"), HasSubstr("\"Small Board\""));
     EXPECT_THAT(found("mouse"), HasSubstr("\"Mouse\"")) << "what the player wants";
     EXPECT_THAT(found("lamp"), HasSubstr("has no keyboard named \"lamp\"")) << "it cannot light single keys";
     server.setDevices({mouse()});

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <tuple>
 #include <utility>
 
 #include <netinet/in.h>
@@ -44,31 +43,27 @@ std::pair<int, std::uint16_t> boundSocket(std::uint16_t port) {
 
 } // namespace
 
-ClosedPort::ClosedPort() {
-    std::tie(m_socket, m_number) = boundSocket(0);
-}
-
-ClosedPort::~ClosedPort() {
-    close(m_socket);
+std::uint16_t closedPort() {
+    static const std::uint16_t port = boundSocket(0).second;
+    return port;
 }
 
 StandInServer::StandInServer(std::vector<Device> devices, Options options)
     : m_options(std::move(options)),
+      m_listener(boundSocket(m_options.port)),
       m_devices(std::move(devices)) {
-    std::tie(m_listener, m_port) = boundSocket(m_options.port);
-    if (listen(m_listener, 4) != 0)
-        throw std::runtime_error("the stand-in server cannot listen");
+    listen(m_listener.first, 4);
     m_thread = std::thread([this] { run(); });
 }
 
 StandInServer::~StandInServer() {
     {
         const std::scoped_lock lock(m_mutex);
-        shutdown(m_listener, SHUT_RDWR);
+        shutdown(m_listener.first, SHUT_RDWR);
         shutdown(m_client, SHUT_RDWR);
     }
     m_thread.join();
-    close(m_listener);
+    close(m_listener.first);
 }
 
 std::uint32_t StandInServer::numberOf(std::size_t index) const {
@@ -105,15 +100,9 @@ void StandInServer::setDevices(std::vector<Device> devices) {
 }
 
 void StandInServer::run() {
-    for (int client = 0; (client = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
+    for (int client = 0; (client = accept4(m_listener.first, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
         enter(client);
-        while (const std::optional<Request> request = nextRequest()) {
-            const auto other = m_options.instead ? m_options.instead(request->id, client) : std::nullopt;
-            const std::scoped_lock lock(m_mutex);
-            if (other)
-                send(*other);
-            else
-                serve(*request);
+        while (serveRequest()) {
         }
         enter(-1);
         close(client);
@@ -134,44 +123,51 @@ StandInServer::Bytes StandInServer::receive(std::size_t size) {
     return bytes;
 }
 
-std::optional<StandInServer::Request> StandInServer::nextRequest() {
+bool StandInServer::serveRequest() {
     const Bytes header = receive(kHeaderBytes);
     if (header.size() < kHeaderBytes)
-        return std::nullopt;
+        return false;
     ByteReader reader(header);
     expect(std::ranges::equal(reader.bytes(4), std::string_view("ORGB")), "a packet does not begin as one");
-    Request request{reader.u32(), reader.u32(), {}};
-    request.payload = receive(reader.u32());
-    return request;
+    const std::uint32_t device = reader.u32();
+    const std::uint32_t request = reader.u32();
+    const Bytes payload = receive(reader.u32());
+    const auto other = m_options.instead ? m_options.instead(request, m_client) : std::nullopt;
+    const std::scoped_lock lock(m_mutex);
+    if (other)
+        send(*other);
+    else
+        serve(device, request, payload);
+    return true;
 }
 
-void StandInServer::serve(const Request& request) {
-    std::uint32_t status = 4; // there is no such device
-    if (request.id == 0) {
+void StandInServer::serve(std::uint32_t number, std::uint32_t request, const Bytes& payload) {
+    if (request == 0) {
         Bytes list = numbers({static_cast<std::uint32_t>(m_devices.size())});
         for (std::size_t index = 0; index < m_devices.size() && m_version >= 6; ++index)
             appendU32(list, numberOf(index));
         answer(0, 0, list);
-    } else if (request.id == 40 && m_options.version > 0) {
-        m_version = std::min(ByteReader(request.payload).u32(), m_options.version);
+    } else if (request == 40 && m_options.version > 0) {
+        m_version = std::min(ByteReader(payload).u32(), m_options.version);
         answer(0, 40, numbers({m_options.version}));
     }
-    for (std::size_t index = 0; index < m_devices.size(); ++index) {
-        if (numberOf(index) != request.device)
-            continue;
-        status = 0;
-        Device& device = m_devices[index];
-        if (request.id == 1) {
-            expect(request.payload == (m_version > 0 ? numbers({m_version}) : Bytes()),
-                   "asked in another version than agreed");
-            answer(request.device, 1, encodeDevice(device, m_version));
-        } else if (request.id == 1050)
-            update(device, request.payload);
-        else if (request.id == 1101)
-            changeMode(device, request.payload);
-    }
+    for (std::size_t index = 0; index < m_devices.size(); ++index)
+        if (numberOf(index) == number)
+            serveDevice(m_devices[index], number, request, payload);
     if (m_version >= 6)
-        answer(request.device, 10, numbers({request.id, status}));
+        answer(number, 10, numbers({request, 0}));
+}
+
+void StandInServer::serveDevice(Device& device, std::uint32_t number, std::uint32_t request,
+                                const Bytes& payload) {
+    if (request == 1) {
+        expect(payload == (m_version > 0 ? numbers({m_version}) : Bytes()), "not in the version agreed upon");
+        answer(number, 1, encodeDevice(device, m_version));
+    } else if (request == 1050) {
+        update(device, payload);
+    } else if (request == 1101) {
+        changeMode(device, payload);
+    }
 }
 
 void StandInServer::update(Device& device, const Bytes& payload) {

@@ -10,20 +10,8 @@
 
 namespace glimra::tests {
 
-/// A port of 127.0.0.1 where nobody listens, as long as this object is there.
-class ClosedPort {
-public:
-    ClosedPort();
-    ~ClosedPort();
-    ClosedPort(const ClosedPort&) = delete;
-    ClosedPort& operator=(const ClosedPort&) = delete;
-
-    std::uint16_t number() const { return m_number; }
-
-private:
-    int m_socket;
-    std::uint16_t m_number = 0;
-};
+/// A port of 127.0.0.1 where nobody listens, as long as this program runs.
+std::uint16_t closedPort();
 
 /// An OpenRGB server for tests: speaks the protocol as the real ones do, on a port of the loopback interface
 /// that the system chooses, with one client after the other. What a real server would choke on, it writes
@@ -46,7 +34,7 @@ public:
     explicit StandInServer(std::vector<Device> devices) : StandInServer(std::move(devices), Options()) {}
     ~StandInServer();
 
-    std::uint16_t port() const { return m_port; }
+    std::uint16_t port() const { return m_listener.second; }
 
     /// What a device's lights really do.
     struct Lights {
@@ -64,17 +52,12 @@ public:
     void setDevices(std::vector<Device> devices);
 
 private:
-    struct Request {
-        std::uint32_t device = 0;
-        std::uint32_t id = 0;
-        Bytes payload;
-    };
-
     void run();
     void enter(int client);
     Bytes receive(std::size_t size);
-    std::optional<Request> nextRequest();
-    void serve(const Request& request);
+    bool serveRequest();
+    void serve(std::uint32_t number, std::uint32_t request, const Bytes& payload);
+    void serveDevice(Device& device, std::uint32_t number, std::uint32_t request, const Bytes& payload);
     void update(Device& device, const Bytes& payload);
     void changeMode(Device& device, const Bytes& payload);
     void answer(std::uint32_t device, std::uint32_t id, const Bytes& payload);
@@ -83,8 +66,7 @@ private:
     std::uint32_t numberOf(std::size_t index) const;
 
     const Options m_options;
-    int m_listener = -1;
-    std::uint16_t m_port = 0;
+    const std::pair<int, std::uint16_t> m_listener;
 
     platform::Locked<std::vector<std::string>> m_complaints;
     mutable std::mutex m_mutex;
