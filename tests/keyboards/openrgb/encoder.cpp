@@ -65,19 +65,6 @@ void appendZone(Payload& to, const Zone& zone, std::uint32_t version) {
     }
 }
 
-void appendEnd(Payload& to, std::uint32_t version) {
-    if (version >= 5) {
-        appendCount(to, 2);
-        appendText(to, "");
-        appendText(to, "Key: Z");
-        appendU32(to, 1);
-    }
-    if (version >= 6) {
-        appendText(to, "Mine");
-        appendNumbers(to, {4, 0});
-    }
-}
-
 void addZone(Controller& device, const std::vector<std::string>& names, Matrix matrix = {}) {
     device.zones.push_back({device.leds.size(), names.size(), std::move(matrix)});
     for (const std::string& name : names) {
@@ -151,7 +138,16 @@ Payload encodeDevice(const Controller& device, std::uint32_t version) {
             appendU32(body, 0xDEADBEEF);
     }
     appendColors(body, device.colors);
-    appendEnd(body, version);
+    if (version >= 5) {
+        appendCount(body, 2);
+        appendText(body, "");
+        appendText(body, "Key: Z");
+        appendU32(body, 1);
+    }
+    if (version >= 6) {
+        appendText(body, "Mine");
+        appendNumbers(body, {4, 0});
+    }
 
     Payload payload;
     appendU32(payload, static_cast<std::uint32_t>(4 + body.size()));

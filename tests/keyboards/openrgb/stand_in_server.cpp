@@ -52,7 +52,7 @@ StandInServer::StandInServer(std::vector<Device> devices, Options options)
     : m_options(std::move(options)),
       m_listener(boundSocket(m_options.port)),
       m_devices(std::move(devices)) {
-    listen(m_listener.first, 4);
+    expect(listen(m_listener.first, 4) == 0, "nobody can reach the server");
     m_thread = std::thread([this] { run(); });
 }
 
