@@ -52,10 +52,9 @@ protected:
         return healths;
     }
 
-    const tests::ClosedPort m_noServer;
     /// What the doctor would try if it were not told otherwise.
     const std::string m_noKeyboard =
-        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(m_noServer.number()) + " ";
+        "--sdk /dev/null --openrgb 127.0.0.1:" + std::to_string(tests::closedPort()) + " ";
     const std::filesystem::path m_folder = tests::newFolder();
     const std::string m_onAnyBus = "XDG_RUNTIME_DIR=" + m_folder.string() +
                                    " QT_QPA_PLATFORM=offscreen " GLIMRA_PROGRAM " --settings " +

@@ -2,6 +2,7 @@
 
 #include "keyboards/openrgb/stand_in_server.h"
 #include "keyboards/sdk/fake_sdk_calls.h"
+#include "support/eventually.h"
 #include "support/real_time_loop.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +29,7 @@ protected:
     static ChosenKeyboard::Options options(const std::string& driver) {
         ChosenKeyboard::Options options;
         options.driver = driver;
-        options.drivers.openRgb.server.port = s_noServer.number();
+        options.drivers.openRgb.server.port = tests::closedPort();
         options.drivers.hidFolders = {"/nowhere", "/nowhere"};
         return options;
     }
@@ -43,43 +44,34 @@ protected:
             (void)m_loop.runUntil(m_loop.now() + 1ms);
         return m_keyboard->description.get() == description;
     }
-    Rgb drawn(KeyName key) {
-        return m_keyboard->drawn().model().colorsAt(m_loop.now())[keyIndex(key).value()];
+    Rgb drawnEscape() {
+        return m_keyboard->drawn().model().colorsAt(m_loop.now())[keyIndex(kEscape).value()];
     }
 
-    static inline const tests::ClosedPort s_noServer;
     tests::RealTimeLoop m_loop;
     std::optional<ChosenKeyboard> m_keyboard;
     std::vector<std::string> m_lines;
 };
 
-TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLights) {
-    ChosenKeyboard& keyboard = make(options("auto"));
+TEST_F(ChosenKeyboardTest, WithoutAnyOtherTheDrawnOneLightsUntilAServerIsStarted) {
+    auto wanted = options("auto");
+    // That of a server that is gone by now.
+    const std::uint16_t port = StandInServer({tests::smallKeyboard()}).port();
+    wanted.drivers.openRgb.server.port = port;
+    wanted.pauseBetweenLooks = 20ms;
+    ChosenKeyboard& keyboard = make(wanted);
     EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
     EXPECT_TRUE(keyboard.LogiLedInit());
+    ASSERT_TRUE(m_loop.runUntil(m_loop.now() + 100ms));
     EXPECT_THAT(m_lines, ElementsAre(StartsWith("Keyboard driver sdk: "), StartsWith("Keyboard driver usb: "),
                                      "Keyboard driver openrgb: There is no OpenRGB server on 127.0.0.1:" +
-                                         std::to_string(s_noServer.number()) + ".",
+                                         std::to_string(port) + ".",
                                      "Keyboard driver: virtual"));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     EXPECT_TRUE(keyboard.LogiLedSetLighting(100, 0, 0));
-    EXPECT_EQ(drawn(kEscape), (Rgb{255, 0, 0}));
-}
+    EXPECT_EQ(drawnEscape(), (Rgb{255, 0, 0}));
 
-TEST_F(ChosenKeyboardTest, TakesAServerThatIsStartedLater) {
-    // The port of a server that is gone by now.
-    auto server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()});
-    auto wanted = options("auto");
-    wanted.drivers.openRgb.server.port = server->port();
-    wanted.pauseBetweenLooks = 20ms;
-    server.reset();
-    ChosenKeyboard& keyboard = make(wanted);
-    ASSERT_TRUE(keyboard.LogiLedInit());
-    ASSERT_TRUE(m_loop.runUntil(m_loop.now() + 100ms));
-    EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
-    StandInServer::Options later;
-    later.port = wanted.drivers.openRgb.server.port;
-    server = std::make_unique<StandInServer>(std::vector{tests::smallKeyboard()}, later);
+    const StandInServer server({tests::smallKeyboard()}, {.port = port});
     EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
     keyboard.LogiLedShutdown();
 }
@@ -92,7 +84,7 @@ TEST_F(ChosenKeyboardTest, AVendorsLibraryThatWasAskedForAndRefusesIsAFailure) {
         EXPECT_FALSE(keyboard.LogiLedInit());
         EXPECT_THAT(m_lines.front(), AllOf(StartsWith("Keyboard driver sdk: "), HasSubstr(library)));
         EXPECT_TRUE(keyboard.LogiLedSetLighting(0, 100, 0)) << "the drawn one goes on";
-        EXPECT_EQ(drawn(kEscape), (Rgb{0, 255, 0}));
+        EXPECT_EQ(drawnEscape(), (Rgb{0, 255, 0}));
         m_lines.clear();
     }
 }
@@ -106,7 +98,7 @@ TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItCom
     EXPECT_THAT(keyboard.description.get(), StartsWith("keyboard of "));
     EXPECT_TRUE(keyboard.LogiLedSetLightingForKeyWithKeyName(kEscape, 51, 33, 7));
     EXPECT_EQ(takeCalls(FAKE_SDK), "Init\nSetLightingForKeyWithKeyName 1 51 33 7\n");
-    EXPECT_NE(drawn(kEscape), Rgb{});
+    EXPECT_NE(drawnEscape(), Rgb{});
 
     keyboard.choose("virtual");
     EXPECT_EQ(takeCalls(FAKE_SDK), "Shutdown\n");
@@ -141,14 +133,14 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     ASSERT_TRUE(keyboard.LogiLedInit());
     keyboard.LogiLedSetLighting(0, 0, 100);
     EXPECT_TRUE(runUntilDescribed("keyboard Small Board through OpenRGB"));
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     EXPECT_EQ(m_lines.back(), "Keyboard \"Small Board\" found through OpenRGB, with 4 keys.");
 
     keyboard.choose("virtual");
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == before; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == before; }));
     EXPECT_EQ(keyboard.description.get(), "keyboard in this window");
     keyboard.choose("openrgb");
-    EXPECT_TRUE(server.waitUntil([&] { return escape() == Rgb{0, 0, 255}; }));
+    EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     keyboard.LogiLedShutdown();
     EXPECT_THAT(server.complaints(), IsEmpty());
 }

@@ -1,13 +1,11 @@
 #include "keyboards/device/device_writer.h"
 
 #include "keyboards/virtual_keyboard.h"
+#include "platform/locked.h"
 #include "platform/monotonic_clock.h"
+#include "support/eventually.h"
 
-#include <condition_variable>
 #include <gmock/gmock.h>
-#include <mutex>
-#include <optional>
-#include <vector>
 
 #include <ctime>
 
@@ -15,239 +13,220 @@ namespace glimra::keyboards {
 namespace {
 
 using namespace std::chrono_literals;
-using Kind = DeviceEvent::Kind;
+using testing::Each;
+using testing::ElementsAre;
+using tests::eventually;
 
 constexpr KeyName kEsc = 0x01;
+constexpr Rgb kRed{255, 0, 0};
 
 /// What the test and the device share; the device itself belongs to its writer.
-class Bench {
-public:
-    struct State {
-        bool isThere = true;
-        bool isBroken = false;
-        bool needsAllKeys = false;
-        Duration writingTime{};
-        bool hangs = false;
-        int opened = 0;
-        int closed = 0;
-        bool isOpen = false;
-        bool wasAbused = false;
-        std::vector<std::size_t> frameSizes;
-        KeyColors colors{};
-        std::vector<DeviceEvent> events;
-    };
+struct State {
+    /// Why the device is not there; empty when it is.
+    std::string absence;
+    bool isBroken = false;
+    Duration writingTime{};
+    bool hangs = false;
+    int opened = 0;
+    int closed = 0;
+    std::vector<std::size_t> frameSizes;
+    KeyColors colors{};
+    /// The texts that were reported.
+    std::vector<std::string> told;
 
-    template <class Use>
-    auto with(Use use) {
-        const std::scoped_lock lock(m_mutex);
-        m_changed.notify_all();
-        return use(m_state);
-    }
+    Rgb esc() const { return colors[*keyIndex(kEsc)]; }
+};
+
+struct Bench {
+    platform::Locked<State> state;
+    WakeEvent news;
+    WakeEvent release;
+
+    /// Waits until it is so.
     template <class Condition>
-    bool waitFor(Condition isSo) {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, 20s, [&] { return isSo(m_state); });
+    testing::AssertionResult becomes(Condition isSo) {
+        return testing::AssertionResult(eventually([&] { return state.with(isSo); }));
+    }
+    testing::AssertionResult hasFrames(std::size_t count) {
+        return becomes([&](const State& s) { return s.frameSizes.size() >= count; });
     }
     DeviceWriter::Report report() {
-        return [this](const DeviceEvent& event) { with([&](State& s) { s.events.push_back(event); }); };
+        return
+            [this](const DeviceEvent& event) { state.with([&](State& s) { s.told.push_back(event.text); }); };
     }
     std::unique_ptr<KeyboardDevice> device();
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    State m_state;
 };
 
 class BenchDevice final : public KeyboardDevice {
 public:
     explicit BenchDevice(Bench& bench) : m_bench(bench) {}
 
-    OpenResult open(const WakeEvent& stop) override {
-        m_stop = &stop;
-        return m_bench.with([](Bench::State& s) {
-            s.wasAbused |= s.isOpen;
+    OpenResult open(const WakeEvent&) override {
+        EXPECT_FALSE(m_isOpen);
+        const std::string absence = m_bench.state.with([](State& s) {
             ++s.opened;
-            s.isOpen = s.isThere;
-            return OpenResult{s.isThere, s.isThere ? "Here it is." : "Nothing there."};
+            return s.absence;
         });
+        m_isOpen = absence.empty();
+        return {m_isOpen, m_isOpen ? "Here it is." : absence};
     }
     DeviceStatus write(std::span<const KeyColor> keys) override {
-        Duration duration{};
-        bool hangs = false;
-        const DeviceStatus status = m_bench.with([&](Bench::State& s) {
-            s.wasAbused |= !s.isOpen || keys.empty();
-            duration = s.writingTime;
-            hangs = s.hangs;
-            if (s.isBroken)
-                return DeviceStatus{DeviceStatus::Kind::Lost, "Gone."};
+        EXPECT_TRUE(m_isOpen && !keys.empty());
+        const State after = m_bench.state.with([&](State& s) {
+            if (s.isBroken) {
+                s.absence = "Nothing there.";
+                return s;
+            }
             for (const KeyColor& key : keys)
                 s.colors[key.key] = key.color;
             s.frameSizes.push_back(keys.size());
-            return DeviceStatus();
+            return s;
         });
-        std::this_thread::sleep_for(duration);
-        if (hangs)
-            waitForInput(m_release.fd(), -1, std::nullopt);
-        return status;
+        if (after.isBroken)
+            return {DeviceStatus::Kind::Lost, "Gone."};
+        std::this_thread::sleep_for(after.writingTime);
+        if (after.hangs)
+            waitForInput(m_bench.release.fd(), -1, std::nullopt);
+        return {};
     }
     void close() override {
-        m_bench.with([](Bench::State& s) {
-            s.wasAbused |= !s.isOpen;
-            s.isOpen = false;
-            ++s.closed;
-        });
+        EXPECT_TRUE(std::exchange(m_isOpen, false));
+        m_bench.state.with([](State& s) { ++s.closed; });
     }
     DevicePace pace() const override { return {}; }
-    int watchedFd() const override { return m_news.fd(); }
+    int watchedFd() const override { return m_bench.news.fd(); }
     DeviceStatus serve() override {
-        m_news.clear();
+        m_bench.news.clear();
         return {DeviceStatus::Kind::AllKeysNeeded, {}};
     }
 
-    static inline WakeEvent m_news;
-    static inline WakeEvent m_release;
-
 private:
     Bench& m_bench;
-    const WakeEvent* m_stop = nullptr;
+    bool m_isOpen = false;
 };
 
 std::unique_ptr<KeyboardDevice> Bench::device() {
     return std::make_unique<BenchDevice>(*this);
 }
 
-KeyboardModel modelWithEsc(Percentages color) {
+KeyboardModel modelWithEsc(int red) {
     KeyboardModel model;
-    model.perform(platform::SetLightingForKeyWithKeyName{kEsc, color}, {});
+    model.perform(platform::SetLightingForKeyWithKeyName{kEsc, {red, 0, 0}}, {});
     return model;
-}
-
-Rgb escOf(const Bench::State& state) {
-    return state.colors[*keyIndex(kEsc)];
 }
 
 TEST(DeviceWriter, ShowsTheNewestModelAndHandsTheDeviceBack) {
     Bench bench;
     DeviceWriter writer(bench.device(), bench.report());
     for (int red = 1; red <= 100; ++red)
-        writer.show(modelWithEsc({red, 0, 0}));
-    EXPECT_TRUE(bench.waitFor([](const Bench::State& s) { return escOf(s) == Rgb{255, 0, 0}; }));
+        writer.show(modelWithEsc(red));
+    EXPECT_TRUE(bench.becomes([](const State& s) { return s.esc() == kRed; }));
     const std::clock_t before = std::clock();
     std::this_thread::sleep_for(200ms);
     EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 50) << "nothing changes, so it rests";
     writer.stop();
-    bench.with([](const Bench::State& s) {
-        EXPECT_EQ(s.frameSizes.front(), kKeyCount);
-        EXPECT_LT(s.frameSizes.size(), 50U);
-        EXPECT_EQ(s.closed, 1);
-        EXPECT_FALSE(s.wasAbused);
-        ASSERT_EQ(s.events.size(), 1U);
-        EXPECT_EQ(s.events[0].kind, Kind::Found);
-    });
+    const State end = bench.state.copy();
+    EXPECT_EQ(end.frameSizes.front(), kKeyCount);
+    EXPECT_LT(end.frameSizes.size(), 50U);
+    EXPECT_EQ(end.closed, 1);
+    EXPECT_THAT(end.told, ElementsAre("Here it is."));
 }
 
 TEST(DeviceWriter, SendsAllKeysWhenAskedAndWhenTheDeviceNeedsThem) {
     Bench bench;
     DeviceWriter writer(bench.device(), bench.report());
-    writer.show(modelWithEsc({100, 0, 0}));
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
+    writer.show(modelWithEsc(100));
+    ASSERT_TRUE(bench.hasFrames(1));
     writer.resendAll();
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 2; }));
-    BenchDevice::m_news.set();
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 3; }));
+    ASSERT_TRUE(bench.hasFrames(2));
+    bench.news.set();
+    ASSERT_TRUE(bench.hasFrames(3));
     writer.stop();
-    bench.with([](const Bench::State& s) { EXPECT_THAT(s.frameSizes, testing::Each(kKeyCount)); });
+    EXPECT_THAT(bench.state.copy().frameSizes, Each(kKeyCount));
 }
 
 TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
     Bench bench;
-    bench.with([](Bench::State& s) { s.writingTime = 40ms; });
+    bench.state.with([](State& s) { s.writingTime = 40ms; });
     KeyboardModel model;
     model.perform(platform::PulseSingleKey{kEsc, {100, 0, 0}, {0, 0, 100}, 300, true},
                   platform::monotonicNow());
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(model);
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 2; }));
-    BenchDevice::m_news.set();
-    const std::size_t sent = bench.with([](const Bench::State& s) { return s.frameSizes.size(); });
-    ASSERT_TRUE(bench.waitFor([&](const Bench::State& s) { return s.frameSizes.size() == sent + 4; }));
+    ASSERT_TRUE(bench.hasFrames(2));
+    bench.news.set();
+    ASSERT_TRUE(
+        bench.becomes([](const State& s) { return std::ranges::count(s.frameSizes, kKeyCount) == 2; }));
+    ASSERT_TRUE(bench.hasFrames(bench.state.copy().frameSizes.size() + 2));
     writer.stop();
-    bench.with([&](const Bench::State& s) {
-        EXPECT_EQ(std::count(s.frameSizes.begin() + 2, s.frameSizes.end(), kKeyCount), 1);
-    });
+    EXPECT_EQ(std::ranges::count(bench.state.copy().frameSizes, kKeyCount), 2);
+}
+
+TEST(DeviceWriter, TellsOnceWhyTheDeviceIsNotThere) {
+    Bench bench;
+    bench.state.with([](State& s) { s.absence = "Nothing there."; });
+    DeviceWriter writer(bench.device(), bench.report());
+    ASSERT_TRUE(bench.becomes([](const State& s) { return s.told.size() == 1; }));
+    bench.state.with([](State& s) { s.absence = "No permission."; });
+    EXPECT_TRUE(bench.becomes([](const State& s) { return s.told.back() == "No permission."; }));
 }
 
 TEST(DeviceWriter, TellsALossOnceAndFindsTheDeviceAgain) {
     Bench bench;
-    bench.with([](Bench::State& s) { s.isBroken = true; });
+    bench.state.with([](State& s) { s.isBroken = true; });
     DeviceWriter writer(bench.device(), bench.report());
-    writer.show(modelWithEsc({100, 0, 0}));
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.closed == 1; }));
-    bench.with([](Bench::State& s) { s.isThere = s.isBroken = false; });
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.opened == 2; }));
-    bench.with([](Bench::State& s) { s.isThere = true; });
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return escOf(s) == Rgb{255, 0, 0}; }));
-    writer.stop();
-    bench.with([](const Bench::State& s) {
-        std::vector<Kind> kinds;
-        for (const DeviceEvent& event : s.events)
-            kinds.push_back(event.kind);
-        EXPECT_THAT(kinds, testing::ElementsAre(Kind::Found, Kind::Lost, Kind::Found));
-        EXPECT_FALSE(s.wasAbused);
+    writer.show(modelWithEsc(100));
+    ASSERT_TRUE(bench.becomes([](const State& s) { return s.opened == 2; }));
+    bench.state.with([](State& s) {
+        s.absence.clear();
+        s.isBroken = false;
     });
+    ASSERT_TRUE(bench.becomes([](const State& s) { return s.esc() == kRed; }));
+    writer.stop();
+    const State end = bench.state.copy();
+    EXPECT_THAT(end.told, ElementsAre("Here it is.", "Gone.", "Here it is."));
+    EXPECT_EQ(end.closed, 2);
 }
 
 TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     Bench bench;
-    bench.with([](Bench::State& s) { s.writingTime = 300ms; });
+    bench.state.with([](State& s) { s.hangs = true; });
+    Bench other;
     VirtualKeyboard keyboard(platform::monotonicNow);
     keyboard.LogiLedInit();
     keyboard.attach(bench.device(), bench.report());
-    Duration longest{};
-    const auto timed = [&](auto call) {
-        const Time begin = platform::monotonicNow();
-        call();
-        longest = std::max(longest, platform::monotonicNow() - begin);
-    };
     keyboard.LogiLedSetLighting(1, 1, 1);
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
-    for (int i = 0; i < 1000; ++i)
-        timed([&] { keyboard.LogiLedSetLighting(i % 101, 0, 0); });
-    timed([&] { keyboard.detach(); });
-    Bench other;
-    timed([&] { keyboard.attach(other.device(), other.report()); });
-    EXPECT_LT(longest, 150ms);
+    ASSERT_TRUE(bench.hasFrames(1));
+    const Time begin = platform::monotonicNow();
+    keyboard.LogiLedSetLighting(90, 0, 0);
+    keyboard.detach();
+    keyboard.attach(other.device(), other.report());
+    EXPECT_LT(platform::monotonicNow() - begin, DeviceWriter::kStopLimit);
 
     // The next device waits for the one before it, and shows at once what is lit.
-    EXPECT_TRUE(other.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
-    bench.with([](const Bench::State& s) { EXPECT_EQ(s.closed, 1); });
+    EXPECT_EQ(bench.state.copy().closed, 0);
+    bench.release.set();
+    EXPECT_TRUE(other.hasFrames(1));
+    EXPECT_EQ(bench.state.copy().closed, 1);
     keyboard.LogiLedShutdown();
-    other.with([](const Bench::State& s) {
-        EXPECT_EQ(s.closed, 1);
-        EXPECT_EQ(escOf(s).red, 230) << "it is handed back as it is, not made dark before";
-    });
+    EXPECT_TRUE(other.becomes([](const State& s) { return s.closed == 1; }));
+    EXPECT_EQ(other.state.copy().esc().red, 230) << "it is handed back as it is, not made dark before";
 }
 
 TEST(DeviceWriter, LeavesAHangingDeviceBehind) {
     Bench bench;
-    bench.with([](Bench::State& s) { s.hangs = true; });
+    bench.state.with([](State& s) { s.hangs = true; });
     DeviceWriter writer(bench.device(), bench.report());
-    writer.show(modelWithEsc({100, 0, 0}));
-    ASSERT_TRUE(bench.waitFor([](const Bench::State& s) { return s.frameSizes.size() == 1; }));
-    const Time begin = platform::monotonicNow();
+    writer.show(modelWithEsc(100));
+    ASSERT_TRUE(bench.hasFrames(1));
     writer.stop();
-    EXPECT_LT(platform::monotonicNow() - begin, DeviceWriter::kStopLimit + 300ms);
-    bench.with([](Bench::State& s) { s.events.clear(); });
+    EXPECT_EQ(bench.state.copy().closed, 0);
     const std::shared_ptr<const WakeEvent> done = writer.leave();
-    BenchDevice::m_release.set();
+    bench.release.set();
     // It is still closed properly when it comes to itself, and nobody is told any more.
     EXPECT_TRUE(waitForInput(done->fd(), -1, platform::monotonicNow() + 20s).first);
-    bench.with([](const Bench::State& s) {
-        EXPECT_EQ(s.closed, 1);
-        EXPECT_TRUE(s.events.empty());
-    });
-    BenchDevice::m_release.clear();
+    EXPECT_EQ(bench.state.copy().closed, 1);
+    EXPECT_THAT(bench.state.copy().told, ElementsAre("Here it is."));
 }
 
 } // namespace

@@ -15,9 +15,8 @@ constexpr KeyName kG1 = 0xFFF1;
 constexpr Percentages kRed{100, 0, 0};
 constexpr Percentages kBlack{0, 0, 0};
 
-/// A plan in the company of a device that needs some time for each frame, at times that only this tells.
-class Scene {
-public:
+/// A plan in the company of a device that needs no time for a frame, at times that only this tells.
+struct Scene {
     struct Frame {
         Time at;
         std::vector<KeyColor> keys;
@@ -27,39 +26,34 @@ public:
     KeyboardModel model;
     Time now = 100s;
     DevicePace pace;
-    Duration writingTime{};
     bool isThere = true;
     std::vector<Time> searches;
     std::vector<Frame> frames;
     /// How often the writer would have been awake.
     int steps = 0;
 
+    void perform(const platform::LedCall& call) { model.perform(call, now); }
     void light(KeyName key, const Percentages& color) {
-        model.perform(platform::SetLightingForKeyWithKeyName{key, color}, now);
+        perform(platform::SetLightingForKeyWithKeyName{key, color});
     }
     void show() { plan.show(model, now); }
 
-    /// Goes through everything up to `deadline`.
-    void runUntil(Time deadline) {
-        while (now <= deadline) {
+    void runFor(Duration duration) {
+        const Time deadline = now + duration;
+        while (now < deadline) {
             ++steps;
             const WriterPlan::Step step = plan.next(now);
             if (step.kind == WriterPlan::Step::Kind::Search) {
                 search();
             } else if (step.kind == WriterPlan::Step::Kind::Write) {
                 frames.push_back({now, {step.keys.begin(), step.keys.end()}});
-                now += writingTime;
-            } else if (step.until && *step.until <= deadline) {
-                ASSERT_GT(*step.until, now) << "the writer would spin";
-                now = *step.until;
             } else {
-                now = deadline;
-                return;
+                const Time next = std::min(step.until.value_or(deadline), deadline);
+                ASSERT_GT(next, now) << "the writer would spin";
+                now = next;
             }
         }
     }
-    void runFor(Duration duration) { runUntil(now + duration); }
-
     /// Open, with everything sent and the record empty.
     void settle() {
         show();
@@ -67,8 +61,6 @@ public:
         frames.clear();
         steps = 0;
     }
-
-private:
     void search() {
         searches.push_back(now);
         if (isThere)
@@ -105,7 +97,7 @@ TEST(WriterPlan, WakesForTheEdgesOfAFlashOnly) {
     Scene scene;
     scene.settle();
     const Time begin = scene.now;
-    scene.model.perform(platform::FlashSingleKey{kEsc, kRed, 2000, 500}, begin);
+    scene.perform(platform::FlashSingleKey{kEsc, kRed, 2000, 500});
     scene.show();
     scene.runFor(1min);
     ASSERT_EQ(scene.frames.size(), 4U);
@@ -135,8 +127,7 @@ TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
     Scene scene;
     scene.pace.repeatAfter = 100ms;
     scene.settle();
-    scene.model.perform(platform::PulseSingleKey{kEsc, kBlack, kRed, 1000, false}, scene.now);
-    scene.model.perform(platform::PulseSingleKey{kG1, kBlack, kRed, 1000, false}, scene.now);
+    scene.perform(platform::PulseSingleKey{kEsc, kBlack, kRed, 1000, false});
     scene.show();
     scene.runFor(1min);
     ASSERT_GE(scene.frames.size(), 25U);
@@ -149,23 +140,18 @@ TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
 
 TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
     Scene scene;
-    scene.settle();
     scene.light(kEsc, kRed);
-    scene.show();
-    scene.isThere = false;
-    scene.searches.clear();
+    scene.settle();
     scene.runFor(20s);
-    const Time lostAt = scene.now;
-    scene.plan.lost(lostAt);
+    scene.isThere = false;
+    scene.searches = {scene.now};
+    scene.plan.lost(scene.now);
     scene.runFor(125s);
     std::vector<Duration> pauses;
-    for (Time last = lostAt; const Time search : scene.searches) {
-        pauses.push_back(search - last);
-        last = search;
-    }
+    for (std::size_t i = 1; i < scene.searches.size(); ++i)
+        pauses.push_back(scene.searches[i] - scene.searches[i - 1]);
     EXPECT_THAT(pauses, ElementsAre(1s, 2s, 4s, 8s, 16s, 30s, 30s, 30s));
 
-    scene.frames.clear();
     scene.isThere = true;
     scene.runFor(30s);
     ASSERT_EQ(scene.frames.size(), 1U);

@@ -39,7 +39,10 @@ protected:
     }
 
     void launch() {
+        // Where that language is installed; a desktop program takes the user's.
+        std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
         m_recorder.launch(m_machine.userDefaults, m_machine.screen.scale());
+        std::setlocale(LC_NUMERIC, "C");
         m_machine.screen.setStripGeometry(2, 80);
         m_delegate.applicationDidFinishLaunching();
     }
@@ -82,10 +85,19 @@ protected:
 
 TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
     m_machine.userDefaults.set("combatChatWarning", true);
+    m_machine.userDefaults.set("endStaleEffects", true);
     m_machine.userDefaults.set("scanWidth", 80.0);
     m_machine.userDefaults.set("scanOffset", std::int64_t{2});
     m_machine.userDefaults.set("WowAppName", std::string("Secret"));
     launch();
+    wait(500ms);
+    show('C');
+    act("endStaleEffectsMI:", false);
+    wait(40s);
+    EXPECT_TRUE(m_delegate.state().effects.combatAnimationPlaying);
+    act("endStaleEffectsMI:", true);
+    wait(1s);
+    EXPECT_FALSE(m_delegate.state().effects.combatAnimationPlaying);
     m_machine.workspace.setFrontmostApplication({{"com.blizzard.worldofwarcraft"}});
     wait(530ms);
     show('C');
@@ -103,27 +115,11 @@ TEST_F(RecordingTest, ReplayedTheKeyboardIsToldTheSame) {
     wait(700ms);
     quit();
 
-    EXPECT_THAT(m_script, AllOf(HasSubstr("front \"com.blizzard.worldofwarcraft\"\n"),
+    EXPECT_THAT(m_script, AllOf(HasSubstr("strip-geometry 2 80.0\n"),
+                                HasSubstr("front \"com.blizzard.worldofwarcraft\"\n"),
                                 HasSubstr("front \"\"\n"), HasSubstr("sleep\n"), HasSubstr("wake\n"),
                                 Not(HasSubstr("Secret")), Not(HasSubstr("diary"))));
     EXPECT_GT(m_driver.calls.size(), 40U);
-    EXPECT_EQ(replayedCalls(), m_driver.calls);
-}
-
-TEST_F(RecordingTest, WhatBecomesOfEffectsIsReplayedAsItWasChosen) {
-    m_machine.userDefaults.set("endStaleEffects", true);
-    launch();
-    wait(500ms);
-    show('C');
-    act("endStaleEffectsMI:", false);
-    wait(40s);
-    EXPECT_TRUE(m_delegate.state().effects.combatAnimationPlaying);
-    const std::size_t callsUntilThen = m_driver.calls.size();
-    act("endStaleEffectsMI:", true);
-    wait(1s);
-    EXPECT_FALSE(m_delegate.state().effects.combatAnimationPlaying);
-    EXPECT_GT(m_driver.calls.size(), callsUntilThen);
-    quit();
     EXPECT_EQ(replayedCalls(), m_driver.calls);
 }
 
@@ -146,13 +142,11 @@ TEST_F(RecordingTest, ReplayedTheSameIsStored) {
     m_machine.windowSystem.queueAnswer({1, {}});
     act("settleEdits:");
     quit();
-    const auto replayed =
-        tests::replay(m_script.substr(0, m_script.find("quit\n")) + "dump defaults", {trace::TraceKind::Dump})
-            .back()["value"];
-    const auto stored = m_machine.userDefaults.get("savedKeyToColorMap1");
-    ASSERT_TRUE(stored);
+    m_script.replace(m_script.find("quit\n"), std::string::npos, "dump defaults");
+    const auto replayed = tests::replay(m_script, {trace::TraceKind::Dump}).back()["value"];
     std::vector<int> map;
-    for (const platform::Number& slot : std::get<platform::NumberArray>(*stored))
+    const auto stored = m_machine.userDefaults.get("savedKeyToColorMap1").value();
+    for (const platform::Number& slot : std::get<platform::NumberArray>(stored))
         map.push_back(static_cast<int>(*platform::toInteger(slot)));
     EXPECT_EQ(map[0x10], 6);
     EXPECT_EQ(map[0x12], 3);
@@ -164,15 +158,14 @@ TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
     launch();
     wait(500ms);
     act("setColorsBtn:");
-    m_machine.windowSystem.queueAnswer({1,
-                                        {[this] { m_delegate.outlets().fromProfileMenu.selected.set(3); },
-                                         [this] {
-                                             // A frame that comes while the user is choosing, and what the
-                                             // dialog's own buttons send.
-                                             m_recorder.frame(std::nullopt, now());
-                                             act("copyProfileSameSame:");
-                                         },
-                                         [this] { m_delegate.outlets().toProfileMenu.selected.set(5); }}});
+    // A frame comes while the user is choosing, and the dialog's own buttons send something.
+    const auto choose = [this] {
+        m_delegate.outlets().fromProfileMenu.selected.set(3);
+        m_recorder.frame(std::nullopt, now());
+        act("copyProfileSameSame:");
+        m_delegate.outlets().toProfileMenu.selected.set(5);
+    };
+    m_machine.windowSystem.queueAnswer({1, {choose}});
     act("profileSelectPopup:", app::ItemIndex{10});
     quit();
     EXPECT_THAT(m_script, HasSubstr("action \"setColorsBtn:\"\n"
@@ -182,66 +175,40 @@ TEST_F(RecordingTest, AModalSessionsAnswerComesBeforeItsAction) {
 }
 
 TEST(ScriptText, HoldsNoWordsOfTheUsers) {
-    screenlink::Cells cells{};
-    cells[0] = {true, true, true};
-    cells[10] = {false, true, false};
-    EXPECT_EQ(stripLine(cells),
-              "strip ffffff 000000 000000 000000 000000 000000 000000 000000 000000 000000 00ff00");
     EXPECT_EQ(actionLine(*app::findAction("blinkTimeChanged:"), app::EnteredText{"2.5 my secret"}),
               "action \"blinkTimeChanged:\" \"2.5\"");
     EXPECT_EQ(settingLine("a \"b\"", std::string("secret")), std::nullopt);
-    EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5}),
-              "default \"a \\\"b\\\"\" [1,2.5]");
-    EXPECT_EQ(settingLine("map", platform::NumberArray{std::int64_t{5}, std::nan(""), std::int64_t{6}}),
-              "default \"map\" [5,-1,6]")
+    EXPECT_EQ(settingLine("a \"b\"", platform::NumberArray{std::int64_t{1}, 2.5, std::nan("")}),
+              "default \"a \\\"b\\\"\" [1,2.5,-1]")
         << "an element that is no number counts as no slot";
     EXPECT_EQ(waitLine(1'000'050'000ns), "wait 1.000050");
 }
 
-TEST(ScriptRecorder, WritesNumbersAsTheReplayReadsThem) {
-    // Where that language is installed; a desktop program takes the user's.
-    std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
-    std::string script;
-    ScriptRecorder recorder([] { return 0s; },
-                            [&script](std::string_view lines) {
-                                script += lines;
-                                return true;
-                            },
-                            [](const std::string&) {});
-    simulated::InMemoryDefaults settings;
-    settings.set("scanWidth", 81.5);
-    settings.set("scanOffset", std::int64_t{3});
-    recorder.launch(settings, 1.25);
-    std::setlocale(LC_NUMERIC, "C");
-    EXPECT_THAT(script, AllOf(HasSubstr("display 1920 1080 1.25\n"), HasSubstr("strip-geometry 3 81.5\n")));
-}
-
 TEST(ScriptRecorder, EndsAtItsLimitAndWhenItCannotWrite) {
-    simulated::InMemoryDefaults settings;
-    std::vector<std::string> ends;
-    std::size_t written = 0;
-    bool works = true;
-    const auto write = [&](std::string_view lines) {
-        written += lines.size();
-        return works;
-    };
-    const auto ended = [&](std::string why) { ends.push_back(std::move(why)); };
-    ScriptRecorder full([] { return 0s; }, write, ended, 500);
-    full.launch(settings, 1.0);
-    for (int i = 0; i < 100; ++i)
-        full.sleep();
-    EXPECT_LE(written, 500U);
-    EXPECT_GT(written, 490U);
-    ScriptRecorder held([] { return 0s; }, write, ended, 500);
-    held.launch(settings, 1.0);
-    held.beginModal();
-    for (int i = 0; i < 100; ++i)
-        held.sleep();
-    EXPECT_EQ(ends.size(), 2U) << "what waits for the end of a session counts as well";
-    works = false;
-    ScriptRecorder broken([] { return 0s; }, write, ended);
-    broken.launch(settings, 1.0);
-    EXPECT_THAT(ends, ElementsAre(HasSubstr("full"), HasSubstr("full"), HasSubstr("can't be written")));
+    const struct {
+        bool works;
+        /// What waits for the end of a session counts as well.
+        bool isModal;
+        const char* why;
+    } cases[] = {{true, false, "full"}, {true, true, "full"}, {false, false, "can't be written"}};
+    for (const auto& [works, isModal, why] : cases) {
+        std::size_t written = 0;
+        std::vector<std::string> ends;
+        const auto write = [&, works = works](std::string_view lines) {
+            written += lines.size();
+            return works;
+        };
+        const auto ended = [&](std::string reason) { ends.push_back(std::move(reason)); };
+        ScriptRecorder recorder([] { return 0s; }, write, ended, 500);
+        recorder.launch(simulated::InMemoryDefaults(), 1.0);
+        if (isModal)
+            recorder.beginModal();
+        for (int i = 0; i < 100; ++i)
+            recorder.sleep();
+        EXPECT_THAT(ends, ElementsAre(HasSubstr(why)));
+        EXPECT_EQ(written > 490, works && !isModal);
+        EXPECT_LE(written, 500U);
+    }
 }
 
 } // namespace

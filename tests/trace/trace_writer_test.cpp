@@ -11,7 +11,6 @@ namespace glimra::trace {
 namespace {
 
 using namespace std::chrono_literals;
-using nlohmann::ordered_json;
 using testing::ElementsAre;
 
 struct TraceWriterTest : testing::Test {
@@ -26,13 +25,8 @@ struct TraceWriterTest : testing::Test {
 };
 
 TEST_F(TraceWriterTest, TimeHasNoMoreDecimalsThanNeeded) {
-    const std::vector<std::pair<platform::Time, std::string>> cases{
-        {0s, "0"},
-        {7s, "7"},
-        {2050ms, "2.05"},
-        {100s, "100"},
-        {1ns, "0.000000001"},
-        {platform::Time::max(), "9223372036.854775807"}};
+    const std::pair<platform::Time, std::string> cases[] = {
+        {7s, "7"}, {2050ms, "2.05"}, {1ns, "0.000000001"}, {platform::Time::max(), "9223372036.854775807"}};
     for (const auto& [time, text] : cases) {
         now = time;
         writer.quit();
@@ -42,22 +36,18 @@ TEST_F(TraceWriterTest, TimeHasNoMoreDecimalsThanNeeded) {
 
 TEST_F(TraceWriterTest, AnyTextMakesAValidLine) {
     using namespace std::string_literals;
-    const std::vector<std::pair<std::string, std::string>> cases{
+    const std::pair<std::string, std::string> cases[] = {
         {"\0\x1f\t\"\\/\x7f"s, "\\u0000\\u001f\\t\\\"\\\\/\x7f"},
         {"\u2191 \U0001F600", "\u2191 \U0001F600"},
-        {"a\xFFz", "a\uFFFDz"},
         {"cut \xE2\x86", "cut \uFFFD"}};
     for (const auto& [text, written] : cases) {
         writer.log(text);
         EXPECT_EQ(lines.back(), "{\"t\":0.4,\"kind\":\"log\",\"text\":\"" + written + "\"}");
     }
-    writer.dump("state", {std::numeric_limits<double>::quiet_NaN()});
-    EXPECT_TRUE(lines.back().ends_with("[null]}"));
     writer.process("\xC0", {"\xFF"});
-    writer.dump("\xFF", {{"\xFF", "\xFF"}});
-    EXPECT_TRUE(std::ranges::all_of(lines, [](const std::string& line) {
-        return ordered_json::accept(line) && line.find('\n') == std::string::npos;
-    }));
+    writer.dump("\xFF", {{"\xFF", std::numeric_limits<double>::quiet_NaN()}});
+    EXPECT_TRUE(std::ranges::all_of(
+        lines, [](const std::string& line) { return nlohmann::ordered_json::accept(line); }));
 }
 
 TEST_F(TraceWriterTest, WritesOnlyTheKindsThatAreWanted) {
@@ -65,44 +55,28 @@ TEST_F(TraceWriterTest, WritesOnlyTheKindsThatAreWanted) {
     for (const std::string_view name : {"system-log", "quit"})
         wanted.add(traceKindNamed(name).value());
     EXPECT_EQ(traceKindNamed("systemlog"), std::nullopt);
-    EXPECT_EQ(traceKindNamed(""), std::nullopt);
-    int timesAsked = 0;
-    TraceWriter picky(
-        [&] {
-            ++timesAsked;
-            return now;
-        },
-        sink, wanted);
+    TraceWriter picky([this] { return now; }, sink, wanted);
     picky.led(platform::StopEffects{});
-    picky.log("text");
     picky.dump("state", {});
-    EXPECT_EQ(timesAsked, 0);
     picky.systemLog("text");
     picky.quit();
     EXPECT_THAT(lines,
                 ElementsAre(R"({"t":0.4,"kind":"system-log","text":"text"})", R"({"t":0.4,"kind":"quit"})"));
 }
 
-TEST(TraceWriterThreads, LinesComeOutWholeAndInTheOrderOfTheirTimes) {
-    constexpr int kLinesOfEach = 500;
-    std::vector<std::string> lines;
-    platform::Time now{};
-    TraceWriter writer([&now] { return now += 1ns; },
-                       [&lines](std::string_view line) { lines.emplace_back(line); });
+TEST_F(TraceWriterTest, LinesOfThreadsComeOutWholeAndInTheOrderOfTheirTimes) {
+    TraceWriter shared([this] { return now += 1s; }, sink);
+    const auto writeMany = [&] {
+        for (int i = 0; i < 500; ++i)
+            shared.systemLog("from a thread");
+    };
     {
-        std::jthread other([&writer] {
-            for (int i = 0; i < kLinesOfEach; ++i)
-                writer.systemLog("from a thread");
-        });
-        for (int i = 0; i < kLinesOfEach; ++i)
-            writer.led(platform::SetTargetDevice{4});
+        const std::jthread other(writeMany);
+        writeMany();
     }
-    ASSERT_EQ(lines.size(), 2U * kLinesOfEach);
-    double last = 0.0;
-    for (const std::string& line : lines) {
-        const ordered_json parsed = ordered_json::parse(line);
-        EXPECT_GT(parsed.at("t").get<double>(), std::exchange(last, parsed.at("t").get<double>()));
-    }
+    for (int second = 1; const std::string& line : lines)
+        EXPECT_THAT(line, testing::StartsWith("{\"t\":" + std::to_string(second++) + ".4,"));
+    EXPECT_EQ(lines.size(), 1000U);
 }
 
 } // namespace

@@ -1,94 +1,90 @@
 #include "keyboards/openrgb/encoder.h"
 
-#include "keyboards/openrgb/bytes.h"
-
-#include <string_view>
+#include <sstream>
 
 namespace glimra::tests {
 
-using keyboards::openrgb::appendBytes;
-using keyboards::openrgb::appendU16;
-using keyboards::openrgb::appendU32;
+using namespace keyboards::openrgb;
 
 namespace {
 
 using Payload = std::vector<std::uint8_t>;
 
+void appendNumbers(Payload& to, const std::vector<std::uint32_t>& numbers) {
+    for (const std::uint32_t number : numbers)
+        appendU32(to, number);
+}
+
+void appendCount(Payload& to, std::size_t count) {
+    appendU16(to, static_cast<std::uint16_t>(count));
+}
+
 void appendText(Payload& to, std::string_view text) {
-    appendU16(to, static_cast<std::uint16_t>(text.size() + 1));
+    appendCount(to, text.size() + 1);
     to.insert(to.end(), text.begin(), text.end());
     to.push_back(0);
 }
 
 void appendColors(Payload& to, const std::vector<Rgb>& colors) {
-    appendU16(to, static_cast<std::uint16_t>(colors.size()));
+    appendCount(to, colors.size());
     // Servers leave anything in the fourth byte.
     for (const Rgb& color : colors)
         to.insert(to.end(), {color.red, color.green, color.blue, 0xEE});
 }
 
-void appendZone(Payload& to, const ServerZone& zone, std::uint32_t version) {
-    appendText(to, zone.name);
-    for (const std::uint32_t number : {2U, zone.ledCount, zone.ledCount, zone.ledCount})
-        appendU32(to, number);
-    appendU16(to, static_cast<std::uint16_t>(zone.cells.empty() ? 0 : 8 + 4 * zone.cells.size()));
-    if (!zone.cells.empty()) {
-        appendU32(to, zone.height);
-        appendU32(to, zone.width);
-        for (const std::uint32_t cell : zone.cells)
-            appendU32(to, cell);
-    }
-    if (version >= 4) {
-        appendU16(to, static_cast<std::uint16_t>(zone.segments.size()));
-        for (const ServerSegment& segment : zone.segments) {
-            appendText(to, segment.name);
-            for (const std::uint32_t number : {1U, segment.firstLed, segment.ledCount})
-                appendU32(to, number);
-            if (version >= 6) {
-                appendU16(to, 0);
-                appendU32(to, 0);
-            }
-        }
+void appendMatrix(Payload& to, const Matrix& matrix) {
+    appendCount(to, matrix.cells.empty() ? 0 : 8 + 4 * matrix.cells.size());
+    if (!matrix.cells.empty())
+        appendNumbers(to, {matrix.height, matrix.width});
+    appendNumbers(to, matrix.cells);
+}
+
+void appendZone(Payload& to, const Zone& zone, std::uint32_t version) {
+    // A zone of one LED is one for effects, which has as many as the player says but only one colour.
+    const bool isForEffects = version >= 5 && zone.ledCount == 1;
+    const auto ledCount = static_cast<std::uint32_t>(isForEffects ? 9 : zone.ledCount);
+    appendText(to, "Zone");
+    appendNumbers(to, {2, ledCount, ledCount, ledCount});
+    appendMatrix(to, zone.matrix);
+    const std::size_t segments = version >= 4 ? zone.ledCount % 21 : 0;
+    if (version >= 4)
+        appendCount(to, segments);
+    for (std::size_t segment = 0; segment < segments; ++segment) {
+        appendText(to, "Segment");
+        appendNumbers(to, {1, 0, 1});
+        if (version >= 6)
+            to.insert(to.end(), 2 + 4, 0);
     }
     if (version >= 5)
-        appendU32(to, zone.flags);
+        appendU32(to, isForEffects ? 1 : 0);
     if (version >= 6) {
         appendU32(to, 0);
-        appendU16(to, 1);
-        appendBytes(to, encodeMode({.name = "Of the zone"}, version));
-        appendText(to, zone.name);
+        appendCount(to, 1);
+        appendBytes(to, encodeMode({.name = "Of the zone", .block = {}}, version));
+        appendText(to, "Zone");
     }
 }
 
-void appendEnd(Payload& to, const ServerDevice& device, std::uint32_t version) {
-    if (version >= 5) {
-        appendU16(to, static_cast<std::uint16_t>(device.alternateNames.size()));
-        for (const std::string& name : device.alternateNames)
-            appendText(to, name);
-        appendU32(to, 1);
-    }
-    if (version >= 6) {
-        appendText(to, device.name + " of mine");
-        constexpr std::string_view kConfiguration = "{\"a\":1}";
-        appendU32(to, kConfiguration.size() + 1);
-        to.insert(to.end(), kConfiguration.begin(), kConfiguration.end());
-        to.push_back(0);
+void addZone(Controller& device, const std::vector<std::string>& names, Matrix matrix = {}) {
+    device.zones.push_back({device.leds.size(), names.size(), std::move(matrix)});
+    for (const std::string& name : names) {
+        device.leds.push_back(name);
+        // Dark, but each its own.
+        device.colors.push_back({static_cast<std::uint8_t>(device.leds.size()), 2, 3});
     }
 }
 
-void addLeds(ServerDevice& device, ServerZone zone, const std::vector<std::string>& names) {
-    zone.ledCount = static_cast<std::uint32_t>(names.size());
-    device.zones.push_back(std::move(zone));
-    device.leds.insert(device.leds.end(), names.begin(), names.end());
+Controller keyboard(const std::string& name) {
+    Controller device;
+    device.type = kKeyboardType;
+    device.name = name;
+    device.serial = "S1";
+    device.modes = {{.name = "Rainbow", .flags = 0x41, .colorMode = 2, .block = {}},
+                    {.name = "Direct", .flags = 1U << 5, .colorMode = 1, .block = {}}};
+    return device;
 }
 
-/// Every LED in a dark colour of its own.
-void colorLeds(ServerDevice& device) {
-    for (std::size_t led = 0; led < device.leds.size(); ++led)
-        device.colors.push_back({static_cast<std::uint8_t>(led + 1), 2, 3});
-}
-
-constexpr std::string_view kFullRows[] = {
+constexpr const char* kFullRows[] = {
     "Escape||F1|F2|F3|F4|F5|F6|F7|F8|F9|F10|F11|F12|Print Screen|Scroll Lock|Pause/Break",
     "`|1|2|3|4|5|6|7|8|9|0|-|=|Backspace|Insert|Home|Page Up|Num Lock|Number Pad /|Number Pad *|Number Pad -",
     "Tab|Q|W|E|R|T|Y|U|I|O|P|[|]|\\ (ANSI)|Delete|End|Page Down|Number Pad 7|Number Pad 8|Number Pad "
@@ -99,68 +95,59 @@ constexpr std::string_view kFullRows[] = {
     "Left Control|Left Windows|Left Alt||||Space||||Right Alt|Right Fn|Menu|Right Control|Left Arrow|Down "
     "Arrow|Right Arrow||Number Pad 0|Number Pad .",
 };
-constexpr std::uint32_t kColumns = 21;
-constexpr std::uint32_t kNoLed = 0xFFFFFFFF;
-
-/// One row of names, parted by bars.
-std::vector<std::string> parted(std::string_view row) {
-    std::vector<std::string> names(1);
-    for (const char c : row)
-        if (c == '|')
-            names.emplace_back();
-        else
-            names.back() += c;
-    return names;
-}
+constexpr std::size_t kColumns = 21;
 
 } // namespace
 
-std::vector<std::uint8_t> encodeMode(const ServerMode& mode, std::uint32_t version) {
+Payload encodeMode(const Mode& mode, std::uint32_t version) {
     Payload block;
     appendText(block, mode.name);
     if (version < 6)
-        appendU32(block, mode.value);
-    appendU32(block, mode.flags);
-    for (const std::uint32_t speedLimit : {0U, 100U})
-        appendU32(block, speedLimit);
+        appendU32(block, 7);
+    appendNumbers(block, {mode.flags, 0, 100});
     if (version >= 3)
-        for (const std::uint32_t brightnessLimit : {0U, 100U})
-            appendU32(block, brightnessLimit);
-    for (const std::uint32_t colorLimit : {0U, 2U})
-        appendU32(block, colorLimit);
-    appendU32(block, mode.speed);
+        appendNumbers(block, {0, 100});
+    appendNumbers(block, {0, 2, 40});
     if (version >= 3)
-        appendU32(block, mode.brightness);
-    appendU32(block, 0);
-    appendU32(block, mode.colorMode);
-    appendColors(block, mode.colors);
+        appendU32(block, 100);
+    appendNumbers(block, {0, mode.colorMode});
+    appendColors(block, std::vector<Rgb>(mode.colorMode == 2 ? 2 : 0, {9, 8, 7}));
     return block;
 }
 
-std::vector<std::uint8_t> encodeDevice(const ServerDevice& device, std::uint32_t version) {
+Payload encodeDevice(const Controller& device, std::uint32_t version) {
     Payload body;
     appendU32(body, static_cast<std::uint32_t>(device.type));
     appendText(body, device.name);
     if (version >= 1)
         appendText(body, "Vendor");
-    for (const std::string_view text : {std::string_view("A board"), std::string_view("1.0"),
-                                        std::string_view(device.serial), std::string_view(device.location)})
+    for (const std::string& text :
+         {std::string("A board"), std::string("1.0"), device.serial, device.location})
         appendText(body, text);
-    appendU16(body, static_cast<std::uint16_t>(device.modes.size()));
+    appendCount(body, device.modes.size());
     appendU32(body, static_cast<std::uint32_t>(device.activeMode));
-    for (const ServerMode& mode : device.modes)
+    for (const Mode& mode : device.modes)
         appendBytes(body, encodeMode(mode, version));
-    appendU16(body, static_cast<std::uint16_t>(device.zones.size()));
-    for (const ServerZone& zone : device.zones)
+    appendCount(body, device.zones.size());
+    for (const Zone& zone : device.zones)
         appendZone(body, zone, version);
-    appendU16(body, static_cast<std::uint16_t>(device.leds.size()));
+    appendCount(body, device.leds.size());
     for (const std::string& led : device.leds) {
         appendText(body, led);
         if (version < 6)
             appendU32(body, 0xDEADBEEF);
     }
     appendColors(body, device.colors);
-    appendEnd(body, device, version);
+    if (version >= 5) {
+        appendCount(body, 2);
+        appendText(body, "");
+        appendText(body, "Key: Z");
+        appendU32(body, 1);
+    }
+    if (version >= 6) {
+        appendText(body, "Mine");
+        appendNumbers(body, {4, 0});
+    }
 
     Payload payload;
     appendU32(payload, static_cast<std::uint32_t>(4 + body.size()));
@@ -168,41 +155,29 @@ std::vector<std::uint8_t> encodeDevice(const ServerDevice& device, std::uint32_t
     return payload;
 }
 
-ServerDevice smallKeyboard(const std::string& name) {
-    ServerDevice device;
-    device.name = name;
-    device.modes = {{.name = "Rainbow",
-                     .flags = 0x41,
-                     .colorMode = 2,
-                     .value = 7,
-                     .speed = 40,
-                     .colors = {{9, 8, 7}, {6, 5, 4}}},
-                    {.name = "Direct", .value = 0xFFFF, .brightness = 100}};
-    addLeds(device, {.name = "Strip", .segments = {{"Half", 0, 1}, {"Other half", 1, 1}}},
-            {"Underglow LED 1", "Underglow LED 2"});
-    addLeds(device, {.name = "Empty"}, {});
-    addLeds(device, {.name = "Keys"}, {"Key: Escape", "Key: W", "Key: G1", "Logo"});
-    device.alternateNames = {"", "", "", "Key: Z"};
-    colorLeds(device);
+Controller smallKeyboard(const std::string& name) {
+    Controller device = keyboard(name);
+    addZone(device, {"Underglow LED 1"});
+    addZone(device, {"Underglow LED 2"});
+    addZone(device, {"Key: Escape", "Key: W", "Key: G1", "Logo"});
     return device;
 }
 
-ServerDevice fullKeyboard(const std::string& name) {
-    ServerDevice device;
-    device.name = name;
-    ServerZone zone{.height = std::size(kFullRows), .width = kColumns};
+Controller fullKeyboard(const std::string& name) {
+    Matrix matrix{.height = std::size(kFullRows), .width = kColumns, .cells = {}};
     std::vector<std::string> names;
-    for (const std::string_view row : kFullRows) {
-        std::vector<std::string> keys = parted(row);
-        keys.resize(kColumns);
-        for (const std::string& key : keys) {
-            zone.cells.push_back(key.empty() ? kNoLed : static_cast<std::uint32_t>(names.size()));
+    for (const char* const row : kFullRows) {
+        std::istringstream keys(row);
+        for (std::size_t column = 0; column < kColumns; ++column) {
+            std::string key;
+            std::getline(keys, key, '|');
+            matrix.cells.push_back(key.empty() ? Matrix::kNoLed : static_cast<std::uint32_t>(names.size()));
             if (!key.empty())
                 names.push_back("Key: " + key);
         }
     }
-    addLeds(device, zone, names);
-    colorLeds(device);
+    Controller device = keyboard(name);
+    addZone(device, names, std::move(matrix));
     return device;
 }
 

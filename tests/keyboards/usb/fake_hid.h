@@ -1,19 +1,29 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
+namespace glimra::tests {
+
 /// Stands in for the HID library: its functions are defined in this program, so the lighting library finds
 /// them before the real ones. It presents one keyboard and keeps what is written to it. One thread.
-namespace glimra::tests::fakeHid {
+struct FakeHid {
+    /// Of the keyboard that is plugged in; 0 for none.
+    std::uint16_t product = 0;
+    /// So many more reports are taken, then the keyboard is gone.
+    std::size_t reportsLeft = 0;
+    /// In hexadecimal.
+    std::vector<std::string> reports;
+    int timesPlugged = 0;
 
-/// The only keyboard there is from now on. Handles of a keyboard that was there before are dead.
-void plug(std::uint16_t product);
-void unplug();
-/// Takes the keyboard away in the middle of a frame: after that many more reports.
-void unplugAfter(std::size_t reports);
-/// The reports written since the last time this was asked, in hexadecimal.
-std::vector<std::string> takeReports();
+    /// Handles of a keyboard that was there before are dead.
+    void plug(std::uint16_t newProduct) {
+        *this = {newProduct, std::numeric_limits<std::size_t>::max(), {}, timesPlugged + 1};
+    }
+};
 
-} // namespace glimra::tests::fakeHid
+inline FakeHid fakeHid;
+
+} // namespace glimra::tests
