@@ -208,6 +208,8 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     bench.release.set();
     EXPECT_TRUE(other.hasFrames(1));
     EXPECT_EQ(bench.state.copy().closed, 1);
+    keyboard.resendAll();
+    EXPECT_TRUE(other.hasFrames(2));
     keyboard.LogiLedShutdown();
     EXPECT_TRUE(other.becomes([](const State& s) { return s.closed == 1; }));
     EXPECT_EQ(other.state.copy().esc().red, 230) << "it is handed back as it is, not made dark before";
