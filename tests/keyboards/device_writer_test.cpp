@@ -154,6 +154,7 @@ TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(model);
     ASSERT_TRUE(bench.hasFrames(2));
+    EXPECT_LT(bench.state.copy().frameSizes[1], kKeyCount);
     bench.news.set();
     ASSERT_TRUE(
         bench.becomes([](const State& s) { return std::ranges::count(s.frameSizes, kKeyCount) == 2; }));
