@@ -119,6 +119,7 @@ TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItCom
                           Not(HasSubstr("FlashSingleKey 59"))));
     }
     keyboard.LogiLedShutdown();
+    keyboard.choose("sdk");
     EXPECT_EQ(takeCalls(FAKE_SDK), "Shutdown\n");
     EXPECT_FALSE(keyboard.LogiLedSetLighting(1, 2, 3));
 }
@@ -129,6 +130,9 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     const Rgb before = escape();
     auto wanted = options("auto");
     wanted.drivers.openRgb.server.port = server.port();
+    EXPECT_THAT(findDriver("openrgb")->tryIt(wanted.drivers).text, HasSubstr("Small Board"));
+    ASSERT_TRUE(tests::eventually([&] { return server.isLeft(); }));
+    EXPECT_EQ(server.lights("Small Board").mode, "Rainbow") << "it was only tried";
     ChosenKeyboard& keyboard = make(wanted);
     ASSERT_TRUE(keyboard.LogiLedInit());
     keyboard.LogiLedSetLighting(0, 0, 100);

@@ -157,6 +157,11 @@ TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
     ASSERT_EQ(scene.frames.size(), 1U);
     EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
     EXPECT_THAT(scene.frames[0].keys, testing::Contains(lit(kEsc, {255, 0, 0})));
+
+    scene.searches.clear();
+    scene.plan.lost(scene.now);
+    scene.runFor(20s);
+    EXPECT_THAT(scene.searches, testing::IsEmpty()) << "it comes and goes";
 }
 
 } // namespace

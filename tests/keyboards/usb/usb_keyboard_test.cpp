@@ -51,7 +51,7 @@ protected:
 
 TEST_F(UsbKeyboardTest, OneKeyIsOneReportAndACommitOnEveryModel) {
     constexpr lighting::KeyCode kA = 0x1E;
-    constexpr lighting::KeyCode kNumberPad5 = 0x4C;
+    constexpr lighting::KeyCode kNumberPadDot = 0x53;
     constexpr lighting::KeyCode kG1 = 0x200;
     constexpr lighting::KeyCode kG6 = 0x205;
     constexpr lighting::KeyCode kLogo = 0x209;
@@ -62,12 +62,12 @@ TEST_F(UsbKeyboardTest, OneKeyIsOneReportAndACommitOnEveryModel) {
         /// Empty: the model does not have the key.
         std::string sent;
     } cases[] = {
-        {0xC331, kNumberPad5, "12ff0c3a0001000e5d010203"},
+        {0xC331, kNumberPadDot, "12ff0c3a0001000e63010203"},
         {0xC331, kLogo, "11ff0c3a0010000101010203"},
         {0xC331, kBadge, ""},
         {0xC331, kG1, ""},
         {0xC330, kA, "12ff0c3a0001000e04010203"},
-        {0xC330, kNumberPad5, ""},
+        {0xC330, kNumberPadDot, ""},
         {0xC330, kLogo, ""},
         {0xC335, kA, "12ff0f3d0001000e04010203"},
         {0xC335, kG6, "12ff0f3e0004000906010203"},
