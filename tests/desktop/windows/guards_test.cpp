@@ -242,8 +242,10 @@ TEST_F(GuardsTest, WindowsThatAreOpenAlreadyDropNothingAndCloseAsCancelDoes) {
 }
 
 TEST_F(GuardsTest, TheTrayShowsProfilesAsTheyAreStoredWithTheirCooldowns) {
-    Tray tray(windows().binder(), *m_delegate, {});
+    Tray tray(windows().binder(), *m_delegate, [this] { ++m_quits; });
     const QList<QAction*> items = tray.menu().actions();
+    items.last()->trigger();
+    EXPECT_EQ(m_quits, 1);
     m_machine.userDefaults.set("useActionBarCooldowns3", true);
     m_delegate->operations().messageQueue.appendToMessageQueue("`@"); // the first slot is on cooldown
     ASSERT_TRUE(eventually([&] { return state().lighting.dimmedKeys.contains(kOne); }));
