@@ -13,6 +13,7 @@ namespace glimra::desktop {
 namespace {
 
 using glimra::tests::eventually;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -306,14 +307,9 @@ TEST_F(GuardsTest, AColorDialogIsOneStepAndItsCancelLeavesNoTrace) {
               (platform::Color{0.2, 0.4, 0.6}));
 }
 
-TEST_F(GuardsTest, ACopyIsTakenBackInTheStoreAndTheGameDoesNotBreakThat) {
+TEST_F(GuardsTest, ACopySaysWhatItOverwritesAndEnterAloneOverwritesNothing) {
     openProgrammer();
-    paintInC(kQ);
     gameShows(5);
-    click("colorOkButton");
-    // Profile 1 onto 5, which the game shows.
-    openProgrammer();
-    const lighting::KeyMap before = state().canvas.keysToColors;
     const auto copyAnd = [this](const std::function<void()>& answer) {
         const auto choosing = [&] {
             choose("fromProfileMenu", 0);
@@ -324,20 +320,12 @@ TEST_F(GuardsTest, ACopyIsTakenBackInTheStoreAndTheGameDoesNotBreakThat) {
     };
     copyAnd([this] {
         EXPECT_THAT(textOf("copyText"), HasSubstr("Profile 5 is overwritten"));
-        // Enter alone overwrites nothing.
         QTest::keyClick(window("copyProfileDialog")->focusWidget(), Qt::Key_Return);
         QTest::keyClick(window("copyProfileDialog"), Qt::Key_Escape);
     });
-    EXPECT_EQ(state().canvas.keysToColors, before);
+    EXPECT_THAT(stored(kQ), IsEmpty());
     copyAnd([this] { click("copyProfileCopyBtn"); });
-    EXPECT_EQ(stored(kQ)[5], kSlotOfC);
-    gameShows(2);
-    clickAndSettle("undoButton");
-    EXPECT_EQ(state().canvas.keysToColors, before);
-    EXPECT_THAT(stored(kQ), ElementsAre(Pair(1, kSlotOfC), Pair(5, before[kQ]))) << "in the store as well";
-    EXPECT_FALSE(isTouched()) << "it is as it is stored";
-    click("redoButton");
-    EXPECT_THAT(stored(kQ), ElementsAre(Pair(1, kSlotOfC), Pair(5, kSlotOfC)));
+    EXPECT_THAT(stored(kQ), Contains(Pair(5, slotOf(kQ))));
 }
 
 } // namespace
