@@ -64,10 +64,6 @@ protected:
         settle();
         return colorDialog();
     }
-    void clickAndSettle(const char* name) {
-        click(name);
-        settle();
-    }
     void paintInC(lighting::KeyCode key) {
         click("paintC");
         paintKey(key);
@@ -110,12 +106,12 @@ TEST_F(GuardsTest, WhatIsPaintedBelongsToTheProfileOnTheCanvasWhateverTheGameSho
     EXPECT_THAT(note->text().toStdString(), HasSubstr("The game now shows profile 5"));
     EXPECT_THAT(title(), HasSubstr("Profile 1"));
     EXPECT_EQ(widget<QComboBox>("currentProfilePopup")->currentIndex(), 0);
-    clickAndSettle("actionBarEffectCheckbox");
+    click("actionBarEffectCheckbox");
     // Its preview too, though neither 5 nor 6 shows cooldowns.
     gameShows(6);
     canvas()->redraw();
     const lighting::Rgb unmarked = canvas()->shownColors()[placeOf(kOne)];
-    clickAndSettle("cooldownPreviewBtn");
+    click("cooldownPreviewBtn");
     EXPECT_NE(canvas()->shownColors()[placeOf(kOne)], unmarked);
     gameShows(5);
     click("colorOkButton");
@@ -294,13 +290,13 @@ TEST_F(GuardsTest, AColorDialogIsOneStepAndItsCancelLeavesNoTrace) {
         settle();
     }
     gameShows(5);
-    clickAndSettle("undoButton");
+    click("undoButton");
     EXPECT_EQ(dynamic_cast<ColorWell*>(widget("colorC"))->color(), QColor("#112233"));
-    clickAndSettle("undoButton");
+    click("undoButton");
     EXPECT_EQ(colorC(), before);
-    clickAndSettle("redoButton");
+    click("redoButton");
     const QPointer open = tryColor("#336699");
-    clickAndSettle("colorOkButton");
+    click("colorOkButton");
     EXPECT_FALSE(open && open->isVisible()) << "it goes with the programmer";
     const auto archived = m_machine.userDefaults.get("colorCColor1");
     EXPECT_EQ(profiles::unarchiveColor(std::get<platform::Data>(*archived)),

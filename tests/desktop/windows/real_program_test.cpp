@@ -118,7 +118,6 @@ TEST_F(RealProgramTest, IsGuidedPaintsByMouseExportsImportsAndQuits) {
     expectTwin("mainWindow");
     ASSERT_TRUE(says("settings", "firstStepsDone=true", clickOn("guideDismiss")));
     click("guideDismiss");
-    settle();
     ASSERT_TRUE(says("trace", programmer + "true", clickOn("setColorsButton")));
     expectTwin("colorProgrammerWindow");
     // In one leap: green also on the eight keys between, which got no event of their own.

@@ -67,6 +67,7 @@ protected:
         auto* const button = widget<QAbstractButton>(name);
         ASSERT_TRUE(button->isEnabled()) << name;
         button->click();
+        settle();
     }
     /// Chooses as a user does.
     void choose(const char* popUp, int index) {
@@ -82,7 +83,6 @@ protected:
 
     void openProgrammer() {
         click("setColorsButton");
-        settle();
         ASSERT_TRUE(window("colorProgrammerWindow")->isVisible());
     }
     KeyboardCanvas* canvas() { return dynamic_cast<KeyboardCanvas*>(widget("keyboardCanvas")); }
