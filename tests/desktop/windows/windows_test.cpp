@@ -129,6 +129,7 @@ TEST_F(WindowsTest, WhatCanDoNothingNowIsGreyOrSaysSo) {
     click("singleColorModeBtn");
     EXPECT_FALSE(widget("cooldownPreviewBtn")->isEnabled());
     EXPECT_FALSE(widget("controlAllLightsCheckbox")->isEnabled()) << "one color is there, not these";
+    EXPECT_FALSE(widget("actionBarEffectCheckbox")->isEnabled());
 
     click("calibrateButton");
     QTimer::singleShot(0, [this] {
@@ -191,6 +192,8 @@ TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
             for (const QWidget* const each : designed(top)) {
                 if (!each->isVisibleTo(top) || each->objectName() == "statusText")
                     continue;
+                EXPECT_TRUE(!each->property("fontScale").isValid() ||
+                            each->font().pointSizeF() > top->font().pointSizeF());
                 EXPECT_EQ(each->size().expandedTo(need(*each)), each->size())
                     << each->objectName().toStdString() << " in " << name << " at " << size.width();
             }
