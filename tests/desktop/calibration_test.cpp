@@ -1,9 +1,8 @@
+#include "app/app_delegate.h"
 #include "desktop/x11/screen_capture.h"
-#include "screenlink/calibration.h"
 #include "screenlink/strip_decoder.h"
-#include "simulated/run_loop.h"
-#include "simulated/services.h"
-#include "simulated/user_defaults.h"
+#include "simulated/simulated_platform.h"
+#include "support/fake_driver.h"
 #include "support/x_server.h"
 #include "tools/strip/strip_painter.h"
 
@@ -12,70 +11,49 @@
 namespace glimra {
 namespace {
 
-struct Heard final : platform::MessageLog {
-    std::string log;
-
-    bool debugMode() const override { return false; }
-    void appendLog(std::string_view text) override { log += text; }
-    void appendDebugLog(std::string_view) override {}
-    void insertText(std::string_view text) override { log += text; }
-};
-
-/// Calibration on a real screen, or in a window on it; only the time is simulated.
+/// Calibration on a real screen, or in a window on it; the rest of the machine is simulated.
 class CalibrationOnX11 : public ::testing::TestWithParam<desktop::CaptureChoice> {
 protected:
-    bool inWindow() const { return GetParam() == desktop::CaptureChoice::Window; }
-    tools::StripPlace stripOf(int width) const { return {0, width, inWindow() ? "wow.exe" : ""}; }
     /// Windows are searched for a few times a second only.
     bool sees(tools::StripPainter& painter) {
         painter.paint(screenlink::testPattern());
-        return glimra::tests::eventually([&] {
+        return tests::eventually([&] {
             const auto image = capture.capture({0.0, 0.0, 1.0, 1.0});
             return image && image->view().colorAt(0) == platform::Color{1.0, 0.0, 0.0};
         });
     }
-
     /// What is read while the painter shows a token's two frames.
     std::optional<screenlink::Token> read(tools::StripPainter& painter, const screenlink::Token& token) {
-        screenlink::TokenAssembler assembler;
+        const screenlink::StripGeometry geometry = delegate.state().stripGeometry.copy();
         const screenlink::TokenFrames frames = screenlink::encodeToken(token);
+        screenlink::TokenAssembler assembler;
         std::optional<screenlink::Token> seen;
         for (const screenlink::StripFrame& frame : {frames.announce, frames.confirm}) {
             painter.paint(frame);
-            const screenlink::StripGeometry now = geometry.copy();
-            const auto image = capture.capture(now.myScanRect);
-            const auto cells =
-                image ? screenlink::sampleCells(image->view(), now.pixelOffsets) : std::nullopt;
-            const auto decoded = cells ? screenlink::decodeFrame(*cells) : std::nullopt;
-            seen = decoded ? assembler.accept(*decoded) : std::nullopt;
+            const auto image = capture.capture(geometry.myScanRect).value();
+            const auto cells = screenlink::sampleCells(image.view(), geometry.pixelOffsets).value();
+            seen = assembler.accept(screenlink::decodeFrame(cells).value());
         }
         return seen;
     }
 
-    glimra::tests::XvfbServer server;
+    tests::XvfbServer server;
     desktop::X11ScreenCapture capture{server.display(), GetParam()};
-    simulated::SimulatedRunLoop loop;
-    simulated::InMemoryDefaults defaults;
-    simulated::NoSounds sounds;
-    simulated::NoChildProcesses voice;
-    Heard heard;
-    events::MessageState messages;
-    screenlink::ScanSettings settings{80.0, 2};
-    screenlink::SharedStripGeometry geometry{screenlink::stripGeometry(80.0, 2)};
+    simulated::SimulatedPlatform machine{1};
+    tests::FakeDriver keyboard;
+    platform::Platform platform = machine.platform(keyboard, {});
+    app::AppDelegate delegate{(platform.mainCapture = capture, platform)};
 };
 
 TEST_P(CalibrationOnX11, FindsTheStripAndReadsItAfterwards) {
+    const std::string window = GetParam() == desktop::CaptureChoice::Window ? "wow.exe" : "";
     for (const int width : {60, 80, 188}) {
-        tools::StripPainter painter(server.display(), stripOf(width));
+        tools::StripPainter painter(server.display(), {0, width, window});
         ASSERT_TRUE(sees(painter));
-        heard.log.clear();
-        screenlink::Calibration calibration(
-            {loop, capture, sounds, voice, defaults, heard, messages, settings, geometry},
-            screenlink::kSearchTime);
-        messages.confirmCalibrate = false;
-        calibration.calibrateScreen();
-        EXPECT_NE(heard.log.find("Calibration successful!"), std::string::npos) << width;
-        EXPECT_NEAR(settings.scanWidth, width, 4.0);
+        // The first time, it asks whether it is meant.
+        delegate.operations().calibration.calibrateScreen();
+        delegate.operations().calibration.calibrateScreen();
+        EXPECT_NEAR(delegate.state().scan.scanWidth, width, 4.0) << delegate.outlets().myTextScroll.text;
         for (const screenlink::Token& token : {screenlink::Token{{}, 'C'}, {'`', 'U'}, {'}', '*'}})
             EXPECT_EQ(read(painter, token), token) << width << ": " << token.text();
     }

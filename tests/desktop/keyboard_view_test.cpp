@@ -1,4 +1,5 @@
 #include "desktop/windows/keyboard_view.h"
+#include "support/eventually.h"
 
 #include <QImage>
 #include <QPaintEvent>
@@ -12,97 +13,74 @@ namespace glimra::desktop {
 namespace {
 
 using namespace std::chrono_literals;
-using keyboards::Rgb;
+using glimra::tests::eventually;
 
 constexpr platform::KeyName kEnter = 0x1C;
 constexpr platform::KeyName kLogo = 0xFFFF1;
 
-/// A keyboard with a clock of the test's, and the view of it.
-class KeyboardViewTest : public testing::Test {
-protected:
-    KeyboardViewTest() {
-        m_keyboard.LogiLedInit();
-        m_view.installEventFilter(&m_paints);
-        m_view.resize(m_view.sizeHint());
-    }
-    void show() {
-        m_view.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_view));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return m_paints.count > 0; }));
-        ASSERT_TRUE(comesToRest());
-    }
-    /// Whether the view stops painting, and no timer of its own runs on.
-    bool comesToRest() {
-        constexpr int kAttempts = 50;
-        for (int i = 0; i < kAttempts; ++i) {
-            m_paints.clear();
-            QTest::qWait(80);
-            if (m_paints.count + m_paints.timers == 0)
-                return true;
-        }
+QRectF placeOf(platform::KeyName keyName, const QSize& size) {
+    return KeyboardPainter(QRect({}, size), {}, {}).faceOfKey(*keyboards::keyIndex(keyName));
+}
+
+/// What a view painted, and how often its timers woke it.
+struct PaintRecorder : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            regions.push_back(static_cast<QPaintEvent*>(event)->region());
+        timers += event->type() == QEvent::Timer ? 1 : 0;
         return false;
     }
-    static QRect placeOf(platform::KeyName keyName, const QSize& size) {
-        const KeyboardPainter painter(QRect({}, size), {}, {});
-        return painter.faceOfKey(*keyboards::keyIndex(keyName)).toAlignedRect();
-    }
-    QRect placeOf(platform::KeyName keyName) const { return placeOf(keyName, m_view.size()); }
-
-    struct PaintRecorder : QObject {
-        bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Paint) {
-                ++count;
-                region += static_cast<QPaintEvent*>(event)->region();
-            }
-            timers += event->type() == QEvent::Timer ? 1 : 0;
-            return false;
-        }
-        void clear() {
-            count = 0;
-            timers = 0;
-            region = {};
-        }
-        int count = 0;
-        int timers = 0;
-        QRegion region;
-    };
-
-    platform::Time m_now = 1h;
-    keyboards::VirtualKeyboard m_keyboard{[this] { return m_now; }};
-    KeyboardView m_view{m_keyboard, [this] { return m_now; }};
-    PaintRecorder m_paints;
+    std::vector<QRegion> regions;
+    int timers = 0;
 };
 
-TEST_F(KeyboardViewTest, AStillKeyboardCostsNothing) {
-    m_keyboard.LogiLedSetLighting(100, 50, 0);
-    show();
-    m_now += 1s;
-    m_keyboard.LogiLedSetLighting(100, 50, 0); // a call, but no change
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_paints.timers > 0; }));
-    EXPECT_EQ(m_paints.count, 0);
+TEST(KeyboardViewTest, OnlyWhatChangesIsPaintedACallStormOnceAndAStillKeyboardCostsNothing) {
+    platform::Time now = 1h;
+    keyboards::VirtualKeyboard keyboard([&] { return now; });
+    keyboard.LogiLedInit();
+    KeyboardView view(keyboard, [&] { return now; });
+    PaintRecorder paints;
+    view.installEventFilter(&paints);
+    view.resize(view.sizeHint());
+    // Whether the view stops painting, and no timer of its own runs on.
+    const auto comesToRest = [&] {
+        return eventually([&] {
+            paints.regions.clear();
+            paints.timers = 0;
+            QTest::qWait(80);
+            return paints.regions.empty() && paints.timers == 0;
+        });
+    };
+    const auto painted = [&](std::size_t times, const std::function<void()>& calls) {
+        EXPECT_TRUE(comesToRest());
+        now += 1s;
+        calls();
+        EXPECT_TRUE(eventually([&] { return paints.timers > 0 && paints.regions.size() >= times; }));
+        QTest::qWait(50);
+        EXPECT_EQ(paints.regions.size(), times);
+        return paints.regions.empty() ? QRegion() : paints.regions[0];
+    };
+    const QRect enter = placeOf(kEnter, view.size()).toAlignedRect();
+    const QRect logo = placeOf(kLogo, view.size()).toAlignedRect();
+    view.show();
+    ASSERT_TRUE(eventually([&] { return !paints.regions.empty(); }));
+
+    const auto lightAll = [&] { keyboard.LogiLedSetLighting(100, 50, 0); };
+    painted(1, lightAll);
+    painted(0, lightAll); // a call, but no change
+    const QRegion one = painted(1, [&] { keyboard.LogiLedSetLightingForKeyWithKeyName(kEnter, 0, 100, 0); });
+    EXPECT_TRUE(one.contains(enter));
+    EXPECT_FALSE(one.intersects(logo));
+    EXPECT_LT(one.boundingRect().width(), view.width() / 5);
+    const QRegion all = painted(1, [&] {
+        for (const lighting::KeyRect& key : lighting::kKeyboardLayout)
+            keyboard.LogiLedSetLightingForKeyWithKeyName(lighting::driverKeyName(key.code), 0, 0, 100);
+    });
+    EXPECT_TRUE(all.contains(logo));
     EXPECT_TRUE(comesToRest());
 }
 
-TEST_F(KeyboardViewTest, OnlyWhatChangesIsPaintedAndACallStormOnce) {
-    show();
-    m_now += 1s;
-    m_keyboard.LogiLedSetLightingForKeyWithKeyName(kEnter, 0, 100, 0);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_paints.count > 0; }));
-    EXPECT_TRUE(m_paints.region.contains(placeOf(kEnter)));
-    EXPECT_FALSE(m_paints.region.intersects(placeOf(kLogo)));
-    EXPECT_LT(m_paints.region.boundingRect().width(), m_view.width() / 5);
-
-    m_paints.clear();
-    m_now += 1s;
-    for (const lighting::KeyRect& key : lighting::kKeyboardLayout)
-        m_keyboard.LogiLedSetLightingForKeyWithKeyName(lighting::driverKeyName(key.code), 0, 0, 100);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_paints.count > 0; }));
-    QTest::qWait(50);
-    EXPECT_EQ(m_paints.count, 1);
-    EXPECT_TRUE(m_paints.region.contains(placeOf(kLogo)));
-}
-
-TEST_F(KeyboardViewTest, KeysStandInTheirPlacesAtEverySizeInTheirOwnColours) {
+TEST(KeyboardViewTest, KeysStandInTheirPlacesAtEverySizeInTheirOwnColours) {
     keyboards::KeyColors colors{};
     for (std::size_t i = 0; i < colors.size(); ++i)
         colors[i] = {static_cast<std::uint8_t>(255 - 2 * i), static_cast<std::uint8_t>(2 * i), 90};
@@ -132,7 +110,7 @@ TEST_F(KeyboardViewTest, KeysStandInTheirPlacesAtEverySizeInTheirOwnColours) {
     EXPECT_LT(placeOf(0x01, size).right(), placeOf(0x3B, size).left());
 }
 
-TEST_F(KeyboardViewTest, LegendsAreReadableOnEveryColour) {
+TEST(KeyboardViewTest, LegendsAreReadableOnEveryColour) {
     const auto luminance = [](const QColor& color) {
         const auto linear = [](double value) {
             return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);

@@ -2,6 +2,7 @@
 #include "screenlink/calibration.h"
 #include "screenlink/screen_reader.h"
 #include "simulated/screen.h"
+#include "simulated/services.h"
 #include "simulated/user_defaults.h"
 #include "support/real_time_loop.h"
 
@@ -35,11 +36,9 @@ public:
             return image;
         const screenlink::TokenFrames frames = screenlink::encodeToken(tokenAt(m_frame / 2));
         const screenlink::StripFrame& shown = m_frame % 2 == 0 ? frames.announce : frames.confirm;
-        for (std::size_t i = 0; i < shown.size(); ++i) {
-            const auto position =
-                static_cast<std::size_t>(screenlink::cellPosition(i, static_cast<float>(rect.width)));
-            image.pixels[position] = shown[i];
-        }
+        const auto width = static_cast<float>(rect.width);
+        for (std::size_t i = 0; i < shown.size(); ++i)
+            image.pixels[static_cast<std::size_t>(screenlink::cellPosition(i, width))] = shown[i];
         ++m_frame;
         return image;
     }
@@ -51,20 +50,16 @@ private:
 /// The reader's real thread, without its pauses.
 class HurriedThread final : public platform::WorkerLoop {
 public:
-    void start(platform::LoopBody& body, platform::Duration) override { m_thread.start(body, 1us); }
-    void join() { m_thread.join(); }
+    void start(platform::LoopBody& body, platform::Duration) override { thread.start(body, 1us); }
 
-private:
-    ThreadWorkerLoop m_thread;
+    ThreadWorkerLoop thread;
 };
 
-struct Silence final : platform::MessageLog, platform::Sounds, platform::ChildProcesses {
+struct Silence final : platform::MessageLog {
     bool debugMode() const override { return true; }
     void appendLog(std::string_view) override {}
     void appendDebugLog(std::string_view) override {}
     void insertText(std::string_view) override {}
-    void play(std::string_view) override {}
-    void start(const std::string&, const std::vector<std::string>&) override {}
 };
 
 struct Replied final : platform::Application {
@@ -95,6 +90,8 @@ TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
     simulated::SimulatedCapture black(off);
     HurriedThread thread;
     Silence silence;
+    simulated::NoSounds sounds;
+    simulated::NoChildProcesses voice;
     simulated::InMemoryDefaults settings;
     Replied application(loop);
     events::MessageState messages;
@@ -106,7 +103,7 @@ TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
     screenlink::ScanSettings scan;
     screenlink::ScreenReader reader(screen, loop, silence, application, queue, geometry, flags);
     screenlink::Calibration calibration(
-        {loop, black, silence, silence, settings, silence, messages, scan, geometry}, 40ms);
+        {loop, black, sounds, voice, settings, silence, messages, scan, geometry}, 40ms);
 
     std::vector<std::string> ordinary;
     std::vector<std::string> jumped;
@@ -134,7 +131,7 @@ TEST(ReaderStress, NoTokenIsLostDoubledOrReorderedWhileEverythingElseGoesOn) {
     reader.recordColorsThread(thread);
     while (loop.runUntil(loop.now() + 10ms)) {
     }
-    thread.join();
+    thread.thread.join();
     takeAll();
 
     std::vector<std::string> expectedOrdinary;

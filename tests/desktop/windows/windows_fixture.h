@@ -8,11 +8,13 @@
 #include "desktop/windows/windows.h"
 #include "platform/monotonic_clock.h"
 #include "simulated/simulated_platform.h"
+#include "support/eventually.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QTest>
 #include <QTimer>
 
@@ -59,10 +61,13 @@ protected:
                 return found;
         throw std::runtime_error(std::string("no widget ") + name);
     }
+    QAction* item(const char* name) { return window("mainWindow")->findChild<QAction*>(name); }
+    std::string textOf(const char* label) { return widget<QLabel>(label)->text().toStdString(); }
     void click(const char* name) {
         auto* const button = widget<QAbstractButton>(name);
         ASSERT_TRUE(button->isEnabled()) << name;
         button->click();
+        settle();
     }
     /// Chooses as a user does.
     void choose(const char* popUp, int index) {
@@ -78,7 +83,6 @@ protected:
 
     void openProgrammer() {
         click("setColorsButton");
-        settle();
         ASSERT_TRUE(window("colorProgrammerWindow")->isVisible());
     }
     KeyboardCanvas* canvas() { return dynamic_cast<KeyboardCanvas*>(widget("keyboardCanvas")); }
@@ -86,6 +90,12 @@ protected:
     void paintKey(lighting::KeyCode code) {
         QTest::mouseClick(canvas(), Qt::LeftButton, {}, centerOf(code));
         settle();
+    }
+    /// Where the key stands in the layout.
+    static std::size_t placeOf(lighting::KeyCode code) {
+        const auto& layout = lighting::kKeyboardLayout;
+        const auto place = std::ranges::find(layout, code, &lighting::KeyRect::code);
+        return static_cast<std::size_t>(place - layout.begin());
     }
     int slotOf(lighting::KeyCode code) { return state().canvas.keysToColors.at(code); }
 
