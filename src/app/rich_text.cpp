@@ -1,6 +1,7 @@
 #include "app/rich_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -33,6 +34,19 @@ bool isLetter(char c) {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+constexpr std::uint32_t kLineSeparator = 0x2028;
+
+/// The code points of bytes 0x80 to 0x9F in Windows-1252, 0 for those that have none.
+constexpr std::array<std::uint16_t, 32> kWindows1252{
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+std::uint32_t fromWindows1252(unsigned byte) {
+    const bool isSpecial = byte >= 0x80 && byte < 0x80 + kWindows1252.size();
+    return isSpecial && kWindows1252[byte - 0x80] != 0 ? kWindows1252[byte - 0x80] : byte;
 }
 
 class RichTextReader {
@@ -113,7 +127,7 @@ private:
             const std::string_view digits = m_rest.substr(0, 2);
             std::from_chars(digits.data(), digits.data() + digits.size(), code, 16);
             m_rest.remove_prefix(digits.size());
-            append(code);
+            append(fromWindows1252(code));
         } else if (symbol == '~') {
             append(0xA0);
         } else {
@@ -134,6 +148,10 @@ private:
             m_group.monospace = number == kMonospaceFont;
         else if (word == "fs")
             m_group.size = std::clamp(number.value_or(24), 8, 144);
+        else if (word == "line")
+            append(kLineSeparator);
+        else if (word == "tab")
+            append('\t');
         else if (word == "bullet")
             append(0x2022);
         else if (word == "u")

@@ -26,8 +26,8 @@ struct Paragraph {
 };
 
 /// Reads the RTF that the help text is written in: paragraphs, indents, bold, sizes, a second font for what
-/// is typed, bullets, and characters by code. What it does not know it leaves out; it never fails. The format
-/// is published by its vendor as version 1.9.1.
+/// is typed, bullets, tabs, line breaks (U+2028), and characters by code, in Windows-1252 or Unicode. What it
+/// does not know it leaves out; it never fails. The format is published by its vendor as version 1.9.1.
 std::vector<Paragraph> readRichText(std::string_view rtf);
 
 } // namespace glimra::app

@@ -76,7 +76,9 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
                  .keyboardName = m_machine.keyboard.description,
                  .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
                                     [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
-                 .captureWay = [this] { return captureDescription(m_machine.readerCapture.state()); }}),
+                 .captureWay = [this] { return captureDescription(m_machine.readerCapture.state()); },
+                 .calibrationPixels = {[this] { return m_machine.calibrationPixels(); },
+                                       [this](int pixels) { m_machine.setCalibrationPixels(pixels); }}}),
       m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
       m_quitRequests([this] { quit(); }),
       m_exitGuard([this] { abandon(); }) {
@@ -84,6 +86,7 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
         printLog(m_delegate.outlets().myTextScroll);
     m_witnesses.tell(&RunWitness::follow, m_delegate, m_windows.binder());
     tellTheLog();
+    followCalibration();
     m_instance.obey([this](const InstanceCommand& command) { return take(command); });
 }
 
@@ -100,6 +103,16 @@ void DesktopApplication::tellTheLog() {
     m_machine.workspace.told.observe(tell);
     m_machine.keyboard.told.observe(tell);
     m_machine.settings.told.observe(tell);
+}
+
+void DesktopApplication::followCalibration() {
+    screenlink::Calibration& calibration = m_delegate.operations().calibration;
+    calibration.succeeded.observe([this] { m_machine.calibrationSucceeded(); });
+    // After the window, which tells by what was looked at which way remains.
+    calibration.failure.changed.observe([this](const std::optional<screenlink::SearchFailure>& failure) {
+        if (failure)
+            m_machine.calibrationFailed();
+    });
 }
 
 bool DesktopApplication::take(const InstanceCommand& command) {

@@ -27,6 +27,7 @@ public:
 
 private:
     void tellTheLog();
+    void followCalibration();
     void quit() { m_machine.lifecycle.terminate(); }
     /// Accepts a command from another start of the program. Returns false when it is too late to carry it
     /// out.

@@ -3,6 +3,7 @@
 #include "app/built_bundle.h"
 #include "desktop/keyboard_options.h"
 #include "desktop/services/x11_display_sleep.h"
+#include "desktop/x11/pixels_per_point.h"
 #include "desktop/x11/raise_window.h"
 #include "platform/settings.h"
 
@@ -47,12 +48,21 @@ DesktopPlatform::DesktopPlatform(const Options& options)
           voice,
           [display = displayName(options)](const std::string& name) { return raiseWindow(display, name); },
           [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }) {
+    const int pixelsPerPoint = storedPixelsPerPoint({settings, systemLog});
+    readerCapture.setPixelsPerPoint(pixelsPerPoint);
+    mainCapture.setPixelsPerPoint(pixelsPerPoint);
     m_bundle = app::builtBundle();
     m_bundle.ledFrameworkVersion =
         ledFramework(keyboardOptions(options, {settings, systemLog}).drivers.sdkLibraries);
     using namespace platform::settings;
     if (!settings.get(kEndStaleEffects.key))
         settings.set(kEndStaleEffects.key, kEndStaleEffectsAtFirst);
+}
+
+void DesktopPlatform::calibrationSucceeded() {
+    const int pixelsPerPoint = mainCapture.pixelsPerPoint();
+    readerCapture.setPixelsPerPoint(pixelsPerPoint);
+    settings.set(platform::settings::kScanPixelsPerPoint.key, static_cast<double>(pixelsPerPoint));
 }
 
 void DesktopPlatform::chooseKeyboard(const std::string& driver) {

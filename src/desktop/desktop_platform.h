@@ -33,6 +33,11 @@ struct DesktopPlatform {
 
     /// Changes the keyboard driver, now and for the next start.
     void chooseKeyboard(const std::string& driver);
+    /// How many real pixels for a point the next calibration looks at. The reader follows when it succeeds.
+    int calibrationPixels() const { return mainCapture.pixelsPerPoint(); }
+    void setCalibrationPixels(int pixelsPerPoint) { mainCapture.setPixelsPerPoint(pixelsPerPoint); }
+    void calibrationSucceeded();
+    void calibrationFailed() { setCalibrationPixels(readerCapture.pixelsPerPoint()); }
     /// Calls `say` with a message about how the strip is captured: soon for the present state, and again
     /// whenever the message changes.
     void tellCaptureWay(std::function<void(std::string_view)> say);

@@ -25,6 +25,10 @@ inline constexpr std::string_view kIgnoredPlace = "lies on no screen and is igno
 inline constexpr Setting<double> kScanWidth{"scanWidth", 0.0, kIgnoredPlace};
 inline constexpr Setting<double> kScanOffset{"scanOffset", 0.0, kIgnoredPlace};
 
+/// Real pixels for a point, 1 or 2: a strip that is too wide is read at half its width.
+inline constexpr Setting<double> kScanPixelsPerPoint{"scanPixelsPerPoint", 1.0,
+                                                     "is neither 1 nor 2; 1 stands in for it."};
+
 // Light.
 inline constexpr Setting<double> kBlinkTime{"blinkTimePref", 1.0,
                                             "is no number; one second stands in for it."};

@@ -49,6 +49,7 @@ void Calibration::runSearch() {
     const auto say = [this](const Speech& speech) {
         sayText(m_parts.log.debugMode() ? speech.debug : speech.player);
     };
+    failure.set(std::nullopt);
     say(kStarting);
     m_parts.log.appendLog("\n**** ATTEMPTING TO CALIBRATE ****\nSwitch back to WoW and type /glimracal\n\n");
 
@@ -64,10 +65,12 @@ void Calibration::runSearch() {
                               platform::decimalText(m_parts.settings.scanWidth) + ")\n");
         say(kSucceeded);
         m_parts.geometry.set(stripGeometry(m_parts.settings.scanWidth, m_parts.settings.scanOffset));
+        succeeded.emit();
     } else {
         m_parts.log.appendLog(
             "\nCalibration failed. You should try again and check help for troubleshooting tips.\n");
         say(kFailed);
+        failure.set(search.failure());
     }
     m_parts.messages.confirmCalibrate = true;
 }

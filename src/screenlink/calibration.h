@@ -1,6 +1,7 @@
 #pragma once
 
 #include "events/event_state.h"
+#include "platform/controls.h"
 #include "screenlink/strip_search.h"
 
 namespace glimra::screenlink {
@@ -27,6 +28,11 @@ public:
     /// search has succeeded.
     void calibrateScreen();
     bool isRunning() const { return m_running; }
+
+    /// Why the last search has failed; none while one runs, after one that succeeded, and before the first.
+    platform::Property<std::optional<SearchFailure>> failure;
+    /// The strip was found, and is read from now on.
+    platform::Signal<> succeeded;
 
 private:
     void runSearch();

@@ -47,6 +47,7 @@ SearchResult StripSearch::searchScanStrip() {
     if (!rightEdge)
         return SearchResult::Interrupted;
     calibrationLog("CAL: dropped out of second loop with right edge equal to " + std::to_string(*rightEdge));
+    m_rightEdge = *rightEdge;
     chooseOffset(*rightEdge);
 
     const std::optional<float> smallest = findSmallestWidth();
@@ -66,7 +67,7 @@ SearchResult StripSearch::searchScanStrip() {
 bool StripSearch::waitForRed() {
     while (codeAt(0, kEdgeRect) != kRedBit) {
         if (deadlineHasPassed()) {
-            logTimeout();
+            timeOut(Phase::LeftEdge);
             break;
         }
         if (!calibrationTick())
@@ -82,7 +83,7 @@ std::optional<int> StripSearch::findRightEdge() {
         if (codeAt(m_rightEdgeProbe, kEdgeRect) == kBlack)
             break;
         if (deadlineHasPassed()) {
-            logTimeout();
+            timeOut(Phase::RightEdge);
             break;
         }
     }
@@ -124,7 +125,7 @@ std::optional<float> StripSearch::findSmallestWidth() {
         if (stripPatternMatches(width, rect))
             return width;
         if (deadlineHasPassed()) {
-            logTimeout();
+            timeOut(Phase::SmallestWidth);
             return width;
         }
     }
@@ -140,7 +141,7 @@ std::optional<float> StripSearch::findLargestWidth(float smallest) {
         if (!stripPatternMatches(width, rect))
             break;
         if (deadlineHasPassed()) {
-            logTimeout();
+            timeOut(Phase::LargestWidth);
             break;
         }
     }
@@ -156,6 +157,16 @@ SearchResult StripSearch::finish() {
         return SearchResult::Found;
     m_parts.settings = factoryScanSettings();
     return SearchResult::NotFound;
+}
+
+SearchFailure StripSearch::failure() const {
+    // Cells of this width make a strip that the third phase or the fourth cannot measure.
+    constexpr int kWidestCell = 17;
+    if (m_timedOutIn == Phase::LeftEdge)
+        return SearchFailure::NoRedCell;
+    // Beyond the last width the fourth phase begins again, until the time is over.
+    const bool isTooWide = m_timedOutIn == Phase::LargestWidth || m_rightEdge > kWidestCell;
+    return isTooWide ? SearchFailure::TooWide : SearchFailure::NoPattern;
 }
 
 bool StripSearch::calibrationTick() {
@@ -196,7 +207,9 @@ void StripSearch::calibrationLog(std::string_view text) {
         m_parts.debugLog->insertText(std::string(text) + "\n");
 }
 
-void StripSearch::logTimeout() {
+void StripSearch::timeOut(Phase phase) {
+    if (!m_timedOutIn)
+        m_timedOutIn = phase;
     calibrationLog("CAL: TIMED OUT!");
 }
 

@@ -24,6 +24,16 @@ enum class SearchResult {
     Interrupted,
 };
 
+/// What to tell the player when the time ran out.
+enum class SearchFailure {
+    /// The first cell was never red.
+    NoRedCell,
+    /// There was a red cell, but no width showed the whole pattern.
+    NoPattern,
+    /// The strip is wider than the search can measure: 188 points.
+    TooWide,
+};
+
 /// One search for the strip, while the add-on shows its test pattern. It captures the screen again and again
 /// on the main thread and lets the run loop work in between; a beep every two seconds tells the user that the
 /// search goes on.
@@ -49,15 +59,19 @@ public:
 
     /// Runs the search and stores what it found, or zeros when it found nothing.
     SearchResult searchScanStrip();
+    /// Why nothing was found, after a search whose time ran out.
+    SearchFailure failure() const;
 
 private:
+    enum class Phase { LeftEdge, RightEdge, SmallestWidth, LargestWidth };
+
     [[nodiscard]] bool calibrationTick();
     bool deadlineHasPassed() const;
     std::optional<int> codeAt(int x, const platform::ScreenRect& rect);
     bool stripPatternMatches(float width, const platform::ScreenRect& rect);
     platform::ScreenRect stripRect(float width) const;
     void calibrationLog(std::string_view text);
-    void logTimeout();
+    void timeOut(Phase phase);
     void logCells(float width, const platform::ScreenRect& rect);
 
     // The four phases. False or none: the application terminated.
@@ -73,6 +87,9 @@ private:
     platform::Duration m_searchTime;
     platform::Time m_deadline{};
     platform::Time m_nextBeep{};
+    /// The phase in which the time ran out.
+    std::optional<Phase> m_timedOutIn;
+    int m_rightEdge = 0;
     /// The position that the second phase looked at last.
     int m_rightEdgeProbe = 0;
 };

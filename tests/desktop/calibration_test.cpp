@@ -37,7 +37,7 @@ protected:
         return seen;
     }
 
-    tests::XvfbServer server;
+    tests::XvfbServer server{"3840x2160x24"};
     desktop::X11ScreenCapture capture{server.display(), GetParam()};
     simulated::SimulatedPlatform machine{1};
     tests::FakeDriver keyboard;
@@ -47,15 +47,30 @@ protected:
 
 TEST_P(CalibrationOnX11, FindsTheStripAndReadsItAfterwards) {
     const std::string window = GetParam() == desktop::CaptureChoice::Window ? "wow.exe" : "";
-    for (const int width : {60, 80, 188}) {
+    for (const auto& [pixelsPerPoint, width] :
+         {std::pair{1, 60}, {1, 80}, {1, 188}, {2, 80}, {2, 189}, {2, 240}, {2, 320}, {2, 376}}) {
+        capture.setPixelsPerPoint(pixelsPerPoint);
         tools::StripPainter painter(server.display(), {0, width, window});
         ASSERT_TRUE(sees(painter));
         // The first time, it asks whether it is meant.
         delegate.operations().calibration.calibrateScreen();
         delegate.operations().calibration.calibrateScreen();
-        EXPECT_NEAR(delegate.state().scan.scanWidth, width, 4.0) << delegate.outlets().myTextScroll.text;
+        EXPECT_NEAR(delegate.state().scan.scanWidth * pixelsPerPoint, width, 4.0 * pixelsPerPoint)
+            << delegate.outlets().myTextScroll.text;
         for (const screenlink::Token& token : {screenlink::Token{{}, 'C'}, {'`', 'U'}, {'}', '*'}})
             EXPECT_EQ(read(painter, token), token) << width << ": " << token.text();
+    }
+}
+
+TEST_P(CalibrationOnX11, TellsThatAStripIsTooWide) {
+    const std::string window = GetParam() == desktop::CaptureChoice::Window ? "wow.exe" : "";
+    for (const int width : {200, 240, 320}) {
+        tools::StripPainter painter(server.display(), {0, width, window});
+        ASSERT_TRUE(sees(painter));
+        auto& calibration = delegate.operations().calibration;
+        calibration.calibrateScreen();
+        calibration.calibrateScreen();
+        EXPECT_EQ(calibration.failure.get(), screenlink::SearchFailure::TooWide) << width;
     }
 }
 

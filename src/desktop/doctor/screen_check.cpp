@@ -1,6 +1,7 @@
 #include "desktop/doctor/checks.h"
 
 #include "desktop/x11/capture_check.h"
+#include "desktop/x11/pixels_per_point.h"
 #include "desktop/x11/screen_capture.h"
 #include "platform/silent_log.h"
 #include "screenlink/scan_settings.h"
@@ -63,7 +64,9 @@ Finding displayFinding(const CaptureCheck& check) {
 }
 
 bool showsStrip(const Subject& subject, const screenlink::StripGeometry& geometry) {
+    platform::SilentLog log;
     X11ScreenCapture capture(subject.captureDisplay, subject.capture, [](CaptureState) {});
+    capture.setPixelsPerPoint(storedPixelsPerPoint({subject.settings.values(), log}));
     for (int look = 0; look < kLooks; ++look) {
         if (look > 0)
             std::this_thread::sleep_for(kPause);

@@ -70,6 +70,8 @@ Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) 
     m_questions = std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"),
                                               m_parts.delegate);
     m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m_parts.userDefaults, m_parts.keyboardName);
+    m_calibrationHint = std::make_unique<CalibrationHint>(m_mainWindow, m_parts.delegate, m_binder,
+                                                          m_parts.calibrationPixels);
     m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m_parts.delegate, m_parts.keyboardName,
                                                 m_parts.captureWay, m_parts.now);
     m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
@@ -147,6 +149,8 @@ void Windows::bindAll() {
     m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
     m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
     m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
+    m_binder.setCommand("calibrateOtherwise", [this] { m_calibrationHint->calibrateOtherwise(); });
+    m_binder.setCommand("calibrationDismiss", [this] { m_calibrationHint->dismiss(); });
     m_binder.setCommand("showGuide", [this] { m_firstSteps->showAgain(); });
     m_binder.setCommand("installAddon", [this] { m_addonInstaller->open(); });
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });

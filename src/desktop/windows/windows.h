@@ -2,6 +2,7 @@
 
 #include "app/app_delegate.h"
 #include "desktop/windows/addon_installer.h"
+#include "desktop/windows/calibration_hint.h"
 #include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
@@ -37,6 +38,7 @@ public:
         KeyboardChoice keyboardChoice;
         /// How the strip is read, in a few words.
         std::function<std::string_view()> captureWay;
+        CalibrationPixels calibrationPixels;
     };
 
     explicit Windows(const Parts& parts);
@@ -74,6 +76,7 @@ private:
     std::unique_ptr<EditedProfile> m_editedProfile;
     std::unique_ptr<Questions> m_questions;
     std::unique_ptr<FirstSteps> m_firstSteps;
+    std::unique_ptr<CalibrationHint> m_calibrationHint;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;
     bool m_canvasIsAsked = false;

@@ -16,6 +16,8 @@ public:
 
     int activeDisplayCount() override;
     std::optional<platform::Image> capture(const platform::ScreenRect& rect) override;
+    void setPixelsPerPoint(int pixels) { m_capture.setPixelsPerPoint(pixels); }
+    int pixelsPerPoint() const { return m_capture.pixelsPerPoint(); }
     double backingScaleFactor() override { return m_capture.backingScaleFactor(); }
 
 private:

@@ -25,6 +25,18 @@ bool contains(const Area& area, const Place& place) {
            place.y < area.y + area.height;
 }
 
+/// The first pixel of each point; `skipped` pixels lie before the first of them.
+std::vector<std::uint32_t> everyNth(std::vector<std::uint32_t> pixels, int skipped, int scale) {
+    if (scale == 1)
+        return pixels;
+    std::vector<std::uint32_t> chosen;
+    const auto step = static_cast<std::size_t>(scale);
+    const auto before = static_cast<std::size_t>(skipped);
+    for (std::size_t i = (step - before % step) % step; i < pixels.size(); i += step)
+        chosen.push_back(pixels[i]);
+    return chosen;
+}
+
 } // namespace
 
 X11ScreenCapture::X11ScreenCapture(const std::string& displayName, CaptureChoice choice,
@@ -53,8 +65,9 @@ std::optional<platform::Image> X11ScreenCapture::capture(const platform::ScreenR
     if (!from)
         return std::nullopt;
     // The server refuses a rectangle that extends beyond the drawable, even by one pixel.
-    const auto columns = visibleSpan(rect.x, rect.width, from->low.x, from->high.x);
-    const auto rows = visibleSpan(rect.y, rect.height, from->low.y, from->high.y);
+    const int scale = m_pixelsPerPoint;
+    const auto columns = visibleSpan(rect.x * scale, rect.width * scale, from->low.x, from->high.x);
+    const auto rows = visibleSpan(rect.y * scale, rect.height * scale, from->low.y, from->high.y);
     if (!columns || !rows)
         return std::nullopt;
 
@@ -73,7 +86,8 @@ std::optional<platform::Image> X11ScreenCapture::capture(const platform::ScreenR
                                static_cast<std::size_t>(columns->count), *layout);
     if (!pixels)
         return std::nullopt;
-    return platform::Image{*std::move(pixels), layout->format, columns->skipped};
+    return platform::Image{everyNth(*std::move(pixels), columns->skipped, scale), layout->format,
+                           (columns->skipped + scale - 1) / scale};
 }
 
 void X11ScreenCapture::rest() {

@@ -23,7 +23,8 @@ namespace glimra::desktop {
 /// only when an event has reported a change. If the server stalls, captures fail, after one short wait, until
 /// it answers again. If the server is gone, there are no displays, and it is tried again with growing pauses.
 ///
-/// One thread at a time. A point is a pixel.
+/// One thread at a time. A point is a pixel unless `setPixelsPerPoint` says otherwise; captured images have
+/// one pixel for each point in any case.
 class X11ScreenCapture final : public platform::ScreenCapture {
 public:
     /// An empty name means $DISPLAY. `changed` is called on the owner's thread whenever `state` has changed,
@@ -38,6 +39,9 @@ public:
 
     /// Any thread.
     CaptureState state() const { return m_state; }
+    /// Real pixels for a point, 1 or more; of those of a point the first is taken. 1 at first. Any thread.
+    void setPixelsPerPoint(int pixels) { m_pixelsPerPoint = pixels; }
+    int pixelsPerPoint() const { return m_pixelsPerPoint; }
     /// Disconnects, for when nothing is to be captured for a while. The next call connects again, without
     /// waiting.
     void rest();
@@ -79,6 +83,7 @@ private:
     xcb_visualid_t m_visual = XCB_NONE;
     std::optional<PixelLayout> m_layout;
     std::atomic<CaptureState> m_state = CaptureState::NoServer;
+    std::atomic<int> m_pixelsPerPoint = 1;
 };
 
 /// The part of one dimension of a rectangle that is visible.

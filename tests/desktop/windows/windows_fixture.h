@@ -44,7 +44,9 @@ protected:
                            .keyboardName = m_keyboardName,
                            .keyboardChoice = {[this] { return m_driver; },
                                               [this](const std::string& name) { m_driver = name; }},
-                           .captureWay = [] { return "reading the screen"; }});
+                           .captureWay = [] { return "reading the screen"; },
+                           .calibrationPixels = {[this] { return m_pixelsPerPoint; },
+                                                 [this](int pixels) { m_pixelsPerPoint = pixels; }}});
         m_delegate->applicationDidFinishLaunching();
     }
 
@@ -113,6 +115,7 @@ protected:
     int m_quits = 0;
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";
+    int m_pixelsPerPoint = 1;
     platform::Platform m_platform = platform();
     // The windows go first.
     std::optional<app::AppDelegate> m_delegate;

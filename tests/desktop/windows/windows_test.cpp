@@ -547,5 +547,27 @@ TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownCol
     EXPECT_THAT(check(colors, 99, 0.7), IsEmpty());
 }
 
+TEST_F(WindowsTest, AFailedCalibrationTellsWhatToDoAndAWideStripIsReadAtHalfWidth) {
+    launch();
+    auto& failure = m_delegate->operations().calibration.failure;
+    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
+    failure.set(screenlink::SearchFailure::NoRedCell);
+    EXPECT_FALSE(widget("calibrationPanel")->isHidden());
+    EXPECT_TRUE(widget("calibrateOtherwise")->isHidden());
+    failure.set(screenlink::SearchFailure::TooWide);
+    EXPECT_FALSE(widget("calibrateOtherwise")->isHidden());
+    m_delegate->operations().calibration.failure.set(std::nullopt);
+    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
+    failure.set(screenlink::SearchFailure::TooWide);
+    // The search that it begins is interrupted by the end of the program.
+    m_runLoop.after(std::chrono::milliseconds(50), [this] {
+        EXPECT_TRUE(m_delegate->operations().calibration.isRunning());
+        EXPECT_TRUE(widget("calibrationPanel")->isHidden());
+        m_runLoop.terminate();
+    });
+    widget<QAbstractButton>("calibrateOtherwise")->click();
+    EXPECT_EQ(m_pixelsPerPoint, 2);
+}
+
 } // namespace
 } // namespace glimra::desktop
