@@ -146,6 +146,16 @@ TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
     EXPECT_THAT(wrong.output, HasSubstr("\"/usr\" is no folder of World of Warcraft"));
 }
 
+TEST_F(ProgramTest, SettingsAreFoundInAHomeWhoseNameIsNoText) {
+    const std::filesystem::path home = m_folder / "h\xFF";
+    std::filesystem::create_directories(home / ".config/glimra");
+    std::ofstream(home / ".config/glimra/glimra.ini") << "[General]\nledDriver=text:virtual\n";
+    const Result doctor =
+        run("HOME='" + home.string() + "' XDG_CONFIG_HOME= DBUS_SESSION_BUS_ADDRESS= " + GLIMRA_PROGRAM " " +
+            m_noKeyboard + "doctor");
+    EXPECT_THAT(doctor.output, HasSubstr("The driver is virtual."));
+}
+
 TEST_F(ProgramTest, WhateverEndsItTheKeyboardIsHandedBack) {
     using End = std::function<void(XvfbServer&, const ChildProcess&)>;
     const auto signal = [](int number) {

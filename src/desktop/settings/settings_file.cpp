@@ -1,11 +1,11 @@
 #include "desktop/settings/settings_file.h"
 
+#include "desktop/settings/config_folder.h"
 #include "desktop/settings/settings_backups.h"
 #include "desktop/settings/stored_value_text.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -53,7 +53,7 @@ void SettingsFile::write() {
 }
 
 QString SettingsFile::defaultPath() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra/glimra.ini";
+    return configFolder() + "/glimra.ini";
 }
 
 QString SettingsFile::folder() const {
