@@ -62,12 +62,13 @@ void ColorProgrammer::openColorProgrammer() {
     m_parts.outlets.actionBarEffectCheckbox.on.set(m_parts.lightingState.useSpellCooldowns[0]);
     applyCanvasColors();
     showSelectedProfile();
-    if (m_parts.options.useSingleColorMode)
-        singleColorModeCheck();
     m_parts.runLoop.post([this] {
         m_parts.outlets.colorProgrammerWindow.bringToFront();
         m_parts.outlets.keyboardCanvas.displayNeeded.emit();
     });
+    // After that job is posted: in a window that is open already, what both ask for is drawn once.
+    if (m_parts.options.useSingleColorMode)
+        singleColorModeCheck();
     m_parts.messages.confirmCalibrate = true;
 }
 
