@@ -15,12 +15,11 @@ const char* textOf(SearchFailure failure, int pixelsPerPoint) {
     switch (failure) {
     case SearchFailure::NoRedCell:
         return "The calibration failed: no red cell was seen in the top left corner of the screen. Is the "
-               "add-on "
-               "showing its pattern (/glimracal in the chat box)? Is something in front of it?";
+               "add-on showing its pattern (/glimracal in the chat box)? Is something in front of it?";
     case SearchFailure::NoPattern:
-        return "The calibration failed: there was a red cell, but not the whole pattern of eleven cells. "
-               "Does "
-               "something cover a part of it? Does a night light or color filter tint the screen?";
+        return "The calibration failed: there was a red cell, but not the whole pattern of eleven cells. Is "
+               "the strip narrower than 20 pixels, or a part of it covered? Does a night light or color "
+               "filter tint the screen?";
     case SearchFailure::TooWide:
         return pixelsPerPoint == 1
                    ? "The calibration failed: the strip is wider than 188 pixels. Make it narrower in the "

@@ -174,8 +174,9 @@ TEST(OpenRgbDevice, SurvivesEveryKindOfNonsense) {
     };
     for (const auto& [inPlaceOf, bytes, problem] : cases) {
         SCOPED_TRACE(testing::Message() << inPlaceOf << " " << problem);
-        StandInServer server({tests::smallKeyboard()}, {.instead = [&](std::uint32_t request, int) {
-                                 return request == inPlaceOf ? std::optional(bytes) : std::nullopt;
+        StandInServer server({tests::smallKeyboard()},
+                             {.instead = [&asked = inPlaceOf, &answer = bytes](std::uint32_t request, int) {
+                                 return request == asked ? std::optional(answer) : std::nullopt;
                              }});
         const bool waitsInVain = problem == std::string_view("did not answer");
         OpenRgbDevice device = deviceAt(server, {.answer = waitsInVain ? 100ms : 10s});
