@@ -13,7 +13,7 @@ namespace glimra::app {
 
 /// What an action leads to: an operation, by its object and its method, and the constants that it is given.
 struct ActionCall {
-    /// An argument of the kind that comes with the action; its values mean nothing.
+    /// An empty argument of the kind that the action takes.
     ActionArgument takes;
     std::function<void(Operations&, const ActionArgument&)> perform;
 };

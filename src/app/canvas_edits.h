@@ -27,11 +27,10 @@ public:
     /// Carries out an edit of a subject (`EditHistory`).
     void perform(int subject, const std::function<void()>& edit);
     void endStep() { m_history.endStep(); }
-    /// Nothing counts as edited where the last edits have led back to what is stored.
+    /// If the last edits have led back to what is stored, the canvas no longer counts as edited.
     void settleTouched();
 
-    /// A profile as it is stored, to be handed to `replaced` once another one is stored and shown in its
-    /// place.
+    /// A stored profile. Hand it to `replaced` when another profile has been stored and shown in its place.
     EditState stored(int profile);
     void replaced(EditState before);
 

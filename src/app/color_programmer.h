@@ -51,8 +51,8 @@ public:
     void paintingColorPicker();
     /// A well has another colour.
     void colorWellDropped(const WellColor& dropped);
-    /// A colour was tried and given up: its well shows again what it showed before. Nothing counts as edited
-    /// if nothing else was meanwhile.
+    /// A colour was tried and cancelled: its well shows the old colour again. If nothing else was edited, the
+    /// profile no longer counts as edited.
     void colorWellRestored(const WellColor& restored);
 
     void colorOK();

@@ -14,15 +14,15 @@ struct EditState {
     lighting::KeyMap keysToColors;
     bool useCooldowns = false;
 
-    /// The same edits lead to both; the cooldown flag is none of them.
+    /// Whether both have the same colours and keys. The cooldown flag is not compared: it is not edited.
     bool isLike(const EditState& other) const {
         return profile == other.profile && keyColorSet == other.keyColorSet &&
                keysToColors == other.keysToColors;
     }
 };
 
-/// What was done to a profile on the canvas, step by step, so that it can be taken back and done again. It
-/// holds as long as the canvas is as the last step left it: what comes there from elsewhere has no steps.
+/// The steps of editing a profile on the canvas, to undo and redo them. When the canvas no longer is as the
+/// last step left it, because another profile was shown for instance, the steps are forgotten.
 class EditHistory {
 public:
     static constexpr std::size_t kMostSteps = 200;
@@ -32,11 +32,11 @@ public:
     /// Where a step leads.
     struct Target {
         EditState state;
-        /// It replaced what was stored, and so has to do whoever takes it back.
+        /// The step replaced a stored profile, so undoing it must store the old one again.
         bool isStored = false;
     };
 
-    /// Around an edit. `isSaved`: the canvas is as it is stored.
+    /// Called before and after an edit. `isSaved`: the canvas is as it is stored.
     void begin(const EditState& now, bool isSaved, int subject);
     void end(const EditState& now);
     /// The next edit is a step of its own, whatever its subject.
@@ -46,10 +46,10 @@ public:
 
     bool canUndo(const EditState& now) const { return !m_undo.empty() && now.isLike(m_last); }
     bool canRedo(const EditState& now) const { return !m_redo.empty() && now.isLike(m_last); }
-    /// What the canvas is to hold from now on; none where there is nothing to take back, or to do again.
+    /// The state that the canvas must show now; none when there is nothing to undo or redo.
     std::optional<Target> undo(const EditState& now, bool isSaved);
     std::optional<Target> redo(const EditState& now, bool isSaved);
-    /// The steps have led back to what is stored.
+    /// Whether undoing and redoing have led back to what is stored.
     bool isAsSaved() const { return m_saved == m_undo.size(); }
 
 private:
@@ -58,14 +58,14 @@ private:
     void forget();
     std::optional<Target> step(Steps& from, Steps& to, const EditState& now, bool isSaved);
 
-    /// What was before each step, and what was after each that was taken back.
+    /// The states before each step, and the states after each step that was undone.
     Steps m_undo;
     Steps m_redo;
-    /// As the last step left the canvas.
+    /// The canvas after the last step.
     EditState m_last;
-    /// Subject of the last step while it goes on.
+    /// The subject of the last step while more edits can join it.
     std::optional<int> m_open;
-    /// How many steps lead to what is stored; none when no number does.
+    /// The number of steps after which the canvas is as it is stored; none when it never is.
     std::optional<std::size_t> m_saved;
 };
 

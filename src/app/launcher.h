@@ -61,8 +61,8 @@ private:
     platform::SettingsReader m_settings;
 };
 
-/// The argument with which the scripting command activates an application. Quotes and backslashes of a name
-/// are escaped: whatever it is called, it stays a name.
+/// The argument with which the scripting command activates an application. The name stands in it as it is:
+/// what is before and behind it is fixed, so that no name can be taken for anything else.
 std::string activationScript(std::string_view name);
 
 } // namespace glimra::app

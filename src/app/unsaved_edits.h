@@ -14,11 +14,11 @@ public:
     UnsavedEdits(platform::WindowSystem& windows, Outlets& outlets, profiles::ProfileStore& store,
                  profiles::ProfileState& profile);
 
-    /// Nothing is unsaved, or the user has had it saved or given it up. False: the user wants to go on
-    /// editing.
+    /// True when nothing is unsaved, or when the user has saved or discarded it. False when the user wants to
+    /// go on editing.
     [[nodiscard]] bool settle();
-    /// Asks likewise, on behalf of the desktop: the canvas counts as edited afterwards only where the user
-    /// wants to go on editing.
+    /// Asks the same for the desktop. Afterwards the canvas counts as edited only if the user goes on
+    /// editing.
     void settleEdits();
     /// A button of this question, or of the editor's other one, was clicked: its tag is the answer.
     void profileChangeAnswer(const ButtonTag& button);

@@ -12,8 +12,8 @@
 namespace glimra::desktop {
 
 /// The keyboard on which a profile is painted: with the mouse, or with arrow keys and the space bar. It shows
-/// what the application draws and leaves hitting a key and colouring it to the application; its own is what
-/// lies on the way of a quick hand.
+/// what the application draws, and the application decides which key is hit and what colour it gets. The
+/// canvas itself adds the points between two positions of a fast pointer.
 class KeyboardCanvas final : public QWidget {
 public:
     /// What the canvas works on; all of it outlives the canvas.

@@ -28,7 +28,7 @@ private:
     void scrollToEnd();
 
     platform::TextView& m_text;
-    /// The selection. Between it and a new one lies little, and between the start and a new one much.
+    /// The selection. A new one is searched from here, since it is usually near and the start is far away.
     TextPlace m_begin;
     TextPlace m_end;
     bool m_showingReplacement = false;

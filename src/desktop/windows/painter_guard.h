@@ -50,9 +50,9 @@ private:
     void performForCanvas(const Action& action);
 
     enum class Afterwards { AsItWas, FromTheStore };
-    /// Does what concerns the canvas, with its profile as the one that the keyboard shows. If that was
-    /// another one it shows that again afterwards, unless the user has chosen one; and in any case where the
-    /// light is to come from the store.
+    /// Performs an action that concerns the canvas while the keyboard shows the canvas's profile. Afterwards
+    /// the keyboard shows the profile from before again, unless the user has chosen one, or when its light
+    /// must be taken from the stored profile anew.
     void forCanvas(Afterwards light, const std::function<void()>& act);
     /// False when the user wants to go on editing.
     [[nodiscard]] bool leavePainter();
