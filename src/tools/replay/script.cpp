@@ -10,7 +10,7 @@ namespace glimra::tools {
 
 namespace {
 
-constexpr std::size_t kLongestLine = 64 * 1024;
+constexpr std::size_t kLongestLine = std::size_t{64} * 1024;
 /// Longer than anybody plays, and far less than the clock's nanoseconds can count.
 constexpr platform::Time kLongestRun = std::chrono::hours(24 * 30);
 constexpr platform::Duration kShowDuration = std::chrono::milliseconds(200);
