@@ -82,9 +82,12 @@ TEST_F(AppDelegateTest, AnImportKeepsTheProfilesAsTheyWere) {
     EXPECT_EQ(blinkTimeAfterImport(file), 1.5);
     EXPECT_EQ(blinkTimeAfterImport(kept), 2.5);
 
-    // Where it cannot be kept, nothing is imported.
-    platform.settingsFolder = "/nowhere";
+    // Where it cannot be kept, nothing is imported, and nothing half-written is left.
+    std::filesystem::remove(kept);
+    std::filesystem::create_directories(kept + "/in the way");
     EXPECT_EQ(blinkTimeAfterImport(file), 2.5);
+    EXPECT_THAT(log(), HasSubstr("so nothing was imported"));
+    EXPECT_FALSE(std::filesystem::exists(kept + ".new"));
 }
 
 } // namespace

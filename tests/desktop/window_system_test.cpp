@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -56,6 +57,9 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
     m_defaults.set(key, Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}});
     m_windowSystem.restoreFrame("windowPosition");
     EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
+    m_defaults.set(key, Array{std::int64_t{0}, std::int64_t{0}, std::int64_t{12000}, std::int64_t{12000}});
+    m_windowSystem.restoreFrame("windowPosition");
+    EXPECT_EQ(m_mainWindow.size(), m_mainWindow.screen()->availableSize());
 }
 
 TEST_F(WindowSystemTest, WithoutADocumentsFolderTheHomeFolderStandsInForIt) {

@@ -108,6 +108,9 @@ TEST(StripProgram, TheTestPatternStandsUntilStopped) {
             const auto cells = cellsOn(screen);
             return cells && (*cells)[2].colorCode() == 6;
         }));
+        // Where a calibration looks for red.
+        const auto corner = screen.capture({0, 0, 1, 1});
+        EXPECT_EQ(corner->view().colorAt(0), (platform::Color{1.0, 0.0, 0.0}));
         program.signal(signal);
         EXPECT_EQ(program.wait(), 0);
         EXPECT_TRUE(eventually([&] { return cellsOn(screen) == screenlink::Cells{}; }));
