@@ -14,7 +14,7 @@ namespace glimra::desktop {
 namespace {
 
 QString findConfigFolder() {
-    const QString usual = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra";
+    QString usual = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/glimra";
     QByteArray base = qgetenv("XDG_CONFIG_HOME");
     if (!base.startsWith('/'))
         base = qgetenv("HOME") + "/.config";
