@@ -17,7 +17,7 @@ constexpr platform::Duration kQueuePeriod = std::chrono::milliseconds(100);
 
 AppDelegate::AppDelegate(const platform::Platform& platform)
     : m_platform(platform),
-      m_operations(platform, m_outlets, m_state) {
+      m_operations(m_platform, m_outlets, m_state) {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {

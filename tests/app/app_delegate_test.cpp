@@ -18,16 +18,18 @@ using testing::Not;
 
 class AppDelegateTest : public testing::Test {
 protected:
-    AppDelegateTest() {
-        platform.settingsFolder = testing::TempDir();
-        delegate.applicationDidFinishLaunching();
+    AppDelegateTest() { delegate.applicationDidFinishLaunching(); }
+    platform::Platform platformWithFolder() {
+        platform::Platform made = machine.platform(keyboard, {});
+        made.settingsFolder = testing::TempDir();
+        return made;
     }
     void calibrate() { delegate.operations().calibration.calibrateScreen(); }
     std::string log() { return delegate.outlets().myTextScroll.text; }
 
     simulated::SimulatedPlatform machine{1};
     keyboards::VirtualKeyboard keyboard{[this] { return machine.runLoop.now(); }};
-    platform::Platform platform = machine.platform(keyboard, {});
+    platform::Platform platform = platformWithFolder();
     AppDelegate delegate{platform};
 };
 
