@@ -7,6 +7,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # With optimization, GCC 12 wrongly reports overlapping memory in any "text" + std::string, and
     # uninitialized values in std::optional and std::variant.
     target_compile_options(glimra_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
+    if(CMAKE_UNITY_BUILD)
+        # A source is then included by another file, so GCC takes its anonymous namespaces for a header's.
+        target_compile_options(glimra_options INTERFACE -Wno-subobject-linkage)
+    endif()
 endif()
 
 if(GLIMRA_SANITIZE)

@@ -20,7 +20,7 @@ constexpr int kGlowPeriodMs = 800;
 constexpr std::uint32_t kGlowSpreadMs = 800;
 
 /// The standard conversion, https://en.wikipedia.org/wiki/HSL_and_HSV#HSV_to_RGB_alternative
-Color toColor(const HsbColor& hsb) {
+Color fromHsb(const HsbColor& hsb) {
     const auto component = [&hsb](double n) {
         const double k = std::fmod(n + hsb.hue * 6.0, 6.0);
         return hsb.brightness - hsb.brightness * hsb.saturation * std::max(0.0, std::min({k, 4.0 - k, 1.0}));
@@ -68,12 +68,12 @@ bool Effects::play(const Animation& animation, const LedBitmap& profile, bool si
 
 void Effects::shadowGlow(const HsbColor& color) {
     const auto withBrightness = [&color](double brightness) {
-        return lighting::toPercentages(toColor({color.hue, color.saturation, brightness}));
+        return lighting::toPercentages(fromHsb({color.hue, color.saturation, brightness}));
     };
     const Percentages dark = withBrightness(std::max(color.brightness - kGlowDepth, 0.0));
     const Percentages bright = withBrightness(std::min(color.brightness + kGlowDepth, 1.0));
     m_driver.LogiLedSetTargetDevice(kAllDevices);
-    m_lighting.setAllKeysColor(toColor(color));
+    m_lighting.setAllKeysColor(fromHsb(color));
     m_driver.LogiLedSetTargetDevice(kPerKeyDevices);
     for (std::size_t row = 0; row < kBitmapRows; ++row) {
         const int period = kGlowPeriodMs + static_cast<int>(m_random.uniform(kGlowSpreadMs));

@@ -13,17 +13,17 @@ namespace {
 const QString kBusService = QStringLiteral("org.freedesktop.DBus");
 const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
 
-QDBusMessage busCall(const QString& method) {
-    return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, method);
-}
+} // namespace
 
-/// Opening a bus connection in Qt waits until the bus has given it a name. A peer connection only opens the
-/// socket, so we can ask for the name without waiting.
-QDBusConnection openConnection(const QString& address, const QString& name) {
+QDBusConnection openBusConnection(const QString& address, const QString& name) {
+    // Opening a bus connection in Qt waits until the bus has given it a name. A peer connection only opens
+    // the socket, so we can ask for the name without waiting.
     return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToPeer(address, name);
 }
 
-} // namespace
+QDBusMessage busCall(const QString& method) {
+    return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, method);
+}
 
 QString systemBusAddress() {
     const QString address = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");
@@ -44,7 +44,7 @@ QString sessionBusAddress() {
 
 Bus::Bus(const QString& address)
     : m_name(QStringLiteral("glimra-%1").arg(reinterpret_cast<quintptr>(this))),
-      m_connection(openConnection(address, m_name)) {
+      m_connection(openBusConnection(address, m_name)) {
     if (m_connection.isConnected())
         greet();
 }

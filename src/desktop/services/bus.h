@@ -16,6 +16,11 @@ namespace glimra::desktop {
 QString systemBusAddress();
 QString sessionBusAddress();
 
+/// A connection that does not wait for the bus to give it a name. Without an address there is none.
+QDBusConnection openBusConnection(const QString& address, const QString& name);
+/// A call of a method of the bus itself.
+QDBusMessage busCall(const QString& method);
+
 /// A connection of our own to a message bus. No call blocks: without a bus, every call is answered with an
 /// error; a bus that never answers has no effect. Main thread.
 ///

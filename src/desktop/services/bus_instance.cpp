@@ -1,5 +1,7 @@
 #include "desktop/services/bus_instance.h"
 
+#include "desktop/services/bus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 
@@ -12,7 +14,6 @@ constexpr int kNamePrimaryOwner = 1;
 constexpr int kNameAlreadyOwner = 4;
 constexpr unsigned kDoNotQueue = 4;
 
-const QString kBusService = QStringLiteral("org.freedesktop.DBus");
 const QString kPath = QStringLiteral("/org/glimra/Glimra");
 const QString kInterface = QStringLiteral("org.glimra.Glimra1");
 
@@ -23,9 +24,7 @@ public:
         : m_service(QStringLiteral("org.glimra.Glimra") +
                     (identity.isEmpty() ? QString() : QStringLiteral(".Settings") + identity)),
           m_name(QStringLiteral("glimra-instance-%1").arg(reinterpret_cast<quintptr>(this))),
-          // A plain bus connection would wait for the bus without a limit.
-          m_connection(address.isEmpty() ? QDBusConnection(m_name)
-                                         : QDBusConnection::connectToPeer(address, m_name)) {
+          m_connection(openBusConnection(address, m_name)) {
         if (m_connection.isConnected())
             m_isUsable = askBus(QStringLiteral("Hello")).type() == QDBusMessage::ReplyMessage;
     }
@@ -64,8 +63,7 @@ public:
 
 private:
     QDBusMessage askBus(const QString& method, const QVariantList& arguments = {}) {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            kBusService, QStringLiteral("/org/freedesktop/DBus"), kBusService, method);
+        QDBusMessage message = busCall(method);
         message.setArguments(arguments);
         return m_connection.call(message, QDBus::Block, kPatience);
     }

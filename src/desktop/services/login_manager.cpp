@@ -10,9 +10,9 @@ namespace glimra::desktop {
 
 namespace {
 
-const QString kService = QStringLiteral("org.freedesktop.login1");
-const QString kPath = QStringLiteral("/org/freedesktop/login1");
-const QString kInterface = QStringLiteral("org.freedesktop.login1.Manager");
+const QString kLoginService = QStringLiteral("org.freedesktop.login1");
+const QString kLoginPath = QStringLiteral("/org/freedesktop/login1");
+const QString kLoginInterface = QStringLiteral("org.freedesktop.login1.Manager");
 
 /// A copy of the descriptor in a reply that child processes do not inherit: a game that held the lock would
 /// keep the machine awake after we have quit.
@@ -29,7 +29,7 @@ LoginManager::LoginManager(Bus& systemBus, Report report) : m_bus(systemBus), m_
 void LoginManager::inhibit(const QString& what, const QString& mode, const QString& why, QObject* context,
                            std::function<void(UniqueFd)> onTaken) {
     QDBusMessage message =
-        QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Inhibit"));
+        QDBusMessage::createMethodCall(kLoginService, kLoginPath, kLoginInterface, QStringLiteral("Inhibit"));
     message << what << QStringLiteral("Glimra") << why << mode;
     m_bus.call(message, context, [this, handler = std::move(onTaken)](const QDBusMessage& reply) {
         if (UniqueFd lock = descriptorIn(reply))
@@ -40,7 +40,7 @@ void LoginManager::inhibit(const QString& what, const QString& mode, const QStri
 }
 
 void LoginManager::observeSleep(QObject* context, std::function<void(bool isAboutToSleep)> handler) {
-    m_bus.subscribe({kService, kPath, kInterface, QStringLiteral("PrepareForSleep")}, context,
+    m_bus.subscribe({kLoginService, kLoginPath, kLoginInterface, QStringLiteral("PrepareForSleep")}, context,
                     [handler = std::move(handler)](const QDBusMessage& signal) {
                         const QVariant argument = signal.arguments().value(0);
                         if (argument.metaType() == QMetaType::fromType<bool>())
@@ -49,7 +49,7 @@ void LoginManager::observeSleep(QObject* context, std::function<void(bool isAbou
 }
 
 void LoginManager::observePresence(QObject* context, Bus::ServiceHandler handler) {
-    m_bus.watchService(kService, context, std::move(handler));
+    m_bus.watchService(kLoginService, context, std::move(handler));
 }
 
 void LoginManager::reportOnce(const QDBusMessage& error) {

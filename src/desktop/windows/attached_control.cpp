@@ -22,10 +22,6 @@ namespace {
 
 using Attached = std::optional<ShowControl>;
 
-int tagOf(const QObject* object) {
-    return object->property("tag").toInt();
-}
-
 /// Shows a property now and whenever it changes.
 template <class Value>
 ShowControl mirror(platform::Property<Value>& property, ShowControl show) {
@@ -94,16 +90,16 @@ struct Attach {
             return std::nullopt;
         followEnabled(group, *control);
         for (PaintButton* const choice : choices)
-            followWell(choice, app::wellOfTag(outlets, tagOf(choice)));
+            followWell(choice, app::wellOfTag(outlets, tagOf(*choice)));
         return mirror(control->selectedTag, [choices, control] {
             for (PaintButton* const choice : choices)
-                choice->setChecked(tagOf(choice) == control->selectedTag.get());
+                choice->setChecked(tagOf(*choice) == control->selectedTag.get());
         });
     }
 
     Attached operator()(platform::ColorWell* control) const {
         auto* const well = dynamic_cast<ColorWell*>(object);
-        if (well == nullptr || tagOf(well) != control->tag)
+        if (well == nullptr || tagOf(*well) != control->tag)
             return std::nullopt;
         mirror(control->color, [well, control] { well->setColor(control->color.get()); });
         followEnabled(well, *control);
@@ -191,6 +187,10 @@ private:
 };
 
 } // namespace
+
+int tagOf(const QObject& object) {
+    return object.property("tag").toInt();
+}
 
 std::optional<ShowControl> attachControl(QObject* object, const app::ControlPointer& control,
                                          app::Outlets& outlets) {

@@ -9,6 +9,10 @@ class QObject;
 
 namespace glimra::desktop {
 
+/// The number that the Designer file gives a widget, to tell it from others with the same action; 0 without
+/// one.
+int tagOf(const QObject& object);
+
 /// Puts a widget back to what its control says; empty where the widget shows nothing but that.
 using ShowControl = std::function<void()>;
 

@@ -28,10 +28,6 @@ std::string textProperty(const QObject* object, const char* name) {
     return object->property(name).toString().toStdString();
 }
 
-int tagOf(const QObject* object) {
-    return object->property("tag").toInt();
-}
-
 /// Things that a user can operate, as opposed to those that only show or hold something.
 bool isOperable(const QObject* object) {
     if (const auto* action = qobject_cast<const QAction*>(object))
@@ -142,7 +138,7 @@ void InterfaceBinder::bindOutlet(QObject* object, const app::ControlPointer& con
 }
 
 bool InterfaceBinder::isPartOfRadioGroup(const QObject* object) const {
-    if (object->parent() == nullptr || tagOf(object) == 0)
+    if (object->parent() == nullptr || tagOf(*object) == 0)
         return false;
     const auto group = m_outlets.find(nameOf(object->parent()));
     return group != m_outlets.end() && std::holds_alternative<platform::RadioGroup*>(group->second);

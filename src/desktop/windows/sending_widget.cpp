@@ -1,5 +1,7 @@
 #include "desktop/windows/sending_widget.h"
 
+#include "desktop/windows/attached_control.h"
+
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/seconds_box.h"
@@ -17,10 +19,6 @@
 namespace glimra::desktop {
 
 namespace {
-
-int tagOf(const QObject& object) {
-    return object.property("tag").toInt();
-}
 
 // One function for each kind of widget and of argument.
 

@@ -14,7 +14,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
 constexpr int kCaptures = 21;
 constexpr std::string_view kXWayland = "XWAYLAND";
 

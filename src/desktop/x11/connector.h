@@ -6,6 +6,9 @@
 
 namespace glimra::desktop {
 
+/// How long a start waits for a display that does not answer.
+inline constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
+
 /// Connects to one display, repeatedly if needed, so that its owner never waits for a server that does not
 /// answer. Each attempt runs on a thread of its own, one at a time, with growing pauses in between.
 class Connector {

@@ -11,7 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr platform::Duration kConnectPatience = 1s;
 /// When the active window changes, window managers report "no window" for about a millisecond.
 constexpr platform::Duration kNoWindowPatience = 100ms;
 /// Minimum time between two readings, so that a window that keeps changing its title costs little.

@@ -12,9 +12,6 @@ namespace {
 constexpr platform::Duration kSearchPause = std::chrono::milliseconds(250);
 /// A window manager may put a window into a frame, and that into another; the game's window is never deeper.
 constexpr int kDeepestLevel = 3;
-/// Limit of windows in one search; no desktop has that many.
-constexpr std::size_t kWindowLimit = 1024;
-
 constexpr std::uint32_t kWindowEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
 
 bool contains(const std::vector<xcb_window_t>& windows, xcb_window_t window) {
@@ -141,7 +138,7 @@ std::vector<xcb_window_t> GameWindowWatch::firstLevel() {
     // The topmost windows come last.
     const std::span children(xcb_query_tree_children(tree.get()),
                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-    const auto top = children.last(std::min(children.size(), kWindowLimit / 2));
+    const auto top = children.last(std::min<std::size_t>(children.size(), kWindowLimit / 2));
     windows.insert(windows.end(), top.rbegin(), top.rend());
     return windows;
 }

@@ -11,8 +11,6 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
-constexpr std::uint32_t kWindowLimit = 1024;
 /// Value in a request to activate a window: the request comes from the user, not from the window's program.
 constexpr std::uint32_t kFromUser = 2;
 

@@ -12,8 +12,6 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr platform::Duration kConnectPatience = std::chrono::seconds(1);
-
 /// Only $DISPLAY is known to belong to the session; for a display given by name, only its server can tell.
 bool isInWayland(const std::string& displayName) {
     const char* socket = std::getenv("WAYLAND_DISPLAY");

@@ -19,6 +19,9 @@ struct WindowAtoms {
 /// None when the server does not answer.
 std::optional<WindowAtoms> internWindowAtoms(Connection& connection);
 
+/// More windows than this are never looked at.
+inline constexpr std::uint32_t kWindowLimit = 1024;
+
 /// At most `limit` windows from a property that lists windows; empty when it is absent or of another type.
 std::vector<xcb_window_t> windowsProperty(Connection& connection, xcb_window_t window, xcb_atom_t property,
                                           std::uint32_t limit);

@@ -13,7 +13,6 @@ constexpr std::size_t kSmallestText = 2;
 constexpr std::size_t kSmallestMode = 40;
 constexpr std::size_t kSmallestZone = 20;
 constexpr std::size_t kSmallestSegment = 14;
-constexpr std::size_t kColorBytes = 4;
 
 constexpr std::uint32_t kResizableForEffectsOnly = 1;
 

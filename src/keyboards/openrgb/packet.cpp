@@ -8,7 +8,6 @@ namespace glimra::keyboards::openrgb {
 
 namespace {
 
-constexpr std::size_t kColorBytes = 4;
 constexpr std::size_t kFirstColor = kHeaderBytes + 4 + 2;
 
 /// The longest payload of this kind of packet that is kept; a longer one is skipped.

@@ -25,7 +25,7 @@ struct FreeColorMap {
 };
 using ColorMap = std::unique_ptr<ColorMapObject, FreeColorMap>;
 
-struct Box {
+struct Area {
     int left;
     int top;
     int right;
@@ -65,8 +65,8 @@ struct GifWriter::File {
     bool putLoop();
     bool putTiming(Hundredths delay, int transparent);
     /// The part of a picture that differs from what is shown; none when nothing does.
-    std::optional<Box> changedPart(const Picture& picture) const;
-    bool putPart(const Picture& picture, const Box& box, int transparent);
+    std::optional<Area> changedPart(const Picture& picture) const;
+    bool putPart(const Picture& picture, const Area& box, int transparent);
 };
 
 bool GifWriter::File::putLoop() {
@@ -84,10 +84,10 @@ bool GifWriter::File::putTiming(Hundredths delay, int transparent) {
     return EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(size), bytes.data()) == GIF_OK;
 }
 
-std::optional<Box> GifWriter::File::changedPart(const Picture& picture) const {
+std::optional<Area> GifWriter::File::changedPart(const Picture& picture) const {
     if (shown.empty())
-        return Box{0, 0, picture.width, picture.height};
-    Box box{picture.width, picture.height, 0, 0};
+        return Area{0, 0, picture.width, picture.height};
+    Area box{picture.width, picture.height, 0, 0};
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x) {
             const std::size_t at = pixelAt(picture, x, y);
@@ -101,7 +101,7 @@ std::optional<Box> GifWriter::File::changedPart(const Picture& picture) const {
     return box;
 }
 
-bool GifWriter::File::putPart(const Picture& picture, const Box& box, int transparent) {
+bool GifWriter::File::putPart(const Picture& picture, const Area& box, int transparent) {
     // The number of colours in a map is a power of two.
     const auto size = static_cast<int>(std::bit_ceil(picture.palette.size() + 1));
     const ColorMap map(GifMakeMapObject(size, nullptr));
@@ -152,7 +152,7 @@ void GifWriter::add(const Picture& picture, std::chrono::nanoseconds duration) {
     if (delay < kShortest)
         return;
     const auto transparent = static_cast<int>(picture.palette.size());
-    const Box box = m_file->changedPart(picture).value_or(Box{0, 0, 1, 1});
+    const Area box = m_file->changedPart(picture).value_or(Area{0, 0, 1, 1});
     if (!m_file->putTiming(delay, transparent) || !m_file->putPart(picture, box, transparent))
         throw std::runtime_error(m_path + ": " + GifErrorString(m_file->gif->Error));
     m_file->writtenEnd += delay;
