@@ -9,6 +9,9 @@ namespace glimra::keyboards::openrgb {
 
 using Bytes = std::span<const std::uint8_t>;
 
+/// A color on the wire: red, green, blue, 0.
+inline constexpr std::size_t kColorBytes = 4;
+
 /// Reads little-endian values one after the other. The first value that would reach beyond the end makes the
 /// reader fail; that value and all later ones are 0 or empty. Allocates nothing.
 class ByteReader {

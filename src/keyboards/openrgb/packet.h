@@ -28,7 +28,6 @@ enum class PacketId : std::uint32_t {
 inline constexpr std::uint32_t kNewestVersion = 6;
 inline constexpr std::array<std::uint8_t, 4> kMagic{'O', 'R', 'G', 'B'};
 inline constexpr std::size_t kHeaderBytes = 16;
-inline constexpr std::size_t kColorBytes = 4; // red, green, blue, 0
 /// The longest payload that is sent or accepted.
 inline constexpr std::size_t kMostPayloadBytes = std::size_t{8} << 20;
 inline constexpr std::uint32_t kMostControllers = 1024;
