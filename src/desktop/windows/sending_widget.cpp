@@ -35,7 +35,10 @@ void buttonIsClicked(QAbstractButton& button, const Send& send) {
 }
 
 void boxIsChecked(QAbstractButton& box, const Send& send) {
-    QObject::connect(&box, &QAbstractButton::clicked, &box, [send](bool checked) { send(checked); });
+    // A screen reader toggles a box without a click. What a control sets is never heard here: whoever shows
+    // it blocks the signal.
+    const auto signal = box.isCheckable() ? &QAbstractButton::toggled : &QAbstractButton::clicked;
+    QObject::connect(&box, signal, &box, [send](bool checked) { send(checked); });
 }
 
 void buttonSendsTag(QAbstractButton& button, const Send& send) {
@@ -45,8 +48,10 @@ void buttonSendsTag(QAbstractButton& button, const Send& send) {
 
 void groupSendsTag(QWidget& group, const Send& send) {
     for (QAbstractButton* const choice : group.findChildren<QAbstractButton*>())
-        QObject::connect(choice, &QAbstractButton::clicked, choice,
-                         [send, choice] { send(app::RadioTag{tagOf(*choice)}); });
+        QObject::connect(choice, &QAbstractButton::toggled, choice, [send, choice](bool isChosen) {
+            if (isChosen)
+                send(app::RadioTag{tagOf(*choice)});
+        });
 }
 
 void popUpIsOperated(QComboBox& popUp, const Send& send) {

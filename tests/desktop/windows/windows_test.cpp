@@ -268,6 +268,21 @@ TEST_F(WindowsTest, EveryKeyIsAnAccessibleButtonThatTellsItsColorAndCanBePressed
     EXPECT_TRUE(key->state().focused);
 }
 
+TEST_F(WindowsTest, WhatAScreenReaderTogglesIsDone) {
+    openProgrammer();
+    const auto toggle = [this](const char* name) {
+        auto* const actions = QAccessible::queryAccessibleInterface(widget(name))->actionInterface();
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        settle();
+    };
+    toggle("paintC");
+    EXPECT_EQ(state().canvas.paintColor, kSlotOfC);
+    toggle("singleColorModeBtn");
+    EXPECT_TRUE(state().options.useSingleColorMode);
+    toggle("singleColorModeBtn");
+    EXPECT_FALSE(state().options.useSingleColorMode);
+}
+
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
     // The question for unsaved edits is left out: it begins with its last button, the safe answer.
     for (const char* const name :
