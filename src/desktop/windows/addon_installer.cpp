@@ -1,6 +1,7 @@
 #include "desktop/windows/addon_installer.h"
 
 #include "desktop/addon/addon_words.h"
+#include "desktop/windows/window_fitter.h"
 
 #include <QDir>
 #include <QFile>
@@ -112,6 +113,7 @@ void AddonInstaller::chooseFolder() {
     dialog->setFilter(dialog->filter() | QDir::Hidden);
     connect(dialog, &QFileDialog::fileSelected, this,
             [this](const QString& folder) { addFolder(QFile::encodeName(folder).toStdString()); });
+    fitPanel(dialog);
     dialog->open();
 }
 

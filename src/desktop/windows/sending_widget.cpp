@@ -8,10 +8,10 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QVariant>
 
 #include <algorithm>
@@ -31,7 +31,13 @@ void itemIsChecked(QAction& item, const Send& send) {
 }
 
 void buttonIsClicked(QAbstractButton& button, const Send& send) {
-    QObject::connect(&button, &QAbstractButton::clicked, &button, [send] { send(std::monostate{}); });
+    if (!button.isCheckable())
+        QObject::connect(&button, &QAbstractButton::clicked, &button, [send] { send(std::monostate{}); });
+    else
+        QObject::connect(&button, &QAbstractButton::toggled, &button, [send](bool isChosen) {
+            if (isChosen)
+                send(std::monostate{});
+        });
 }
 
 void boxIsChecked(QAbstractButton& box, const Send& send) {
@@ -111,9 +117,9 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const bool isClose = event->type() == QEvent::Close;
-        // A dialog would hide itself, and its control would know nothing of it.
+        // A dialog would hide itself, and its control would know nothing of it; other windows would stay.
         const bool isEscape = event->type() == QEvent::KeyPress &&
-                              qobject_cast<QDialog*>(watched) != nullptr &&
+                              qobject_cast<QMainWindow*>(watched) == nullptr &&
                               static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
         if (!isClose && !isEscape)
             return QObject::eventFilter(watched, event);

@@ -3,12 +3,11 @@
 #include "app/app_delegate.h"
 #include "desktop/windows/addon_installer.h"
 #include "desktop/windows/calibration_hint.h"
-#include "desktop/windows/edited_profile.h"
 #include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
-#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/painter_guard.h"
+#include "desktop/windows/painter_window.h"
 #include "desktop/windows/qt_window_system.h"
 #include "desktop/windows/questions.h"
 #include "desktop/windows/status_line.h"
@@ -57,29 +56,21 @@ private:
     void buildProgrammer();
     void buildOthers();
     void bindAll();
-    void askForCanvas();
-    void showSteps();
-    /// Greys out what would do nothing now.
-    void showWhatIsPossible();
     void sayWhatIsIgnored(const app::ActionRow& action);
-    void showPaletteWarning();
-    QString colorNameOfKey(lighting::KeyCode code) const;
 
     Parts m_parts;
     InterfaceBinder m_binder;
     std::vector<std::unique_ptr<QWidget>> m_windows;
     QMainWindow* m_mainWindow = nullptr;
     QWidget* m_programmer = nullptr;
-    KeyboardCanvas* m_canvas = nullptr;
     std::unique_ptr<AddonInstaller> m_addonInstaller;
     std::unique_ptr<PainterGuard> m_guard;
-    std::unique_ptr<EditedProfile> m_editedProfile;
+    std::unique_ptr<PainterWindow> m_painter;
     std::unique_ptr<Questions> m_questions;
     std::unique_ptr<FirstSteps> m_firstSteps;
     std::unique_ptr<CalibrationHint> m_calibrationHint;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
     std::unique_ptr<StatusLine> m_statusLine;
-    bool m_canvasIsAsked = false;
 };
 
 } // namespace glimra::desktop
