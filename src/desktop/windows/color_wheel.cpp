@@ -51,7 +51,8 @@ void ColorWheel::paintEvent(QPaintEvent*) {
         painter.drawEllipse(area);
     }
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2.5 : 1));
+    painter.setPen(
+        QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2.5 : 1));
     painter.drawEllipse(area.adjusted(-2, -2, 2, 2));
 
     const double angle = m_choice.hue * 2 * std::numbers::pi;
@@ -93,7 +94,8 @@ void ColorWheel::keyPressEvent(QKeyEvent* event) {
 void ColorWheel::chooseAt(const QPointF& point) {
     const QPointF way = point - disk().center();
     const double turn = std::atan2(-way.y(), way.x()) / (2 * std::numbers::pi);
-    choose({static_cast<float>(turn), static_cast<float>(std::hypot(way.x(), way.y()) / (disk().width() / 2))});
+    choose(
+        {static_cast<float>(turn), static_cast<float>(std::hypot(way.x(), way.y()) / (disk().width() / 2))});
 }
 
 void ColorWheel::choose(const Choice& choice) {

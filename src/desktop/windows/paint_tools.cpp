@@ -25,20 +25,20 @@ struct Range {
 
 /// The first range that a code is in counts.
 constexpr std::array kRanges{
-    Range{Kind::Digit, 0x02, 0x0B},        Range{Kind::Sign, 0x0C, 0x0D},
-    Range{Kind::Letter, 0x10, 0x19},       Range{Kind::Sign, 0x1A, 0x1B},
-    Range{Kind::Letter, 0x1E, 0x26},       Range{Kind::Sign, 0x27, 0x29},
-    Range{Kind::Sign, 0x2B, 0x2B},         Range{Kind::Letter, 0x2C, 0x32},
-    Range{Kind::Sign, 0x33, 0x35},         Range{Kind::NumberBlock, 0x37, 0x37},
-    Range{Kind::Function, 0x3B, 0x44},     Range{Kind::NumberBlock, 0x45, 0x45},
-    Range{Kind::Navigation, 0x46, 0x46},   Range{Kind::NumberBlock, 0x47, 0x53},
-    Range{Kind::Function, 0x57, 0x58},     Range{Kind::NumberBlock, 0x11C, 0x11C},
+    Range{Kind::Digit, 0x02, 0x0B},         Range{Kind::Sign, 0x0C, 0x0D},
+    Range{Kind::Letter, 0x10, 0x19},        Range{Kind::Sign, 0x1A, 0x1B},
+    Range{Kind::Letter, 0x1E, 0x26},        Range{Kind::Sign, 0x27, 0x29},
+    Range{Kind::Sign, 0x2B, 0x2B},          Range{Kind::Letter, 0x2C, 0x32},
+    Range{Kind::Sign, 0x33, 0x35},          Range{Kind::NumberBlock, 0x37, 0x37},
+    Range{Kind::Function, 0x3B, 0x44},      Range{Kind::NumberBlock, 0x45, 0x45},
+    Range{Kind::Navigation, 0x46, 0x46},    Range{Kind::NumberBlock, 0x47, 0x53},
+    Range{Kind::Function, 0x57, 0x58},      Range{Kind::NumberBlock, 0x11C, 0x11C},
     Range{Kind::NumberBlock, 0x135, 0x135}, Range{Kind::Navigation, 0x137, 0x137},
-    Range{Kind::Navigation, 0x145, 0x147}, Range{Kind::Arrow, 0x148, 0x148},
-    Range{Kind::Navigation, 0x149, 0x149}, Range{Kind::Arrow, 0x14B, 0x14B},
-    Range{Kind::Arrow, 0x14D, 0x14D},      Range{Kind::Navigation, 0x14F, 0x14F},
-    Range{Kind::Arrow, 0x150, 0x150},      Range{Kind::Navigation, 0x151, 0x153},
-    Range{Kind::Macro, 0x200, 0x208},      Range{Kind::Ornament, 0x209, 0x20A},
+    Range{Kind::Navigation, 0x145, 0x147},  Range{Kind::Arrow, 0x148, 0x148},
+    Range{Kind::Navigation, 0x149, 0x149},  Range{Kind::Arrow, 0x14B, 0x14B},
+    Range{Kind::Arrow, 0x14D, 0x14D},       Range{Kind::Navigation, 0x14F, 0x14F},
+    Range{Kind::Arrow, 0x150, 0x150},       Range{Kind::Navigation, 0x151, 0x153},
+    Range{Kind::Macro, 0x200, 0x208},       Range{Kind::Ornament, 0x209, 0x20A},
 };
 
 Kind kindOf(KeyCode code) {
@@ -67,7 +67,9 @@ QPointF centerOf(std::size_t index) {
     return {key.x + key.width / 2.0, key.y + key.height / 2.0};
 }
 
-std::optional<std::size_t> keyAt(const QPointF& point) {
+} // namespace
+
+std::optional<std::size_t> keyAtPoint(const QPointF& point) {
     const auto* const key = std::ranges::find_if(kKeyboardLayout, [&point](const lighting::KeyRect& each) {
         return each.contains(point.x(), point.y());
     });
@@ -75,8 +77,6 @@ std::optional<std::size_t> keyAt(const QPointF& point) {
         return std::nullopt;
     return static_cast<std::size_t>(key - kKeyboardLayout.begin());
 }
-
-} // namespace
 
 std::vector<std::size_t> keysOf(PaintTool tool, std::size_t pressed) {
     if (tool == PaintTool::PickUp)
@@ -113,7 +113,7 @@ void PaintTools::choose(PaintTool tool) {
 }
 
 void PaintTools::press(const QPointF& point) {
-    m_last = keyAt(point);
+    m_last = keyAtPoint(point);
     if (m_tool == PaintTool::Brush || !m_last)
         return m_pressOne(point);
     if (m_tool == PaintTool::PickUp)
@@ -124,7 +124,7 @@ void PaintTools::press(const QPointF& point) {
 void PaintTools::drag(const QPointF& point) {
     if (m_tool == PaintTool::Brush)
         return m_dragOne(point);
-    const auto key = keyAt(point);
+    const auto key = keyAtPoint(point);
     if (!key || key == m_last)
         return;
     m_last = key;

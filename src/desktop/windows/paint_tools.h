@@ -16,6 +16,9 @@ enum class PaintTool { Brush, Row, Group, PickUp };
 /// first: itself; all keys of its row; or those of its kind, as all letters or all arrows. None to pick up.
 std::vector<std::size_t> keysOf(PaintTool tool, std::size_t pressed);
 
+/// The key at a point of the layout, as its place there.
+std::optional<std::size_t> keyAtPoint(const QPointF& point);
+
 /// What a press on the canvas does: it paints one key, or several as one step to undo, or picks up the key's
 /// colour, which the right button always does. All of it is sent as presses and drags on single keys. Main
 /// thread.

@@ -57,8 +57,8 @@ void SwatchNames::show() {
     for (QAbstractButton* const button : m_painter->findChildren<QAbstractButton*>()) {
         const int tag = button->property("tag").toInt();
         if (auto* const well = dynamic_cast<ColorWell*>(button)) {
-            well->setOwnName(
-                QString::fromStdString(platform::storedString(m_userDefaults, keyOfOwnName(tag)).value_or("")));
+            well->setOwnName(QString::fromStdString(
+                platform::storedString(m_userDefaults, keyOfOwnName(tag)).value_or("")));
             well->setAccessibleName("Change " + nameOf(tag));
         } else if (dynamic_cast<PaintButton*>(button) != nullptr) {
             button->setAccessibleName(capitalized(nameOf(tag)));

@@ -150,8 +150,7 @@ QSize WindowFitter::neededFor(QSize room) const {
     if (m_growth == Growth::Free)
         width = std::min(std::max(m_designed.width(), content->totalMinimumSize().width()), room.width());
     const auto heightFor = [&](int wide) {
-        return heightOf(*content, wide) +
-               (m_answers == nullptr ? 0 : heightOf(*m_answers->layout(), wide));
+        return heightOf(*content, wide) + (m_answers == nullptr ? 0 : heightOf(*m_answers->layout(), wide));
     };
     const int height = heightFor(width);
     if (height > room.height())

@@ -10,8 +10,8 @@ class QDialog;
 namespace glimra::desktop {
 
 /// Keeps a window within the space that its screen has, at any scale and font: what does not fit is
-/// scrolled, but for the row of buttons at its end, which always shows. Rows whose name ends with "Flow" go on
-/// in the next line where they would not fit. Belongs to the window. Main thread.
+/// scrolled, but for the row of buttons at its end, which always shows. Rows whose name ends with "Flow" go
+/// on in the next line where they would not fit. Belongs to the window. Main thread.
 class WindowFitter final : public QObject {
 public:
     /// Whether a user can make the window larger than its content.

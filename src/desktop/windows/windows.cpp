@@ -1,5 +1,6 @@
 #include "desktop/windows/windows.h"
 
+#include "desktop/windows/action_slots.h"
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
@@ -34,8 +35,14 @@ void replace(QWidget* window, QWidget* replacement, const QString& name) {
 void styleLabels(QWidget* window) {
     for (QLabel* const label : window->findChildren<QLabel*>()) {
         // What explains a control is quieter than the control.
-        if (label->property("hint").toBool())
+        // It takes the width that is there.
+        if (label->property("hint").toBool()) {
             label->setForegroundRole(QPalette::PlaceholderText);
+            label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 24);
+            QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+            policy.setHeightForWidth(true);
+            label->setSizePolicy(policy);
+        }
         const QString kind = label->property("fontScale").toString();
         if (kind.isEmpty())
             continue;
@@ -110,13 +117,15 @@ void Windows::buildOthers() {
     m_addonInstaller =
         std::make_unique<AddonInstaller>(installAddon, m_parts.runLoop, m_parts.delegate.state().launcher);
     about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
-    for (QWidget* const window : std::initializer_list<QWidget*>{
-             add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
-             add<Ui::CopyProfileDialog, QDialog>(m_programmer), add<Ui::LaunchOptions, QDialog>(m_mainWindow),
-             add<Ui::ActionKeySetter, QWidget>(), installAddon, about})
-        new WindowFitter(window, WindowFitter::Growth::None);
     for (QWidget* const window :
-         std::initializer_list<QWidget*>{m_mainWindow, m_programmer, add<Ui::Help, QWidget>()})
+         std::initializer_list<QWidget*>{add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
+                                         add<Ui::CopyProfileDialog, QDialog>(m_programmer),
+                                         add<Ui::LaunchOptions, QDialog>(m_mainWindow), installAddon, about})
+        new WindowFitter(window, WindowFitter::Growth::None);
+    auto* const setter = add<Ui::ActionKeySetter, QWidget>();
+    new ActionSlots(setter, m_parts.delegate, m_binder);
+    for (QWidget* const window :
+         std::initializer_list<QWidget*>{m_mainWindow, m_programmer, setter, add<Ui::Help, QWidget>()})
         new WindowFitter(window, WindowFitter::Growth::Free);
 }
 

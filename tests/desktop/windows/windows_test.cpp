@@ -299,6 +299,20 @@ TEST_F(WindowsTest, WhatAScreenReaderTogglesIsDone) {
     EXPECT_FALSE(state().options.useSingleColorMode);
 }
 
+TEST_F(WindowsTest, ASlotTakesTheKeyThatIsPressedOrClicked) {
+    item("mapKeysItem")->trigger();
+    settle();
+    QTest::mouseClick(widget("slot102"), Qt::LeftButton);
+    settle();
+    QKeyEvent physicalQ(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, 24, 0, 0, "a");
+    QApplication::sendEvent(widget("slot102"), &physicalQ);
+    EXPECT_EQ(widget<QComboBox>("menu102")->currentText(), "Q");
+    auto* const picture = dynamic_cast<KeyboardCanvas*>(widget("slotPicture"));
+    QTest::mouseClick(picture, Qt::LeftButton, {}, picture->faceOfKey(0x2).center().toPoint());
+    EXPECT_NE(textOf("sharedKeys").find("1 is the key of slot 1 of bar 1 and slot 3 of bar 1."),
+              std::string::npos);
+}
+
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
     // The question for unsaved edits is left out: it begins with its last button, the safe answer.
     for (const char* const name :
