@@ -69,6 +69,9 @@ try:
     check("Set Colors", 40)
     check_toggles("Set Colors", "Single color")
     act(control(window("Set Colors"), "Cancel"))
+    act(control(window("Glimra"), "Set Colors"))
+    act(control(window("Set Colors"), "Map Action Keys"))
+    check("Action Keys", 30)
 finally:
     program.terminate()
     program.wait()
