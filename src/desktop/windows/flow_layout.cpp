@@ -7,6 +7,15 @@
 
 namespace glimra::desktop {
 
+FlowLayout::FlowLayout(QWidget* parent, Qt::Alignment alignment, int spacing)
+    : QLayout(parent),
+      m_alignment(alignment) {
+    setContentsMargins(0, 0, 0, 0);
+    setSpacing(spacing);
+    for (QWidget* const widget : parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        addWidget(widget);
+}
+
 FlowLayout::~FlowLayout() = default;
 
 FlowLayout* FlowLayout::replacing(QBoxLayout* row, QBoxLayout* parent) {
@@ -113,21 +122,21 @@ int FlowLayout::arrange(const QRect& place, Only what) const {
                                item->hasHeightForWidth() ? item->heightForWidth(width) : 0});
         }
         if (what == Only::Place)
-            placeLine(line, {place.x(), y, place.width(), height}, spacing());
+            placeLine(line, {place.x(), y, place.width(), height});
         y += height + spacing();
     }
     return std::max(0, y - spacing() - place.y());
 }
 
-void FlowLayout::placeLine(const Line& line, const QRect& place, int spacing) {
+void FlowLayout::placeLine(const Line& line, const QRect& place) const {
     const auto grows = [](const QLayoutItem* item) {
         return (item->expandingDirections() & Qt::Horizontal) != 0;
     };
-    int rest = place.width() - spacing * (static_cast<int>(line.size()) - 1);
+    int rest = place.width() - spacing() * (static_cast<int>(line.size()) - 1);
     for (const QLayoutItem* const item : line)
         rest -= widthOf(*item);
     auto growing = static_cast<int>(std::ranges::count_if(line, grows));
-    int x = place.x();
+    int x = place.x() + (growing == 0 && m_alignment.testFlag(Qt::AlignRight) ? std::max(0, rest) : 0);
     for (QLayoutItem* const item : line) {
         int width = std::min(widthOf(*item), place.width());
         if (grows(item) && rest > 0) {
@@ -135,7 +144,7 @@ void FlowLayout::placeLine(const Line& line, const QRect& place, int spacing) {
             rest -= rest / growing--;
         }
         item->setGeometry({x, place.y(), width, place.height()});
-        x += width + spacing;
+        x += width + spacing();
     }
 }
 

@@ -14,6 +14,9 @@ namespace glimra::desktop {
 class FlowLayout final : public QLayout {
 public:
     FlowLayout() = default;
+    /// Lays out the widgets that are in `parent` already, in the order in which they were made. `alignment`:
+    /// where in a line they stand when none of them grows.
+    FlowLayout(QWidget* parent, Qt::Alignment alignment, int spacing);
     ~FlowLayout() override;
 
     /// Puts a flowing row in the place of one that is laid out in a box: in `parent`, or, where that is null,
@@ -37,10 +40,11 @@ private:
 
     int arrange(const QRect& place, Only what) const;
     std::vector<Line> linesIn(int width) const;
-    static void placeLine(const Line& line, const QRect& place, int spacing);
+    void placeLine(const Line& line, const QRect& place) const;
     static int widthOf(const QLayoutItem& item);
 
     std::vector<std::unique_ptr<QLayoutItem>> m_items;
+    Qt::Alignment m_alignment = Qt::AlignLeft;
 };
 
 } // namespace glimra::desktop

@@ -80,28 +80,23 @@ WindowFitter::WindowFitter(QWidget* window, Growth growth)
     : QObject(window),
       m_window(window),
       m_growth(growth),
-      m_designed(window->size()),
-      m_area(new QScrollArea(window)) {
-    m_area->setWidgetResizable(true);
-    m_area->setFrameShape(QFrame::NoFrame);
-    m_area->setFocusPolicy(Qt::NoFocus);
-    m_area->viewport()->setAutoFillBackground(false);
-    wrap();
-    m_area->widget()->setAutoFillBackground(false);
+      m_designed(window->size()) {
+    // The main window's page scrolls by itself.
+    if (qobject_cast<QMainWindow*>(window) == nullptr)
+        wrap();
     window->installEventFilter(this);
 }
 
 void WindowFitter::wrap() {
+    m_area = new QScrollArea(m_window);
+    m_area->setWidgetResizable(true);
+    m_area->setFrameShape(QFrame::NoFrame);
+    m_area->setFocusPolicy(Qt::NoFocus);
+    m_area->viewport()->setAutoFillBackground(false);
     // All of it stays in the window at each step, so that the order of tabs does, too.
-    if (auto* const main = qobject_cast<QMainWindow*>(m_window)) {
-        QWidget* const central = main->centralWidget();
-        m_area->setWidget(new Body(central, m_window));
-        m_area->widget()->setObjectName(central->objectName());
-        main->setCentralWidget(m_area);
-        return;
-    }
     QLayout* const content = m_window->layout();
     m_area->setWidget(new Body(m_window, m_window));
+    m_area->widget()->setAutoFillBackground(false);
     auto* const column = new QVBoxLayout(m_window);
     column->setContentsMargins({});
     column->setSpacing(0);
@@ -167,13 +162,14 @@ void fitPanel(QDialog* panel) {
 void WindowFitter::fit() {
     const QScreen* const screen = m_window->screen();
     const QSize room = roomOn(*screen);
-    m_area->widget()->layout()->invalidate();
+    if (m_area != nullptr)
+        m_area->widget()->layout()->invalidate();
     if (m_growth == Growth::None) {
         m_window->setFixedSize(neededFor(room));
         return;
     }
     m_window->setMinimumSize(QSize(320, 200).boundedTo(room));
-    if (m_isFitted || qobject_cast<QMainWindow*>(m_window) != nullptr)
+    if (m_isFitted || m_area == nullptr)
         m_window->resize(m_window->size().boundedTo(room));
     else
         m_window->resize(neededFor(room).expandedTo(m_designed).boundedTo(room));

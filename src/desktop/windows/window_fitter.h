@@ -17,7 +17,7 @@ public:
     /// Whether a user can make the window larger than its content.
     enum class Growth { None, Free };
 
-    /// `window` has its content already, in a layout or, in a main window, as the central widget.
+    /// `window` has its content already. A main window scrolls by itself and is only kept on the screen.
     WindowFitter(QWidget* window, Growth growth);
 
     /// A frame of that size or less, and if need be moved, that lies on the free part of a screen.
@@ -38,7 +38,8 @@ private:
     QWidget* m_window;
     Growth m_growth;
     QSize m_designed;
-    QScrollArea* m_area;
+    /// Null in a main window.
+    QScrollArea* m_area = nullptr;
     /// Of a window with a row of buttons at its end.
     QWidget* m_answers = nullptr;
     bool m_isFitted = false;

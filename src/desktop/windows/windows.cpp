@@ -59,16 +59,12 @@ Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) 
     buildMainWindow();
     buildProgrammer();
     buildOthers();
+    furnishMainWindow();
     bindAll();
     m_guard = std::make_unique<PainterGuard>(
         PainterGuard::Parts{m_binder, m_parts.delegate, m_parts.windowSystem, m_parts.runLoop, m_parts.quit});
     m_questions = std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"),
                                               m_parts.delegate);
-    m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m_parts.userDefaults, m_parts.keyboardName);
-    m_calibrationHint = std::make_unique<CalibrationHint>(m_mainWindow, m_parts.delegate, m_binder,
-                                                          m_parts.calibrationPixels);
-    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m_parts.delegate, m_parts.keyboardName,
-                                                m_parts.captureWay, m_parts.now);
     m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
                                                     m_parts.keyboardChoice, m_parts.delegate);
     m_painter->takeOver();
@@ -129,16 +125,24 @@ void Windows::buildOthers() {
         new WindowFitter(window, WindowFitter::Growth::Free);
 }
 
+void Windows::furnishMainWindow() {
+    m_main = std::make_unique<MainWindow>(
+        MainWindow::Parts{.window = m_mainWindow,
+                          .binder = m_binder,
+                          .addon = *m_addonInstaller,
+                          .lookAtDrivers = m_parts.lookAtDrivers,
+                          .calibrationPixels = m_parts.calibrationPixels,
+                          .watch = {m_mainWindow, m_parts.delegate, m_parts.userDefaults, m_parts.keyboard,
+                                    m_parts.keyboardName, m_parts.captureState, nullptr, m_parts.now},
+                          .demonstration = {m_parts.demonstration, m_parts.delegate, m_binder,
+                                            m_parts.runLoop, m_parts.sendToken},
+                          .userDefaults = m_parts.userDefaults});
+}
+
 void Windows::bindAll() {
     m_binder.aboutToSend.observe(
         [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
     m_binder.setCommand("quit", [this] { quit(); });
-    m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
-    m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
-    m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
-    m_binder.setCommand("calibrateOtherwise", [this] { m_calibrationHint->calibrateOtherwise(); });
-    m_binder.setCommand("calibrationDismiss", [this] { m_calibrationHint->dismiss(); });
-    m_binder.setCommand("showGuide", [this] { m_firstSteps->showAgain(); });
     m_binder.setCommand("installAddon", [this] { m_addonInstaller->open(); });
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
     m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });

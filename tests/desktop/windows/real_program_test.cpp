@@ -116,6 +116,8 @@ protected:
 TEST_F(RealProgramTest, IsGuidedPaintsByMouseExportsImportsAndQuits) {
     const std::string programmer = R"("window":"colorProgrammerWindow","visible":)";
     expectTwin("mainWindow");
+    ASSERT_TRUE(says("trace", "LogiLedPulseSingleKey", clickOn("stepSeeItMove")))
+        << "the demonstration's fight";
     ASSERT_TRUE(says("settings", "firstStepsDone=true", clickOn("guideDismiss")));
     click("guideDismiss");
     ASSERT_TRUE(says("trace", programmer + "true", clickOn("setColorsButton")));

@@ -2,7 +2,6 @@
 
 #include "app/palette_check.h"
 #include "desktop/windows/color_well.h"
-#include "desktop/windows/status_line.h"
 #include "platform/stored_values.h"
 
 #include <QAccessible>
@@ -460,22 +459,82 @@ TEST_F(AddonWindowTest, ListsTheClientsAndSaysWhatCameOfInstalling) {
 
 using FirstStepsTest = WindowsFixture;
 
-TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
+TEST_F(FirstStepsTest, ComeTrueByThemselvesAndGoForGoodWhenTheyAreHidden) {
     m_machine.userDefaults.set("firstStepsDone", false);
     launch();
+    const auto isDone = [this](const char* step) {
+        return widget<QuietButton>(step)->mark() == Mark::Good &&
+               widget<QuietButton>(step)->accessibleName().endsWith(", done");
+    };
     EXPECT_FALSE(widget("guidePanel")->isHidden());
-    EXPECT_THAT(textOf("guideTitle"), HasSubstr(" (1 of 5)"));
-    EXPECT_THAT(textOf("guideText"), HasSubstr("test keyboard"));
-    click("guideNext");
-    click("guideAct");
-    EXPECT_TRUE(widget("installAddonWindow")->isVisible());
-    for (int step = 1; step < 5; ++step)
-        click("guideNext");
+    m_keyboardName.set("keyboard lost, looking for it");
+    click("testButton");
+    EXPECT_TRUE(isDone("stepTest"));
+    EXPECT_EQ(textOf("stepTestNote"), "Shown (keyboard lost, looking for it). Reset ends it.");
+    click("stepKeys");
+    EXPECT_FALSE(isDone("stepKeys"));
+    click("setterOkButton");
+    EXPECT_TRUE(isDone("stepKeys"));
+    m_machine.userDefaults.set("scanWidth", 80.0);
+    EXPECT_TRUE(eventually([&] { return isDone("stepCalibrate"); }));
+    EXPECT_EQ(textOf("guideCount"), "3 of 5 done");
+
+    click("guideDismiss");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
     EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);
     item("guideItem")->trigger();
     EXPECT_FALSE(widget("guidePanel")->isHidden());
-    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("guideNext")) << "also where it was there already";
+    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("stepSeeItMove"));
+}
+
+TEST_F(WindowsTest, ChipsSwitchProfilesFollowTheGameAndHaveNames) {
+    const auto chosen = [this] {
+        std::string all;
+        for (int profile = 1; profile <= 9; ++profile)
+            if (auto* const chip = widget<QuietButton>(qPrintable(QString("profileChip%1").arg(profile)));
+                chip->isChecked())
+                all += chip->text().toStdString();
+        return all;
+    };
+    click("profileChip4");
+    EXPECT_EQ(state().profile.activeColorProfile, 4);
+    EXPECT_EQ(chosen(), "4");
+    m_delegate->operations().messageQueue.appendToMessageQueue("2");
+    EXPECT_TRUE(eventually([&] { return chosen() == "2"; }));
+
+    QWidget* const chip = widget("profileChip2");
+    const auto rename = [&](const char* name, Qt::Key end) {
+        QTest::keyClick(chip, Qt::Key_F2);
+        QTest::keyClicks(widget("profileNameEditor"), name);
+        QTest::keyClick(widget("profileNameEditor"), end);
+        settle();
+    };
+    rename("  In & out ", Qt::Key_Return);
+    EXPECT_EQ(chosen(), "2 In && out");
+    EXPECT_EQ(platform::storedString(m_machine.userDefaults, "profileName2"), "In & out");
+    rename("else", Qt::Key_Escape);
+    EXPECT_EQ(chosen(), "2 In && out");
+    EXPECT_EQ(textOf("statusProfile"), "Profile 2 In & out");
+    openProgrammer();
+    click("autoChatProfileCheckbox");
+    EXPECT_EQ(chosen(), "2 In && out · auto");
+}
+
+TEST_F(WindowsTest, AMarkSaysWhatItMeansAndWhatToDo) {
+    for (const auto& [name, label] : {std::pair{"no keyboard on USB yet", "No keyboard"},
+                                      {"keyboard in this window", "Keyboard: drawn only"},
+                                      {"keyboard G810 on USB", "Keyboard"},
+                                      {"keyboard lost, looking for it", "Keyboard lost"}}) {
+        m_keyboardName.set(name);
+        EXPECT_EQ(widget<QuietButton>("keyboardMark")->text().toStdString(), label);
+    }
+    m_keyboardName.set("no keyboard on USB yet");
+    click("keyboardMark");
+    EXPECT_THAT(textOf("markWords"), HasSubstr("No keyboard on USB yet.\n\nNo keyboard. Buy one."));
+    QTest::keyClick(widget("markNote"), Qt::Key_Escape);
+    settle();
+    click("stripMark");
+    EXPECT_THAT(textOf("markWords"), HasSubstr("Install the add-on, start the game, and calibrate"));
 }
 
 TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
@@ -497,15 +556,24 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
     EXPECT_FALSE(item("endStaleEffectsItem")->isChecked());
 }
 
-TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
+TEST(StatusTextTest, TellsWhatTheProgramSeesAndDoesInPlainWords) {
     const auto text = [](const StatusSnapshot& snapshot) { return statusText(snapshot).toStdString(); };
-    EXPECT_EQ(
-        text({"virtual keyboard", "reading the screen", false, std::nullopt, 0, 1}),
-        "Virtual keyboard   ·   Reading the screen   ·   Game not in front   ·   Strip not seen yet   ·   "
-        "0 messages per minute   ·   Profile 1");
-    EXPECT_THAT(text({"", "", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message per"));
-    EXPECT_THAT(text({"", "", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
-    EXPECT_THAT(text({"", "", true, 120, 1, 9}), HasSubstr("2 minutes ago"));
+    const auto activity = [](const StatusSnapshot& snapshot) {
+        const ActivityText told = activityText(snapshot);
+        return (told.headline + ": " + told.details).toStdString();
+    };
+    StatusSnapshot seen{.keyboardName = "virtual keyboard"};
+    EXPECT_EQ(text(seen), "Virtual keyboard   ·   Reading the screen   ·   Game not in front   ·   "
+                          "Strip not seen yet   ·   0 messages per minute");
+    EXPECT_EQ(activity(seen), "Nothing has been sent to the keyboard yet: ");
+    seen.isLit = seen.showsCooldowns = seen.effects.combatAnimationPlaying = true;
+    seen.coolingDown = 5;
+    seen.messagesPerMinute = 1;
+    seen.secondsSinceStrip = 119;
+    EXPECT_THAT(text(seen), HasSubstr("119 seconds ago   ·   1 message per"));
+    EXPECT_EQ(activity(seen), "In combat: 5 abilities cooling down · 1 message in the last minute");
+    seen.secondsSinceStrip = 120;
+    EXPECT_THAT(text(seen), HasSubstr("2 minutes ago"));
 }
 
 TEST(StatusTextTest, CountsMessagesPerMinuteAlsoAcrossGaps) {
@@ -546,26 +614,29 @@ TEST_F(WindowsTest, TheStatusLineTellsWhetherTheGameIsInFrontAndFitsIntoTheWindo
     window("mainWindow")->resize(window("mainWindow")->minimumSizeHint());
     settle();
     EXPECT_LE(status->fontMetrics().horizontalAdvance(status->text()), status->width());
+    const auto* const profile = widget<QLabel>("statusProfile");
+    EXPECT_EQ(profile->text(), "Profile 1");
+    EXPECT_GE(profile->width(), profile->sizeHint().width());
 }
 
-TEST_F(WindowsTest, TheStatusLineHardlyWakesTheProgramWhileNobodyCanSeeIt) {
+TEST_F(WindowsTest, TheWatchHardlyWakesTheProgramWhileNobodyCanSeeIt) {
     QMainWindow mainWindow;
     int looks = 0;
     const auto look = [&looks] {
         ++looks;
         return platform::monotonicNow();
     };
-    const StatusLine status(
-        &mainWindow, *m_delegate, m_keyboardName, [] { return std::string_view{}; }, look);
-    EXPECT_EQ(status.period(), StatusLine::kHiddenPeriod);
+    const ProgramWatch status({&mainWindow, *m_delegate, m_machine.userDefaults, m_keyboard, m_keyboardName,
+                               [] { return CaptureState::Screen; }, [] { return false; }, look});
+    EXPECT_EQ(status.period(), ProgramWatch::kHiddenPeriod);
     const int before = looks;
     mainWindow.show();
-    EXPECT_EQ(status.period(), StatusLine::kPeriod);
+    EXPECT_EQ(status.period(), ProgramWatch::kPeriod);
     EXPECT_EQ(looks, before + 1) << "what is shown is up to date";
     mainWindow.showMinimized();
-    EXPECT_TRUE(eventually([&] { return status.period() == StatusLine::kHiddenPeriod; }));
+    EXPECT_TRUE(eventually([&] { return status.period() == ProgramWatch::kHiddenPeriod; }));
     mainWindow.showNormal();
-    EXPECT_TRUE(eventually([&] { return status.period() == StatusLine::kPeriod; }));
+    EXPECT_TRUE(eventually([&] { return status.period() == ProgramWatch::kPeriod; }));
 }
 
 TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
@@ -592,25 +663,31 @@ TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownCol
     EXPECT_THAT(check(colors, 99, 0.7), IsEmpty());
 }
 
-TEST_F(WindowsTest, AFailedCalibrationTellsWhatToDoAndAWideStripIsReadAtHalfWidth) {
-    launch();
+TEST_F(WindowsTest, ACalibrationCountsDownIsCanceledAndItsEndStays) {
     auto& failure = m_delegate->operations().calibration.failure;
-    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
+    const auto isShown = [this](const char* name) { return !widget(name)->isHidden(); };
+    EXPECT_FALSE(isShown("calibrationPanel"));
     failure.set(screenlink::SearchFailure::NoRedCell);
-    EXPECT_FALSE(widget("calibrationPanel")->isHidden());
-    EXPECT_TRUE(widget("calibrateOtherwise")->isHidden());
-    failure.set(screenlink::SearchFailure::TooWide);
-    EXPECT_FALSE(widget("calibrateOtherwise")->isHidden());
-    m_delegate->operations().calibration.failure.set(std::nullopt);
-    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
-    failure.set(screenlink::SearchFailure::TooWide);
-    // The search that it begins is interrupted by the end of the program.
-    m_runLoop.after(std::chrono::milliseconds(50), [this] {
-        EXPECT_TRUE(m_delegate->operations().calibration.isRunning());
-        EXPECT_TRUE(widget("calibrationPanel")->isHidden());
-        m_runLoop.terminate();
+    EXPECT_TRUE(isShown("calibrationPanel"));
+    EXPECT_FALSE(isShown("calibrateOtherwise"));
+    EXPECT_EQ(widget<QuietButton>("stepCalibrate")->mark(), Mark::Bad);
+    click("calibrationDismiss");
+    EXPECT_FALSE(isShown("calibrationPanel"));
+
+    m_runLoop.after(std::chrono::milliseconds(50), [&] {
+        EXPECT_TRUE(m_delegate->operations().calibration.isRunning()) << "with one press";
+        EXPECT_THAT(textOf("calibrationText"),
+                    HasSubstr("90 s left. Switch to the game and type /glimracal"));
+        click("calibrationCancel");
     });
-    widget<QAbstractButton>("calibrateOtherwise")->click();
+    click("stepCalibrate");
+    EXPECT_THAT(textOf("calibrationText"), HasSubstr("canceled"));
+
+    failure.set(screenlink::SearchFailure::TooWide);
+    EXPECT_TRUE(isShown("calibrateOtherwise"));
+    // The search that it begins is interrupted by the end of the program.
+    m_runLoop.after(std::chrono::milliseconds(50), [this] { m_runLoop.terminate(); });
+    click("calibrateOtherwise");
     EXPECT_EQ(m_pixelsPerPoint, 2);
 }
 
