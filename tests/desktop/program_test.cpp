@@ -165,6 +165,11 @@ TEST_F(ProgramTest, WhateverEndsItTheKeyboardIsHandedBack) {
         {0, signal(SIGTERM)},
         {0, signal(SIGHUP)},
         {1, [](XvfbServer& server, const ChildProcess&) { server.kill(); }},
+        {0,
+         [](XvfbServer& server, const ChildProcess&) {
+             const std::string user = "DISPLAY=" + server.display() + " timeout 20 xdotool ";
+             run(user + "search --sync --onlyvisible --name '^Glimra$' windowfocus --sync key ctrl+q");
+         }},
     };
     for (const auto& [status, end] : ends) {
         XvfbServer server;
