@@ -34,18 +34,6 @@ public:
     std::atomic<bool> isUnderWay = false;
 };
 
-/// A desktop on which the machine can be put to sleep.
-class SleepyWorkspace final : public platform::Workspace {
-public:
-    std::optional<platform::RunningApplication> frontmostApplication() const override { return std::nullopt; }
-    void observeSleep(std::function<void()> onSleep, std::function<void()>) override {
-        aboutToSleep = onSleep;
-    }
-    bool openUrl(const std::string&) override { return false; }
-
-    std::function<void()> aboutToSleep;
-};
-
 /// The application on the real run loop and the real reader's thread.
 class QuitTest : public testing::Test {
 protected:
@@ -61,7 +49,6 @@ protected:
         platform::Platform platform = m_machine.platform();
         platform.readerCapture = m_capture;
         platform.ledDriver = m_driver;
-        platform.workspace = m_workspace;
         return platform;
     }
 
@@ -109,7 +96,6 @@ protected:
     QTemporaryDir m_folder;
     DesktopPlatform m_machine;
     SlowCapture m_capture;
-    SleepyWorkspace m_workspace;
     tests::FakeDriver m_driver;
     platform::Platform m_platform;
     app::AppDelegate m_delegate;
@@ -121,16 +107,6 @@ constexpr auto kAnswerLimit = 1500ms;
 
 TEST_F(QuitTest, WaitsForACaptureThatIsUnderWay) {
     EXPECT_LT(quitWhen([this] { return m_capture.isUnderWay.load(); }), kAnswerLimit);
-    expectLetGo();
-}
-
-TEST_F(QuitTest, IsAnsweredWhileReadingIsSuspended) {
-    bool asleep = false;
-    m_begin = [&] {
-        m_workspace.aboutToSleep();
-        m_machine.runLoop.after(400ms, [&] { asleep = true; });
-    };
-    EXPECT_LT(quitWhen([&] { return asleep && !m_capture.isUnderWay; }), kAnswerLimit);
     expectLetGo();
 }
 

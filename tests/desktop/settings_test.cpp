@@ -179,18 +179,6 @@ TEST_F(SettingsTest, TheNewestGoodCopyStandsInForADamagedFile) {
     EXPECT_EQ(start(), StoredValue{std::int64_t{300}});
 }
 
-TEST_F(SettingsTest, OfManyDamagedFilesTheLastNameIsTakenAgain) {
-    for (int number = 2; number < 99; ++number)
-        write("", ".damaged-" + std::to_string(number));
-    write("", ".damaged");
-    for (const char* const damage : {"first", "second"}) {
-        write(damage);
-        open();
-        EXPECT_EQ(content(".damaged-99"), damage);
-    }
-    EXPECT_FALSE(std::filesystem::exists(path(".damaged-100")));
-}
-
 TEST_F(SettingsTest, ARunHasItsCopyFromTheStartOnAndFillsAGap) {
     startWith({1, 20, 300});
     const auto before = copies();

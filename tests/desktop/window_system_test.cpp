@@ -5,7 +5,9 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -88,6 +90,25 @@ TEST_F(WindowSystemTest, AModalSessionEndsWithItsCodeOrWithItsWindow) {
     EXPECT_TRUE(m_window.visible.get()) << "hiding is the caller's";
     QTimer::singleShot(0, [this] { m_window.visible.set(false); });
     EXPECT_EQ(m_windowSystem.runModal(m_window), platform::kModalClosed);
+}
+
+TEST_F(WindowSystemTest, APanelGivesTheFileThatIsTyped) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("mine.keycolormap");
+    const auto type = [](const QString& name) {
+        QTimer::singleShot(0, [name] {
+            auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(panel, nullptr);
+            panel->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+            static_cast<QDialog*>(panel)->accept();
+        });
+    };
+    type("mine");
+    EXPECT_EQ(m_windowSystem.runSavePanel({"Export", "x", "keycolormap", folder.path().toStdString()}),
+              file.toStdString());
+    EXPECT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+    type(file);
+    EXPECT_EQ(m_windowSystem.runOpenPanel({"Import", "Which?", "keycolormap"}), file.toStdString());
 }
 
 TEST_F(WindowSystemTest, AnAlertShowsItsTextAsItIsAndWaits) {

@@ -209,27 +209,12 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     bench.release.set();
     EXPECT_TRUE(other.hasFrames(1));
     EXPECT_EQ(bench.state.copy().closed, 1);
+    EXPECT_THAT(bench.state.copy().told, ElementsAre("Here it is.")) << "nobody hears of it any more";
     keyboard.resendAll();
     EXPECT_TRUE(other.hasFrames(2));
     keyboard.LogiLedShutdown();
     EXPECT_TRUE(other.becomes([](const State& s) { return s.closed == 1; }));
     EXPECT_EQ(other.state.copy().esc().red, 230) << "it is handed back as it is, not made dark before";
-}
-
-TEST(DeviceWriter, LeavesAHangingDeviceBehind) {
-    Bench bench;
-    bench.state.with([](State& s) { s.hangs = true; });
-    DeviceWriter writer(bench.device(), bench.report());
-    writer.show(modelWithEsc(100));
-    ASSERT_TRUE(bench.hasFrames(1));
-    writer.stop();
-    EXPECT_EQ(bench.state.copy().closed, 0);
-    const std::shared_ptr<const WakeEvent> done = writer.leave();
-    bench.release.set();
-    // It is still closed properly when it comes to itself, and nobody is told any more.
-    EXPECT_TRUE(waitForInput(done->fd(), -1, platform::monotonicNow() + 20s).first);
-    EXPECT_EQ(bench.state.copy().closed, 1);
-    EXPECT_THAT(bench.state.copy().told, ElementsAre("Here it is."));
 }
 
 } // namespace

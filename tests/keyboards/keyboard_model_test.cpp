@@ -1,7 +1,5 @@
 #include "keyboards/model/keyboard_model.h"
 
-#include "lighting/led_bitmap.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -27,19 +25,15 @@ Rgb colorOf(const KeyboardModel& model, KeyName key, Time time = 0s) {
 
 TEST(TargetDevice, NothingHappensWhilePerKeyBoardsAreNotMeant) {
     KeyboardModel model;
-    model.perform(SetLighting{kRed}, 0s);
     model.perform(FlashSingleKey{kEsc, kBlue, 0, 0}, 0s);
-    const lighting::LedBitmap bitmap = lighting::blankBitmap();
-    for (const LedCall& call : std::initializer_list<LedCall>{
-             SetTargetDevice{3}, SetLighting{kBlue}, SetLightingFromBitmap{bitmap},
-             SetLightingForKeyWithKeyName{kQ, kBlue}, PulseSingleKey{kQ, kBlue, kBlue, 1000, true},
-             StopEffectsOnKey{kEsc}, StopEffects{}})
+    for (const LedCall& call :
+         std::initializer_list<LedCall>{SetTargetDevice{3}, SetLighting{kRed}, StopEffects{}})
         EXPECT_TRUE(model.perform(call, 0s));
-    EXPECT_EQ(colorOf(model, kQ), kRedLight);
+    EXPECT_EQ(colorOf(model, kQ), Rgb{});
     EXPECT_EQ(colorOf(model, kEsc), kBlueLight);
     model.perform(SetTargetDevice{4}, 0s);
     model.perform(StopEffects{}, 0s);
-    EXPECT_EQ(colorOf(model, kEsc), kRedLight);
+    EXPECT_EQ(colorOf(model, kEsc), Rgb{});
 }
 
 TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {

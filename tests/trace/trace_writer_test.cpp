@@ -11,7 +11,6 @@ namespace glimra::trace {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 
 struct TraceWriterTest : testing::Test {
     platform::Time now = 400ms;
@@ -48,20 +47,6 @@ TEST_F(TraceWriterTest, AnyTextMakesAValidLine) {
     writer.dump("\xFF", {{"\xFF", std::numeric_limits<double>::quiet_NaN()}});
     EXPECT_TRUE(std::ranges::all_of(
         lines, [](const std::string& line) { return nlohmann::ordered_json::accept(line); }));
-}
-
-TEST_F(TraceWriterTest, WritesOnlyTheKindsThatAreWanted) {
-    TraceKinds wanted;
-    for (const std::string_view name : {"system-log", "quit"})
-        wanted.add(traceKindNamed(name).value());
-    EXPECT_EQ(traceKindNamed("systemlog"), std::nullopt);
-    TraceWriter picky([this] { return now; }, sink, wanted);
-    picky.led(platform::StopEffects{});
-    picky.dump("state", {});
-    picky.systemLog("text");
-    picky.quit();
-    EXPECT_THAT(lines,
-                ElementsAre(R"({"t":0.4,"kind":"system-log","text":"text"})", R"({"t":0.4,"kind":"quit"})"));
 }
 
 TEST_F(TraceWriterTest, LinesOfThreadsComeOutWholeAndInTheOrderOfTheirTimes) {

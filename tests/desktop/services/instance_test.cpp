@@ -18,14 +18,6 @@ using Standing = InstanceChannel::Standing;
 using Delivery = InstanceChannel::Delivery;
 using tests::eventually;
 
-TEST(InstanceCommand, IsReadAsItIsWrittenAndNothingElseIs) {
-    for (const InstanceCommand& command : {InstanceCommand{Kind::Profile, 1}, {Kind::Profile, 9}})
-        EXPECT_EQ(commandFromText(toText(command)), command);
-    for (const char* text :
-         {"", "quit ", "QUIT", "profile", "profile ", "profile 0", "profile 10", "profile x"})
-        EXPECT_EQ(commandFromText(text), std::nullopt) << text;
-}
-
 class InstanceTest : public testing::Test {
 protected:
     InstanceTest() { tests::ensureApplication(); }

@@ -19,10 +19,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
-constexpr lighting::KeyCode kOne = 0x02;
-constexpr lighting::KeyCode kQ = 0x10;
 constexpr lighting::KeyCode kW = 0x11;
-constexpr int kSlotOfC = 6;
 
 /// What the windows do so that nothing is lost when the game, a second start or the tray has a word as well.
 class GuardsTest : public WindowsFixture {

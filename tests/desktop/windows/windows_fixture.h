@@ -22,6 +22,10 @@
 
 namespace glimra::desktop {
 
+inline constexpr lighting::KeyCode kOne = 0x02;
+inline constexpr lighting::KeyCode kQ = 0x10;
+inline constexpr int kSlotOfC = 6;
+
 /// The application with its real windows, on a machine that is simulated but for windows and run loop.
 class WindowsFixture : public ::testing::Test {
 protected:

@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 using namespace std::string_literals;
 using platform::ScreenRect;
 using testing::ElementsAre;
-using testing::Optional;
 using tests::eventually;
 using tests::millisecondsOf;
 using tests::XClient;
@@ -91,17 +90,6 @@ TEST(ScreenDepthTest, GivesTheExactColorOfEachPixel) {
         for (const int x : {0, 1, 2, 3})
             EXPECT_EQ(image->view().colorAt(x), x == 2 ? depth.color : platform::Color{}) << x;
     }
-}
-
-TEST(PixelLayoutTest, UnpacksBothByteOrdersAndPackedPixels) {
-    const std::vector<std::uint8_t> bytes{1, 2, 3, 4, 5, 6, 7, 8};
-    const auto unpack = [&](std::size_t count, std::size_t bytesPerPixel, ByteOrder order) {
-        return unpackPixels(bytes, count, {{}, bytesPerPixel, order});
-    };
-    EXPECT_THAT(unpack(2, 4, ByteOrder::LeastSignificantFirst),
-                Optional(ElementsAre(0x04030201, 0x08070605)));
-    EXPECT_THAT(unpack(2, 3, ByteOrder::MostSignificantFirst), Optional(ElementsAre(0x010203, 0x040506)));
-    EXPECT_EQ(unpack(3, 3, ByteOrder::MostSignificantFirst), std::nullopt);
 }
 
 TEST_F(CaptureTest, LeavesOutWhatLiesBeyondTheScreen) {

@@ -60,7 +60,6 @@ TEST(KeyNames, PlacesFindTheSameLedsWhenNamesSayNothing) {
     matrix.cells = cells;
     matrix.width = 17;
     EXPECT_EQ(ledsOfKeys(nameless).size(), 87U);
-
     matrix.cells.assign(matrix.cells.size(), 5000); // beyond the zone
     EXPECT_THAT(ledsOfKeys(nameless), IsEmpty());
 }
@@ -85,16 +84,6 @@ TEST(KeyNames, KeysOfTheMakersOwnAreFoundUnderAllTheirNames) {
     EXPECT_THAT(ledsOf(withLeds({"Key: Macro 3"}), 0xFFF3), UnorderedElementsAre(0));
     EXPECT_THAT(ledsOf(withLeds({"Key: M5"}), 0xFFF5), UnorderedElementsAre(0));
     EXPECT_THAT(ledsOf(withLeds({"Key: M10"}), 0xFFF1), IsEmpty());
-}
-
-TEST(KeyNames, KeyboardsAreKnownByTypeOrByTheirKeys) {
-    Controller laptop = tests::fullKeyboard();
-    laptop.type = 19;
-    EXPECT_TRUE(isKeyboard(laptop));
-    laptop.leds.resize(19);
-    EXPECT_FALSE(isKeyboard(laptop));
-    laptop.type = kKeyboardType;
-    EXPECT_TRUE(isKeyboard(laptop));
 }
 
 } // namespace

@@ -5,9 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace glimra::keyboards {
 namespace {
 
@@ -40,27 +37,6 @@ TEST(HidNodes, TellsNoKeyboardFromOneWithoutPermission) {
     EXPECT_THAT(whyNoUsbKeyboard(tree.folders),
                 AllOf(HasSubstr("G810 (046d:c331)"), HasSubstr((tree.folders.devices / "hidraw4").string()),
                       HasSubstr("70-glimra-keyboard.rules")));
-}
-
-TEST(HidNodes, ReadingAloneIsNoPermission) {
-    constexpr uid_t kNobody = 65534;
-    constexpr uid_t kAsBefore = static_cast<uid_t>(-1);
-    const HidTree tree;
-    tree.add("hidraw0", "0003:0000046D:0000C331");
-    const std::filesystem::path file = tree.folders.devices / "hidraw0";
-    for (const std::filesystem::path& folder : {tree.folders.devices, tree.folders.devices.parent_path()})
-        chmod(folder.c_str(), S_IRWXU | S_IXGRP | S_IXOTH);
-    const auto reasonWithMode = [&](mode_t mode) {
-        chmod(file.c_str(), mode);
-        const uid_t before = getuid();
-        // Root may open everything.
-        EXPECT_TRUE(before != 0 || setreuid(kNobody, kAsBefore) == 0);
-        const std::string reason = whyNoUsbKeyboard(tree.folders);
-        EXPECT_TRUE(before != 0 || setreuid(before, kAsBefore) == 0);
-        return reason;
-    };
-    EXPECT_EQ(reasonWithMode(0666), "");
-    EXPECT_THAT(reasonWithMode(0444), HasSubstr("permission"));
 }
 
 } // namespace

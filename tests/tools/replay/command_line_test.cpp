@@ -6,8 +6,6 @@
 
 namespace {
 
-using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -29,19 +27,6 @@ TEST(ReplayCommandLineTest, RefusesWhatItDoesNotUnderstand) {
          {"", "--only nonsense -", "--seed -1 -", "--fly -", "/proc/no-such-script", "/proc"})
         EXPECT_EQ(run("", arguments + " 2>/dev/null").status, 2) << arguments;
     EXPECT_THAT(run("", "/proc/no-such-script 2>&1").output, StartsWith("/proc/no-such-script:1: "));
-}
-
-TEST(ReplayCommandLineTest, SeedDecidesWhatIsRandom) {
-    const std::string death = "start\ntoken \"D\"\nwait 1";
-    EXPECT_EQ(run(death, "--seed 7 -").output, run(death, "--seed 7 -").output);
-    EXPECT_NE(run(death, "--seed 7 -").output, run(death, "--seed 8 -").output);
-}
-
-TEST(ReplayCommandLineTest, DrawsTheKeyboardAsItIsBeforeItIsHandedBack) {
-    const std::string lit = "start\nfront \"com.blizzard.worldofwarcraft\"\nwait 1\n";
-    const auto outcome = run(lit + "quit", "--only quit --keyboard -");
-    EXPECT_THAT(outcome.output, HasSubstr("\x1b[48;2;255;255;0m\x1b[38;2;0;0;0mEsc\x1b[0m"));
-    EXPECT_THAT(outcome.output, EndsWith(run(lit, "--only quit --keyboard -").output));
 }
 
 TEST(ReplayCommandLineTest, FilmsWhatTheKeyboardShows) {
