@@ -11,8 +11,8 @@ set -euo pipefail
 build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-screensaver0-dev
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(lua5.1 netpbm xvfb)
-test=(appstream dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian lua-check lua5.1 man-db openbox
-    python3-dbusmock unzip weston x11-xserver-utils xdotool xvfb xwayland zip)
+test=(appstream at-spi2-core dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian lua-check lua5.1 man-db openbox
+    python3-dbusmock python3-pyatspi unzip weston x11-xserver-utils xauth xdotool xvfb xwayland zip)
 check=(clang clang-format clang-tidy)
 addon=(zip)
 icons=(librsvg2-bin)

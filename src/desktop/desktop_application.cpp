@@ -1,5 +1,7 @@
 #include "desktop/desktop_application.h"
 
+#include "desktop/doctor/checks.h"
+#include "desktop/keyboard_options.h"
 #include "platform/monotonic_clock.h"
 
 #include <QApplication>
@@ -76,7 +78,13 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
                  .keyboardName = m_machine.keyboard.description,
                  .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
                                     [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
-                 .captureWay = [this] { return captureDescription(m_machine.readerCapture.state()); },
+                 .lookAtDrivers =
+                     [drivers = keyboardOptions(options, {m_machine.settings, m_machine.systemLog}).drivers] {
+                         return doctor::lookAtKeyboards(drivers);
+                     },
+                 .captureState = [this] { return m_machine.readerCapture.state(); },
+                 .demonstration = m_machine.demonstration,
+                 .sendToken = [this](std::string_view token) { sendToken(token); },
                  .calibrationPixels = {[this] { return m_machine.calibrationPixels(); },
                                        [this](int pixels) { m_machine.setCalibrationPixels(pixels); }}}),
       m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
@@ -132,10 +140,13 @@ void DesktopApplication::perform(const InstanceCommand& command) {
         return m_windows.binder().send("testLightsMI:");
     case InstanceCommand::Kind::Profile:
         // The same path that the game's request for a profile takes.
-        const std::string token = std::to_string(command.profile);
-        m_witnesses.tell(&RunWitness::token, token);
-        return m_delegate.operations().messageQueue.appendToMessageQueue(token);
+        return sendToken(std::to_string(command.profile));
     }
+}
+
+void DesktopApplication::sendToken(std::string_view token) {
+    m_witnesses.tell(&RunWitness::token, token);
+    m_delegate.operations().messageQueue.appendToMessageQueue(token);
 }
 
 void DesktopApplication::launch() {

@@ -33,6 +33,7 @@ private:
     /// out.
     bool take(const InstanceCommand& command);
     void perform(const InstanceCommand& command);
+    void sendToken(std::string_view token);
     void launch();
     platform::TerminateReply letGo();
     /// The process is about to end, in the middle of anything.

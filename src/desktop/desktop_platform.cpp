@@ -74,7 +74,7 @@ platform::Platform DesktopPlatform::platform() {
     return {.application = lifecycle,
             .runLoop = runLoop,
             .readerThread = readerThread,
-            .readerCapture = readerCapture,
+            .readerCapture = demonstration,
             .mainCapture = mainCapture,
             .ledDriver = keyboard,
             .userDefaults = settings,

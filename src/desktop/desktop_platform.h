@@ -16,6 +16,7 @@
 #include "keyboards/chosen_keyboard.h"
 #include "platform/controls.h"
 #include "platform/platform.h"
+#include "screenlink/demonstration.h"
 
 #include <functional>
 #include <string>
@@ -48,6 +49,8 @@ struct DesktopPlatform {
     Lifecycle lifecycle{runLoop};
     /// Used by the reader's thread only; its state may be read on any thread.
     X11ScreenCapture readerCapture;
+    /// What the reader is given: the same, or the demonstration's strip.
+    screenlink::DemonstrationCapture demonstration{readerCapture, runLoop};
     RestingCapture mainCapture;
     ThreadWorkerLoop readerThread;
     keyboards::ChosenKeyboard keyboard;

@@ -14,7 +14,8 @@ struct Setting {
     std::string_view complaint;
 };
 
-/// All settings with a single value, except those that exist once per profile or per action key.
+/// All settings with a single value, except those that exist once per profile (names included) or per action
+/// key.
 namespace settings {
 
 inline constexpr std::string_view kNoInstead = "is neither yes nor no; no stands in for it.";
@@ -52,6 +53,8 @@ inline constexpr Setting<std::string_view> kAutorunName{"AutorunName", "", kIgno
 
 // Windows.
 inline constexpr Setting<bool> kFirstStepsDone{"firstStepsDone", false, kNoInstead};
+inline constexpr Setting<bool> kDemonstrationPlayed{"demonstrationPlayed", false, kNoInstead};
+inline constexpr Setting<bool> kTestPatternShown{"testPatternShown", false, kNoInstead};
 
 } // namespace settings
 

@@ -41,6 +41,7 @@ void Calibration::calibrateScreen() {
         return;
     }
     m_running = true;
+    m_isCanceled = false;
     runSearch();
     m_running = false;
 }
@@ -53,12 +54,17 @@ void Calibration::runSearch() {
     say(kStarting);
     m_parts.log.appendLog("\n**** ATTEMPTING TO CALIBRATE ****\nSwitch back to WoW and type /glimracal\n\n");
 
+    const ScanSettings before = m_parts.settings;
     StripSearch search({m_parts.runLoop, m_parts.capture, m_parts.sounds, m_parts.defaults,
-                        m_parts.log.debugMode() ? &m_parts.log : nullptr, m_parts.settings},
+                        m_parts.log.debugMode() ? &m_parts.log : nullptr, m_parts.settings, m_isCanceled},
                        m_searchTime);
     const SearchResult result = search.searchScanStrip();
-    if (result == SearchResult::Interrupted)
+    if (result == SearchResult::Interrupted) {
+        m_parts.settings = before;
+        if (!m_parts.runLoop.isTerminated())
+            endCanceled();
         return;
+    }
     if (result == SearchResult::Found) {
         m_parts.log.appendLog("\nCalibration successful!  (offset " +
                               std::to_string(m_parts.settings.scanOffset) + ", width " +
@@ -72,6 +78,11 @@ void Calibration::runSearch() {
         say(kFailed);
         failure.set(search.failure());
     }
+    m_parts.messages.confirmCalibrate = true;
+}
+
+void Calibration::endCanceled() {
+    m_parts.log.appendLog("\nCalibration canceled; nothing has changed.\n");
     m_parts.messages.confirmCalibrate = true;
 }
 

@@ -28,6 +28,8 @@ public:
     /// search has succeeded.
     void calibrateScreen();
     bool isRunning() const { return m_running; }
+    /// Ends a search soon, and leaves everything as it was before.
+    void cancel() { m_isCanceled = true; }
 
     /// Why the last search has failed; none while one runs, after one that succeeded, and before the first.
     platform::Property<std::optional<SearchFailure>> failure;
@@ -36,11 +38,13 @@ public:
 
 private:
     void runSearch();
+    void endCanceled();
     void sayText(std::string_view text);
 
     Parts m_parts;
     platform::Duration m_searchTime;
     bool m_running = false;
+    bool m_isCanceled = false;
 };
 
 } // namespace glimra::screenlink

@@ -170,7 +170,7 @@ SearchFailure StripSearch::failure() const {
 }
 
 bool StripSearch::calibrationTick() {
-    if (!m_parts.runLoop.runUntil(m_parts.runLoop.now() + kTick))
+    if (!m_parts.runLoop.runUntil(m_parts.runLoop.now() + kTick) || m_parts.isCanceled)
         return false;
     if (m_parts.runLoop.now() >= m_nextBeep) {
         m_parts.sounds.play(kBeep);

@@ -20,7 +20,7 @@ enum class SearchResult {
     Found,
     /// The time ran out.
     NotFound,
-    /// The application terminated; nothing was stored.
+    /// The application terminated, or the search was canceled; nothing was stored.
     Interrupted,
 };
 
@@ -53,6 +53,8 @@ public:
         /// The search writes `scanOffset` half-way and `scanWidth` at its end; both are the factory's when it
         /// finds nothing.
         ScanSettings& settings;
+        /// The search ends where this has become true.
+        const bool& isCanceled;
     };
 
     StripSearch(const Parts& parts, platform::Duration searchTime);
@@ -74,7 +76,7 @@ private:
     void timeOut(Phase phase);
     void logCells(float width, const platform::ScreenRect& rect);
 
-    // The four phases. False or none: the application terminated.
+    // The four phases. False or none: it was interrupted.
     [[nodiscard]] bool waitForRed();
     [[nodiscard]] std::optional<int> findRightEdge();
     [[nodiscard]] std::optional<float> findSmallestWidth();

@@ -3,6 +3,7 @@
 #include "app/app_delegate.h"
 #include "keyboards/virtual_keyboard.h"
 #include "platform/whole_file.h"
+#include "screenlink/demonstration.h"
 #include "simulated/simulated_platform.h"
 
 #include <gmock/gmock.h>
@@ -22,6 +23,7 @@ protected:
     platform::Platform platformWithFolder() {
         platform::Platform made = machine.platform(keyboard, {});
         made.settingsFolder = testing::TempDir();
+        made.readerCapture = demonstration;
         return made;
     }
     void calibrate() { delegate.operations().calibration.calibrateScreen(); }
@@ -29,6 +31,7 @@ protected:
 
     simulated::SimulatedPlatform machine{1};
     keyboards::VirtualKeyboard keyboard{[this] { return machine.runLoop.now(); }};
+    screenlink::DemonstrationCapture demonstration{machine.readerCapture, machine.runLoop};
     platform::Platform platform = platformWithFolder();
     AppDelegate delegate{platform};
 };
@@ -52,6 +55,50 @@ TEST_F(AppDelegateTest, ACalibrationThatIsQuitStoresNothing) {
     EXPECT_EQ(machine.runLoop.now(), 1s);
     EXPECT_EQ(machine.userDefaults.get("scanWidth"), platform::StoredValue(80.5));
     EXPECT_THAT(log(), Not(HasSubstr("failed")));
+}
+
+TEST_F(AppDelegateTest, ACanceledCalibrationLeavesEverythingAsItWas) {
+    machine.userDefaults.set("scanWidth", 80.5);
+    calibrate();
+    machine.runLoop.after(1s, [&] { delegate.operations().calibration.cancel(); });
+    calibrate();
+    EXPECT_LT(machine.runLoop.now(), 1.1s);
+    EXPECT_EQ(machine.userDefaults.get("scanWidth"), platform::StoredValue(80.5));
+    EXPECT_TRUE(delegate.state().messages.confirmCalibrate);
+}
+
+TEST_F(AppDelegateTest, TheDemonstrationNeedsNoDisplayAndYieldsToTheGame) {
+    using End = screenlink::DemonstrationCapture::End;
+    std::optional<End> end;
+    demonstration.over.observe([&](End how) { end = how; });
+    const auto after = [&](platform::Duration time) {
+        EXPECT_TRUE(machine.runLoop.runUntil(machine.runLoop.now() + time));
+        return delegate.state().effects.combatAnimationPlaying;
+    };
+    machine.screen.disconnectDisplay();
+    delegate.operations().staleEffects.setEndStaleEffects(true);
+    after(40s);
+    demonstration.play();
+    EXPECT_TRUE(after(4s)) << "also where no game was heard of for long";
+    after(20s);
+    EXPECT_EQ(end, End::Played);
+    EXPECT_EQ(delegate.operations().messagePump.dispatchedMessages(),
+              screenlink::demonstrationSteps().size());
+    EXPECT_FALSE(delegate.state().effects.isAnyPlaying());
+
+    // A picture that stands where the strip would be is no strip.
+    const auto fight = screenlink::encodeToken({{}, 'C'});
+    machine.screen.connectDisplay(1920, 1080, 1);
+    machine.screen.setStripGeometry(0, 82);
+    machine.screen.paintStrip(screenlink::testPattern());
+    demonstration.play();
+    after(1s);
+    EXPECT_TRUE(demonstration.isPlaying());
+    machine.screen.paintStrip(fight.announce);
+    after(100ms);
+    EXPECT_EQ(end, End::RealStrip);
+    machine.screen.paintStrip(fight.confirm);
+    EXPECT_TRUE(after(1s));
 }
 
 TEST_F(AppDelegateTest, AStripThatGoesIsNotFound) {

@@ -1,8 +1,11 @@
 #include "desktop/windows/log_view.h"
 #include "desktop/windows/text_positions.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBlock>
 
 #include <gtest/gtest.h>
 
@@ -85,6 +88,27 @@ TEST_F(LogViewTest, WhateverIsLoggedPositionsStayRight) {
     const std::string key = "\U0001F511";
     for (std::size_t cut = 0; cut <= key.size(); ++cut)
         EXPECT_EQ(viewText(key.substr(0, cut)).size() + viewText(key.substr(cut)).size(), 2) << cut;
+}
+
+TEST_F(LogViewTest, BeginsWithWhatMattersAndIsCopiedWithTheRest) {
+    log("Glimra version 1\nKeyboard driver: usb\n\nCalibration settings not found!\n");
+    const auto firstShown = [this] {
+        QTextBlock block = m_view.document()->firstBlock();
+        while (!block.isVisible())
+            block = block.next();
+        return block.text().toStdString();
+    };
+    const auto copied = [this] {
+        m_view.copyAll();
+        return QGuiApplication::clipboard()->text().toStdString();
+    };
+    EXPECT_EQ(firstShown(), "Calibration settings not found!");
+    EXPECT_EQ(copied(), m_text.text);
+    m_view.clearView();
+    log("new\n");
+    EXPECT_EQ(firstShown(), "new");
+    EXPECT_EQ(copied(), "new\n");
+    EXPECT_EQ(shown(), m_text.text) << "nothing is lost";
 }
 
 TEST_F(LogViewTest, StaysQuickWithManyLines) {

@@ -1,5 +1,6 @@
 #include "desktop/loop/qt_run_loop.h"
 #include "desktop/windows/qt_window_system.h"
+#include "desktop/windows/window_fitter.h"
 #include "simulated/user_defaults.h"
 
 #include <QApplication>
@@ -56,12 +57,15 @@ TEST_F(WindowSystemTest, TheFrameComesBackAndOneThatIsNoneDoesNoHarm) {
         m_windowSystem.restoreFrame("windowPosition");
         EXPECT_EQ(m_mainWindow.geometry(), frame);
     }
-    m_defaults.set(key, Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{800}, std::int64_t{600}});
+    m_defaults.set(key, Array{std::int64_t{5000}, std::int64_t{9}, std::int64_t{700}, std::int64_t{600}});
     m_windowSystem.restoreFrame("windowPosition");
-    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 800, 600)) << "where no screen is, no window goes";
+    EXPECT_EQ(m_mainWindow.geometry(), QRect(40, 50, 700, 600)) << "where no screen is, no window goes";
     m_defaults.set(key, Array{std::int64_t{0}, std::int64_t{0}, std::int64_t{12000}, std::int64_t{12000}});
     m_windowSystem.restoreFrame("windowPosition");
-    EXPECT_EQ(m_mainWindow.size(), m_mainWindow.screen()->availableSize());
+    EXPECT_EQ(m_mainWindow.size(), WindowFitter::roomOn(*m_mainWindow.screen()));
+    m_defaults.set(key, Array{std::int64_t{500}, std::int64_t{9}, std::int64_t{700}, std::int64_t{600}});
+    m_windowSystem.restoreFrame("windowPosition");
+    EXPECT_EQ(m_mainWindow.geometry().right(), m_mainWindow.screen()->availableGeometry().right());
 }
 
 TEST_F(WindowSystemTest, WithoutADocumentsFolderTheHomeFolderStandsInForIt) {

@@ -22,7 +22,11 @@ public:
         for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "XDG_SESSION_ID"})
             ::unsetenv(name);
         // Windows are made where no display is needed.
-        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        // A file of screens, for Qt's offscreen platform.
+        const char* const screens = ::getenv("GLIMRA_TEST_SCREENS");
+        const std::string platform =
+            screens == nullptr ? "offscreen" : "offscreen:configfile=" + std::string(screens);
+        ::setenv("QT_QPA_PLATFORM", platform.c_str(), 1);
     }
     /// Not at the end of a forked child.
     ~OwnSurroundings() {

@@ -53,13 +53,16 @@ Finding findingFor(const addon::GameClient& client, const addon::ShippedAddon& s
 } // namespace
 
 Findings checkAddon(const platform::UserDefaults& settings) {
+    platform::SilentLog log;
+    return checkAddon(app::savedApplicationNames({settings, log}));
+}
+
+Findings checkAddon(const app::LauncherState& launched) {
     const auto shipped = addon::readShippedAddon(addon::shippedAddonFolder());
     if (const auto* const problem = std::get_if<std::string>(&shipped))
         return {{.check = "addon", .health = Health::Limited, .text = *problem}};
-    platform::SilentLog log;
     Findings findings;
-    for (const addon::GameClient& client :
-         addon::findClients(addon::searchPlaces(app::savedApplicationNames({settings, log}))))
+    for (const addon::GameClient& client : addon::findClients(addon::searchPlaces(launched)))
         findings.push_back(findingFor(client, std::get<addon::ShippedAddon>(shipped)));
     if (findings.empty())
         findings.push_back(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/launcher.h"
 #include "desktop/doctor/doctor.h"
 #include "desktop/doctor/finding.h"
 #include "desktop/settings/settings_copy.h"
@@ -19,5 +20,14 @@ Findings checkServices();
 /// Checks the add-on in each client of the game that is found.
 Findings checkAddon(const platform::UserDefaults& settings);
 Findings checkSettings(const SettingsCopy& settings);
+
+// The same words for a program that runs.
+
+/// What there is to light now, by each driver whose keyboard may come and go, and whether it may be lit.
+/// Opens nothing.
+Findings lookAtKeyboards(const keyboards::DriverOptions& options);
+Finding stripFinding(bool isSeen, bool isCalibrated);
+/// The add-on, where the game may be near these applications. Any thread.
+Findings checkAddon(const app::LauncherState& launched);
 
 } // namespace glimra::desktop::doctor

@@ -59,4 +59,18 @@ Findings checkKeyboards(const keyboards::ChosenKeyboard::Options& wanted) {
     return findings;
 }
 
+Findings lookAtKeyboards(const keyboards::DriverOptions& options) {
+    Findings findings;
+    for (const keyboards::DriverRow& driver : keyboards::driverRows()) {
+        const std::string reason = driver.look == nullptr ? "" : driver.look(options);
+        if (!reason.empty())
+            findings.push_back(
+                {.check = "keyboard-" + std::string(driver.name), .health = Health::Limited, .text = reason});
+    }
+    const Finding rule = ruleFinding();
+    if (rule.health != Health::Good)
+        findings.push_back(rule);
+    return findings;
+}
+
 } // namespace glimra::desktop::doctor

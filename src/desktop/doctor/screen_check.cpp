@@ -94,17 +94,22 @@ Findings checkScreen(const Subject& subject) {
     if (!check.captureTime)
         return findings;
 
+    findings.push_back(stripFinding(showsStrip(subject, geometry), !isFactory));
+    return findings;
+}
+
+Finding stripFinding(bool isSeen, bool isCalibrated) {
     Finding strip{.check = "strip", .text = "The strip shows now."};
-    strip.details["seen"] = showsStrip(subject, geometry);
-    strip.details["calibrated"] = !isFactory;
-    if (!strip.details["seen"]) {
+    strip.details["seen"] = isSeen;
+    strip.details["calibrated"] = isCalibrated;
+    if (!isSeen) {
         strip.health = Health::Limited;
         strip.text = "The strip does not show now. The add-on paints it only while it has something to say.";
-        strip.remedy = isFactory ? "Install the add-on, start the game, and calibrate Glimra to the screen."
-                                 : "If nothing lights up in the game, calibrate Glimra once more.";
+        strip.remedy = isCalibrated
+                           ? "If nothing lights up in the game, calibrate Glimra once more."
+                           : "Install the add-on, start the game, and calibrate Glimra to the screen.";
     }
-    findings.push_back(std::move(strip));
-    return findings;
+    return strip;
 }
 
 } // namespace glimra::desktop::doctor

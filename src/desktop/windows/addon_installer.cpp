@@ -1,6 +1,8 @@
 #include "desktop/windows/addon_installer.h"
 
 #include "desktop/addon/addon_words.h"
+#include "desktop/doctor/checks.h"
+#include "desktop/windows/window_fitter.h"
 
 #include <QDir>
 #include <QFile>
@@ -112,6 +114,7 @@ void AddonInstaller::chooseFolder() {
     dialog->setFilter(dialog->filter() | QDir::Hidden);
     connect(dialog, &QFileDialog::fileSelected, this,
             [this](const QString& folder) { addFolder(QFile::encodeName(folder).toStdString()); });
+    fitPanel(dialog);
     dialog->open();
 }
 
@@ -124,6 +127,17 @@ void AddonInstaller::addFolder(const std::filesystem::path& folder) {
 void AddonInstaller::install() {
     run("Installing…",
         [clients = m_clients](const ShippedAddon& shipped) { return installAll(clients, shipped); });
+}
+
+void AddonInstaller::refreshFindings() {
+    m_worker.post([this, self = QPointer(this), launched = m_launched](const std::stop_token&) {
+        m_runLoop.post([self, findings = doctor::checkAddon(launched)] {
+            if (!self)
+                return;
+            self->m_findings = findings;
+            self->found.emit();
+        });
+    });
 }
 
 void AddonInstaller::run(const QString& meanwhile, std::function<Report(const ShippedAddon&)> errand) {
@@ -158,6 +172,7 @@ void AddonInstaller::show(const Report& report) {
     }
     m_window->findChild<QLabel*>("addonResult")->setText(QString::fromStdString(report.text));
     setIdle(true, report.canInstall);
+    refreshFindings();
 }
 
 void AddonInstaller::setIdle(bool isIdle, bool canInstall) {

@@ -3,7 +3,9 @@
 #include "app/launcher.h"
 #include "desktop/addon/addon_folder.h"
 #include "desktop/addon/game_finder.h"
+#include "desktop/doctor/finding.h"
 #include "desktop/services/background_worker.h"
+#include "platform/controls.h"
 #include "platform/run_loop.h"
 
 #include <QDialog>
@@ -29,6 +31,12 @@ public:
     /// Installs the add-on in all clients that are listed.
     void install();
 
+    /// Looks in the usual places how each client stands, without the window.
+    void refreshFindings();
+    /// What was found there last; empty before that.
+    const doctor::Findings& findings() const { return m_findings; }
+    platform::Signal<> found;
+
     /// What the window shows once an errand is done.
     struct Report {
         std::vector<addon::GameClient> clients;
@@ -49,6 +57,7 @@ private:
     platform::RunLoop& m_runLoop;
     const app::LauncherState& m_launched;
     std::vector<addon::GameClient> m_clients;
+    doctor::Findings m_findings;
     bool m_isIdle = true;
     BackgroundWorker m_worker{1};
 };

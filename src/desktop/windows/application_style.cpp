@@ -62,6 +62,19 @@ QSize ApplicationStyle::sizeFromContents(ContentsType type, const QStyleOption* 
     }
 }
 
+void ApplicationStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                   const QWidget* widget) const {
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element != CE_PushButton || button == nullptr || !option->state.testFlag(State_On))
+        return QProxyStyle::drawControl(element, option, painter, widget);
+    // The one that is chosen among several must be told from the others at a glance.
+    QStyleOptionButton chosen = *button;
+    chosen.palette.setColor(QPalette::Button, option->palette.color(QPalette::Highlight));
+    chosen.palette.setColor(QPalette::ButtonText, option->palette.color(QPalette::HighlightedText));
+    chosen.state.setFlag(State_On, false);
+    QProxyStyle::drawControl(element, &chosen, painter, widget);
+}
+
 void ApplicationStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                      const QWidget* widget) const {
     if (element == PE_IndicatorCheckBox)

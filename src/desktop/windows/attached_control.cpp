@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QVariant>
 
 namespace glimra::desktop {
@@ -46,6 +47,12 @@ Attached attachField(QLineEdit* field, platform::TextField& control) {
         if (field->text() != text)
             field->setText(text);
     });
+}
+
+/// Only what the user toggles is sent.
+void showChecked(QAbstractButton& button, bool on) {
+    const QSignalBlocker quietly(button);
+    button.setChecked(on);
 }
 
 /// Every button of a group shows the colour of the well with its tag.
@@ -93,7 +100,7 @@ struct Attach {
             followWell(choice, app::wellOfTag(outlets, tagOf(*choice)));
         return mirror(control->selectedTag, [choices, control] {
             for (PaintButton* const choice : choices)
-                choice->setChecked(tagOf(*choice) == control->selectedTag.get());
+                showChecked(*choice, tagOf(*choice) == control->selectedTag.get());
         });
     }
 
@@ -163,7 +170,7 @@ struct Attach {
         if (box == nullptr)
             return std::nullopt;
         followEnabled(box, *control);
-        return mirror(control->on, [box, control] { box->setChecked(control->on.get()); });
+        return mirror(control->on, [box, control] { showChecked(*box, control->on.get()); });
     }
 
     Attached operator()(platform::Button* control) const {

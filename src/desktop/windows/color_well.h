@@ -3,15 +3,13 @@
 #include "platform/color.h"
 
 #include <QAbstractButton>
-#include <QColorDialog>
-#include <QPointer>
 
 #include <functional>
 
 namespace glimra::desktop {
 
-/// A colour that the user can change: a click opens the colour dialog, and what is chosen there counts at
-/// once. The dialog's Cancel takes back all that was chosen in it. The dialog goes with the window.
+/// The pencil of a colour: a click on it opens the window's `ColorEditor`, and what is chosen there counts at
+/// once. Its Cancel takes back all that was chosen. One that has the property `showsColor` is its own swatch.
 class ColorWell final : public QAbstractButton {
 public:
     explicit ColorWell(QWidget* parent = nullptr);
@@ -22,11 +20,14 @@ public:
     std::function<void(const platform::Color&)> picked;
     /// The user has given up what was picked since `opened`: the colour is again as it was then, exactly.
     std::function<void(const platform::Color&)> restored;
+    /// The user has given the colour a name; empty when there is none any more.
+    std::function<void(const QString&)> named;
 
-    /// Shows a colour that came from elsewhere; a colour dialog of this well is then out of date and closes.
+    /// Shows a colour that came from elsewhere; an editor of this well is then out of date and closes.
     void setColor(const platform::Color& color);
     /// As it shows.
     QColor color() const;
+    void setOwnName(const QString& name) { m_ownName = name; }
 
     QSize sizeHint() const override;
 
@@ -35,12 +36,13 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void openDialog();
-    void closeDialog();
+    void openEditor();
+    void closeEditor();
     void take(const platform::Color& color);
+    bool showsColor() const { return property("showsColor").toBool(); }
 
     platform::Color m_color;
-    QPointer<QColorDialog> m_dialog;
+    QString m_ownName;
 };
 
 } // namespace glimra::desktop

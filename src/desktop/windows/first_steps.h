@@ -1,34 +1,66 @@
 #pragma once
 
-#include "platform/controls.h"
-#include "platform/user_defaults.h"
+#include "desktop/doctor/finding.h"
+#include "desktop/windows/addon_installer.h"
+#include "desktop/windows/calibration_hint.h"
+#include "desktop/windows/demonstration.h"
+#include "desktop/windows/program_watch.h"
+#include "desktop/windows/quiet_button.h"
 
-#include <QWidget>
+#include <QLabel>
+
+#include <array>
 
 namespace glimra::desktop {
 
-/// The short guide at the top of the main window for the first run: add-on, calibration, test. It goes for
-/// good when it was done or dismissed.
-class FirstSteps {
+/// The card of the main window with what a newcomer does once. Each step is a button that does it, with a
+/// mark and a note that come true by themselves. The card goes for good when it is hidden, until it is asked
+/// for again.
+class FirstSteps final : public QObject {
 public:
-    /// Works with the panel and the menu items of `mainWindow`, by their names.
-    FirstSteps(QWidget* mainWindow, platform::UserDefaults& userDefaults,
-               platform::Property<std::string>& keyboardName);
+    struct Parts {
+        QWidget* mainWindow;
+        platform::UserDefaults& userDefaults;
+        InterfaceBinder& binder;
+        ProgramWatch& watch;
+        Demonstration& demonstration;
+        CalibrationHint& calibration;
+        AddonInstaller& addon;
+    };
 
-    /// Does what the step is about.
-    void act();
-    /// Goes on; after the last step the guide is done.
-    void next();
+    /// Makes the steps in the card, to be bound like a designer's buttons.
+    explicit FirstSteps(const Parts& parts);
+
     void dismiss();
     void showAgain();
 
 private:
-    void show();
+    enum Step : std::size_t { SeeItMove, Test, InstallAddon, Calibrate, Keys, kStepCount };
 
-    QWidget* m_window;
-    platform::UserDefaults& m_userDefaults;
-    const platform::Property<std::string>& m_keyboardName;
-    std::size_t m_step = 0;
+    struct StepView {
+        Mark mark = Mark::Open;
+        QString note;
+    };
+    struct Row {
+        QuietButton* button = nullptr;
+        QLabel* note = nullptr;
+    };
+
+    void makeRow(Step step);
+    void act(Step step);
+    void show();
+    void remember(const platform::Setting<bool>& done);
+    bool isDone(const platform::Setting<bool>& setting) const;
+    StepView viewOf(Step step) const;
+    StepView viewOfDemonstration() const;
+    StepView viewOfTest() const;
+    StepView viewOfAddon() const;
+    StepView viewOfCalibration() const;
+    StepView viewOfKeys() const;
+    QWidget* widget(const char* name) const { return m_parts.mainWindow->findChild<QWidget*>(name); }
+
+    Parts m_parts;
+    std::array<Row, kStepCount> m_rows;
 };
 
 } // namespace glimra::desktop

@@ -66,6 +66,8 @@ QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {
 // ---- mouse
 
 void KeyboardCanvas::mousePressEvent(QMouseEvent* event) {
+    if (const Index key = keyAt(event->position()); event->button() == Qt::RightButton && key && rightPressed)
+        rightPressed(*key);
     if (event->button() != Qt::LeftButton || !pressed)
         return;
     m_lastPoint = m_painter.toLayout(event->position());

@@ -31,6 +31,8 @@ public:
     /// The pointer went down at, or was dragged to, a point of the layout.
     std::function<void(QPointF)> pressed;
     std::function<void(QPointF)> dragged;
+    /// The right button went down on a key, by its place in the layout.
+    std::function<void(std::size_t)> rightPressed;
 
     /// Has the application draw all keys.
     void redraw();

@@ -1,13 +1,31 @@
 #include "desktop/windows/log_view.h"
 
+#include <QClipboard>
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QPlainTextDocumentLayout>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
+#include <QTextDocumentFragment>
+
+#include <algorithm>
+#include <array>
 
 namespace glimra::desktop {
 
 namespace {
+
+/// What every start says; the marks in the head of the window say it better.
+constexpr std::array<const char*, 4> kRoutine{"Glimra version ", "Keyboard driver ",
+                                              "Keyboard driver:", "Logitech LED driver (version "};
+
+bool isRoutine(const QTextBlock& block) {
+    return block.text().isEmpty() || std::ranges::any_of(kRoutine, [&](const char* beginning) {
+               return block.text().startsWith(QLatin1String(beginning));
+           });
+}
 
 std::size_t unitsIn(const QTextDocument& document) {
     // Every document ends in a paragraph separator that is not part of its text.
@@ -51,6 +69,7 @@ void LogView::showReplacement(std::size_t start, std::size_t length, std::string
     cursor.insertText(viewText(addition));
 
     m_begin = m_end = {start + addition.size(), m_begin.units + desktop::unitsIn(addition)};
+    foldRoutine();
     if (follows && m_end.bytes == m_text.text.size())
         scrollToEnd();
 }
@@ -75,6 +94,43 @@ void LogView::takeUsersSelection() {
     m_end = place(cursor.selectionEnd());
     m_text.selectionStart = m_begin.bytes;
     m_text.selectionLength = m_end.bytes - m_begin.bytes;
+}
+
+void LogView::copyAll() const {
+    QTextCursor cursor(document()->findBlockByNumber(m_firstKept));
+    cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    QGuiApplication::clipboard()->setText(cursor.selection().toPlainText());
+}
+
+void LogView::clearView() {
+    moveCursor(QTextCursor::End);
+    m_firstKept = blockCount() - 1;
+    foldBefore(m_firstKept);
+}
+
+void LogView::foldRoutine() {
+    // The user may have replaced what was folded away.
+    m_firstKept = std::min(m_firstKept, blockCount() - 1);
+    int first = std::min(m_firstShown, blockCount() - 1);
+    while (first < blockCount() - 1 && isRoutine(document()->findBlockByNumber(first)))
+        ++first;
+    foldBefore(first);
+}
+
+void LogView::foldBefore(int block) {
+    if (block == m_firstShown)
+        return;
+    for (QTextBlock each = document()->findBlockByNumber(m_firstShown);
+         each.isValid() && each.blockNumber() < block; each = each.next()) {
+        each.setVisible(false);
+        each.setLineCount(0);
+    }
+    m_firstShown = block;
+    auto* const layout = static_cast<QPlainTextDocumentLayout*>(document()->documentLayout());
+    document()->markContentsDirty(0, document()->findBlockByNumber(block).position());
+    layout->requestUpdate();
+    Q_EMIT layout->documentSizeChanged(layout->documentSize());
+    scrollToEnd();
 }
 
 bool LogView::isScrolledToEnd() const {

@@ -3,6 +3,8 @@
 #include "desktop/windows/keyboard_painter.h"
 
 #include <QEnterEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace glimra::desktop {
@@ -20,7 +22,7 @@ void PaintButton::setColor(const QColor& color) {
 }
 
 QSize PaintButton::sizeHint() const {
-    const int side = std::max(40, fontMetrics().height() * 2);
+    const int side = sideFor(fontMetrics());
     return {side, side};
 }
 
@@ -37,17 +39,39 @@ void PaintButton::paintEvent(QPaintEvent*) {
         painter.setPen(pen);
         painter.drawRoundedRect(outer, 8, 8);
     }
-    QColor rim = edge;
-    rim.setAlphaF(0.35F);
-    painter.setPen(QPen(rim, 1.0));
-    painter.setBrush(m_color);
-    painter.drawRoundedRect(outer.adjusted(3.5, 3.5, -3.5, -3.5), 5, 5);
+    paintFace(painter, outer.adjusted(3.5, 3.5, -3.5, -3.5), m_color, palette());
     QFont bold = font();
     bold.setBold(true);
     bold.setUnderline(hasFocus());
     painter.setFont(bold);
     painter.setPen(KeyboardPainter::legendOn(m_color));
     painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+void PaintButton::paintFace(QPainter& painter, const QRectF& face, const QColor& color,
+                            const QPalette& palette) {
+    QColor rim = palette.color(QPalette::WindowText);
+    rim.setAlphaF(0.35F);
+    painter.setPen(QPen(rim, 1.0));
+    painter.setBrush(color);
+    painter.drawRoundedRect(face, 5, 5);
+}
+
+void PaintButton::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        openWell();
+}
+
+void PaintButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F2 || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        openWell();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void PaintButton::openWell() {
+    if (m_well != nullptr)
+        m_well->click();
 }
 
 void PaintButton::enterEvent(QEnterEvent* event) {

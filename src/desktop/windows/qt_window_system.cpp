@@ -1,5 +1,6 @@
 #include "desktop/windows/qt_window_system.h"
 
+#include "desktop/windows/window_fitter.h"
 #include "platform/stored_values.h"
 
 #include <QApplication>
@@ -56,6 +57,7 @@ std::unique_ptr<QMessageBox> messageBox(const platform::Alert& alert, QWidget* p
 }
 
 std::optional<std::string> chosenFile(QFileDialog& dialog) {
+    fitPanel(&dialog);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
@@ -94,9 +96,9 @@ void QtWindowSystem::restoreFrame(std::string_view frameName) {
     // The screen that it was on may be gone.
     const bool isReachable = screen != nullptr && screen->availableGeometry().contains(grip);
     const QScreen& limit = isReachable ? *screen : *m_mainWindow->screen();
-    m_mainWindow->resize(frame.size().boundedTo(limit.availableSize()));
+    m_mainWindow->resize(frame.size().boundedTo(WindowFitter::roomOn(limit)));
     if (isReachable)
-        m_mainWindow->move(frame.topLeft());
+        m_mainWindow->move(WindowFitter::withinScreen(frame, limit).topLeft());
 }
 
 void QtWindowSystem::saveFrame(std::string_view frameName) {

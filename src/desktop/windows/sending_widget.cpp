@@ -8,10 +8,10 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QVariant>
 
 #include <algorithm>
@@ -31,11 +31,20 @@ void itemIsChecked(QAction& item, const Send& send) {
 }
 
 void buttonIsClicked(QAbstractButton& button, const Send& send) {
-    QObject::connect(&button, &QAbstractButton::clicked, &button, [send] { send(std::monostate{}); });
+    if (!button.isCheckable())
+        QObject::connect(&button, &QAbstractButton::clicked, &button, [send] { send(std::monostate{}); });
+    else
+        QObject::connect(&button, &QAbstractButton::toggled, &button, [send](bool isChosen) {
+            if (isChosen)
+                send(std::monostate{});
+        });
 }
 
 void boxIsChecked(QAbstractButton& box, const Send& send) {
-    QObject::connect(&box, &QAbstractButton::clicked, &box, [send](bool checked) { send(checked); });
+    // A screen reader toggles a box without a click. What a control sets is never heard here: whoever shows
+    // it blocks the signal.
+    const auto signal = box.isCheckable() ? &QAbstractButton::toggled : &QAbstractButton::clicked;
+    QObject::connect(&box, signal, &box, [send](bool checked) { send(checked); });
 }
 
 void buttonSendsTag(QAbstractButton& button, const Send& send) {
@@ -45,8 +54,10 @@ void buttonSendsTag(QAbstractButton& button, const Send& send) {
 
 void groupSendsTag(QWidget& group, const Send& send) {
     for (QAbstractButton* const choice : group.findChildren<QAbstractButton*>())
-        QObject::connect(choice, &QAbstractButton::clicked, choice,
-                         [send, choice] { send(app::RadioTag{tagOf(*choice)}); });
+        QObject::connect(choice, &QAbstractButton::toggled, choice, [send, choice](bool isChosen) {
+            if (isChosen)
+                send(app::RadioTag{tagOf(*choice)});
+        });
 }
 
 void popUpIsOperated(QComboBox& popUp, const Send& send) {
@@ -106,9 +117,9 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const bool isClose = event->type() == QEvent::Close;
-        // A dialog would hide itself, and its control would know nothing of it.
+        // A dialog would hide itself, and its control would know nothing of it; other windows would stay.
         const bool isEscape = event->type() == QEvent::KeyPress &&
-                              qobject_cast<QDialog*>(watched) != nullptr &&
+                              qobject_cast<QMainWindow*>(watched) == nullptr &&
                               static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
         if (!isClose && !isEscape)
             return QObject::eventFilter(watched, event);

@@ -35,7 +35,7 @@ QPalette themePalette(bool isDark) {
     const QColor window = isDark ? "#202226" : "#f4f5f7";
     const QColor base = isDark ? "#2b2e34" : "#ffffff";
     const QColor text = isDark ? "#e8eaee" : "#1d2025";
-    const QColor faint = isDark ? "#858b96" : "#83888f";
+    const QColor faint = isDark ? "#9ba1ac" : "#686d75";
     QPalette palette(isDark ? "#33363c" : "#fbfbfc", window);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, isDark ? "#31343b" : "#eef0f3");

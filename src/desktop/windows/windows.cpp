@@ -1,12 +1,10 @@
 #include "desktop/windows/windows.h"
 
-#include "app/palette_check.h"
+#include "desktop/windows/action_slots.h"
 #include "desktop/windows/application_icon.h"
-#include "desktop/windows/content_fitter.h"
 #include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
-#include "desktop/windows/seconds_box.h"
-#include "profiles/color_slots.h"
+#include "desktop/windows/window_fitter.h"
 
 #include "ui_about.h"
 #include "ui_action_key_setter.h"
@@ -21,8 +19,6 @@
 #include <QApplication>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace glimra::desktop {
 
 namespace {
@@ -36,8 +32,17 @@ void replace(QWidget* window, QWidget* replacement, const QString& name) {
 }
 
 /// Headings are larger by a factor, whatever size the desktop's font has.
-void scaleFonts(QWidget* window) {
+void styleLabels(QWidget* window) {
     for (QLabel* const label : window->findChildren<QLabel*>()) {
+        // What explains a control is quieter than the control.
+        // It takes the width that is there.
+        if (label->property("hint").toBool()) {
+            label->setForegroundRole(QPalette::PlaceholderText);
+            label->setMinimumWidth(label->fontMetrics().averageCharWidth() * 24);
+            QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+            policy.setHeightForWidth(true);
+            label->setSizePolicy(policy);
+        }
         const QString kind = label->property("fontScale").toString();
         if (kind.isEmpty())
             continue;
@@ -48,35 +53,21 @@ void scaleFonts(QWidget* window) {
     }
 }
 
-QString letterOfSlot(int slot) {
-    if (slot == lighting::kCooldownSlot)
-        return "cooldown color";
-    const auto tag = std::ranges::find(profiles::kSlotOfTag, slot);
-    if (tag == profiles::kSlotOfTag.end())
-        return {};
-    return QString("color ") + QChar('A' + static_cast<int>(tag - profiles::kSlotOfTag.begin()));
-}
-
 } // namespace
 
 Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) {
     buildMainWindow();
     buildProgrammer();
     buildOthers();
+    furnishMainWindow();
     bindAll();
     m_guard = std::make_unique<PainterGuard>(
         PainterGuard::Parts{m_binder, m_parts.delegate, m_parts.windowSystem, m_parts.runLoop, m_parts.quit});
-    m_editedProfile = std::make_unique<EditedProfile>(m_programmer, m_parts.delegate, m_parts.runLoop);
     m_questions = std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"),
                                               m_parts.delegate);
-    m_firstSteps = std::make_unique<FirstSteps>(m_mainWindow, m_parts.userDefaults, m_parts.keyboardName);
-    m_calibrationHint = std::make_unique<CalibrationHint>(m_mainWindow, m_parts.delegate, m_binder,
-                                                          m_parts.calibrationPixels);
-    m_statusLine = std::make_unique<StatusLine>(m_mainWindow, m_parts.delegate, m_parts.keyboardName,
-                                                m_parts.captureWay, m_parts.now);
     m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
                                                     m_parts.keyboardChoice, m_parts.delegate);
-    showSteps();
+    m_painter->takeOver();
 }
 
 Windows::~Windows() = default;
@@ -91,7 +82,7 @@ Widget* Windows::add(QWidget* parent) {
     if (parent != nullptr)
         widget->setWindowFlag(Qt::Dialog);
     Design().setupUi(widget.get());
-    scaleFonts(widget.get());
+    styleLabels(widget.get());
     widget->setWindowIcon(applicationIcon());
     Widget* const raw = widget.get();
     // Where there is a parent, it deletes the widget.
@@ -110,21 +101,9 @@ void Windows::buildMainWindow() {
 
 void Windows::buildProgrammer() {
     m_programmer = add<Ui::ColorProgrammer, QWidget>();
-    auto* const blinkTime = dynamic_cast<SecondsBox*>(m_programmer->findChild<QWidget*>("blinkTimeTextbox"));
-    auto* const limits = m_programmer->findChild<QLabel*>("secondsLabel");
-    blinkTime->refused = [limits, range = blinkTime->limits()](bool refused) {
-        limits->setText(QString(refused ? "⚠ Only %1 seconds" : "seconds (%1)").arg(range));
-    };
-    // Nothing moves when the words change.
-    blinkTime->refused(true);
-    limits->setMinimumWidth(limits->sizeHint().width());
-    blinkTime->refused(false);
-    m_canvas = dynamic_cast<KeyboardCanvas*>(m_programmer->findChild<QWidget*>("keyboardCanvas"));
-    m_canvas->setSource(
-        {.draw =
-             [this](const auto& showKey) { m_parts.delegate.operations().colorPainter.drawKeys(showKey); },
-         .colorName = [this](lighting::KeyCode code) { return colorNameOfKey(code); }});
-    m_parts.delegate.outlets().keyboardCanvas.displayNeeded.observe([this] { askForCanvas(); });
+    m_painter = std::make_unique<PainterWindow>(
+        m_programmer,
+        PainterWindow::Parts{m_parts.delegate, m_binder, m_parts.runLoop, m_parts.userDefaults});
 }
 
 void Windows::buildOthers() {
@@ -133,25 +112,37 @@ void Windows::buildOthers() {
     auto* const installAddon = add<Ui::InstallAddon, QDialog>(m_mainWindow);
     m_addonInstaller =
         std::make_unique<AddonInstaller>(installAddon, m_parts.runLoop, m_parts.delegate.state().launcher);
-    for (QWidget* const window : std::initializer_list<QWidget*>{
-             add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
-             add<Ui::CopyProfileDialog, QDialog>(m_programmer), add<Ui::LaunchOptions, QDialog>(m_mainWindow),
-             add<Ui::ActionKeySetter, QWidget>(), installAddon, about})
-        new ContentFitter(window);
     about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
-    add<Ui::Help, QWidget>();
+    for (QWidget* const window :
+         std::initializer_list<QWidget*>{add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
+                                         add<Ui::CopyProfileDialog, QDialog>(m_programmer),
+                                         add<Ui::LaunchOptions, QDialog>(m_mainWindow), installAddon, about})
+        new WindowFitter(window, WindowFitter::Growth::None);
+    auto* const setter = add<Ui::ActionKeySetter, QWidget>();
+    new ActionSlots(setter, m_parts.delegate, m_binder);
+    for (QWidget* const window :
+         std::initializer_list<QWidget*>{m_mainWindow, m_programmer, setter, add<Ui::Help, QWidget>()})
+        new WindowFitter(window, WindowFitter::Growth::Free);
+}
+
+void Windows::furnishMainWindow() {
+    m_main = std::make_unique<MainWindow>(
+        MainWindow::Parts{.window = m_mainWindow,
+                          .binder = m_binder,
+                          .addon = *m_addonInstaller,
+                          .lookAtDrivers = m_parts.lookAtDrivers,
+                          .calibrationPixels = m_parts.calibrationPixels,
+                          .watch = {m_mainWindow, m_parts.delegate, m_parts.userDefaults, m_parts.keyboard,
+                                    m_parts.keyboardName, m_parts.captureState, nullptr, m_parts.now},
+                          .demonstration = {m_parts.demonstration, m_parts.delegate, m_binder,
+                                            m_parts.runLoop, m_parts.sendToken},
+                          .userDefaults = m_parts.userDefaults});
 }
 
 void Windows::bindAll() {
     m_binder.aboutToSend.observe(
         [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
     m_binder.setCommand("quit", [this] { quit(); });
-    m_binder.setCommand("guideAct", [this] { m_firstSteps->act(); });
-    m_binder.setCommand("guideNext", [this] { m_firstSteps->next(); });
-    m_binder.setCommand("guideDismiss", [this] { m_firstSteps->dismiss(); });
-    m_binder.setCommand("calibrateOtherwise", [this] { m_calibrationHint->calibrateOtherwise(); });
-    m_binder.setCommand("calibrationDismiss", [this] { m_calibrationHint->dismiss(); });
-    m_binder.setCommand("showGuide", [this] { m_firstSteps->showAgain(); });
     m_binder.setCommand("installAddon", [this] { m_addonInstaller->open(); });
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
     m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });
@@ -166,68 +157,9 @@ void Windows::bindAll() {
     m_parts.windowSystem.setMainWindow(m_mainWindow);
 }
 
-void Windows::askForCanvas() {
-    const platform::Window& window = m_parts.delegate.outlets().colorProgrammerWindow;
-    if (m_canvasIsAsked || !window.visible.get())
-        return;
-    // However often it is asked for within one operation, one drawing shows all of it.
-    m_canvasIsAsked = true;
-    m_parts.runLoop.post([this, &window] {
-        m_canvasIsAsked = false;
-        if (!window.visible.get())
-            return;
-        m_canvas->redraw();
-        m_editedProfile->show();
-        showSteps();
-    });
-}
-
-void Windows::showSteps() {
-    m_programmer->findChild<QAbstractButton*>("undoButton")
-        ->setEnabled(m_parts.delegate.operations().canvasEdits.canUndo());
-    m_programmer->findChild<QAbstractButton*>("redoButton")
-        ->setEnabled(m_parts.delegate.operations().canvasEdits.canRedo());
-    showWhatIsPossible();
-    showPaletteWarning();
-}
-
-void Windows::showWhatIsPossible() {
-    const app::State& state = m_parts.delegate.state();
-    const app::Outlets& outlets = m_parts.delegate.outlets();
-    m_programmer->findChild<QWidget*>("cooldownPreviewBtn")
-        ->setEnabled(outlets.cooldownPreviewBtn.enabled.get() &&
-                     m_parts.delegate.operations().colorProgrammer.canvasShowsCooldowns());
-    m_programmer->findChild<QWidget*>("controlAllLightsCheckbox")
-        ->setEnabled(outlets.controlAllLightsCheckbox.enabled.get() && !state.options.useSingleColorMode);
-}
-
 void Windows::sayWhatIsIgnored(const app::ActionRow& action) {
     if (m_parts.delegate.operations().calibration.isRunning() && action.selector.starts_with("calibrate"))
         m_parts.delegate.operations().log.tell("Glimra is calibrating already, for up to 90 seconds.");
-}
-
-void Windows::showPaletteWarning() {
-    const app::State& state = m_parts.delegate.state();
-    QStringList sentences;
-    if (m_parts.delegate.operations().colorProgrammer.canvasShowsCooldowns())
-        for (const app::PaletteWarning& warning :
-             app::checkPalette(state.canvas.keyColorSet, state.canvas.keysToColors, state.actionKeys)) {
-            const std::string_view whom = app::describe(warning.vision);
-            sentences.append(
-                warning.slot == lighting::kCooldownSlot
-                    ? QString("Some action keys have the cooldown color themselves.")
-                    : QString("The cooldown color is hard to tell from %1 %2.")
-                          .arg(letterOfSlot(warning.slot),
-                               QString::fromUtf8(whom.data(), static_cast<qsizetype>(whom.size()))));
-        }
-    auto* const label = m_programmer->findChild<QLabel*>("paletteWarning");
-    label->setText(sentences.isEmpty() ? QString() : "⚠ " + sentences.join(' '));
-    label->setVisible(!sentences.isEmpty());
-}
-
-QString Windows::colorNameOfKey(lighting::KeyCode code) const {
-    const lighting::KeyMap& map = m_parts.delegate.state().canvas.keysToColors;
-    return code < map.size() ? letterOfSlot(map[code]) : QString();
 }
 
 } // namespace glimra::desktop

@@ -2,16 +2,13 @@
 
 #include "app/app_delegate.h"
 #include "desktop/windows/addon_installer.h"
-#include "desktop/windows/calibration_hint.h"
-#include "desktop/windows/edited_profile.h"
-#include "desktop/windows/first_steps.h"
 #include "desktop/windows/interface_binder.h"
-#include "desktop/windows/keyboard_canvas.h"
 #include "desktop/windows/keyboard_menu.h"
+#include "desktop/windows/main_window.h"
 #include "desktop/windows/painter_guard.h"
+#include "desktop/windows/painter_window.h"
 #include "desktop/windows/qt_window_system.h"
 #include "desktop/windows/questions.h"
-#include "desktop/windows/status_line.h"
 #include "keyboards/virtual_keyboard.h"
 
 #include <QMainWindow>
@@ -36,8 +33,13 @@ public:
         /// What lights up, in plain words.
         platform::Property<std::string>& keyboardName;
         KeyboardChoice keyboardChoice;
-        /// How the strip is read, in a few words.
-        std::function<std::string_view()> captureWay;
+        /// What could be lit, in the doctor's words.
+        std::function<doctor::Findings()> lookAtDrivers;
+        /// How the strip is read.
+        std::function<CaptureState()> captureState;
+        screenlink::DemonstrationCapture& demonstration;
+        /// Puts a token into the message queue, where a recording sees it.
+        std::function<void(std::string_view)> sendToken;
         CalibrationPixels calibrationPixels;
     };
 
@@ -45,6 +47,8 @@ public:
     ~Windows();
 
     InterfaceBinder& binder() { return m_binder; }
+    Demonstration& demonstration() { return m_main->demonstration(); }
+    ProfileNames& profileNames() { return m_main->profileNames(); }
     /// The user wants to quit.
     void quit() { m_guard->quit(); }
     /// A window by its outlet's name.
@@ -54,32 +58,23 @@ private:
     template <class Design, class Widget>
     Widget* add(QWidget* parent = nullptr);
     void buildMainWindow();
+    void furnishMainWindow();
     void buildProgrammer();
     void buildOthers();
     void bindAll();
-    void askForCanvas();
-    void showSteps();
-    /// Greys out what would do nothing now.
-    void showWhatIsPossible();
     void sayWhatIsIgnored(const app::ActionRow& action);
-    void showPaletteWarning();
-    QString colorNameOfKey(lighting::KeyCode code) const;
 
     Parts m_parts;
     InterfaceBinder m_binder;
     std::vector<std::unique_ptr<QWidget>> m_windows;
     QMainWindow* m_mainWindow = nullptr;
     QWidget* m_programmer = nullptr;
-    KeyboardCanvas* m_canvas = nullptr;
     std::unique_ptr<AddonInstaller> m_addonInstaller;
     std::unique_ptr<PainterGuard> m_guard;
-    std::unique_ptr<EditedProfile> m_editedProfile;
+    std::unique_ptr<PainterWindow> m_painter;
     std::unique_ptr<Questions> m_questions;
-    std::unique_ptr<FirstSteps> m_firstSteps;
-    std::unique_ptr<CalibrationHint> m_calibrationHint;
+    std::unique_ptr<MainWindow> m_main;
     std::unique_ptr<KeyboardMenu> m_keyboardMenu;
-    std::unique_ptr<StatusLine> m_statusLine;
-    bool m_canvasIsAsked = false;
 };
 
 } // namespace glimra::desktop

@@ -1,6 +1,6 @@
 #include "tools/strip/strip_script.h"
 
-#include "tools/strip/strip_demo.h"
+#include "screenlink/demonstration.h"
 
 #include <algorithm>
 #include <charconv>
@@ -112,7 +112,17 @@ Actions off(Words) {
 }
 
 Actions demo(Words) {
-    return parseLines(kDemo);
+    using std::chrono::duration_cast;
+    using std::chrono::milliseconds;
+    Actions actions;
+    for (const screenlink::DemonstrationStep& step : screenlink::demonstrationSteps()) {
+        actions.emplace_back(SendToken{*screenlink::tokenOf(step.token)});
+        actions.emplace_back(Wait{duration_cast<milliseconds>(step.settles)});
+        if (!step.stage.empty())
+            actions.emplace_back(Stage{std::string(step.stage)});
+        actions.emplace_back(Wait{duration_cast<milliseconds>(step.stands)});
+    }
+    return actions;
 }
 
 constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
@@ -163,17 +173,6 @@ std::vector<Action> parseLine(std::string_view line) {
     if (!words.empty() && words[0].starts_with('#'))
         return {};
     return parseCommand(words);
-}
-
-std::vector<Action> parseLines(std::string_view lines) {
-    std::vector<Action> actions;
-    while (!lines.empty()) {
-        const auto length = std::min(lines.find('\n'), lines.size());
-        for (Action& action : parseLine(lines.substr(0, length)))
-            actions.push_back(std::move(action));
-        lines.remove_prefix(std::min(length + 1, lines.size()));
-    }
-    return actions;
 }
 
 } // namespace glimra::tools

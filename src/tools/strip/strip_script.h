@@ -53,6 +53,4 @@ std::vector<Action> parseCommand(std::span<const std::string> words);
 /// The same for a line, words parted by blanks; a blank line and one that begins with # have none.
 std::vector<Action> parseLine(std::string_view line);
 
-std::vector<Action> parseLines(std::string_view lines);
-
 } // namespace glimra::tools

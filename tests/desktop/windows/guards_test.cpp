@@ -5,7 +5,7 @@
 #include "platform/stored_values.h"
 #include "profiles/color_archive.h"
 
-#include <QColorDialog>
+#include <QLineEdit>
 
 #include <gmock/gmock.h>
 
@@ -48,18 +48,23 @@ protected:
     lighting::Rgb lightOf(lighting::KeyCode key) {
         return m_keyboard.model().colorsAt(platform::monotonicNow())[placeOf(key)];
     }
-    QColorDialog* colorDialog() {
-        for (auto* const dialog : window("colorProgrammerWindow")->findChildren<QColorDialog*>())
-            if (dialog->isVisible())
-                return dialog;
-        return nullptr;
-    }
-    /// Opens the dialog of color C and tries a color.
-    QColorDialog* tryColor(const char* color) {
-        click("colorC");
-        colorDialog()->setCurrentColor(color);
+    QWidget* editor() { return widget("colorEditor"); }
+    void typeColor(const char* color) {
+        auto* const field = dynamic_cast<QLineEdit*>(window("colorProgrammerWindow")->focusWidget());
+        ASSERT_NE(field, nullptr);
+        field->selectAll();
+        QTest::keyClicks(field, color);
         settle();
-        return colorDialog();
+    }
+    /// Opens the editor of color C and tries a color.
+    void tryColor(const char* color) {
+        QTest::mouseDClick(widget("paintC"), Qt::LeftButton);
+        ASSERT_TRUE(editor()->isVisible());
+        typeColor(color);
+    }
+    void pressInEditor(Qt::Key key) {
+        QTest::keyClick(window("colorProgrammerWindow")->focusWidget(), key);
+        settle();
     }
     void paintInC(lighting::KeyCode key) {
         click("paintC");
@@ -221,9 +226,9 @@ TEST_F(GuardsTest, WindowsThatAreOpenAlreadyDropNothingAndCloseAsCancelDoes) {
     settle();
     EXPECT_EQ(slotOf(kQ), kSlotOfC);
     EXPECT_TRUE(isTouched());
-    ASSERT_NE(tryColor("#336699"), nullptr);
+    tryColor("#336699");
     answering("discardButton", [&] { window("colorProgrammerWindow")->close(); });
-    EXPECT_EQ(colorDialog(), nullptr) << "the color dialog goes with its window";
+    EXPECT_TRUE(editor()->isHidden()) << "the editor goes with its window";
 
     click("mapKeysButton");
     const lighting::KeyCode before = state().actionKeys.actionBar1Keys[2];
@@ -257,47 +262,75 @@ TEST_F(GuardsTest, TheTrayShowsProfilesAsTheyAreStoredWithTheirCooldowns) {
     EXPECT_TRUE(items[2]->isChecked());
 }
 
-TEST_F(GuardsTest, AColorDialogIsOneStepAndItsCancelLeavesNoTrace) {
-    const platform::Color before{0.5, 1.0 / 3.0, 0.0}; // which no dialog could bring back
+TEST_F(GuardsTest, AColorThatIsEditedIsOneStepAndItsCancelLeavesNoTrace) {
+    const platform::Color before{0.5, 1.0 / 3.0, 0.0}; // which no editor could bring back
     m_machine.userDefaults.set("colorCColor1", profiles::archiveColor(before));
     openProgrammer();
-    auto* dialog = tryColor("#336699");
+    tryColor("#336699");
     EXPECT_EQ(colorC(), (platform::Color{0.2, 0.4, 0.6}));
     EXPECT_EQ(outlets().colorC.color.get(), colorC());
     EXPECT_TRUE(isTouched());
-    dialog->reject();
-    settle();
+    pressInEditor(Qt::Key_Escape);
+    EXPECT_TRUE(editor()->isHidden());
+    EXPECT_TRUE(painterShows()) << "Escape takes back the color alone";
     EXPECT_EQ(colorC(), before);
     EXPECT_FALSE(isTouched());
     EXPECT_FALSE(widget("undoButton")->isEnabled());
 
     // An edit made meanwhile stays, and counts.
-    dialog = tryColor("#336699");
+    tryColor("#336699");
     paintInC(kQ);
-    dialog->reject();
-    settle();
+    widget("colorEditor")->findChild<QLineEdit*>()->setFocus();
+    pressInEditor(Qt::Key_Escape);
     EXPECT_EQ(colorC(), before);
     EXPECT_EQ(slotOf(kQ), kSlotOfC);
     EXPECT_TRUE(isTouched());
 
-    for (const char* const name : {"#112233", "#336699"}) {
-        dialog = tryColor("#445566");
-        dialog->setCurrentColor(name);
-        dialog->accept();
-        settle();
+    for (const char* const name : {"112233", "#336699"}) {
+        tryColor("#445566");
+        typeColor(name);
+        pressInEditor(Qt::Key_Return);
     }
     gameShows(5);
     click("undoButton");
     EXPECT_EQ(dynamic_cast<ColorWell*>(widget("colorC"))->color(), QColor("#112233"));
     click("undoButton");
     EXPECT_EQ(colorC(), before);
-    click("redoButton");
-    const QPointer open = tryColor("#336699");
+    QTest::keyClick(window("colorProgrammerWindow"), Qt::Key_Y, Qt::ControlModifier);
+    tryColor("#336699");
     click("colorOkButton");
-    EXPECT_FALSE(open && open->isVisible()) << "it goes with the programmer";
+    EXPECT_TRUE(editor()->isHidden()) << "it goes with the programmer";
     const auto archived = m_machine.userDefaults.get("colorCColor1");
     EXPECT_EQ(profiles::unarchiveColor(std::get<platform::Data>(*archived)),
               (platform::Color{0.2, 0.4, 0.6}));
+}
+
+TEST_F(GuardsTest, ARowAGroupOrAllKeysAreOneStepAndTheRightButtonPicksAColorUp) {
+    constexpr lighting::KeyCode kSpace = 0x39;
+    openProgrammer();
+    const lighting::KeyMap before = state().canvas.keysToColors;
+    const auto painted = [&](const char* tool) {
+        click(tool);
+        if (std::string(tool) != "paintAllButton")
+            paintInC(kW);
+        const auto keys = std::ranges::count_if(
+            lighting::kKeyboardLayout, [this](const auto& key) { return slotOf(key.code) == kSlotOfC; });
+        click("undoButton");
+        EXPECT_EQ(state().canvas.keysToColors, before) << tool;
+        return keys;
+    };
+    click("paintC");
+    EXPECT_EQ(painted("paintAllButton"), 115);
+    EXPECT_GE(painted("rowTool"), 21);
+    EXPECT_GE(painted("groupTool"), 26);
+
+    click("brushTool");
+    paintInC(kSpace);
+    click("paintA");
+    QTest::mouseClick(canvas(), Qt::RightButton, {}, centerOf(kSpace));
+    EXPECT_EQ(state().canvas.paintColor, kSlotOfC);
+    EXPECT_TRUE(widget<QAbstractButton>("paintC")->isChecked());
+    EXPECT_EQ(slotOf(kSpace), kSlotOfC);
 }
 
 TEST_F(GuardsTest, ACopySaysWhatItOverwritesAndEnterAloneOverwritesNothing) {

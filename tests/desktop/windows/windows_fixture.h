@@ -37,20 +37,29 @@ protected:
 
     void launch() {
         m_delegate.emplace(m_platform);
-        m_windows.emplace(
-            Windows::Parts{.delegate = *m_delegate,
-                           .windowSystem = m_windowSystem,
-                           .runLoop = m_runLoop,
-                           .userDefaults = m_machine.userDefaults,
-                           .keyboard = m_keyboard,
-                           .now = platform::monotonicNow,
-                           .quit = [this] { ++m_quits; },
-                           .keyboardName = m_keyboardName,
-                           .keyboardChoice = {[this] { return m_driver; },
-                                              [this](const std::string& name) { m_driver = name; }},
-                           .captureWay = [] { return "reading the screen"; },
-                           .calibrationPixels = {[this] { return m_pixelsPerPoint; },
-                                                 [this](int pixels) { m_pixelsPerPoint = pixels; }}});
+        m_windows.emplace(Windows::Parts{
+            .delegate = *m_delegate,
+            .windowSystem = m_windowSystem,
+            .runLoop = m_runLoop,
+            .userDefaults = m_machine.userDefaults,
+            .keyboard = m_keyboard,
+            .now = platform::monotonicNow,
+            .quit = [this] { ++m_quits; },
+            .keyboardName = m_keyboardName,
+            .keyboardChoice = {[this] { return m_driver; },
+                               [this](const std::string& name) { m_driver = name; }},
+            .lookAtDrivers =
+                [] {
+                    return doctor::Findings{{"keyboard", doctor::Health::Bad, "No keyboard.", "Buy one."}};
+                },
+            .captureState = [] { return CaptureState::Screen; },
+            .demonstration = m_demonstration,
+            .sendToken =
+                [this](std::string_view token) {
+                    m_delegate->operations().messageQueue.appendToMessageQueue(token);
+                },
+            .calibrationPixels = {[this] { return m_pixelsPerPoint; },
+                                  [this](int pixels) { m_pixelsPerPoint = pixels; }}});
         m_delegate->applicationDidFinishLaunching();
     }
 
@@ -120,6 +129,7 @@ protected:
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";
     int m_pixelsPerPoint = 1;
+    screenlink::DemonstrationCapture m_demonstration{m_machine.readerCapture, m_runLoop};
     platform::Platform m_platform = platform();
     // The windows go first.
     std::optional<app::AppDelegate> m_delegate;

@@ -2,7 +2,6 @@
 
 #include "app/palette_check.h"
 #include "desktop/windows/color_well.h"
-#include "desktop/windows/status_line.h"
 #include "platform/stored_values.h"
 
 #include <QAccessible>
@@ -12,6 +11,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -39,10 +40,13 @@ protected:
 };
 
 /// The widgets that the design names, as opposed to Qt's own parts of them.
+bool isDesigned(const QWidget& widget) {
+    return !widget.objectName().isEmpty() && !widget.objectName().startsWith("qt_");
+}
 std::vector<QWidget*> designed(const QWidget* top) {
     std::vector<QWidget*> widgets;
     for (QWidget* const each : top->findChildren<QWidget*>())
-        if (!each->objectName().isEmpty() && !each->objectName().startsWith("qt_"))
+        if (isDesigned(*each))
             widgets.push_back(each);
     return widgets;
 }
@@ -163,11 +167,20 @@ protected:
     const QFont m_before = QApplication::font();
 };
 
-INSTANTIATE_TEST_SUITE_P(Sizes, FontSizeTest, testing::Values(1.0, 1.5));
+INSTANTIATE_TEST_SUITE_P(Sizes, FontSizeTest, testing::Values(1.0, 1.5, 2.0));
 
-TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
-    // 1280 x 720, less a panel and a title bar.
-    constexpr QSize kRoom{1280, 650};
+/// Scrolls to a button; whether all of it can be seen then, in a window that lies on its screen.
+bool canBeReached(QWidget* top, QWidget* button) {
+    for (QWidget* each = button; each != top; each = each->parentWidget())
+        if (auto* const area = qobject_cast<QScrollArea*>(each))
+            area->ensureWidgetVisible(button);
+    return top->screen()->availableGeometry().contains(top->frameGeometry()) &&
+           button->visibleRegion().boundingRect() == button->rect();
+}
+
+TEST_P(FontSizeTest, NoTextIsClippedAndEveryButtonIsOnTheScreen) {
+    ASSERT_EQ(QGuiApplication::primaryScreen()->name().isEmpty(),
+              qEnvironmentVariableIsEmpty("GLIMRA_TEST_SCREENS"));
     m_machine.userDefaults.set("firstStepsDone", false);
     launch();
     click("setColorsButton");
@@ -180,7 +193,9 @@ TEST_P(FontSizeTest, NoTextIsClippedAndEveryWindowFitsOnASmallScreen) {
         const std::string name = top->objectName().toStdString();
         top->show();
         settle();
-        EXPECT_EQ(top->size().expandedTo(kRoom), kRoom) << name;
+        for (auto* const button : top->findChildren<QAbstractButton*>())
+            EXPECT_TRUE(!button->isVisibleTo(top) || button->window() != top || canBeReached(top, button))
+                << button->objectName().toStdString() << " in " << name;
         // As shown, and as small as the user can make it.
         for (const QSize size : {top->size(), top->minimumSize().expandedTo(top->minimumSizeHint())}) {
             top->resize(size);
@@ -252,10 +267,39 @@ TEST_F(WindowsTest, EveryKeyIsAnAccessibleButtonThatTellsItsColorAndCanBePressed
     key->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     settle();
     EXPECT_EQ(slotOf(kQ), kSlotOfD);
-    EXPECT_EQ(key->text(QAccessible::Name), "Q – color D");
+    EXPECT_EQ(key->text(QAccessible::Name), "Q – color D, red");
     key->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
     EXPECT_EQ(keys->focusChild(), key);
     EXPECT_TRUE(key->state().focused);
+}
+
+TEST_F(WindowsTest, WhatAScreenReaderTogglesIsDone) {
+    openProgrammer();
+    const auto toggle = [this](const char* name) {
+        auto* const actions = QAccessible::queryAccessibleInterface(widget(name))->actionInterface();
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        settle();
+    };
+    toggle("paintC");
+    EXPECT_EQ(state().canvas.paintColor, kSlotOfC);
+    toggle("singleColorModeBtn");
+    EXPECT_TRUE(state().options.useSingleColorMode);
+    toggle("singleColorModeBtn");
+    EXPECT_FALSE(state().options.useSingleColorMode);
+}
+
+TEST_F(WindowsTest, ASlotTakesTheKeyThatIsPressedOrClicked) {
+    item("mapKeysItem")->trigger();
+    settle();
+    QTest::mouseClick(widget("slot102"), Qt::LeftButton);
+    settle();
+    QKeyEvent physicalQ(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, 24, 0, 0, "a");
+    QApplication::sendEvent(widget("slot102"), &physicalQ);
+    EXPECT_EQ(widget<QComboBox>("menu102")->currentText(), "Q");
+    auto* const picture = dynamic_cast<KeyboardCanvas*>(widget("slotPicture"));
+    QTest::mouseClick(picture, Qt::LeftButton, {}, picture->faceOfKey(0x2).center().toPoint());
+    EXPECT_NE(textOf("sharedKeys").find("1 is the key of slot 1 of bar 1 and slot 3 of bar 1."),
+              std::string::npos);
 }
 
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
@@ -405,22 +449,82 @@ TEST_F(AddonWindowTest, ListsTheClientsAndSaysWhatCameOfInstalling) {
 
 using FirstStepsTest = WindowsFixture;
 
-TEST_F(FirstStepsTest, GoForGoodOnceTheyAreDone) {
+TEST_F(FirstStepsTest, ComeTrueByThemselvesAndGoForGoodWhenTheyAreHidden) {
     m_machine.userDefaults.set("firstStepsDone", false);
     launch();
+    const auto isDone = [this](const char* step) {
+        return widget<QuietButton>(step)->mark() == Mark::Good &&
+               widget<QuietButton>(step)->accessibleName().endsWith(", done");
+    };
     EXPECT_FALSE(widget("guidePanel")->isHidden());
-    EXPECT_THAT(textOf("guideTitle"), HasSubstr(" (1 of 5)"));
-    EXPECT_THAT(textOf("guideText"), HasSubstr("test keyboard"));
-    click("guideNext");
-    click("guideAct");
-    EXPECT_TRUE(widget("installAddonWindow")->isVisible());
-    for (int step = 1; step < 5; ++step)
-        click("guideNext");
+    m_keyboardName.set("keyboard lost, looking for it");
+    click("testButton");
+    EXPECT_TRUE(isDone("stepTest"));
+    EXPECT_EQ(textOf("stepTestNote"), "Shown (keyboard lost, looking for it). Reset ends it.");
+    click("stepKeys");
+    EXPECT_FALSE(isDone("stepKeys"));
+    click("setterOkButton");
+    EXPECT_TRUE(isDone("stepKeys"));
+    m_machine.userDefaults.set("scanWidth", 80.0);
+    EXPECT_TRUE(eventually([&] { return isDone("stepCalibrate"); }));
+    EXPECT_EQ(textOf("guideCount"), "3 of 5 done");
+
+    click("guideDismiss");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
     EXPECT_EQ(platform::storedBool(m_machine.userDefaults, "firstStepsDone"), true);
     item("guideItem")->trigger();
     EXPECT_FALSE(widget("guidePanel")->isHidden());
-    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("guideNext")) << "also where it was there already";
+    EXPECT_EQ(window("mainWindow")->focusWidget(), widget("stepSeeItMove"));
+}
+
+TEST_F(WindowsTest, ChipsSwitchProfilesFollowTheGameAndHaveNames) {
+    const auto chosen = [this] {
+        std::string all;
+        for (int profile = 1; profile <= 9; ++profile)
+            if (auto* const chip = widget<QuietButton>(qPrintable(QString("profileChip%1").arg(profile)));
+                chip->isChecked())
+                all += chip->text().toStdString();
+        return all;
+    };
+    click("profileChip4");
+    EXPECT_EQ(state().profile.activeColorProfile, 4);
+    EXPECT_EQ(chosen(), "4");
+    m_delegate->operations().messageQueue.appendToMessageQueue("2");
+    EXPECT_TRUE(eventually([&] { return chosen() == "2"; }));
+
+    QWidget* const chip = widget("profileChip2");
+    const auto rename = [&](const char* name, Qt::Key end) {
+        QTest::keyClick(chip, Qt::Key_F2);
+        QTest::keyClicks(widget("profileNameEditor"), name);
+        QTest::keyClick(widget("profileNameEditor"), end);
+        settle();
+    };
+    rename("  In & out ", Qt::Key_Return);
+    EXPECT_EQ(chosen(), "2 In && out");
+    EXPECT_EQ(platform::storedString(m_machine.userDefaults, "profileName2"), "In & out");
+    rename("else", Qt::Key_Escape);
+    EXPECT_EQ(chosen(), "2 In && out");
+    EXPECT_EQ(textOf("statusProfile"), "Profile 2 In & out");
+    openProgrammer();
+    click("autoChatProfileCheckbox");
+    EXPECT_EQ(chosen(), "2 In && out · auto");
+}
+
+TEST_F(WindowsTest, AMarkSaysWhatItMeansAndWhatToDo) {
+    for (const auto& [name, label] : {std::pair{"no keyboard on USB yet", "No keyboard"},
+                                      {"keyboard in this window", "Keyboard: drawn only"},
+                                      {"keyboard G810 on USB", "Keyboard"},
+                                      {"keyboard lost, looking for it", "Keyboard lost"}}) {
+        m_keyboardName.set(name);
+        EXPECT_EQ(widget<QuietButton>("keyboardMark")->text().toStdString(), label);
+    }
+    m_keyboardName.set("no keyboard on USB yet");
+    click("keyboardMark");
+    EXPECT_THAT(textOf("markWords"), HasSubstr("No keyboard on USB yet.\n\nNo keyboard. Buy one."));
+    QTest::keyClick(widget("markNote"), Qt::Key_Escape);
+    settle();
+    click("stripMark");
+    EXPECT_THAT(textOf("markWords"), HasSubstr("Install the add-on, start the game, and calibrate"));
 }
 
 TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
@@ -442,15 +546,24 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
     EXPECT_FALSE(item("endStaleEffectsItem")->isChecked());
 }
 
-TEST(StatusTextTest, TellsWhatTheProgramSeesInPlainWords) {
+TEST(StatusTextTest, TellsWhatTheProgramSeesAndDoesInPlainWords) {
     const auto text = [](const StatusSnapshot& snapshot) { return statusText(snapshot).toStdString(); };
-    EXPECT_EQ(
-        text({"virtual keyboard", "reading the screen", false, std::nullopt, 0, 1}),
-        "Virtual keyboard   ·   Reading the screen   ·   Game not in front   ·   Strip not seen yet   ·   "
-        "0 messages per minute   ·   Profile 1");
-    EXPECT_THAT(text({"", "", true, 1, 1, 9}), HasSubstr("Strip seen now   ·   1 message per"));
-    EXPECT_THAT(text({"", "", true, 119, 1, 9}), HasSubstr("119 seconds ago"));
-    EXPECT_THAT(text({"", "", true, 120, 1, 9}), HasSubstr("2 minutes ago"));
+    const auto activity = [](const StatusSnapshot& snapshot) {
+        const ActivityText told = activityText(snapshot);
+        return (told.headline + ": " + told.details).toStdString();
+    };
+    StatusSnapshot seen{.keyboardName = "virtual keyboard"};
+    EXPECT_EQ(text(seen), "Virtual keyboard   ·   Reading the screen   ·   Game not in front   ·   "
+                          "Strip not seen yet   ·   0 messages per minute");
+    EXPECT_EQ(activity(seen), "Nothing has been sent to the keyboard yet: ");
+    seen.isLit = seen.showsCooldowns = seen.effects.combatAnimationPlaying = true;
+    seen.coolingDown = 5;
+    seen.messagesPerMinute = 1;
+    seen.secondsSinceStrip = 119;
+    EXPECT_THAT(text(seen), HasSubstr("119 seconds ago   ·   1 message per"));
+    EXPECT_EQ(activity(seen), "In combat: 5 abilities cooling down · 1 message in the last minute");
+    seen.secondsSinceStrip = 120;
+    EXPECT_THAT(text(seen), HasSubstr("2 minutes ago"));
 }
 
 TEST(StatusTextTest, CountsMessagesPerMinuteAlsoAcrossGaps) {
@@ -488,6 +601,9 @@ TEST_F(WindowsTest, TheStatusLineTellsWhetherTheGameIsInFrontAndFitsIntoTheWindo
     window("mainWindow")->resize(window("mainWindow")->minimumSizeHint());
     settle();
     EXPECT_LE(status->fontMetrics().horizontalAdvance(status->text()), status->width());
+    const auto* const profile = widget<QLabel>("statusProfile");
+    EXPECT_EQ(profile->text(), "Profile 1");
+    EXPECT_GE(profile->width(), profile->sizeHint().width());
 }
 
 TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
@@ -514,25 +630,31 @@ TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownCol
     EXPECT_THAT(check(colors, 99, 0.7), IsEmpty());
 }
 
-TEST_F(WindowsTest, AFailedCalibrationTellsWhatToDoAndAWideStripIsReadAtHalfWidth) {
-    launch();
+TEST_F(WindowsTest, ACalibrationCountsDownIsCanceledAndItsEndStays) {
     auto& failure = m_delegate->operations().calibration.failure;
-    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
+    const auto isShown = [this](const char* name) { return !widget(name)->isHidden(); };
+    EXPECT_FALSE(isShown("calibrationPanel"));
     failure.set(screenlink::SearchFailure::NoRedCell);
-    EXPECT_FALSE(widget("calibrationPanel")->isHidden());
-    EXPECT_TRUE(widget("calibrateOtherwise")->isHidden());
-    failure.set(screenlink::SearchFailure::TooWide);
-    EXPECT_FALSE(widget("calibrateOtherwise")->isHidden());
-    m_delegate->operations().calibration.failure.set(std::nullopt);
-    EXPECT_TRUE(widget("calibrationPanel")->isHidden());
-    failure.set(screenlink::SearchFailure::TooWide);
-    // The search that it begins is interrupted by the end of the program.
-    m_runLoop.after(std::chrono::milliseconds(50), [this] {
-        EXPECT_TRUE(m_delegate->operations().calibration.isRunning());
-        EXPECT_TRUE(widget("calibrationPanel")->isHidden());
-        m_runLoop.terminate();
+    EXPECT_TRUE(isShown("calibrationPanel"));
+    EXPECT_FALSE(isShown("calibrateOtherwise"));
+    EXPECT_EQ(widget<QuietButton>("stepCalibrate")->mark(), Mark::Bad);
+    click("calibrationDismiss");
+    EXPECT_FALSE(isShown("calibrationPanel"));
+
+    m_runLoop.after(std::chrono::milliseconds(50), [&] {
+        EXPECT_TRUE(m_delegate->operations().calibration.isRunning()) << "with one press";
+        EXPECT_THAT(textOf("calibrationText"),
+                    HasSubstr("90 s left. Switch to the game and type /glimracal"));
+        click("calibrationCancel");
     });
-    widget<QAbstractButton>("calibrateOtherwise")->click();
+    click("stepCalibrate");
+    EXPECT_THAT(textOf("calibrationText"), HasSubstr("canceled"));
+
+    failure.set(screenlink::SearchFailure::TooWide);
+    EXPECT_TRUE(isShown("calibrateOtherwise"));
+    // The search that it begins is interrupted by the end of the program.
+    m_runLoop.after(std::chrono::milliseconds(50), [this] { m_runLoop.terminate(); });
+    click("calibrateOtherwise");
     EXPECT_EQ(m_pixelsPerPoint, 2);
 }
 
