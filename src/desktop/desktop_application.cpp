@@ -78,6 +78,9 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
                  .keyboardName = m_machine.keyboard.description,
                  .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
                                     [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
+                 .appearance = {[this] { return appearance(); },
+                                [this](const std::string& name) { chooseAppearance(name); }},
+                 .doctorArguments = doctorArguments(options),
                  .lookAtDrivers =
                      [drivers = keyboardOptions(options, {m_machine.settings, m_machine.systemLog}).drivers] {
                          return doctor::lookAtKeyboards(drivers);
@@ -90,6 +93,7 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
       m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
       m_quitRequests([this] { quit(); }),
       m_exitGuard([this] { abandon(); }) {
+    m_theme.choose(appearance());
     if (options.printLog)
         printLog(m_delegate.outlets().myTextScroll);
     m_witnesses.tell(&RunWitness::follow, m_delegate, m_windows.binder());
@@ -102,6 +106,16 @@ DesktopApplication::~DesktopApplication() {
     m_instance.obey(nullptr);
     // The reader's thread uses the delegate, which is destroyed before it.
     m_machine.readerThread.join();
+}
+
+std::string DesktopApplication::appearance() {
+    return platform::SettingsReader{m_machine.settings, m_machine.systemLog}.value(
+        platform::settings::kAppearance);
+}
+
+void DesktopApplication::chooseAppearance(const std::string& name) {
+    m_machine.settings.set(platform::settings::kAppearance.key, name);
+    m_theme.choose(name);
 }
 
 void DesktopApplication::tellTheLog() {

@@ -27,6 +27,8 @@ public:
 
 private:
     void tellTheLog();
+    std::string appearance();
+    void chooseAppearance(const std::string& name);
     void followCalibration();
     void quit() { m_machine.lifecycle.terminate(); }
     /// Accepts a command from another start of the program. Returns false when it is too late to carry it

@@ -129,7 +129,7 @@ CLI::Option_group* addCommands(CLI::App& command, Options& options) {
             [&options](int profile) {
                 options.command = InstanceCommand{Kind::Profile, profile};
             },
-            "Show a colour profile, 1 to 9")
+            "Show a color profile, 1 to 9")
         ->type_name("N")
         ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
     return running;
@@ -159,6 +159,24 @@ void addErrands(CLI::App& command, Options& options) {
 
 QString settingsPath(const Options& options) {
     return options.settingsFile ? QString::fromStdString(*options.settingsFile) : SettingsFile::defaultPath();
+}
+
+QStringList doctorArguments(const Options& options) {
+    QStringList arguments{"doctor"};
+    const auto add = [&arguments](const char* name, const std::string& value) {
+        if (!value.empty())
+            arguments << name << QString::fromStdString(value);
+    };
+    add("--settings", options.settingsFile.value_or(""));
+    add("--keyboard", options.keyboard.value_or(""));
+    add("--sdk", options.sdkLibrary.value_or(""));
+    if (options.openRgbServer)
+        add("--openrgb",
+            "[" + options.openRgbServer->host + "]:" + std::to_string(options.openRgbServer->port));
+    add("--openrgb-keyboard", options.openRgbKeyboard);
+    add("--display", options.captureDisplay);
+    add("--capture", std::string(captureChoiceName(options.capture)));
+    return arguments;
 }
 
 std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {

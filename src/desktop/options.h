@@ -6,6 +6,7 @@
 #include "keyboards/openrgb/connection.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <string>
@@ -45,6 +46,9 @@ struct Options {
 
 /// Path of the settings file.
 QString settingsPath(const Options& options);
+
+/// For a doctor who looks at what a program with these options uses.
+QStringList doctorArguments(const Options& options);
 
 /// The program must end with this status; all output has been printed.
 struct ExitStatus {

@@ -54,6 +54,9 @@ inline constexpr Setting<std::string_view> kAutorunName{"AutorunName", "", kIgno
 // Windows.
 inline constexpr Setting<bool> kFirstStepsDone{"firstStepsDone", false, kNoInstead};
 inline constexpr Setting<bool> kDemonstrationPlayed{"demonstrationPlayed", false, kNoInstead};
+inline constexpr Setting<bool> kKeepInTray{"keepInTray", false, kNoInstead};
+inline constexpr Setting<std::string_view> kAppearance{
+    "appearance", "desktop", "is none of desktop, dark and light; desktop stands in for it."};
 inline constexpr Setting<bool> kTestPatternShown{"testPatternShown", false, kNoInstead};
 
 } // namespace settings

@@ -4,8 +4,12 @@
 
 namespace glimra::desktop {
 
-/// Qt's own style, with check boxes that can be seen on a dark background too, and with more room
-/// around the texts of buttons.
+/// Where the light of the application's icon begins and ends, deep enough for white text on it.
+QBrush accentBrush(const QRectF& area);
+
+/// Qt's own style with one corner for buttons, fields and cards, flat scroll bars, check boxes that can be
+/// seen on a dark background too, and a ring in the color of links around what has the keyboard. A frame
+/// that shows a styled panel is a card.
 class ApplicationStyle final : public QProxyStyle {
 public:
     ApplicationStyle() : QProxyStyle("Fusion") {}
@@ -16,6 +20,11 @@ public:
                      const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
 };
 
 } // namespace glimra::desktop

@@ -32,7 +32,9 @@ constexpr std::array kTabOrder{
 /// A card is lighter than the window.
 void raise(QWidget* card) {
     card->setBackgroundRole(QPalette::Base);
-    card->setAutoFillBackground(true);
+    // A card fills itself, to its corners.
+    card->setAutoFillBackground(!card->property("frameShape").isValid() ||
+                                card->property("frameShape").toInt() == QFrame::NoFrame);
 }
 
 } // namespace

@@ -72,8 +72,14 @@ void PainterGuard::close(const Action& action) {
         m_parts.binder.perform("actionKeySetterCanx:");
     else if (window == "colorProgrammerWindow")
         static_cast<void>(leavePainter());
-    else if (window != "mainWindow" || leavePainter())
+    else if (window != "mainWindow")
         perform(action);
+    else if (leavePainter()) {
+        if (m_parts.staysInTray())
+            m_parts.delegate.outlets().mainWindow.visible.set(false);
+        else
+            perform(action);
+    }
 }
 
 void PainterGuard::showProfile(const Action& action) {

@@ -22,6 +22,8 @@ public:
         platform::RunLoop& runLoop;
         /// Asks the application to quit.
         std::function<void()> quit;
+        /// Whether the main window's close box leaves the program in the tray.
+        std::function<bool()> staysInTray;
     };
 
     /// Takes the binder's route.

@@ -69,6 +69,7 @@ ProfileChips::ProfileChips(QWidget* container, ProfileNames& names)
         auto* const shortcut =
             new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | static_cast<Qt::Key>(Qt::Key_0 + profile)),
                           container->window());
+        shortcut->setWhatsThis(QString("Profile %1").arg(profile));
         connect(shortcut, &QShortcut::activated, chip, &QAbstractButton::click);
     }
     new FlowLayout(container, Qt::AlignLeft, 6);

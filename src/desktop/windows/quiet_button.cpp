@@ -1,5 +1,7 @@
 #include "desktop/windows/quiet_button.h"
 
+#include "desktop/windows/application_style.h"
+
 #include <QFocusEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -93,15 +95,16 @@ void QuietButton::paintEvent(QPaintEvent*) {
     const bool isChosen = isCheckable() && isChecked();
     const QRectF ground = QRectF(rect()).adjusted(1, 1, -1, -1);
     const double radius = looks("chip") ? ground.height() / 2 : 6;
-    QColor fill = Qt::transparent;
+    QBrush fill = Qt::NoBrush;
     if (isChosen)
-        fill = colors.color(QPalette::Highlight);
+        fill = accentBrush(ground);
     else if (looks("chip") || underMouse()) {
-        fill = colors.color(QPalette::WindowText);
-        fill.setAlphaF(isDown() ? 0.24F : (underMouse() && isEnabled() ? 0.16F : 0.09F));
+        QColor tint = colors.color(QPalette::WindowText);
+        tint.setAlphaF(isDown() ? 0.24F : (underMouse() && isEnabled() ? 0.16F : 0.09F));
+        fill = tint;
     }
     painter.setPen(hasFocus() && m_hasRing
-                       ? QPen(colors.color(isChosen ? QPalette::WindowText : QPalette::Highlight), 2)
+                       ? QPen(colors.color(isChosen ? QPalette::WindowText : QPalette::Link), 2)
                        : QPen(Qt::NoPen));
     painter.setBrush(fill);
     painter.drawRoundedRect(ground, radius, radius);

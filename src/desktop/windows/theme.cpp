@@ -8,6 +8,10 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPluginLoader>
 #include <QStyle>
 
 namespace glimra::desktop {
@@ -29,6 +33,26 @@ unsigned preferenceIn(QVariant value) {
     return value.toUInt();
 }
 
+/// Whether Qt's platform theme is one that brings the desktop's own colors. One that is named may be missing.
+bool desktopBringsColors() {
+    const QString name = qEnvironmentVariable("QT_QPA_PLATFORMTHEME").toLower();
+    if (name.isEmpty())
+        return false;
+    if (name == "kde")
+        return true;
+    for (const QString& path : QCoreApplication::libraryPaths()) {
+        const QDir folder(path + "/platformthemes");
+        for (const QString& file : folder.entryList({"*.so"}, QDir::Files)) {
+            const QJsonArray keys =
+                QPluginLoader(folder.filePath(file)).metaData()["MetaData"].toObject()["Keys"].toArray();
+            for (const QJsonValue& key : keys)
+                if (name.startsWith(key.toString(), Qt::CaseInsensitive))
+                    return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 QPalette themePalette(bool isDark) {
@@ -43,9 +67,9 @@ QPalette themePalette(bool isDark) {
         palette.setColor(role, text);
     palette.setColor(QPalette::BrightText, Qt::white);
     palette.setColor(QPalette::PlaceholderText, faint);
-    palette.setColor(QPalette::Highlight, isDark ? "#3d84d8" : "#2f6fc4");
+    palette.setColor(QPalette::Highlight, isDark ? "#5468d6" : "#4a5cc8");
     palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, isDark ? "#6fb0ff" : "#1f5fb8");
+    palette.setColor(QPalette::Link, isDark ? "#9db1ff" : "#4450b8");
     palette.setColor(QPalette::ToolTipBase, isDark ? "#2e3137" : "#ffffff");
     palette.setColor(QPalette::ToolTipText, text);
     // Of raised and sunken lines.
@@ -58,35 +82,53 @@ QPalette themePalette(bool isDark) {
     return palette;
 }
 
-DesktopTheme::DesktopTheme(QDBusConnection bus) {
-    // A platform theme of the desktop has set what the user chose.
-    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME"))
+DesktopTheme::DesktopTheme(QDBusConnection bus) : m_isOurs(!desktopBringsColors()) {
+    if (!m_isOurs)
         return;
-    // The style's own check boxes cannot be seen on dark; a style of the desktop's choice is left alone.
+    // A style of the desktop's choice is left alone.
     if (QApplication::style()->name() == "fusion")
         QApplication::setStyle(new ApplicationStyle);
-    QApplication::setPalette(themePalette(false));
-    if (!bus.isConnected())
-        return;
+    apply();
+    if (bus.isConnected())
+        ask(bus);
+}
+
+void DesktopTheme::ask(QDBusConnection& bus) {
     // A slot is only found by its signature once the types in it have names.
     qRegisterMetaType<QDBusVariant>("QDBusVariant");
     bus.connect(kService, kPath, kInterface, "SettingChanged", this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, "Read");
     call << kGroup << kKey;
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, 2000), qApp);
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, qApp, [](QDBusPendingCallWatcher* finished) {
-            const QDBusPendingReply<QVariant> reply = *finished;
-            if (reply.isValid())
-                QApplication::setPalette(themePalette(preferenceIn(reply.value()) == kPreferDark));
-            finished->deleteLater();
-        });
+    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, 2000), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
+        const QDBusPendingReply<QVariant> reply = *finished;
+        if (reply.isValid())
+            m_desktopIsDark = preferenceIn(reply.value()) == kPreferDark;
+        apply();
+        finished->deleteLater();
+    });
+}
+
+void DesktopTheme::choose(const std::string& appearance) {
+    m_appearance = appearance;
+    apply();
 }
 
 void DesktopTheme::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (group == kGroup && key == kKey)
-        QApplication::setPalette(themePalette(preferenceIn(value.variant()) == kPreferDark));
+    if (group != kGroup || key != kKey)
+        return;
+    m_desktopIsDark = preferenceIn(value.variant()) == kPreferDark;
+    apply();
+}
+
+void DesktopTheme::apply() const {
+    if (!m_isOurs)
+        return;
+    const bool isChosen = m_appearance == "dark" || m_appearance == "light";
+    const QPalette palette = themePalette(isChosen ? m_appearance == "dark" : m_desktopIsDark.value_or(true));
+    if (palette != QApplication::palette())
+        QApplication::setPalette(palette);
 }
 
 } // namespace glimra::desktop

@@ -5,13 +5,17 @@
 #include <QObject>
 #include <QPalette>
 
+#include <optional>
+#include <string>
+
 namespace glimra::desktop {
 
-/// The application's own colours, for a desktop that gives it none.
+/// The application's own colors, for a desktop that gives it none.
 QPalette themePalette(bool isDark);
 
-/// Follows the desktop between light and dark while it lives. Where Qt's platform theme brings the desktop's
-/// own colours, those stay; otherwise the desktop is asked for its preference, and again when it changes.
+/// Light or dark, as the user chose or as the desktop prefers while this lives: it is asked, and tells of
+/// changes. Dark where nobody says anything. Where Qt's platform theme brings the desktop's own colors, those
+/// stay. Main thread.
 class DesktopTheme final : public QObject {
     Q_OBJECT
 
@@ -19,8 +23,20 @@ public:
     /// `bus` is where the desktop is asked.
     explicit DesktopTheme(QDBusConnection bus = QDBusConnection::sessionBus());
 
+    /// "dark", "light", or whatever else stands for the desktop's preference.
+    void choose(const std::string& appearance);
+
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void ask(QDBusConnection& bus);
+    void apply() const;
+
+    bool m_isOurs;
+    /// Empty as long as the desktop has said nothing.
+    std::optional<bool> m_desktopIsDark;
+    std::string m_appearance;
 };
 
 } // namespace glimra::desktop

@@ -1,6 +1,7 @@
 #include "desktop/windows/tray.h"
 
 #include "desktop/windows/application_icon.h"
+#include "desktop/windows/choice_menu.h"
 
 namespace glimra::desktop {
 
@@ -16,9 +17,12 @@ Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<vo
         });
         m_profiles.push_back(item);
     }
+    makeExclusive(&m_menu);
     m_menu.addSeparator();
     QObject::connect(m_menu.addAction("Test Pattern"), &QAction::triggered, &m_menu,
                      [&binder] { binder.send("testLightsMI:"); });
+    QObject::connect(m_menu.addAction("Reset"), &QAction::triggered, &m_menu,
+                     [&binder] { binder.send("resetButton:"); });
     QObject::connect(m_menu.addAction("Show Glimra"), &QAction::triggered, &m_menu,
                      [this] { m_delegate.outlets().mainWindow.bringToFront(); });
     m_menu.addSeparator();

@@ -11,12 +11,14 @@
 namespace glimra::desktop {
 
 /// An icon in the desktop's tray, where it has one or gets one later: the nine profiles, the test pattern,
-/// the main window and quitting.
+/// reset, the main window and quitting.
 class Tray {
 public:
     Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<void()> quit);
 
     const QMenu& menu() const { return m_menu; }
+    /// Whether there is a tray that shows it now.
+    static bool isThere() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
 private:
     void showActiveProfile();

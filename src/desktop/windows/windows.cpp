@@ -1,10 +1,15 @@
 #include "desktop/windows/windows.h"
 
+#include "app/built_bundle.h"
 #include "desktop/windows/action_slots.h"
 #include "desktop/windows/application_icon.h"
+#include "desktop/windows/keyboard_menu.h"
 #include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
+#include "desktop/windows/shortcut_list.h"
+#include "desktop/windows/tray.h"
 #include "desktop/windows/window_fitter.h"
+#include "platform/stored_values.h"
 
 #include "ui_about.h"
 #include "ui_action_key_setter.h"
@@ -17,6 +22,7 @@
 #include "ui_profile_change_alert.h"
 
 #include <QApplication>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace glimra::desktop {
@@ -29,6 +35,12 @@ void replace(QWidget* window, QWidget* replacement, const QString& name) {
     replacement->setObjectName(name);
     placeholder->parentWidget()->layout()->replaceWidget(placeholder, replacement);
     delete placeholder;
+}
+
+/// Names under "example" are for examples, https://www.rfc-editor.org/rfc/rfc2606
+bool isPage(const std::string& address) {
+    const QUrl url(QString::fromStdString(address));
+    return !url.host().isEmpty() && !url.host().endsWith(".example");
 }
 
 /// Headings are larger by a factor, whatever size the desktop's font has.
@@ -62,11 +74,11 @@ Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) 
     furnishMainWindow();
     bindAll();
     m_guard = std::make_unique<PainterGuard>(
-        PainterGuard::Parts{m_binder, m_parts.delegate, m_parts.windowSystem, m_parts.runLoop, m_parts.quit});
+        PainterGuard::Parts{m_binder, m_parts.delegate, m_parts.windowSystem, m_parts.runLoop, m_parts.quit,
+                            [this] { return staysInTray(); }});
     m_questions = std::make_unique<Questions>(window("profileChangeAlert"), window("copyProfileDialog"),
                                               m_parts.delegate);
-    m_keyboardMenu = std::make_unique<KeyboardMenu>(m_mainWindow->findChild<QMenu*>("keyboardMenu"),
-                                                    m_parts.keyboardChoice, m_parts.delegate);
+    furnishMenus();
     m_painter->takeOver();
 }
 
@@ -139,10 +151,49 @@ void Windows::furnishMainWindow() {
                           .userDefaults = m_parts.userDefaults});
 }
 
+void Windows::furnishMenus() {
+    const auto menu = [this](const char* name) { return m_mainWindow->findChild<QMenu*>(name); };
+    const auto item = [this](const char* name) { return m_mainWindow->findChild<QAction*>(name); };
+    furnishKeyboardMenu(menu("keyboardMenu"), m_parts.keyboardChoice, m_parts.delegate);
+    makeExclusive(menu("autorunMenu"));
+    addChoices(menu("appearanceMenu"), "appearance-",
+               {{"desktop", "As the &Desktop"}, {"dark", "Da&rk"}, {"light", "&Light"}}, m_parts.appearance);
+    QAction* const keepInTray = item("keepInTrayItem");
+    QObject::connect(menu("glimraMenu"), &QMenu::aboutToShow, keepInTray, [this, keepInTray] {
+        keepInTray->setEnabled(Tray::isThere());
+        keepInTray->setChecked(
+            platform::storedBool(m_parts.userDefaults, platform::settings::kKeepInTray.key).value_or(false));
+    });
+    // A build may have no pages; an address for examples stands for none.
+    const platform::Bundle& bundle = app::builtBundle();
+    item("downloadsItem")->setVisible(isPage(bundle.downloadPage));
+    window("aboutWindow")->findChild<QWidget*>("homePageButton")->setVisible(isPage(bundle.homePage));
+}
+
+bool Windows::staysInTray() const {
+    return Tray::isThere() &&
+           platform::storedBool(m_parts.userDefaults, platform::settings::kKeepInTray.key).value_or(false);
+}
+
+void Windows::showShortcuts() {
+    if (!m_shortcuts)
+        m_shortcuts = std::make_unique<TextWindow>(m_mainWindow, "shortcutsWindow", "Keyboard Shortcuts");
+    m_shortcuts->show(shortcutList({m_mainWindow, m_programmer}));
+}
+
 void Windows::bindAll() {
     m_binder.aboutToSend.observe(
         [this](const app::ActionRow& action, const app::ActionArgument&) { sayWhatIsIgnored(action); });
     m_binder.setCommand("quit", [this] { quit(); });
+    m_binder.setCommand("keepInTray", [this] {
+        m_parts.userDefaults.set(platform::settings::kKeepInTray.key, !staysInTray());
+    });
+    m_binder.setCommand("showShortcuts", [this] { showShortcuts(); });
+    m_binder.setCommand("checkMachine", [this] {
+        if (!m_machineCheck)
+            m_machineCheck = std::make_unique<MachineCheck>(m_mainWindow, m_parts.doctorArguments);
+        m_machineCheck->start();
+    });
     m_binder.setCommand("installAddon", [this] { m_addonInstaller->open(); });
     m_binder.setCommand("addonChooseFolder", [this] { m_addonInstaller->chooseFolder(); });
     m_binder.setCommand("addonInstall", [this] { m_addonInstaller->install(); });

@@ -2,8 +2,9 @@
 
 #include "app/app_delegate.h"
 #include "desktop/windows/addon_installer.h"
+#include "desktop/windows/choice_menu.h"
 #include "desktop/windows/interface_binder.h"
-#include "desktop/windows/keyboard_menu.h"
+#include "desktop/windows/machine_check.h"
 #include "desktop/windows/main_window.h"
 #include "desktop/windows/painter_guard.h"
 #include "desktop/windows/painter_window.h"
@@ -32,7 +33,11 @@ public:
         std::function<void()> quit;
         /// What lights up, in plain words.
         platform::Property<std::string>& keyboardName;
-        KeyboardChoice keyboardChoice;
+        Choice keyboardChoice;
+        /// As the desktop, dark or light.
+        Choice appearance;
+        /// For a doctor who looks at what this program uses.
+        QStringList doctorArguments;
         /// What could be lit, in the doctor's words.
         std::function<doctor::Findings()> lookAtDrivers;
         /// How the strip is read.
@@ -61,6 +66,9 @@ private:
     void furnishMainWindow();
     void buildProgrammer();
     void buildOthers();
+    void furnishMenus();
+    void showShortcuts();
+    bool staysInTray() const;
     void bindAll();
     void sayWhatIsIgnored(const app::ActionRow& action);
 
@@ -74,7 +82,8 @@ private:
     std::unique_ptr<PainterWindow> m_painter;
     std::unique_ptr<Questions> m_questions;
     std::unique_ptr<MainWindow> m_main;
-    std::unique_ptr<KeyboardMenu> m_keyboardMenu;
+    std::unique_ptr<MachineCheck> m_machineCheck;
+    std::unique_ptr<TextWindow> m_shortcuts;
 };
 
 } // namespace glimra::desktop

@@ -1,15 +1,25 @@
 #include "desktop/x11/capture_state.h"
 
+#include <algorithm>
+#include <array>
+
 namespace glimra::desktop {
 
+namespace {
+
+/// By choice.
+constexpr std::array<std::string_view, 3> kNames{"auto", "screen", "window"};
+
+} // namespace
+
+std::string_view captureChoiceName(CaptureChoice choice) {
+    return kNames.at(static_cast<std::size_t>(choice));
+}
+
 std::optional<CaptureChoice> captureChoiceNamed(std::string_view name) {
-    if (name == "auto")
-        return CaptureChoice::Automatic;
-    if (name == "screen")
-        return CaptureChoice::Screen;
-    if (name == "window")
-        return CaptureChoice::Window;
-    return std::nullopt;
+    const auto* const found = std::ranges::find(kNames, name);
+    return found == kNames.end() ? std::nullopt
+                                 : std::optional(static_cast<CaptureChoice>(found - kNames.begin()));
 }
 
 std::string_view captureDescription(CaptureState state) {

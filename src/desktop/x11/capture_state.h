@@ -8,7 +8,9 @@ namespace glimra::desktop {
 /// What the user wants captured.
 enum class CaptureChoice { Automatic, Screen, Window };
 
-/// "auto", "screen" or "window"; none for any other name.
+/// "auto", "screen" or "window".
+std::string_view captureChoiceName(CaptureChoice choice);
+/// The choice of that name; none for any other name.
 std::optional<CaptureChoice> captureChoiceNamed(std::string_view name);
 
 /// How a capture gets the strip at present.

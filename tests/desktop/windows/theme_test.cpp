@@ -52,7 +52,6 @@ TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
     glimra::tests::PrivateBus bus;
     MockPortal portal(bus);
     const DesktopTheme theme(QDBusConnection::connectToBus(bus.address(), "theme"));
-    EXPECT_FALSE(isDark()) << "until the desktop has answered";
     EXPECT_TRUE(eventually(isDark));
     // Other settings of the same name do not count.
     portal.change("org.example", kPreferLight);
@@ -65,9 +64,21 @@ TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
     QDBusConnection::disconnectFromBus("theme");
 }
 
-TEST(DesktopThemeTest, IsLightWhereNobodyCanBeAsked) {
+TEST(DesktopThemeTest, OfAThemeThatIsNamedAndMissingNothingIsExpected) {
+    qputenv("QT_QPA_PLATFORMTHEME", "nothing");
+    QApplication::setPalette(themePalette(false));
     const DesktopTheme theme(QDBusConnection::connectToBus("unix:path=/nowhere", "nobody"));
+    EXPECT_TRUE(isDark());
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+}
+
+TEST(DesktopThemeTest, IsDarkWhereNobodyCanBeAskedUnlessTheUserChose) {
+    DesktopTheme theme(QDBusConnection::connectToBus("unix:path=/nowhere", "nobody"));
+    EXPECT_TRUE(isDark());
+    theme.choose("light");
     EXPECT_FALSE(isDark());
+    theme.choose("desktop");
+    EXPECT_TRUE(isDark());
     EXPECT_NE(dynamic_cast<const ApplicationStyle*>(QApplication::style()), nullptr);
 }
 

@@ -48,6 +48,9 @@ protected:
             .keyboardName = m_keyboardName,
             .keyboardChoice = {[this] { return m_driver; },
                                [this](const std::string& name) { m_driver = name; }},
+            .appearance = {[this] { return m_appearance; },
+                           [this](const std::string& name) { m_appearance = name; }},
+            .doctorArguments = {"doctor"},
             .lookAtDrivers =
                 [] {
                     return doctor::Findings{{"keyboard", doctor::Health::Bad, "No keyboard.", "Buy one."}};
@@ -128,6 +131,7 @@ protected:
     int m_quits = 0;
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";
+    std::string m_appearance = "desktop";
     int m_pixelsPerPoint = 1;
     screenlink::DemonstrationCapture m_demonstration{m_machine.readerCapture, m_runLoop};
     platform::Platform m_platform = platform();

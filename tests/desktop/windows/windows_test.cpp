@@ -302,11 +302,22 @@ TEST_F(WindowsTest, ASlotTakesTheKeyThatIsPressedOrClicked) {
               std::string::npos);
 }
 
+TEST_F(WindowsTest, TheMenusTellTheShortcutsAndOfferOnlyWhatThereIs) {
+    item("shortcutsItem")->trigger();
+    const QString list = widget<QPlainTextEdit>("shortcutsWindowText")->toPlainText();
+    for (const char* const line :
+         {"Ctrl+L              Calibrate", "Ctrl+Shift+3        Profile 3", "Ctrl+A              All Keys"})
+        EXPECT_TRUE(list.contains(line)) << list.toStdString();
+    EXPECT_FALSE(item("downloadsItem")->isVisible()) << "this build has no such page";
+    item("appearance-light")->trigger();
+    EXPECT_EQ(m_appearance, "light");
+    EXPECT_FALSE(item("appearance-desktop")->isChecked());
+}
+
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
     // The question for unsaved edits is left out: it begins with its last button, the safe answer.
-    for (const char* const name :
-         {"mainWindow", "colorProgrammerWindow", "launchOptionWindow", "copyProfileDialog",
-          "actionKeySetterWindow", "aboutWindow", "installAddonWindow"}) {
+    for (const char* const name : {"mainWindow", "colorProgrammerWindow", "launchOptionWindow",
+                                   "copyProfileDialog", "actionKeySetterWindow", "installAddonWindow"}) {
         QWidget* const top = window(name) != nullptr ? window(name) : widget(name);
         top->show();
         settle();
