@@ -185,9 +185,10 @@ function commands.type(play, text)
     play.client:waitForPicture()
 end
 
--- Sets a control of the options page: on, off, a number, or a drop-down's entry.
-function commands.option(play, name, value)
-    play.client:later(function() options.choose(play.client, name, value) end)
+-- Sets a control of the options page: on, off, a number, or what a drop-down's entry stands for.
+function commands.option(play, title, value)
+    local control, chosen = options.find(play.client, title, value)
+    play.client:later(function() play.client:call(control.set, chosen) end)
     play.client:waitForPicture()
 end
 
@@ -225,10 +226,10 @@ function commands.said(play, text)
     play:complain(("the chat does not show \"%s\""):format(text))
 end
 
-function commands.shows(play, name, value)
-    local shown = options.shown(play.client, name)
-    if shown ~= value then
-        play:complain(("the option \"%s\" shows %s, not %s"):format(name, shown, tostring(value)))
+function commands.shows(play, title, value)
+    local control, wanted = options.find(play.client, title, value)
+    if control.get() ~= wanted then
+        play:complain(("the option \"%s\" shows %s"):format(title, tostring(control.get())))
     end
 end
 

@@ -15,20 +15,15 @@ local function decoded(text)
     return (text:gsub("\\x(%x%x)", function(digits) return string.char(tonumber(digits, 16)) end))
 end
 
--- These take texts alone; to others a word may be a number, or "on" or "off".
-local TEXTUAL = { option = true, shows = true }
+local SWITCH = { on = true, off = false }
 
--- The words of a step. "..." holds blanks.
+-- The words of a step; one may be a number, or "on" or "off". "..." holds blanks.
 local function split(text)
     local words = {}
     for plain, quoted in (text .. ' ""'):gmatch('([^"]*)"([^"]*)"') do
         for word in plain:gmatch("%S+") do
-            local isSwitch = word == "on" or word == "off"
-            if TEXTUAL[words[1]] or not isSwitch then
-                words[#words + 1] = not TEXTUAL[words[1]] and tonumber(word) or decoded(word)
-            else
-                words[#words + 1] = word == "on"
-            end
+            local switch = SWITCH[word]
+            words[#words + 1] = switch == nil and (tonumber(word) or decoded(word)) or switch or false
         end
         words[#words + 1] = decoded(quoted)
     end
