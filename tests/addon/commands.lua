@@ -207,8 +207,6 @@ end
 
 -- The add-on's strip has so many pixels from now on (80).
 function commands.strip(play, width) play.stripWidth = width end
--- Glimra cannot read the strip: what is said may be lost.
-function commands.unread(play, isOn) play.isUnread = isOn end
 
 -- Names this moment, for whoever shows the scenario on a real screen.
 function commands.stage(play, name)

@@ -105,7 +105,7 @@ function Play:onScreen(time, row)
     end
     local last = self.lastShown
     self.lastShown, self.hasFault = shown, problem ~= nil
-    self.eye:see(time, shown, row.made, self.isUnread)
+    self.eye:see(time, shown, row.made)
     if not last or last.width ~= shown.width or table.concat(last.cells) ~= table.concat(shown.cells) then
         self.toScreen[#self.toScreen + 1] = { time = time, strip = shown }
     end
@@ -130,6 +130,7 @@ function Play:expect(...)
     end
     self.expectations[#self.expectations + 1] = {
         values = { ... }, place = self.step.place, text = self.step.text, time = now, mark = mark,
+        first = last and last.last + 1 or 1, last = #self.eye.messages,
     }
 end
 
