@@ -57,7 +57,7 @@ end
 
 -- Each kind of look at a secret value that Lua can notice, on retail in a fight.
 for code, isForbidden in pairs { ["h < 5"] = true, ["1 + h"] = true, ["{ h }"] = false } do
-    local text = 'login; fight; wait 1; type "/run h = UnitHealth(\\"player\\"); x = ' .. code .. '"'
+    local text = 'login; fight; wait 1; type "/run h = UnitHealth([[player]]); x = ' .. code .. '"'
     for kind, isGood in pairs { retail = not isForbidden, era = true } do
         local problems = problemsOf(text, { kind = kind, rate = 60 })
         expect((problems == "") == isGood, code .. " on " .. kind, problems)

@@ -1,6 +1,6 @@
 -- The player's character and its action bars: their state, and the functions by which an add-on asks about them.
 
-local world = { MAX_HEALTH = 24310 }
+local world = { MAX_HEALTH = 24310, HALF = 12155 }
 
 local BARS = { bar6 = 60, bar5 = 48 }
 -- What takes bar 1, the most important first: the page, and the names of the functions that tell of it.
