@@ -92,8 +92,7 @@ if ! runs; then
     exit $?
 fi
 
-lua5.1 "$root/tests/addon/play.lua" --addon "$root/addon/Glimraxmit" --as strip \
-    "$root/tests/addon/scenarios/demonstration.scenario" >"$folder/strip.txt" || fail "the add-on could not be played."
+lua5.1 "$root/tests/addon/play.lua" strip "$root/tests/addon/scenarios/demonstration.scenario" >"$folder/strip.txt" || fail "the add-on could not be played."
 timeout 60 "$bin/glimra-strip" - <"$folder/strip.txt" | while read -r _ stage; do
     echo "Stage: $stage"
     case $stage in

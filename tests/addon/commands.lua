@@ -6,39 +6,61 @@ local world = require "client.world"
 
 local commands = {}
 
--- What comes as an event alone, with the arguments that the game gives; "event NAME" is any other.
-for name, arguments in pairs {
-    whisper = { "CHAT_MSG_WHISPER", "hello", "Somebody-Realm" },
-    level = { "PLAYER_LEVEL_UP", 11 },
-    achievement = { "ACHIEVEMENT_EARNED", 6, false },
-    quest = { "QUEST_TURNED_IN", 783, 40, 0 },
-    zone = { "ZONE_CHANGED_NEW_AREA" },
-} do
-    commands[name] = function(play) play.client:happen(unpack(arguments)) end
-end
-
-function commands.event(play, name) play.client:happen(name) end
-
+-- Events, with ":" before an argument; a fight ends only where there is one.
 local function say(play, events)
-    for event in events:gmatch("%S+") do
-        play.client:happen(event)
+    for event, argument in events:gmatch("([%u_]+):?(%w*)") do
+        if event ~= "PLAYER_REGEN_ENABLED" or play.world.fight then
+            play.client:happen(event, argument ~= "" and argument or nil)
+        end
     end
 end
 
 -- The game says it more than once, and more than it need.
 local COOLDOWN = "SPELL_UPDATE_COOLDOWN ACTIONBAR_UPDATE_COOLDOWN SPELL_UPDATE_COOLDOWN "
 local PAGE = "UPDATE_BONUS_ACTIONBAR ACTIONBAR_PAGE_CHANGED " .. COOLDOWN
+local HEALTH = "UNIT_HEALTH:party1 UNIT_HEALTH:player "
 
 -- "stealth on", "page 2": a field of the world, with the events that tell of it.
 for field, events in pairs {
     stealth = "UPDATE_STEALTH", form = "UPDATE_SHAPESHIFT_FORM UPDATE_SHAPESHIFT_FORM", page = PAGE, bonus = PAGE,
-    vehicle = PAGE, override = PAGE, shapeshift = PAGE,
+    vehicle = PAGE, override = PAGE, shapeshift = PAGE, feign = HEALTH .. "PLAYER_REGEN_ENABLED",
     specialization = "PLAYER_SPECIALIZATION_CHANGED ACTIVE_TALENT_GROUP_CHANGED " .. PAGE,
 } do
     commands[field] = function(play, value)
-        play.world[field] = value
         say(play, events)
+        play.world[field], play.world.fight = value, field ~= "feign" and play.world.fight
     end
+end
+
+-- What happens, with what changes in the world by it.
+for name, deed in pairs {
+    whisper = { "CHAT_MSG_WHISPER:hello" }, level = { "PLAYER_LEVEL_UP:11" }, achievement = { "ACHIEVEMENT_EARNED:6" },
+    quest = { "QUEST_TURNED_IN:783" }, zone = { "ZONE_CHANGED_NEW_AREA" },
+    fight = { "PLAYER_REGEN_DISABLED", fight = true }, peace = { "PLAYER_REGEN_ENABLED", fight = false },
+    die = { HEALTH .. "PLAYER_DEAD PLAYER_REGEN_ENABLED", dead = true, feign = false, fight = false },
+    -- The spirit leaves the body, and comes back to it.
+    release = { "PLAYER_ALIVE " .. HEALTH, dead = false, ghost = true },
+    resurrect = { "PLAYER_ALIVE PLAYER_UNGHOST " .. HEALTH, dead = false, ghost = false, health = world.HALF },
+} do
+    commands[name] = function(play)
+        say(play, deed[1])
+        for field, value in pairs(deed) do
+            play.world[field] = value
+        end
+    end
+end
+
+function commands.event(play, name) say(play, name) end
+
+function commands.health(play, percent)
+    play.world.health = math.floor(world.MAX_HEALTH * percent / 100 + 0.5)
+    say(play, HEALTH)
+end
+
+-- More copper, or with a minus less of it.
+function commands.money(play, copper)
+    play.world.money = play.world.money + copper
+    say(play, "PLAYER_MONEY")
 end
 
 -- Where it plays; before login. Of several clients or rates of pictures each is played in turn.
@@ -54,63 +76,6 @@ function commands.login(play) play:login() end
 function commands.reload(play) play.client:reload() end
 function commands.loading(play, seconds) play.client:loading(seconds) end
 function commands.wait(play, seconds) play.client:wait(seconds) end
-
-local function healthEvents(play)
-    play.client:happen("UNIT_HEALTH", "party1")
-    play.client:happen("UNIT_HEALTH", "player")
-end
-
--- Life and death.
-function commands.health(play, percent)
-    play.world.health = math.floor(world.MAX_HEALTH * percent / 100 + 0.5)
-    healthEvents(play)
-end
-
-function commands.fight(play)
-    play.world.fight = true
-    say(play, "PLAYER_REGEN_DISABLED")
-end
-
-function commands.peace(play)
-    if play.world.fight then
-        play.world.fight = false
-        say(play, "PLAYER_REGEN_ENABLED")
-    end
-end
-
-function commands.die(play)
-    play.world.dead, play.world.feign = true, false
-    healthEvents(play)
-    say(play, "PLAYER_DEAD")
-    commands.peace(play)
-end
-
--- The spirit leaves the body.
-function commands.release(play)
-    play.world.dead, play.world.ghost = false, true
-    say(play, "PLAYER_ALIVE")
-    healthEvents(play)
-end
-
--- With half the health, from body or ghost.
-function commands.resurrect(play)
-    say(play, play.world.ghost and "PLAYER_UNGHOST" or "PLAYER_ALIVE")
-    play.world.dead, play.world.ghost = false, false
-    commands.health(play, 50)
-end
-
--- Death is feigned: the fight ends.
-function commands.feign(play, isOn)
-    play.world.feign = isOn
-    healthEvents(play)
-    commands.peace(play)
-end
-
--- More copper, or with a minus less of it.
-function commands.money(play, copper)
-    play.world.money = play.world.money + copper
-    say(play, "PLAYER_MONEY")
-end
 
 -- Abilities; the bar is bar1 (the page that it shows), bar5 or bar6.
 local function running(play, seconds)
@@ -148,9 +113,8 @@ end
 -- charges BAR SLOT LEFT/MOST recharge SECONDS
 function commands.charges(play, bar, slot, charges, _, seconds)
     local left, most = charges:match("^(%d+)/(%d+)$")
-    ability(play, bar, slot).charges = {
-        left = tonumber(left), most = tonumber(most), start = play.client:serverTime(), recharge = seconds,
-    }
+    local recharge = { left = tonumber(left), most = tonumber(most), start = play.client:serverTime() }
+    ability(play, bar, slot).charges, recharge.recharge = recharge, seconds
     say(play, COOLDOWN)
 end
 
@@ -178,36 +142,29 @@ end
 function commands.type(play, text)
     commands.chat(play, "open")
     play.client:wait(1)
-    play.client:later(function()
-        play.client:enterText(text)
-        play.client.globals.ChatFrame1EditBox:ClearFocus()
-    end)
+    play.client:later(function() play.client:enterText(text) end)
+    commands.chat(play, "close")
     play.client:waitForPicture()
 end
 
--- Sets a control of the options page: on, off, a number, or a drop-down's entry.
-function commands.option(play, name, value)
-    play.client:later(function() options.choose(play.client, name, value) end)
+-- Sets a control of the options page: on, off, a number, or what a drop-down's entry stands for.
+function commands.option(play, title, value)
+    local control, chosen = options.find(play.client, title, value)
+    play.client:later(function() play.client:call(control.set, chosen) end)
     play.client:waitForPicture()
 end
 
-commands["hide-interface"] = function(play)
-    play.client:later(function() play.client.globals.UIParent:Hide() end)
-end
+commands["hide-interface"] = function(play) play.client.globals.UIParent:Hide() end
 
 function commands.resize(play, width, height)
     play:toGlimra(("display %d %d 1"):format(width, height))
     play.client:resize(width, height, play.client.uiScale)
 end
 
-commands["ui-scale"] = function(play, scale)
-    play.client:resize(play.client.width, play.client.height, scale)
-end
+commands["ui-scale"] = function(play, scale) play.client:resize(play.client.width, play.client.height, scale) end
 
 -- The add-on's strip has so many pixels from now on (80).
 function commands.strip(play, width) play.stripWidth = width end
--- Glimra cannot read the strip: what is said may be lost.
-function commands.unread(play, isOn) play.isUnread = isOn end
 
 -- Names this moment, for whoever shows the scenario on a real screen.
 function commands.stage(play, name)
@@ -216,19 +173,19 @@ end
 
 -- What must be so: the chat has shown this since login, * is anything; an option has this value.
 function commands.said(play, text)
-    local pattern = "^" .. text:gsub("[^%w%s*]", "%%%0"):gsub("%*", ".-") .. "$"
+    local pattern = "^Glimra: " .. text:gsub("[^%w%s*]", "%%%0"):gsub("%*", ".-") .. "$"
     for _, line in ipairs(play.client.said) do
-        if line:gsub("^Glimra: ", ""):find(pattern) then
+        if line:find(pattern) then
             return
         end
     end
     play:complain(("the chat does not show \"%s\""):format(text))
 end
 
-function commands.shows(play, name, value)
-    local shown = options.shown(play.client, name)
-    if shown ~= value then
-        play:complain(("the option \"%s\" shows %s, not %s"):format(name, shown, tostring(value)))
+function commands.shows(play, title, value)
+    local control, wanted = options.find(play.client, title, value)
+    if control.get() ~= wanted then
+        play:complain(("the option \"%s\" shows %s"):format(title, tostring(control.get())))
     end
 end
 

@@ -7,49 +7,37 @@ local truth = require "truth"
 
 local scenario = {}
 
+local SWITCH = { on = true, off = false }
+
 local function encoded(character)
     return ("\\x%02x"):format(character:byte())
 end
 
-local function decoded(text)
-    return (text:gsub("\\x(%x%x)", function(digits) return string.char(tonumber(digits, 16)) end))
-end
-
--- These take texts alone; to others a word may be a number, or "on" or "off".
-local TEXTUAL = { option = true, shows = true }
-
--- The words of a step. "..." holds blanks.
-local function split(text)
-    local words = {}
-    for plain, quoted in (text .. ' ""'):gmatch('([^"]*)"([^"]*)"') do
-        for word in plain:gmatch("%S+") do
-            local isSwitch = word == "on" or word == "off"
-            if TEXTUAL[words[1]] or not isSwitch then
-                words[#words + 1] = not TEXTUAL[words[1]] and tonumber(word) or decoded(word)
-            else
-                words[#words + 1] = word == "on"
-            end
-        end
-        words[#words + 1] = decoded(quoted)
+-- A word of a step is a text, a number, or "on" or "off" as a Boolean.
+local function read(word)
+    if SWITCH[word] ~= nil then
+        return SWITCH[word]
     end
-    words[#words] = nil
-    return words
+    return tonumber(word) or (word:gsub("\\x(%x%x)", function(digits) return string.char(tonumber(digits, 16)) end))
 end
 
--- The steps of a scenario; ";" stands between those of one line, and \" \\ \xHH for awkward characters.
+-- The steps of a scenario; ";" stands between those of one line, "..." and '...' hold blanks, \xHH is any character.
 function scenario.parse(text, name)
     local steps, number = {}, 0
     for line in (text .. "\n"):gmatch("(.-)\n") do
         number = number + 1
-        line = line:gsub("^%s*#.*", ""):gsub('\\(["\\])', encoded):gsub('"[^"]*"', function(quoted)
-            return (quoted:gsub(";", encoded))
+        line = line:gsub("^%s*#.*", ""):gsub("([\"'])(.-)%1", function(_, quoted)
+            return (quoted:gsub("[%s;]", encoded))
         end)
         for step in line:gmatch("[^;]+") do
-            local words = split(step)
+            local words = {}
+            for word in step:gmatch("%S+") do
+                words[#words + 1] = read(word)
+            end
             local command = table.remove(words, 1)
             steps[#steps + 1] = {
-                name = command, run = commands[command], values = words, place = name .. ":" .. number,
-                text = step:match("^%s*(.-)%s*$"),
+                name = command, run = commands[command], values = words,
+                place = name .. ":" .. number, text = step:match("^%s*(.-)%s*$"),
             }
         end
     end
@@ -80,10 +68,11 @@ end
 
 -- A play, while it runs and when it is over:
 -- journal:      { time, event } of all that the add-on was told
--- toScreen:     { time, strip } or { time, line }: what came on the screen and what is for Glimra besides
+-- toScreen:     { time, strip }, { time, line } or { time, stage }: what came on the screen and what is besides
 -- beforeStart:  lines for Glimra
 -- eye, history: the frames and messages seen (strip.lua), and what was so (truth.lua)
--- expectations: { values, place, text, time, mark }, to be held against what Glimra did
+-- expectations: { values, place, text, time, mark, first, last }, to be held against what Glimra did; first and last:
+--               which messages of the eye came since the one before
 -- problems:     what was wrong: errors, faulty rows, what the chat has not said
 local Play = { FRONT = 'front "com.blizzard.worldofwarcraft"', MARK = "dump bitmap 0" }
 Play.__index = Play
@@ -93,13 +82,13 @@ function Play:complain(text)
 end
 
 function Play:toGlimra(line)
-    if self.client then
-        self.toScreen[#self.toScreen + 1] = { time = self.client.now, line = line }
-        if line:find("^display") then
-            self.lastShown = nil -- It is black until it is painted again.
-        end
-    else
+    if not self.client then
         self.beforeStart[#self.beforeStart + 1] = line
+        return
+    end
+    self.toScreen[#self.toScreen + 1] = { time = self.client.now, line = line }
+    if line:find("^display") then
+        self.lastShown = nil -- It is black until it is painted again.
     end
 end
 
@@ -108,12 +97,11 @@ function Play:onScreen(time, row)
     if problem and not self.hasFault then
         self:complain(("at %.3f s the strip is faulty: %s"):format(time, problem))
     end
-    local last = self.lastShown
-    self.lastShown, self.hasFault = shown, problem ~= nil
-    self.eye:see(time, shown, row.made, self.isUnread)
-    if not last or last.width ~= shown.width or table.concat(last.cells) ~= table.concat(shown.cells) then
+    if shown ~= self.lastShown then
         self.toScreen[#self.toScreen + 1] = { time = time, strip = shown }
     end
+    self.lastShown, self.hasFault = shown, problem ~= nil
+    self.eye:see(time, shown, row.made)
 end
 
 function Play:login()
@@ -135,6 +123,7 @@ function Play:expect(...)
     end
     self.expectations[#self.expectations + 1] = {
         values = { ... }, place = self.step.place, text = self.step.text, time = now, mark = mark,
+        first = last and last.last + 1 or 1, last = #self.eye.messages,
     }
 end
 
@@ -157,7 +146,7 @@ function scenario.play(steps, folder, variant)
         end
     end
     play.step = nil
-    for _, problem in ipairs(play.client and play.client.errors or {}) do
+    for _, problem in ipairs(play.client.errors) do
         play:complain(problem)
     end
     return play

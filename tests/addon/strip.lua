@@ -5,7 +5,6 @@ local picture = require "client.picture"
 local strip = {}
 
 local CELLS = 11
-local ON = 14
 -- Where no strip is to be seen.
 local NOTHING = { cells = {} }
 for i = 1, CELLS do
@@ -47,79 +46,65 @@ function strip.read(row, width)
     return shown, problem
 end
 
--- For red, green and blue 1 where it is lit, otherwise 0.
-local function channels(cell)
-    local red, green, blue = cell:match("(..)(..)(..)")
-    local function lit(digits) return tonumber(digits, 16) >= ON and 1 or 0 end
-    return lit(red), lit(green), lit(blue)
-end
-
 local function isLit(cell)
-    return math.max(channels(cell)) == 1
+    return cell ~= "000000"
 end
 
-local function prefixOf(cells)
-    local red, green, blue = 0, 0, 0
-    for i = 3, 9 do
-        local r, g, b = channels(cells[i])
-        red, green, blue = red + r, green + g, blue + b
-    end
-    return red > green + blue and "`" or blue > red + green and "[" or green > red + blue and "]"
-        or green < red and red == blue and "{" or blue == green and red < blue and "}" or ""
-end
+-- By the color of the data cells of a confirm frame.
+local PREFIXES = {
+    FF0000 = "`", ["0000FF"] = "[", ["00FF00"] = "]", FF00FF = "{", ["00FFFF"] = "}", FFFFFF = "",
+}
 
 -- One frame: its kind ("announce", "confirm", "void" or "none"), its character and its prefix.
 local function frameOf(cells)
     if not isLit(cells[1]) or not isLit(cells[10]) then
         return { kind = "none" }
     end
-    local value = 0
+    local value, prefix = 0, ""
     for i = 3, 9 do
         value = value * 2 + (isLit(cells[i]) and 1 or 0)
+        prefix = isLit(cells[i]) and PREFIXES[cells[i]] or prefix
     end
     local kind = isLit(cells[2]) and "confirm" or isLit(cells[11]) and "void" or "announce"
-    return { kind = kind, character = string.char(value), prefix = prefixOf(cells) }
+    return { kind = kind, character = string.char(value), prefix = prefix }
 end
 
 local Eye = {}
 Eye.__index = Eye
 
--- An eye that misses nothing. frames: all that were seen, { kind, character, prefix, from, till, pictures, made };
--- messages: { text, announce = frame, confirm = frame, isUnread }.
+-- An eye that misses nothing. frames: all that were seen, { kind, character, prefix, from, till, made, isGame };
+-- messages: { text, announce = frame, confirm = frame }.
 function strip.newEye()
     return setmetatable({ frames = {}, messages = {} }, Eye)
 end
 
--- made: when the picture was painted; isUnread: Glimra may miss it.
-function Eye:see(time, shown, made, isUnread)
-    local key = table.concat(shown.cells)
-    local before = self.frames[#self.frames]
+-- made: when the picture was painted.
+function Eye:see(time, shown, made)
+    local key, before = table.concat(shown.cells), self.frames[#self.frames]
     if before then
         before.till = time
         if before.key == key then
-            before.pictures = before.pictures + 1
             return
         end
     end
-    local frame = frameOf(shown.cells)
-    frame.key, frame.from, frame.till, frame.made, frame.pictures = key, time, time, made, 1
-    frame.isGame = not shown.width
+    local frame, announced = frameOf(shown.cells), self.announced
+    frame.key, frame.from, frame.till, frame.made, frame.isGame = key, time, time, made, not shown.width
     self.frames[#self.frames + 1] = frame
+    if frame.kind == "confirm" and announced and announced.character == frame.character then
+        self.messages[#self.messages + 1] = {
+            text = frame.prefix .. frame.character, announce = announced, confirm = frame,
+        }
+    end
     if frame.kind == "announce" then
         self.announced = frame
     elseif frame.kind == "confirm" then
-        if self.announced and self.announced.character == frame.character then
-            self.messages[#self.messages + 1] = {
-                text = frame.prefix .. frame.character, announce = self.announced, confirm = frame, isUnread = isUnread,
-            }
-        end
         self.announced = nil
     end
 end
 
 -- A message as a scenario writes it.
 function strip.printable(text)
-    return (text:gsub("[%c\\ \"]", function(character)
+    return (text:gsub("[%c\\\"]", function(character)
         return ("\\x%02x"):format(character:byte())
     end))
 end

@@ -2,18 +2,14 @@
 
 local world = require "client.world"
 
-local truth = {}
-
+-- From a prefix to the bar, and how many of its slots come before those of the report.
 local reports = {
     ["`"] = { "bar1", 0 }, ["["] = { "bar1", 6 }, ["]"] = { "bar6", 0 }, ["{"] = { "bar6", 6 }, ["}"] = { "bar5", 0 },
 }
-truth.reports = reports
+local truth = { reports = reports }
 
--- A message claims that a fact is so.
-local claims = {
-    C = { "fight", true }, O = { "fight", false }, D = { "dead", true }, U = { "dead", false },
-    W = { "ghost", true }, V = { "ghost", false }, E = { "chat", true }, e = { "chat", false },
-}
+-- What is over when a message says so.
+local ENDS = { O = "C", U = "D", V = "W", e = "E" }
 
 -- The six slots of a report as a number, the first one worth 32.
 local function slots(w, bar, offset)
@@ -24,12 +20,10 @@ local function slots(w, bar, offset)
     return value
 end
 
--- What is so at this moment, as far as an add-on can know.
+-- What is so at this moment, as far as an add-on can know: from the message, or the prefix, that says so.
 local function factsOf(client)
     local w = client.world
-    local facts = {
-        fight = w.fight or false, dead = w.dead or false, ghost = w.ghost or false, chat = client.focus ~= nil,
-    }
+    local facts = { C = w.fight or false, D = w.dead or false, W = w.ghost or false, E = client.focus ~= nil }
     for prefix, report in pairs(reports) do
         facts[prefix] = slots(w, report[1], report[2])
     end
@@ -37,10 +31,10 @@ local function factsOf(client)
 end
 
 local function agrees(facts, text)
-    if reports[text:sub(1, 1)] and #text == 2 then
+    if #text == 2 then
         return facts[text:sub(1, 1)] == math.floor(text:byte(2) / 2)
     end
-    return not claims[text] or facts[claims[text][1]] == claims[text][2]
+    return facts[ENDS[text] or text] ~= (ENDS[text] ~= nil)
 end
 
 -- For how long a message had not been so any more when it was painted; 0 for a true one. history: { time, facts } each.

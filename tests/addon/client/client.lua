@@ -4,7 +4,6 @@
 -- runs, and the picture is painted. It is on the screen from the end of that time until the next one is. So a picture
 -- that takes long is seen late, and one that is made quickly after it takes its place soon.
 
-local addons = require "client.addons"
 local environment = require "client.environment"
 local kinds = require "client.kinds"
 local picture = require "client.picture"
@@ -163,7 +162,7 @@ local function load(client, isReload)
     client.frameVersion = client.frameVersion + 1
     environment.build(client)
     client.isInWorld = true
-    addons.load(client, client.folder)
+    environment.load(client)
     enter(client, not isReload, isReload)
     if client.kind.old and not isReload then
         client:fire("PLAYER_ALIVE")
@@ -177,7 +176,7 @@ end
 function Client:reload()
     loadingScreen(self, RELOAD_SECONDS, function()
         self:fire("PLAYER_LOGOUT")
-        addons.save(self)
+        environment.save(self)
         self.isInWorld = false
     end, function() load(self, true) end)
 end

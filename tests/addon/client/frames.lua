@@ -1,38 +1,23 @@
--- Frames, textures and edit boxes, as far as add-ons that paint and listen need them. A region is a table with its
--- methods behind it; what the client knows of it stands in its fields.
+-- Frames, textures and edit boxes, as far as add-ons that paint and listen need them: one kind of region, which has the
+-- methods of all three. What the client knows of a region stands in its fields.
 
 local frames = {}
 
-local function places(text)
-    local place, count = {}, 0
-    for word in text:gmatch("%S+") do
-        count = count + 1
-        place[word] = count
-    end
-    return place
-end
-local strata = places "WORLD BACKGROUND LOW MEDIUM HIGH DIALOG FULLSCREEN FULLSCREEN_DIALOG TOOLTIP"
-local layers = places "BACKGROUND BORDER ARTWORK OVERLAY HIGHLIGHT"
-local scripts = places "OnEvent OnUpdate OnShow OnHide OnEditFocusGained OnEditFocusLost"
-
-local function need(condition, text, ...)
-    if not condition then
-        error(text:format(...), 3)
-    end
+local strata = {}
+for name in ("WORLD BACKGROUND LOW MEDIUM HIGH DIALOG FULLSCREEN FULLSCREEN_DIALOG TOOLTIP"):gmatch("%S+") do
+    strata[name], strata[#strata + 1] = #strata, name
 end
 
 local function set(self, field, value)
+    assert(value ~= nil, field)
     self[field] = value
     self.client.frameVersion = self.client.frameVersion + 1
 end
 
-local Region, Texture, Frame, EditBox = {}, {}, {}, {}
+local Region = {}
 
 for method, field in pairs { SetWidth = "width", SetHeight = "height", SetScale = "scale", SetFrameLevel = "level" } do
-    Region[method] = function(self, value)
-        need(type(value) == "number" and value >= 0, "%s: a number is wanted, not %s", method, tostring(value))
-        set(self, field, value)
-    end
+    Region[method] = function(self, value) set(self, field, tonumber(value)) end
 end
 
 -- SetPoint("TOPLEFT" [, relativeTo, "TOPLEFT"], x, y): this client knows no other corner.
@@ -40,59 +25,47 @@ function Region:SetPoint(point, to, toPoint, x, y)
     if type(to) == "number" then
         to, toPoint, x, y = self.parent, point, to, toPoint
     end
-    need(point == "TOPLEFT" and toPoint == point and x and y, "SetPoint: what point is this?")
+    assert(point == "TOPLEFT" and toPoint == point and x and y, "SetPoint: what point is this?")
     set(self, "anchor", { to = to, x = x, y = y })
 end
 
-function Region:ClearAllPoints() set(self, "anchor", nil) end
+function Region:ClearAllPoints() set(self, "anchor", false) end
 function Region:Show() set(self, "isShown", true) end
 function Region:Hide() set(self, "isShown", false) end
-function Region:IsVisible() return self.isShown and (not self.parent or Region.IsVisible(self.parent)) end
+function Region:IsVisible() return self.isShown and (not self.parent or self.parent:IsVisible()) end
 
-function Texture:SetColorTexture(r, g, b, alpha)
-    local name = ("%02X%02X%02X"):format(r * 255, g * 255, b * 255)
-    set(self, "color", { name = name, alpha = alpha or 1 })
+function Region:SetColorTexture(r, g, b, alpha)
+    set(self, "color", { name = ("%02X%02X%02X"):format(r * 255, g * 255, b * 255), alpha = alpha or 1 })
 end
-function Texture:SetTexture(...)
-    need(self.client.kind.old, "SetTexture: a file is wanted")
-    Texture.SetColorTexture(self, ...)
+function Region:SetTexture(...)
+    assert(self.client.kind.old, "SetTexture: a file is wanted")
+    Region.SetColorTexture(self, ...)
 end
 -- Nothing moves by them where edges lie on whole pixels, and where they do not the picture shows it.
-function Texture.SetSnapToPixelGrid() end
-function Texture.SetTexelSnappingBias() end
+function Region.SetSnapToPixelGrid() end
+function Region.SetTexelSnappingBias() end
 
-function Frame.EnableMouse() end
-function Frame:SetFrameStrata(name)
-    need(strata[name], "SetFrameStrata: there is no strata %s", tostring(name))
-    set(self, "strata", strata[name])
-end
+function Region.EnableMouse() end
+function Region:SetFrameStrata(name) set(self, "strata", strata[name]) end
+function Region:CreateTexture() return frames.create(self.client, nil, self) end
 
-function Frame:CreateTexture(_, layer)
-    need(layers[layer], "CreateTexture: there is no layer %s", tostring(layer))
-    local texture = frames.create(self.client, "Texture", nil, self)
-    texture.layer = layers[layer]
-    return texture
-end
-
-function Frame:SetScript(name, script)
-    need(scripts[name], "there is no script %s", tostring(name))
-    self.scripts[name] = script
-end
-
-function Frame:HookScript(name, hook)
+function Region:SetScript(name, script) self.scripts[name] = script end
+function Region:HookScript(name, hook)
     local client, original = self.client, self.scripts[name]
-    Frame.SetScript(self, name, original and function(...)
+    self.scripts[name] = original and function(...)
         client:call(original, ...)
         client:call(hook, ...)
-    end or hook)
+    end or hook
 end
 
 -- unit: the one that is asked for, or nil for any.
-function Frame:RegisterUnitEvent(event, unit)
-    need(self.client.kind.events[event], "RegisterEvent: attempt to register unknown event \"%s\"", tostring(event))
+function Region:RegisterUnitEvent(event, unit)
+    if not self.client.kind.events[event] then
+        error(("RegisterEvent: attempt to register unknown event \"%s\""):format(tostring(event)), 2)
+    end
     self.events[event] = unit or "any"
 end
-function Frame:RegisterEvent(event) Frame.RegisterUnitEvent(self, event) end
+function Region:RegisterEvent(event) Region.RegisterUnitEvent(self, event) end
 
 -- Takes the keyboard from another box, or gives it away.
 local function focus(client, box)
@@ -104,58 +77,32 @@ local function focus(client, box)
         end
     end
 end
-function EditBox:SetFocus() focus(self.client, self) end
-function EditBox:ClearFocus() focus(self.client, self.client.focus ~= self and self.client.focus or nil) end
-function EditBox:AddMessage(text) self.client:say(text) end
+function Region:SetFocus() focus(self.client, self) end
+function Region:ClearFocus() focus(self.client, self.client.focus ~= self and self.client.focus or nil) end
+function Region:AddMessage(text) self.client:say(text) end
 
-local classes = { Texture = { Region, Texture }, Frame = { Region, Frame }, EditBox = { Region, Frame, EditBox } }
-
-function frames.create(client, class, name, parent)
-    need(classes[class], "CreateFrame: there is no frame type %s", tostring(class))
-    -- The class as this kind of client has it.
-    local methods = {}
-    for _, part in ipairs(classes[class]) do
-        for method, run in pairs(part) do
-            methods[method] = not client.kind.lacks[method] and run or nil
+-- The methods that this kind of client has.
+local function methodsOf(kind)
+    if not kind.methods then
+        kind.methods = {}
+        for name, method in pairs(Region) do
+            kind.methods[name] = not kind.lacks[name] and method or nil
         end
     end
+    return kind.methods
+end
+
+function frames.create(client, name, parent)
     local region = setmetatable({
-        client = client, class = class, parent = parent, isShown = true, width = 0, height = 0, scale = 1,
-        strata = parent and parent.strata or strata.MEDIUM, level = parent and (parent.level or 0) + 1 or 0,
+        client = client, parent = parent, isShown = true, width = 0, height = 0, scale = 1,
+        strata = parent and parent.strata or strata.MEDIUM, level = parent and parent.level + 1 or 0,
         scripts = {}, events = {}, order = #client.regions + 1,
-    }, { __index = methods })
+    }, { __index = methodsOf(client.kind) })
     client.regions[region.order] = region
     if name then
         client.globals[name] = region
     end
     return region
-end
-
-function frames.effectiveScale(region)
-    return region.scale * (region.parent and frames.effectiveScale(region.parent) or 1)
-end
-
-local function isPaintedBefore(a, b)
-    for _, field in ipairs { "strata", "level", "layer" } do
-        if a[field] ~= b[field] then
-            return a[field] < b[field]
-        end
-    end
-    return a.order < b.order
-end
-
--- The textures that are to be seen, in the order in which they are painted, the last one on top.
-function frames.visibleTextures(client)
-    local list = {}
-    for _, region in ipairs(client.regions) do
-        if region.color and region.anchor and region:IsVisible() then
-            -- A frame's own change of strata or level counts for its textures, too.
-            region.strata, region.level = region.parent.strata, region.parent.level
-            list[#list + 1] = region
-        end
-    end
-    table.sort(list, isPaintedBefore)
-    return list
 end
 
 return frames

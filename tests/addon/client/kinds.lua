@@ -10,25 +10,20 @@ local events = [[
     READY_CHECK LFG_PROPOSAL_SHOW PARTY_INVITE_REQUEST DUEL_REQUESTED
     PLAYER_SPECIALIZATION_CHANGED ACTIVE_TALENT_GROUP_CHANGED
 ]]
-local newNames = [[
-    C_ActionBar C_EventUtils Settings GetPhysicalScreenSize issecretvalue RegisterUnitEvent SetColorTexture
-    SetSnapToPixelGrid SetTexelSnappingBias LOADING_SCREEN_ENABLED LOADING_SCREEN_DISABLED QUEST_TURNED_IN
-    ACHIEVEMENT_EARNED CHAT_MSG_BN_WHISPER
-]]
-local oldNames = " GetActionCooldown GetActionBarPage GetBonusBarOffset GetScreenResolutions GetCurrentResolution "
+local oldNames = " GetActionCooldown GetActionBarPage GetBonusBarOffset "
 local specializations = " C_SpecializationInfo GetSpecialization PLAYER_SPECIALIZATION_CHANGED "
 
--- interface: its number
--- secrets:   what restricted moments hide is hidden
--- old:       the world's events come without arguments, SetTexture takes a color, an add-on may be out of date
+-- secrets: what restricted moments hide is hidden
+-- old:     the world's events come without arguments, SetTexture takes a color
 local kinds = {
-    retail = { interface = 120100, secrets = true,
-        lacks = oldNames .. "GetActiveTalentGroup ACTIVE_TALENT_GROUP_CHANGED" },
-    mists = { interface = 50504, lacks = oldNames .. "GetActiveTalentGroup" },
-    anniversary = { interface = 20506, lacks = oldNames .. specializations },
+    retail = { secrets = true, lacks = oldNames .. "GetActiveTalentGroup ACTIVE_TALENT_GROUP_CHANGED" },
     -- An older build: what tells a cooldown from the global one is not there yet.
-    era = { interface = 11509, lacks = oldNames .. specializations .. "isActive isOnGCD LFG_PROPOSAL_SHOW" },
-    old = { interface = 30300, old = true, lacks = newNames .. specializations },
+    era = { lacks = oldNames .. specializations .. "isActive isOnGCD LFG_PROPOSAL_SHOW" },
+    old = { old = true, lacks = specializations .. [[
+        C_ActionBar C_EventUtils Settings GetPhysicalScreenSize issecretvalue RegisterUnitEvent SetColorTexture
+        SetSnapToPixelGrid SetTexelSnappingBias LOADING_SCREEN_ENABLED LOADING_SCREEN_DISABLED QUEST_TURNED_IN
+        ACHIEVEMENT_EARNED CHAT_MSG_BN_WHISPER
+    ]] },
 }
 
 for _, kind in pairs(kinds) do

@@ -2,66 +2,44 @@
 
 local options = {}
 
--- client.controls: from the title of a setting to { get, set, kind, choices }
+-- client.controls: from the title of a setting to { kind, get, set, choices }; choices(value)[value] is what it shows.
 function options.functions(client, define)
     client.controls = {}
+    local function create(_, setting, choices)
+        setting.choices, client.controls[setting.title] = choices, setting
+    end
     define("Settings.VarType", { Boolean = "boolean", Number = "number", String = "string" })
     define("Settings.RegisterVerticalLayoutCategory", function(name)
-        return { name = name, GetID = function() return name .. "'s page" end }
+        return { GetID = function() return name .. "'s page" end }
     end)
     define("Settings.RegisterAddOnCategory", function(page) client.page = page end)
     define("Settings.OpenToCategory", function(id)
         assert(id == client.page:GetID(), "there is no such page")
-        client:say("The options show " .. id)
+        client:say("Glimra: The options show " .. id)
     end)
-    define("Settings.RegisterProxySetting", function(_, variable, kind, title, default, get, set)
-        assert(type(variable) == "string" and type(default) == kind and type(get()) == kind and set, "a bad setting")
+    define("Settings.RegisterProxySetting", function(_, _, kind, title, default, get, set)
+        assert(type(default) == kind and type(get()) == kind, "a bad setting")
         return { title = title, kind = kind, get = get, set = set }
     end)
-    local function create(_, setting, choices)
-        setting.choices = choices
-        client.controls[setting.title] = setting
-    end
-    local onOff = { { value = true, label = "on" }, { value = false, label = "off" } }
-    define("Settings.CreateCheckbox", function(page, setting) create(page, setting, function() return onOff end) end)
+    define("Settings.CreateCheckbox", function(page, setting)
+        create(page, setting, function() return { [true] = "on", [false] = "off" } end)
+    end)
     define("Settings.CreateDropdown", create)
     define("Settings.CreateSlider", create)
     define("Settings.CreateSliderOptions", function(least, most)
-        return function(shown) return { tonumber(shown) >= least and tonumber(shown) <= most and
-            { value = tonumber(shown), label = tostring(shown) } or nil } end
+        return function(value) return { [value] = value >= least and value <= most and value or nil } end
     end)
     define("Settings.CreateControlTextContainer", function()
         local list = {}
-        return {
-            Add = function(_, value, label) list[#list + 1] = { value = value, label = label } end,
-            GetData = function() return list end,
-        }
+        return { Add = function(_, value, label) list[value] = label end, GetData = function() return list end }
     end)
 end
 
--- An option, and the entry of its choices that has this value in this field, or the one that is chosen.
-local function find(client, title, field, wanted)
+-- An option, with a value as this kind of option has it; it has to be one that the player could choose.
+function options.find(client, title, value)
     local control = client.controls[title] or error("no page has an option \"" .. title .. "\"", 0)
-    if wanted == nil then
-        wanted = control.get()
-    end
-    for _, entry in ipairs(control.choices(wanted)) do
-        if entry[field] == wanted then
-            return control, entry
-        end
-    end
-    error(("\"%s\" has no choice \"%s\""):format(title, tostring(wanted)), 0)
-end
-
--- What the player sees of an option: "on", "off", a number, or the label of a drop-down's entry.
-function options.shown(client, title)
-    return select(2, find(client, title, "value")).label
-end
-
--- Sets an option as the player does, by what is to be seen.
-function options.choose(client, title, shown)
-    local control, entry = find(client, title, "label", shown)
-    client:call(control.set, entry.value)
+    value = control.kind == "string" and tostring(value) or value
+    return control.choices(value)[value] and control or error(title .. " cannot be " .. tostring(value), 0), value
 end
 
 return options

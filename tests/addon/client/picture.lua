@@ -1,7 +1,5 @@
 -- The top rows of a picture, as the client's textures make them.
 
-local frames = require "client.frames"
-
 local picture = {}
 
 -- A color has to fill so many rows of pixels.
@@ -14,29 +12,35 @@ local function whole(value)
     return math.abs(value - nearest) < EXACT and nearest or value
 end
 
+local function effectiveScale(region)
+    return region.scale * (region.parent and effectiveScale(region.parent) or 1)
+end
+
 -- A region's top left corner, in pixels from that of the screen, and how many pixels its unit is.
 local function cornerOf(client, region)
     local left, top, anchor = 0, 0, region.anchor
     if anchor.to then
         left, top = cornerOf(client, anchor.to)
     end
-    local pixels = frames.effectiveScale(region) * client.height / 768
+    local pixels = effectiveScale(region) * client.height / 768
     return left + anchor.x * pixels, top - anchor.y * pixels, pixels
 end
 
--- What the textures lay on the rows: spans of color, the last on top.
+-- What the textures lay on the rows: spans of color, the last on top. A texture lies where its frame does.
 local function spansOf(client)
     local spans = {}
-    for _, texture in ipairs(frames.visibleTextures(client)) do
-        local left, top, pixels = cornerOf(client, texture)
-        local bottom, color = whole(top + texture.height * pixels), texture.color
-        if bottom > 0 and top < ROWS then
-            spans[#spans + 1] = {
+    for _, texture in ipairs(client.regions) do
+        if texture.color and texture.anchor and texture:IsVisible() then
+            local left, top, pixels = cornerOf(client, texture)
+            local bottom, color, frame = whole(top + texture.height * pixels), texture.color, texture.parent
+            spans[#spans + 1] = bottom > 0 and top < ROWS and {
                 left = whole(left), right = whole(left + texture.width * pixels), name = color.name,
                 isWhole = color.alpha == 1 and whole(top) <= 0 and bottom >= ROWS,
-            }
+                depth = (frame.strata * 1000 + frame.level) * 10000 + texture.order,
+            } or nil
         end
     end
+    table.sort(spans, function(a, b) return a.depth < b.depth end)
     return spans
 end
 

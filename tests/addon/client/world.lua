@@ -1,8 +1,6 @@
 -- The player's character and its action bars: their state, and the functions by which an add-on asks about them.
 
-local secrets = require "client.secrets"
-
-local world = { MAX_HEALTH = 24310 }
+local world = { MAX_HEALTH = 24310, HALF = 12155 }
 
 local BARS = { bar6 = 60, bar5 = 48 }
 -- What takes bar 1, the most important first: the page, and the names of the functions that tell of it.
@@ -21,9 +19,16 @@ function world.new(client)
     }
 end
 
+-- A secret value: what the game lets an add-on carry about and ask `issecretvalue` about, but not look at. The only
+-- userdata that an add-on meets; not noticed are tests for truth, equality with another type and use as a table key.
+local secret = newproxy(true)
+for name in ("add sub mul div mod pow unm eq lt le concat len index newindex call"):gmatch("%a+") do
+    getmetatable(secret)["__" .. name] = function() error("attempt to use a secret value", 2) end
+end
+
 -- Health and cooldowns are hidden in fights, where the client hides anything.
 local function hide(w, value)
-    return w.client.kind.secrets and w.fight and secrets.new() or value
+    return w.client.kind.secrets and w.fight and newproxy(secret) or value
 end
 
 local function bonusOffset(w)
@@ -130,6 +135,7 @@ function world.functions(client, define)
         end
     end
     abilities(w, define)
+    define("issecretvalue", function(value) return type(value) == "userdata" end)
     define("GetBonusBarOffset", function() return bonusOffset(w) end)
     define("C_ActionBar.HasBonusActionBar", function() return w.bonus > 0 end)
     define("C_ActionBar.GetBonusBarIndex", function() return 6 + w.bonus end)
