@@ -1,6 +1,7 @@
 #include "desktop/windows/keyboard_view.h"
 #include "support/eventually.h"
 
+#include <QAccessible>
 #include <QImage>
 #include <QPaintEvent>
 #include <QTest>
@@ -19,7 +20,7 @@ constexpr platform::KeyName kEnter = 0x1C;
 constexpr platform::KeyName kLogo = 0xFFFF1;
 
 QRectF placeOf(platform::KeyName keyName, const QSize& size) {
-    return KeyboardPainter(QRect({}, size), {}, {}).faceOfKey(*keyboards::keyIndex(keyName));
+    return KeyboardPainter(size, 1.0, {}, {}, KeyLook::Lit).capOfKey(*keyboards::keyIndex(keyName));
 }
 
 /// What a view painted, and how often its timers woke it.
@@ -80,55 +81,77 @@ TEST(KeyboardViewTest, OnlyWhatChangesIsPaintedACallStormOnceAndAStillKeyboardCo
     EXPECT_TRUE(comesToRest());
 }
 
-TEST(KeyboardViewTest, KeysStandInTheirPlacesAtEverySizeInTheirOwnColours) {
+TEST(KeyboardViewTest, APaintedKeyHasTheVeryColorAtEverySize) {
     keyboards::KeyColors colors{};
     for (std::size_t i = 0; i < colors.size(); ++i)
         colors[i] = {static_cast<std::uint8_t>(255 - 2 * i), static_cast<std::uint8_t>(2 * i), 90};
-    const KeyboardTheme theme = KeyboardTheme::forBackground(Qt::black);
-    for (const QSize size : {QSize(480, 180), QSize(960, 373), QSize(1000, 900), QSize(2400, 900)}) {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::black);
-        const KeyboardPainter keyboard(image.rect(), theme, {});
-        QPainter painter(&image);
-        keyboard.paintBody(painter);
-        keyboard.paintKeys(painter, image.rect(), colors);
-        for (std::size_t i = 0; i < colors.size(); ++i) {
-            const QRectF face = keyboard.faceOfKey(i);
-            EXPECT_TRUE(QRectF(image.rect()).contains(face));
-            // Beside the legend, off the rounded corners.
-            const QColor pixel = image.pixelColor(QPointF(face.center().x(), face.bottom() - 2).toPoint());
-            const QColor expected = KeyboardPainter::litCap(theme.cap, colors[i]);
-            EXPECT_LT(std::abs(pixel.red() - expected.red()) + std::abs(pixel.green() - expected.green()) +
-                          std::abs(pixel.blue() - expected.blue()),
-                      60)
-                << "key " << lighting::kKeyboardLayout[i].legend << " at " << size.width();
+    for (const double ratio : {1.0, 1.25, 2.0})
+        for (const QSize size : {QSize(480, 180), QSize(1000, 900), QSize(1600, 600)}) {
+            QImage image((QSizeF(size) * ratio).toSize(), QImage::Format_RGB32);
+            image.setDevicePixelRatio(ratio);
+            KeyboardPainter keyboard(size, ratio, KeyboardTheme::forBackground(Qt::black), {},
+                                     KeyLook::Painted);
+            QPainter painter(&image);
+            keyboard.paint(painter, QRect({}, size), colors);
+            for (std::size_t i = 0; i < colors.size(); ++i) {
+                const QRectF cap = keyboard.capOfKey(i);
+                // Beside the legend, off the rounded corners.
+                const QPointF place(cap.center().x(), cap.bottom() - 2);
+                EXPECT_EQ(image.pixel((place * ratio).toPoint()),
+                          qRgb(colors[i].red, colors[i].green, colors[i].blue))
+                    << "key " << lighting::kKeyboardLayout[i].legend << " at " << size.width();
+                EXPECT_EQ(keyboard.keyAt(place), i);
+            }
         }
-    }
     // The layout counts upwards: F1 stands above A, and Esc left of both.
     const QSize size(960, 373);
     EXPECT_LT(placeOf(0x3B, size).bottom(), placeOf(0x1E, size).top());
     EXPECT_LT(placeOf(0x01, size).right(), placeOf(0x3B, size).left());
 }
 
-TEST(KeyboardViewTest, LegendsAreReadableOnEveryColour) {
+TEST(KeyboardViewTest, UntilTheKeyboardIsLitItShowsAProfileDimmed) {
+    platform::Time now = 1h;
+    keyboards::VirtualKeyboard keyboard([&] { return now; });
+    keyboard.LogiLedInit();
+    KeyboardView view(keyboard, [&] { return now; });
+    view.resize(view.sizeHint());
+    view.show();
+    keyboards::KeyColors profile{};
+    profile.fill({240, 80, 0});
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
+    view.showUntilLit(profile);
+    EXPECT_EQ(view.shownColors()[0], (keyboards::Rgb{90, 30, 0}));
+    keyboard.LogiLedSetLighting(0, 0, 100);
+    EXPECT_TRUE(eventually([&] { return view.shownColors()[0] == keyboards::Rgb{0, 0, 255}; }));
+    keyboard.LogiLedSetLighting(0, 0, 0);
+    EXPECT_TRUE(eventually([&] { return view.shownColors()[0] == keyboards::Rgb{}; })) << "that is black";
+    keyboard.LogiLedSetLightingForKeyWithKeyName(kEnter, 100, 0, 0);
+    EXPECT_TRUE(eventually([&] { return view.shownColors()[*keyboards::keyIndex(kEnter)].red == 255; }));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->text(QAccessible::Description),
+              "red: Enter; black: all others");
+}
+
+TEST(KeyboardViewTest, LegendsAreReadableOnEveryColor) {
     const auto luminance = [](const QColor& color) {
         const auto linear = [](double value) {
             return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
         };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+        return 0.05 + 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
                0.0722 * linear(color.blueF());
     };
-    for (const QColor& background : {QColor(Qt::black), QColor(Qt::white)}) {
-        const QColor cap = KeyboardTheme::forBackground(background).cap;
-        for (int color = 0; color < 16 * 16 * 16; ++color) {
-            const auto channel = [color](int shift) {
-                return static_cast<std::uint8_t>((color >> shift & 0xF) * 17);
-            };
-            const QColor face = KeyboardPainter::litCap(cap, {channel(8), channel(4), channel(0)});
-            const double one = luminance(face) + 0.05;
-            const double other = luminance(KeyboardPainter::legendOn(face)) + 0.05;
-            EXPECT_GE(std::max(one, other) / std::min(one, other), 4.2) << face.name().toStdString();
-        }
+    const KeyboardTheme theme = KeyboardTheme::forBackground(Qt::black);
+    for (int color = 0; color < 16 * 16 * 16; ++color) {
+        const auto channel = [color](int shift) {
+            return static_cast<std::uint8_t>((color >> shift & 0xF) * 17);
+        };
+        const keyboards::Rgb light{channel(8), channel(4), channel(0)};
+        const QColor face(light.red, light.green, light.blue);
+        const double onFace = luminance(KeyboardPainter::legendOn(face)) / luminance(face);
+        EXPECT_GE(std::max(onFace, 1 / onFace), 4.5) << face.name().toStdString();
+        EXPECT_GE(luminance(KeyboardPainter::litLegend(theme, light)) /
+                      luminance(KeyboardPainter::litCap(theme, light)),
+                  4.5)
+            << face.name().toStdString();
     }
 }
 

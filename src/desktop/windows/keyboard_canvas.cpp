@@ -10,6 +10,7 @@
 #include <QToolTip>
 
 #include <cmath>
+#include <utility>
 
 namespace glimra::desktop {
 
@@ -17,7 +18,7 @@ using lighting::kKeyboardLayout;
 
 namespace {
 
-/// Points of the layout between two places where a drag is tested; less than the narrowest key.
+/// Points between two places where a drag is tested; less than the narrowest key.
 constexpr double kDragStep = 4.0;
 
 QPointF centerOf(std::size_t index) {
@@ -27,7 +28,7 @@ QPointF centerOf(std::size_t index) {
 
 } // namespace
 
-KeyboardCanvas::KeyboardCanvas(QWidget* parent) : QWidget(parent), m_painter({}, {}, {}) {
+KeyboardCanvas::KeyboardCanvas(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -59,7 +60,7 @@ void KeyboardCanvas::redraw() {
 QRectF KeyboardCanvas::faceOfKey(lighting::KeyCode code) const {
     for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
         if (kKeyboardLayout[index].code == code)
-            return m_painter.faceOfKey(index);
+            return m_painter.capOfKey(index);
     return {};
 }
 
@@ -70,8 +71,15 @@ void KeyboardCanvas::mousePressEvent(QMouseEvent* event) {
         rightPressed(*key);
     if (event->button() != Qt::LeftButton || !pressed)
         return;
-    m_lastPoint = m_painter.toLayout(event->position());
-    pressed(*m_lastPoint);
+    m_lastPoint = event->position();
+    if (const Index key = keyAt(event->position()))
+        focusKey(*key);
+    pressed(placeOf(event->position()));
+}
+
+QPointF KeyboardCanvas::placeOf(const QPointF& point) const {
+    const Index key = keyAt(point);
+    return key ? centerOf(*key) : m_painter.toLayout(point);
 }
 
 void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
@@ -82,15 +90,14 @@ void KeyboardCanvas::mouseMoveEvent(QMouseEvent* event) {
     dragTo(event->position());
 }
 
-void KeyboardCanvas::dragTo(const QPointF& point) {
-    const QPointF target = m_painter.toLayout(point);
+void KeyboardCanvas::dragTo(const QPointF& target) {
     if (!m_lastPoint || !dragged || target == *m_lastPoint)
         return;
     const QPointF way = target - *m_lastPoint;
     // A quick hand leaves keys out between two events; the way between is painted too.
     const int steps = std::max(1, static_cast<int>(std::ceil(std::hypot(way.x(), way.y()) / kDragStep)));
     for (int i = 1; i <= steps; ++i)
-        dragged(*m_lastPoint + way * i / steps);
+        dragged(placeOf(*m_lastPoint + way * i / steps));
     m_lastPoint = target;
 }
 
@@ -108,11 +115,7 @@ void KeyboardCanvas::leaveEvent(QEvent* event) {
 }
 
 KeyboardCanvas::Index KeyboardCanvas::keyAt(const QPointF& point) const {
-    const QPointF place = m_painter.toLayout(point);
-    for (std::size_t index = 0; index < kKeyboardLayout.size(); ++index)
-        if (kKeyboardLayout[index].contains(place.x(), place.y()))
-            return index;
-    return std::nullopt;
+    return m_painter.keyAt(point);
 }
 
 void KeyboardCanvas::setHovered(Index key) {
@@ -129,7 +132,7 @@ bool KeyboardCanvas::event(QEvent* event) {
         const auto* const help = static_cast<QHelpEvent*>(event);
         if (const Index key = keyAt(help->pos()))
             QToolTip::showText(help->globalPos(), nameOfKey(*key), this,
-                               m_painter.faceOfKey(*key).toAlignedRect());
+                               m_painter.capOfKey(*key).toAlignedRect());
         else
             QToolTip::hideText();
         return true;
@@ -227,30 +230,27 @@ void KeyboardCanvas::focusOutEvent(QFocusEvent* event) {
 // ---- drawing
 
 void KeyboardCanvas::paintEvent(QPaintEvent* event) {
-    const double ratio = devicePixelRatioF();
-    if (m_body.isNull() || m_body.devicePixelRatio() != ratio) {
-        m_body = QPixmap(size() * ratio);
-        m_body.setDevicePixelRatio(ratio);
-        m_body.fill(Qt::transparent);
-        QPainter body(&m_body);
-        m_painter.paintBody(body);
-    }
+    if (m_painter.pixelRatio() != devicePixelRatioF())
+        prepareDrawing();
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    painter.drawPixmap(0, 0, m_body);
-    m_painter.paintKeys(painter, event->region(), m_colors);
+    m_painter.paint(painter, event->region(), m_colors);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_hovered)
-        paintMark(painter, *m_hovered, Qt::white, 1.5);
+        paintMark(painter, *m_hovered, 1.5);
     if (hasFocus())
-        paintMark(painter, m_focused, palette().color(QPalette::Highlight), 2.5);
+        paintMark(painter, m_focused, 3.0);
 }
 
-void KeyboardCanvas::paintMark(QPainter& painter, std::size_t index, const QColor& color,
-                               double width) const {
+void KeyboardCanvas::paintMark(QPainter& painter, std::size_t index, double width) const {
+    // Of a light and a dark line, one stands out from any color.
+    const QRectF cap = m_painter.capOfKey(index);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, width));
-    painter.drawRoundedRect(m_painter.faceOfKey(index).adjusted(-2, -2, 2, 2), 5, 5);
+    for (const auto& [color, inset] :
+         {std::pair(QColor("#0c0d0f"), width * 1.5), {QColor("#ffffff"), width * 0.5}}) {
+        painter.setPen(QPen(color, width));
+        painter.drawRoundedRect(cap.adjusted(inset, inset, -inset, -inset), 4, 4);
+    }
 }
 
 void KeyboardCanvas::resizeEvent(QResizeEvent* event) {
@@ -265,9 +265,9 @@ void KeyboardCanvas::changeEvent(QEvent* event) {
 }
 
 void KeyboardCanvas::prepareDrawing() {
-    m_painter =
-        KeyboardPainter(rect(), KeyboardTheme::forBackground(palette().color(QPalette::Window)), font());
-    m_body = {};
+    m_painter = KeyboardPainter(size(), devicePixelRatioF(),
+                                KeyboardTheme::forBackground(palette().color(QPalette::Window)), font(),
+                                KeyLook::Painted);
     update();
 }
 

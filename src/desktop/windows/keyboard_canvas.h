@@ -3,7 +3,6 @@
 #include "app/color_painter.h"
 #include "desktop/windows/keyboard_painter.h"
 
-#include <QPixmap>
 #include <QWidget>
 
 #include <functional>
@@ -43,7 +42,7 @@ public:
 
     // Keys by their place in the layout.
     using Index = std::optional<std::size_t>;
-    QRectF faceAt(std::size_t index) const { return m_painter.faceOfKey(index); }
+    QRectF faceAt(std::size_t index) const { return m_painter.capOfKey(index); }
     /// The key at a point of the widget.
     Index keyAt(const QPointF& point) const;
     /// What a key is called, and its colour.
@@ -76,12 +75,13 @@ private:
     void moveFocus(int dx, int dy);
     void sayFocus();
     void prepareDrawing();
-    void paintMark(QPainter& painter, std::size_t index, const QColor& color, double width) const;
+    /// Where the application must be told of a point: that point, or the key whose cap it is on.
+    QPointF placeOf(const QPointF& point) const;
+    void paintMark(QPainter& painter, std::size_t index, double width) const;
 
     Source m_source;
     keyboards::KeyColors m_colors{};
     KeyboardPainter m_painter;
-    QPixmap m_body;
 
     Index m_hovered;
     std::size_t m_focused = 0;

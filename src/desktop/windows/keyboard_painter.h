@@ -1,65 +1,92 @@
 #pragma once
 
+#include "desktop/windows/key_lights.h"
 #include "keyboards/model/keyboard_model.h"
 
 #include <QColor>
 #include <QFont>
+#include <QImage>
 #include <QPainter>
 #include <QRectF>
 #include <QTransform>
 
 #include <array>
+#include <optional>
 
 namespace glimra::desktop {
 
 /// What surrounds the light: the parts of the keyboard that do not shine.
 struct KeyboardTheme {
+    /// What lies around the keyboard.
+    QColor background;
     QColor bodyTop;
     QColor bodyBottom;
     QColor edge;
     QColor deck;
     QColor cap;
+    /// A legend without light.
+    QColor legend;
 
     /// The theme that goes with a window's background.
     static KeyboardTheme forBackground(const QColor& background);
 };
 
-/// Draws the keyboard at one size: `lighting::kKeyboardLayout` with a body around it. A value: what it draws
-/// depends on nothing but how it was made and the colours given.
+/// How a key shows its color.
+enum class KeyLook {
+    Lit,     ///< as on a desk in the evening: a dark cap, a legend that shines, a halo around
+    Painted, ///< the whole cap in the very color, so that it can be compared with a swatch
+};
+
+/// Draws the keyboard at one size: `lighting::kKeyboardLayout` with a body around it. All that does not
+/// depend on colors is drawn once, when it is made; then a key costs the pixels that its light reaches. A
+/// value.
 class KeyboardPainter {
 public:
     /// Width by height of the drawing.
     static double aspectRatio();
 
-    /// Draws into the largest rectangle of the right shape in the middle of `area`, the legends in `font` at
-    /// sizes that fit.
-    KeyboardPainter(const QRectF& area, const KeyboardTheme& theme, const QFont& font);
+    KeyboardPainter() = default;
+    /// Draws into the largest rectangle of the right shape in the middle of `size`, the legends in `font` at
+    /// sizes that fit. `pixelRatio` is the number of pixels in a point of `size`.
+    KeyboardPainter(const QSize& size, double pixelRatio, const KeyboardTheme& theme, const QFont& font,
+                    KeyLook look);
 
-    /// The body, without keys.
-    void paintBody(QPainter& painter) const;
-    /// The keys that reach into `exposed`, with their light on the body. What lies outside of it has to be
-    /// clipped by the caller.
-    void paintKeys(QPainter& painter, const QRegion& exposed, const keyboards::KeyColors& colors) const;
+    double pixelRatio() const { return m_pixelRatio; }
+    /// Draws what lies in `exposed`. What lies outside of it has to be clipped by the caller.
+    void paint(QPainter& painter, const QRegion& exposed, const keyboards::KeyColors& colors);
 
-    /// Where anything can look different when the key at this place of the layout changes its colour.
+    // In points of `size`.
+    /// Where anything can look different when the key at this place of the layout changes its color.
     QRect reachOfKey(std::size_t index) const;
+    /// What is seen of a key: its cap.
+    QRectF capOfKey(std::size_t index) const;
+    std::optional<std::size_t> keyAt(const QPointF& point) const;
     /// A point of the drawing in the layout's own coordinates, y upwards.
     QPointF toLayout(const QPointF& point) const;
-    /// Where the key's rectangle of the layout is.
-    QRectF faceOfKey(std::size_t index) const;
 
-    /// What a cap looks like under a light, and the colour in which its legend is readable on it.
-    static QColor litCap(const QColor& cap, keyboards::Rgb light);
+    /// The color, of two, in which a text is readable on `face`.
     static QColor legendOn(const QColor& face);
+    /// What a cap that has `theme.cap` shows under a light, and its legend, both in the look of light.
+    static QColor litCap(const KeyboardTheme& theme, keyboards::Rgb light);
+    static QColor litLegend(const KeyboardTheme& theme, keyboards::Rgb light);
 
 private:
-    void paintGlow(QPainter& painter, std::size_t index, keyboards::Rgb light) const;
-    void paintCap(QPainter& painter, std::size_t index, keyboards::Rgb light) const;
-    void paintLegend(QPainter& painter, std::size_t index, keyboards::Rgb light) const;
+    void drawBody(QPainter& painter, const KeyboardTheme& theme) const;
+    void drawCap(QPainter& painter, std::size_t index, const KeyboardTheme& theme) const;
+    /// `fromPixels` leads from the picture's pixels to where the painter shall draw them.
+    void drawLegend(QPainter& painter, std::size_t index, const QColor& color,
+                    const QTransform& fromPixels) const;
+    KeyLight lightOf(std::size_t index, const QImage& caps) const;
+    QTransform toPoints() const;
 
-    QTransform m_toView;
-    KeyboardTheme m_theme;
+    double m_pixelRatio = 1.0;
+    KeyLook m_look = KeyLook::Lit;
+    /// From the layout with y downwards to pixels.
+    QTransform m_toPixels;
     std::array<QFont, keyboards::kKeyCount> m_legendFonts;
+    KeyLights m_lights;
+    QImage m_dark;
+    QImage m_picture;
 };
 
 } // namespace glimra::desktop

@@ -1,10 +1,13 @@
 #include "desktop/windows/keyboard_view.h"
 
+#include "desktop/windows/keyboard_view_accessible.h"
+
 #include <QPaintEvent>
 #include <QTimerEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace glimra::desktop {
 
@@ -14,11 +17,12 @@ KeyboardView::KeyboardView(keyboards::VirtualKeyboard& keyboard, std::function<T
     : QWidget(parent),
       m_keyboard(keyboard),
       m_now(std::move(now)),
-      m_painter({}, {}, {}) {
+      m_visibility(*this, [this] { takeColors(); }) {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setAccessibleName("Keyboard");
+    installKeyboardViewAccessible();
     // Effects go on by themselves, but only a call can wake a keyboard that stands still. One call may be
     // the first of a hundred; the next frame shows them all.
     m_keyboard.changed.observe([this] { scheduleAt(m_colorsTakenAt + keyboards::kFrame); });
@@ -36,12 +40,23 @@ int KeyboardView::heightForWidth(int width) const {
     return static_cast<int>(std::lround(width / KeyboardPainter::aspectRatio()));
 }
 
+void KeyboardView::showUntilLit(const keyboards::KeyColors& colors) {
+    constexpr int kDimmed = 3; // of 8
+    m_untilLit = colors;
+    for (keyboards::Rgb& color : *m_untilLit)
+        for (std::uint8_t* channel : {&color.red, &color.green, &color.blue})
+            *channel = static_cast<std::uint8_t>(*channel * kDimmed / 8);
+    takeColors();
+}
+
 void KeyboardView::paintEvent(QPaintEvent* event) {
-    paintBodyOnce();
+    if (std::exchange(m_isOutdated, false) || m_painter.pixelRatio() != devicePixelRatioF())
+        m_painter = KeyboardPainter(size(), devicePixelRatioF(),
+                                    KeyboardTheme::forBackground(palette().color(QPalette::Window)), font(),
+                                    KeyLook::Lit);
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    painter.drawPixmap(0, 0, m_body);
-    m_painter.paintKeys(painter, event->region(), m_colors);
+    m_painter.paint(painter, event->region(), m_colors);
 }
 
 void KeyboardView::resizeEvent(QResizeEvent* event) {
@@ -73,8 +88,10 @@ void KeyboardView::timerEvent(QTimerEvent* event) {
 }
 
 void KeyboardView::takeColors() {
+    if (!m_visibility.isSeen())
+        return;
     m_colorsTakenAt = m_now();
-    const keyboards::KeyColors colors = m_keyboard.model().colorsAt(m_colorsTakenAt);
+    const keyboards::KeyColors colors = colorsToShow(m_colorsTakenAt);
     for (std::size_t index = 0; index < colors.size(); ++index)
         if (colors[index] != m_colors[index])
             update(m_painter.reachOfKey(index));
@@ -84,7 +101,7 @@ void KeyboardView::takeColors() {
 }
 
 void KeyboardView::scheduleAt(Time moment) {
-    if (!isVisible() || (m_timer.isActive() && m_timerDue <= moment))
+    if (!m_visibility.isSeen() || (m_timer.isActive() && m_timerDue <= moment))
         return;
     m_timerDue = moment;
     const auto delay = std::chrono::ceil<std::chrono::milliseconds>(moment - m_now());
@@ -92,22 +109,17 @@ void KeyboardView::scheduleAt(Time moment) {
     m_timer.start(static_cast<int>(std::clamp(delay, {}, kLongest).count()), Qt::PreciseTimer, this);
 }
 
-void KeyboardView::prepareDrawing() {
-    m_painter =
-        KeyboardPainter(rect(), KeyboardTheme::forBackground(palette().color(QPalette::Window)), font());
-    m_body = {};
-    update();
+keyboards::KeyColors KeyboardView::colorsToShow(Time now) {
+    const keyboards::KeyColors colors = m_keyboard.model().colorsAt(now);
+    if (m_untilLit && colors == keyboards::KeyColors{})
+        return *m_untilLit;
+    m_untilLit.reset();
+    return colors;
 }
 
-void KeyboardView::paintBodyOnce() {
-    const double ratio = devicePixelRatioF();
-    if (!m_body.isNull() && m_body.devicePixelRatio() == ratio)
-        return;
-    m_body = QPixmap(size() * ratio);
-    m_body.setDevicePixelRatio(ratio);
-    m_body.fill(Qt::transparent);
-    QPainter painter(&m_body);
-    m_painter.paintBody(painter);
+void KeyboardView::prepareDrawing() {
+    m_isOutdated = true;
+    update();
 }
 
 } // namespace glimra::desktop

@@ -1,18 +1,20 @@
 #pragma once
 
 #include "desktop/windows/keyboard_painter.h"
+#include "desktop/windows/window_visibility.h"
 #include "keyboards/virtual_keyboard.h"
 
 #include <QBasicTimer>
-#include <QPixmap>
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 namespace glimra::desktop {
 
-/// A live view of the virtual keyboard. Repaints the keys whose colours have changed, at most once in
-/// `keyboards::kFrame`; while the colours stand still, or nobody can see it, it does nothing at all.
+/// A live view of the virtual keyboard. Repaints the keys whose colors have changed, at most once in
+/// `keyboards::kFrame`; while the colors stand still, or nobody can see it (hidden, minimized, on another
+/// workspace, behind other windows), it does nothing at all.
 class KeyboardView final : public QWidget {
 public:
     /// `now` is the clock that the keyboard's effects run by. No call may reach `keyboard` after the view is
@@ -20,7 +22,12 @@ public:
     KeyboardView(keyboards::VirtualKeyboard& keyboard, std::function<keyboards::Time()> now,
                  QWidget* parent = nullptr);
 
-    /// The colours that it shows, or will show once painting comes round.
+    /// Shows these colors, dimmed, as long as nothing has been lit yet, in place of a dark keyboard.
+    void showUntilLit(const keyboards::KeyColors& colors);
+    /// Whether the keyboard has been lit since the view was made.
+    bool hasBeenLit() const { return !m_untilLit; }
+
+    /// The colors that it shows, or will show once painting comes round.
     const keyboards::KeyColors& shownColors() const { return m_colors; }
 
     QSize sizeHint() const override;
@@ -40,7 +47,7 @@ private:
     void takeColors();
     void scheduleAt(keyboards::Time moment);
     void prepareDrawing();
-    void paintBodyOnce();
+    keyboards::KeyColors colorsToShow(keyboards::Time now);
 
     keyboards::VirtualKeyboard& m_keyboard;
     std::function<keyboards::Time()> m_now;
@@ -51,8 +58,9 @@ private:
     keyboards::Time m_timerDue{};
 
     KeyboardPainter m_painter;
-    /// The body at the view's size and resolution; null until it is painted.
-    QPixmap m_body;
+    bool m_isOutdated = true;
+    std::optional<keyboards::KeyColors> m_untilLit;
+    WindowVisibility m_visibility;
 };
 
 } // namespace glimra::desktop

@@ -40,7 +40,8 @@ void raise(QWidget* card) {
 } // namespace
 
 MainWindow::MainWindow(const Parts& parts)
-    : m_names(parts.userDefaults),
+    : m_keyboard(parts.keyboard),
+      m_names(parts.userDefaults),
       m_demonstration(parts.demonstration),
       m_watch(withDemonstration(parts.watch, m_demonstration)),
       m_calibration({parts.window, parts.demonstration.delegate, parts.binder, m_watch,
@@ -63,6 +64,11 @@ MainWindow::MainWindow(const Parts& parts)
     QWidget::setTabOrder(widget(kTabOrder.front()), widget(kTabOrder.back()));
     for (std::size_t i = 1; i < kTabOrder.size(); ++i)
         QWidget::setTabOrder(widget(kTabOrder[i - 1]), widget(kTabOrder[i]));
+    m_watch.seen.observe(
+        [this, &lighting = parts.watch.delegate.state().lighting](const StatusSnapshot& now) {
+            if (!now.isLit)
+                showProfileUntilLit(lighting);
+        });
     auto* const log = dynamic_cast<LogView*>(widget("myTextScroll"));
     log->setFrameShape(QFrame::NoFrame);
     parts.binder.setCommand("copyLog", [log] { log->copyAll(); });
@@ -73,6 +79,15 @@ MainWindow::MainWindow(const Parts& parts)
     m_demonstration.state.changed.observe([this](Demonstration::State) { m_watch.look(); });
     dynamic_cast<PageScroll*>(widget("page"))->fitContent();
     parts.addon.refreshFindings();
+}
+
+void MainWindow::showProfileUntilLit(const lighting::LightingState& lighting) {
+    keyboards::KeyColors colors{};
+    if (lighting.profileInMemory != 0)
+        for (std::size_t index = 0; index < colors.size(); ++index)
+            colors[index] = lighting::toRgb(lighting::mappedColor(
+                lighting.keyboardColorSet, lighting.keyToColorMap, lighting::kKeyboardLayout[index].code));
+    m_keyboard.showUntilLit(colors);
 }
 
 } // namespace glimra::desktop

@@ -4,6 +4,7 @@
 #include "desktop/windows/calibration_hint.h"
 #include "desktop/windows/demonstration.h"
 #include "desktop/windows/first_steps.h"
+#include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/profile_chips.h"
 #include "desktop/windows/status_line.h"
 #include "desktop/windows/status_marks.h"
@@ -19,6 +20,7 @@ public:
     struct Parts {
         /// As its Designer file has made it, with its two views in place.
         QMainWindow* window;
+        KeyboardView& keyboard;
         InterfaceBinder& binder;
         AddonInstaller& addon;
         std::function<doctor::Findings()> lookAtDrivers;
@@ -35,6 +37,9 @@ public:
     ProfileNames& profileNames() { return m_names; }
 
 private:
+    void showProfileUntilLit(const lighting::LightingState& lighting);
+
+    KeyboardView& m_keyboard;
     ProfileNames m_names;
     Demonstration m_demonstration;
     ProgramWatch m_watch;

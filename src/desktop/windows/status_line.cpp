@@ -1,5 +1,7 @@
 #include "desktop/windows/status_line.h"
 
+#include "desktop/windows/capitalized.h"
+
 #include <QEvent>
 #include <QStatusBar>
 #include <QStringList>
@@ -18,12 +20,6 @@ QString stripText(std::optional<int> secondsAgo) {
     if (*secondsAgo < 120)
         return QString("Strip last seen %1 seconds ago").arg(*secondsAgo);
     return QString("Strip last seen %1 minutes ago").arg(*secondsAgo / 60);
-}
-
-QString capitalized(QString text) {
-    if (!text.isEmpty())
-        text[0] = text[0].toUpper();
-    return text;
 }
 
 QString headlineFor(const StatusSnapshot& snapshot) {

@@ -1,6 +1,7 @@
 #include "desktop/windows/swatch_names.h"
 
 #include "app/color_wells.h"
+#include "desktop/windows/capitalized.h"
 #include "desktop/windows/color_name.h"
 #include "desktop/windows/color_well.h"
 #include "desktop/windows/paint_button.h"
@@ -13,10 +14,6 @@ namespace {
 
 QString letterOf(int tag) {
     return tag == 0 ? QString("cooldown color") : QString("color ") + QChar('A' + tag - 1);
-}
-
-QString capitalized(const QString& text) {
-    return text.left(1).toUpper() + text.mid(1);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "desktop/windows/action_slots.h"
 #include "desktop/windows/application_icon.h"
 #include "desktop/windows/keyboard_menu.h"
-#include "desktop/windows/keyboard_view.h"
 #include "desktop/windows/log_view.h"
 #include "desktop/windows/shortcut_list.h"
 #include "desktop/windows/tray.h"
@@ -107,7 +106,8 @@ Widget* Windows::add(QWidget* parent) {
 
 void Windows::buildMainWindow() {
     m_mainWindow = add<Ui::MainWindow, QMainWindow>();
-    replace(m_mainWindow, new KeyboardView(m_parts.keyboard, m_parts.now), "imageView");
+    m_keyboardView = new KeyboardView(m_parts.keyboard, m_parts.now);
+    replace(m_mainWindow, m_keyboardView, "imageView");
     replace(m_mainWindow, new LogView(m_parts.delegate.outlets().myTextScroll), "myTextScroll");
 }
 
@@ -140,6 +140,7 @@ void Windows::buildOthers() {
 void Windows::furnishMainWindow() {
     m_main = std::make_unique<MainWindow>(
         MainWindow::Parts{.window = m_mainWindow,
+                          .keyboard = *m_keyboardView,
                           .binder = m_binder,
                           .addon = *m_addonInstaller,
                           .lookAtDrivers = m_parts.lookAtDrivers,

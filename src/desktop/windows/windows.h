@@ -76,6 +76,7 @@ private:
     InterfaceBinder m_binder;
     std::vector<std::unique_ptr<QWidget>> m_windows;
     QMainWindow* m_mainWindow = nullptr;
+    KeyboardView* m_keyboardView = nullptr;
     QWidget* m_programmer = nullptr;
     std::unique_ptr<AddonInstaller> m_addonInstaller;
     std::unique_ptr<PainterGuard> m_guard;

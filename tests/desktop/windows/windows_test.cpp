@@ -231,9 +231,8 @@ TEST_F(WindowsTest, AStrokePaintsEveryKeyOnItsWay) {
 TEST_F(WindowsTest, EveryKeyCanBeReachedByArrowsAndPaintedWithSpace) {
     openProgrammer();
     click("paintD");
-    paintKey(kQ); // whose stroke ends with the release
-    canvas()->setFocus();
-    // The walk begins at G6, above F1.
+    paintKey(kQ);          // whose stroke ends with the release
+    canvas()->focusKey(0); // G6, above F1
     for (const auto& [arrow, key] : {std::pair{Qt::Key_Down, kF1}, {Qt::Key_Left, kEsc}}) {
         QTest::keyClick(canvas(), arrow);
         QTest::keyClick(canvas(), Qt::Key_Space);
