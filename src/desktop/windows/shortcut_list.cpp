@@ -26,7 +26,8 @@ QString shortcutList(const std::vector<const QWidget*>& windows) {
             for (const QKeySequence& keys : action->shortcuts())
                 lines += line(keys, withoutMnemonic(action->text()));
         for (const auto* const button : window->findChildren<QAbstractButton*>())
-            if (const QKeySequence keys = button->shortcut(); !keys.toString().startsWith("Alt+") && !keys.isEmpty())
+            if (const QKeySequence keys = button->shortcut();
+                !keys.toString().startsWith("Alt+") && !keys.isEmpty())
                 lines += line(keys, withoutMnemonic(button->text()));
         // One without a name is another way to what is in the list.
         for (const QShortcut* const shortcut : window->findChildren<QShortcut*>())
