@@ -36,12 +36,14 @@ class SlowDevice final : public KeyboardDevice {
 public:
     static inline std::atomic<int> frames = 0;
 
+    OpenResult look(const WakeEvent&) override { return {true, {}}; }
     OpenResult open(const WakeEvent&) override { return {true, {}}; }
     DeviceStatus write(std::span<const KeyColor>) override {
         std::this_thread::sleep_for(kWritingTime);
         ++frames;
         return {};
     }
+    void claim() override {}
     void close() override {}
     DevicePace pace() const override { return {}; }
     int watchedFd() const override { return -1; }
@@ -294,7 +296,7 @@ int main() {
                 "full pulse");
     isGood &= benchCpu("device of 10 ms a frame", std::make_unique<SlowDevice>());
     isGood &= benchCpu("OpenRGB, 104 keys", std::make_unique<openrgb::OpenRgbDevice>(
-                                                openrgb::Options{{"127.0.0.1", server.port()}, {}, {}}));
+                                                openrgb::Options{.server = {"127.0.0.1", server.port()}}));
     std::printf("\n%s\n", isGood ? "All goals are met." : "A goal is missed.");
     return isGood ? 0 : 1;
 }

@@ -34,10 +34,7 @@ keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
     openRgb.server = options.openRgbServer.value_or(openRgb.server);
     openRgb.keyboardName = options.openRgbKeyboard;
     return {.driver = driverName(options, settings),
-            .drivers = {.sdkLibraries = sdkLibraries(options),
-                        .openRgb = openRgb,
-                        .openRgbIsNamed = options.openRgbServer.has_value(),
-                        .hidFolders = {}}};
+            .drivers = {.sdkLibraries = sdkLibraries(options), .openRgb = openRgb, .hidFolders = {}}};
 }
 
 } // namespace glimra::desktop

@@ -1,9 +1,9 @@
 #include "keyboards/chosen_keyboard.h"
 
-#include <algorithm>
+#include "keyboards/device/first_keyboard.h"
+
 #include <system_error>
 #include <utility>
-#include <vector>
 
 namespace glimra::keyboards {
 
@@ -31,60 +31,52 @@ void ChosenKeyboard::resendAll() {
 
 bool ChosenKeyboard::take() {
     const std::string& wanted = m_options.driver;
-    const bool isAutomatic = wanted == kAutomaticDriver;
     const DriverRow* const named = findDriver(wanted);
-    std::vector<std::string> lines;
-    const DriverRow* taken = nullptr;
-    const auto tryToTake = [&](const DriverRow& row, Demand demand) {
-        const std::string reason = take(row, demand);
-        if (reason.empty())
-            taken = &row;
-        else
-            lines.push_back("Keyboard driver " + std::string(row.name) + ": " + reason);
+    bool isAsWanted = named != nullptr || wanted == kAutomaticDriver;
+    const auto refuse = [&](std::string_view driver, const std::string& reason) {
+        told.emit("Keyboard driver " + std::string(driver) + ": " + reason);
+        isAsWanted &= driver != wanted;
     };
+    if (!isAsWanted)
+        refuse(wanted, "There is no such driver.");
 
-    if (named != nullptr)
-        tryToTake(*named, Demand::Anyway);
-    else if (!isAutomatic)
-        lines.push_back("Keyboard driver " + wanted + ": There is no such driver.");
-    for (const DriverRow& row : driverRows())
-        if (taken == nullptr && &row != named)
-            tryToTake(row, Demand::IfPresent);
-    lines.push_back("Keyboard driver: " + std::string(taken->name));
-    for (const std::string& line : lines)
-        told.emit(line);
-    if (isAutomatic && taken == &driverRows().back())
-        lookAgainLater();
-    return isAutomatic || taken == named;
+    std::vector<std::unique_ptr<KeyboardDevice>> devices;
+    for (const DriverRow* const row : candidates(wanted)) {
+        if (row->start != nullptr) {
+            const std::string reason = start(*row);
+            if (reason.empty())
+                return isAsWanted;
+            refuse(row->name, reason);
+        } else if (row->makeDevice != nullptr) {
+            if (auto device = row->makeDevice(m_options.drivers))
+                devices.push_back(std::move(device));
+            else
+                refuse(row->name, "This program was built without it.");
+        }
+    }
+    const DriverRow& drawn = driverRows().back();
+    const bool isOnlySearched = isAsWanted && named != nullptr && !devices.empty();
+    description.set(std::string(isOnlySearched ? named->description : drawn.description));
+    told.emit("Keyboard driver: " + std::string(isOnlySearched    ? named->name
+                                                : devices.empty() ? drawn.name
+                                                                  : kAutomaticDriver));
+    const std::string problem = devices.empty() ? std::string{} : attach(std::move(devices));
+    if (!problem.empty())
+        refuse(wanted, problem);
+    return isAsWanted;
 }
 
-std::string ChosenKeyboard::take(const DriverRow& row, Demand demand) {
-    TakenDriver taken = row.take(m_options.drivers, demand);
-    if (taken.device)
-        taken.reason = attach(std::move(taken.device));
-    if (!taken.reason.empty())
-        return taken.reason;
-    m_library = std::move(taken.library);
-    description.set(taken.description);
+std::string ChosenKeyboard::start(const DriverRow& row) {
+    StartedLibrary library = row.start(m_options.drivers);
+    if (library.driver == nullptr)
+        return library.reason;
+    m_library = std::move(library.driver);
+    description.set(library.description);
+    told.emit("Keyboard driver: " + std::string(row.name));
     return {};
 }
 
-void ChosenKeyboard::lookAgain() {
-    m_nextLook.reset();
-    const auto hasSomethingToLight = [this](const DriverRow& row) {
-        return row.look != nullptr && row.look(m_options.drivers).empty();
-    };
-    if (std::ranges::any_of(driverRows(), hasSomethingToLight))
-        take();
-    else
-        lookAgainLater();
-}
-
-void ChosenKeyboard::lookAgainLater() {
-    m_nextLook = m_runLoop.after(m_options.pauseBetweenLooks, [this] { lookAgain(); });
-}
-
-std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device) {
+std::string ChosenKeyboard::attach(std::vector<std::unique_ptr<KeyboardDevice>> devices) {
     m_attached = std::make_shared<const bool>();
     const auto report = [this, attached = std::weak_ptr(m_attached)](const DeviceEvent& event) {
         m_runLoop.post([this, attached, event] {
@@ -93,7 +85,9 @@ std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device) {
         });
     };
     try {
-        m_drawn.attach(std::move(device), report);
+        m_drawn.attach(devices.size() == 1 ? std::move(devices.front())
+                                           : std::make_unique<FirstKeyboard>(std::move(devices)),
+                       report);
     } catch (const std::system_error& error) {
         return std::string("No thread for the keyboard: ") + error.what() + ".";
     }
@@ -102,9 +96,6 @@ std::string ChosenKeyboard::attach(std::unique_ptr<KeyboardDevice> device) {
 
 void ChosenKeyboard::letGo() {
     m_attached.reset();
-    if (m_nextLook)
-        m_runLoop.cancel(*m_nextLook);
-    m_nextLook.reset();
     m_drawn.detach();
     if (m_library)
         m_library->LogiLedShutdown();

@@ -6,23 +6,19 @@
 #include "platform/run_loop.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace glimra::keyboards {
 
 /// The keyboard that lights up: the drawn one, and with it a real one by the driver that was chosen. The
-/// drawn keyboard always works, even when the real one fails. When the choice is automatic and no real
-/// keyboard was found, this looks again every half minute whether one has come. Main thread.
+/// drawn keyboard always works, even when the real one fails. Main thread.
 class ChosenKeyboard final : public platform::LedDriver {
 public:
     struct Options {
         /// The name of a driver, or `kAutomaticDriver`.
         std::string driver{kAutomaticDriver};
         DriverOptions drivers;
-        /// How long it waits between two looks for a real keyboard.
-        Duration pauseBetweenLooks = std::chrono::seconds(30);
     };
 
     /// A device's writer has a thread of its own; what it reports is posted to `runLoop`, which must outlive
@@ -49,16 +45,14 @@ public:
     void LogiLedShutdown() override;
 
 private:
-    /// Takes the driver that was asked for, otherwise the first that has something to light. Tells the log
-    /// which one was taken, and why the others were not.
+    /// Lights a keyboard by the first of the drivers to choose from, of which some go on looking for one.
+    /// Tells the log what it does, and why other drivers were not taken.
     bool take();
-    /// Takes this driver; returns why that is not possible, as a sentence, or nothing.
-    std::string take(const DriverRow& row, Demand demand);
-    std::string attach(std::unique_ptr<KeyboardDevice> device);
+    /// Both return why that is not possible, as a sentence, or nothing.
+    std::string start(const DriverRow& row);
+    std::string attach(std::vector<std::unique_ptr<KeyboardDevice>> devices);
     /// Hands the real keyboard back, and stops looking for one.
     void letGo();
-    void lookAgain();
-    void lookAgainLater();
     void heed(const DeviceEvent& event);
 
     Options m_options;
@@ -70,7 +64,6 @@ private:
     /// thread when the device has been let go finds it gone, and is dropped.
     std::shared_ptr<const bool> m_attached;
     bool m_open = false;
-    std::optional<platform::TimerId> m_nextLook;
 };
 
 } // namespace glimra::keyboards

@@ -22,36 +22,15 @@ struct DriverOptions {
     /// The files that may be the vendor's library.
     std::vector<std::filesystem::path> sdkLibraries;
     openrgb::Options openRgb;
-    /// The user has named the OpenRGB server. It is then used without looking whether it is there.
-    bool openRgbIsNamed = false;
     HidFolders hidFolders;
 };
 
-enum class Demand {
-    /// Take the driver only when there is something to light now.
-    IfPresent,
-    /// Take the driver also when what it lights may come later.
-    Anyway
-};
-
-/// What is to light up by a driver that was taken. Without a library and without a device it is the drawn
-/// keyboard alone.
-struct TakenDriver {
-    /// Why the driver cannot be taken, as a sentence for the log; empty when it was taken.
+/// A keyboard with effects of its own, which has been started; none when `reason` says, as a sentence, why.
+struct StartedLibrary {
     std::string reason{};
-    /// What lights up, in plain words: "keyboard in this window".
+    /// What lights up, in plain words.
     std::string description{};
-    /// For a keyboard with effects of its own: gets every call itself. It has been started.
-    std::unique_ptr<platform::LedDriver> library{};
-    /// For a keyboard without effects of its own: a writer keeps it showing what the drawn keyboard shows.
-    std::unique_ptr<KeyboardDevice> device{};
-};
-
-/// What came of trying a driver: when it works `reason` is empty and `text` says what it lights, otherwise
-/// `reason` says why it lights nothing. Both are sentences.
-struct DriverTrial {
-    std::string reason{};
-    std::string text{};
+    std::unique_ptr<platform::LedDriver> driver{};
 };
 
 /// One of the ways to light a keyboard.
@@ -60,19 +39,28 @@ struct DriverRow {
     std::string_view name;
     /// For the user, in plain words.
     std::string_view title;
-    /// Looks whether there is something to light, opens nothing and takes no more than a few milliseconds.
-    /// Says why there is nothing, as a sentence; empty when there is something. Null for a driver whose
-    /// keyboard cannot come while the program runs.
-    std::string (*look)(const DriverOptions& options);
-    /// Tries whether the driver works, for a few seconds at most, and leaves everything as it was.
-    DriverTrial (*tryIt)(const DriverOptions& options);
-    TakenDriver (*take)(const DriverOptions& options, Demand demand);
+    /// What lights up as long as this driver has found nothing.
+    std::string_view description;
+    /// Says what the driver would light, and changes nothing. Takes a few seconds at most. Main thread.
+    OpenResult (*look)(const DriverOptions& options);
+    /// `look` only reads some files, and returns at once.
+    bool looksAtFiles = false;
+    /// Of a driver of keyboards with effects of their own, which must be there when it starts.
+    StartedLibrary (*start)(const DriverOptions& options) = nullptr;
+    /// Of a driver of keyboards without effects, which may come later; returns null when the program was
+    /// built without it.
+    std::unique_ptr<KeyboardDevice> (*makeDevice)(const DriverOptions& options) = nullptr;
 };
 
-/// All drivers, in the order in which the automatic choice tries them. The last one always works.
+/// All drivers. The last one always works.
 std::span<const DriverRow> driverRows();
 
 /// The driver of that name; null when there is none.
 const DriverRow* findDriver(std::string_view name);
+
+/// The drivers among which a choice, a driver's name or `kAutomaticDriver`, leaves the decision: the first of
+/// them that finds something to light is taken. One that was named and finds keyboards which come later is
+/// followed by the last driver only.
+std::vector<const DriverRow*> candidates(std::string_view choice);
 
 } // namespace glimra::keyboards

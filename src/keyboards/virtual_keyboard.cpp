@@ -10,6 +10,7 @@ VirtualKeyboard::VirtualKeyboard(std::function<Time()> now) : m_now(std::move(no
 }
 
 void VirtualKeyboard::show() {
+    m_hasShown = true;
     if (m_writer)
         m_writer->show(m_model);
     changed.emit();
@@ -18,7 +19,7 @@ void VirtualKeyboard::show() {
 void VirtualKeyboard::attach(std::unique_ptr<KeyboardDevice> device, DeviceWriter::Report report) {
     detach();
     m_writer = std::make_unique<DeviceWriter>(std::move(device), std::move(report), m_detached);
-    if (m_open)
+    if (m_hasShown)
         m_writer->show(m_model);
 }
 
@@ -64,6 +65,7 @@ void VirtualKeyboard::LogiLedShutdown() {
     if (!m_open)
         return;
     m_open = false;
+    m_hasShown = false;
     m_model = {};
     changed.emit();
 }

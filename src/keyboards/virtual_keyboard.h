@@ -47,6 +47,8 @@ private:
     std::function<Time()> m_now;
     KeyboardModel m_model;
     bool m_open = false;
+    /// Something was lit. Until then a real keyboard keeps the lights that it has.
+    bool m_hasShown = false;
     std::unique_ptr<DeviceWriter> m_writer;
     /// Belongs to the device that was detached last, and is set as soon as that device is closed. The next
     /// device is opened only then.

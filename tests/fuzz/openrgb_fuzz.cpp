@@ -32,7 +32,7 @@ void useController(Bytes payload, std::uint32_t version) {
     std::vector<bool> isLit(controller->litLeds());
     for (const LedOfKey& led : ledsOfKeys(*controller)) {
         must(led.led < isLit.size() && !isLit[led.led], "each LED shows one key");
-        must(led.key < glimra::keyboards::kKeyCount, "each LED shows a key of ours");
+        must(led.key < glimra::keyboards::kLightCount, "each LED shows a key of ours");
         isLit[led.led] = true;
         frame.set(led.led, {1, 2, 3});
     }

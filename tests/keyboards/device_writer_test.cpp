@@ -29,8 +29,9 @@ struct State {
     bool hangs = false;
     int opened = 0;
     int closed = 0;
+    int claimed = 0;
     std::vector<std::size_t> frameSizes;
-    KeyColors colors{};
+    LightColors colors{};
     /// The texts that were reported.
     std::vector<std::string> told;
 
@@ -61,6 +62,7 @@ class BenchDevice final : public KeyboardDevice {
 public:
     explicit BenchDevice(Bench& bench) : m_bench(bench) {}
 
+    OpenResult look(const WakeEvent&) override { return {}; }
     OpenResult open(const WakeEvent&) override {
         EXPECT_FALSE(m_isOpen);
         const std::string absence = m_bench.state.with([](State& s) {
@@ -68,7 +70,7 @@ public:
             return s.absence;
         });
         m_isOpen = absence.empty();
-        return {m_isOpen, m_isOpen ? "Here it is." : absence};
+        return {.found = m_isOpen, .text = m_isOpen ? "Here it is." : absence};
     }
     DeviceStatus write(std::span<const KeyColor> keys) override {
         EXPECT_TRUE(m_isOpen && !keys.empty());
@@ -78,7 +80,7 @@ public:
                 return s;
             }
             for (const KeyColor& key : keys)
-                s.colors[key.key] = key.color;
+                s.colors.at(key.key) = key.color;
             s.frameSizes.push_back(keys.size());
             return s;
         });
@@ -89,6 +91,9 @@ public:
             waitForInput(m_bench.release.fd(), -1, std::nullopt);
         return {};
     }
+    void claim() override {
+        m_bench.state.with([](State& s) { ++s.claimed; });
+    }
     void close() override {
         EXPECT_TRUE(std::exchange(m_isOpen, false));
         m_bench.state.with([](State& s) { ++s.closed; });
@@ -97,7 +102,7 @@ public:
     int watchedFd() const override { return m_bench.news.fd(); }
     DeviceStatus serve() override {
         m_bench.news.clear();
-        return {DeviceStatus::Kind::AllKeysNeeded, {}};
+        return {m_isOpen ? DeviceStatus::Kind::AllKeysNeeded : DeviceStatus::Kind::LookAgain, {}};
     }
 
 private:
@@ -126,7 +131,7 @@ TEST(DeviceWriter, ShowsTheNewestModelAndHandsTheDeviceBack) {
     EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 50) << "nothing changes, so it rests";
     writer.stop();
     const State end = bench.state.copy();
-    EXPECT_EQ(end.frameSizes.front(), kKeyCount);
+    EXPECT_EQ(end.frameSizes.front(), kLightCount);
     EXPECT_LT(end.frameSizes.size(), 50U);
     EXPECT_EQ(end.closed, 1);
     EXPECT_THAT(end.told, ElementsAre("Here it is."));
@@ -142,7 +147,8 @@ TEST(DeviceWriter, SendsAllKeysWhenAskedAndWhenTheDeviceNeedsThem) {
     bench.news.set();
     ASSERT_TRUE(bench.hasFrames(3));
     writer.stop();
-    EXPECT_THAT(bench.state.copy().frameSizes, Each(kKeyCount));
+    EXPECT_THAT(bench.state.copy().frameSizes, Each(kLightCount));
+    EXPECT_EQ(bench.state.copy().claimed, 1) << "another program may have changed the mode meanwhile";
 }
 
 TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
@@ -154,13 +160,13 @@ TEST(DeviceWriter, HearsADeviceThatIsTooSlowForItsFrames) {
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(model);
     ASSERT_TRUE(bench.hasFrames(2));
-    EXPECT_LT(bench.state.copy().frameSizes[1], kKeyCount);
+    EXPECT_LT(bench.state.copy().frameSizes[1], kLightCount);
     bench.news.set();
     ASSERT_TRUE(
-        bench.becomes([](const State& s) { return std::ranges::count(s.frameSizes, kKeyCount) == 2; }));
+        bench.becomes([](const State& s) { return std::ranges::count(s.frameSizes, kLightCount) == 2; }));
     ASSERT_TRUE(bench.hasFrames(bench.state.copy().frameSizes.size() + 2));
     writer.stop();
-    EXPECT_EQ(std::ranges::count(bench.state.copy().frameSizes, kKeyCount), 2);
+    EXPECT_EQ(std::ranges::count(bench.state.copy().frameSizes, kLightCount), 2);
 }
 
 TEST(DeviceWriter, TellsOnceWhyTheDeviceIsNotThere) {
@@ -170,6 +176,12 @@ TEST(DeviceWriter, TellsOnceWhyTheDeviceIsNotThere) {
     ASSERT_TRUE(bench.becomes([](const State& s) { return s.told.size() == 1; }));
     bench.state.with([](State& s) { s.absence = "No permission."; });
     EXPECT_TRUE(bench.becomes([](const State& s) { return s.told.back() == "No permission."; }));
+
+    const Time plugged = platform::monotonicNow();
+    bench.state.with([](State& s) { s.absence.clear(); });
+    bench.news.set();
+    EXPECT_TRUE(bench.becomes([](const State& s) { return s.told.back() == "Here it is."; }));
+    EXPECT_LT(platform::monotonicNow() - plugged, 400ms) << "no pause is waited out";
 }
 
 TEST(DeviceWriter, TellsALossOnceAndFindsTheDeviceAgain) {

@@ -74,5 +74,17 @@ TEST(NextChange, NoColorChangesBeforeIt) {
     EXPECT_GT(changes, 100);
 }
 
+TEST(WholeBoard, ShowsTheColorOfMostKeysOrOfALargeEffect) {
+    const auto whole = [](const KeyboardModel& model) { return model.lightsAt(5s)[kWholeBoard]; };
+    KeyboardModel model;
+    model.perform(platform::SetLighting{{0, 100, 0}}, {});
+    for (std::size_t key = 0; key < 10; ++key) {
+        const KeyName name = lighting::driverKeyName(lighting::keyBitmapOffsets[key].code);
+        EXPECT_EQ(whole(model), (Rgb{0, 255, 0})) << key;
+        model.perform(platform::FlashSingleKey{name, {100, 0, 0}, 0, 0}, {});
+    }
+    EXPECT_EQ(whole(model), (Rgb{255, 0, 0}));
+}
+
 } // namespace
 } // namespace glimra::keyboards

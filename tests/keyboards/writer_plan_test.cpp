@@ -27,6 +27,8 @@ struct Scene {
     Time now = 100s;
     DevicePace pace;
     bool isThere = true;
+    Duration retryWithin = 1h;
+    Duration writingTime{};
     std::vector<Time> searches;
     std::vector<Frame> frames;
     /// How often the writer would have been awake.
@@ -47,6 +49,8 @@ struct Scene {
                 search();
             } else if (step.kind == WriterPlan::Step::Kind::Write) {
                 frames.push_back({now, {step.keys.begin(), step.keys.end()}});
+                now += writingTime;
+                plan.written(now);
             } else {
                 const Time next = std::min(step.until.value_or(deadline), deadline);
                 ASSERT_GT(next, now) << "the writer would spin";
@@ -66,7 +70,7 @@ struct Scene {
         if (isThere)
             plan.found(pace, now);
         else
-            plan.notFound(now);
+            plan.notFound(retryWithin, now);
     }
 };
 
@@ -81,7 +85,7 @@ TEST(WriterPlan, SendsAllKeysOnceThenOnlyWhatChanges) {
     scene.show();
     scene.runFor(1s);
     ASSERT_EQ(scene.frames.size(), 1U);
-    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
+    EXPECT_EQ(scene.frames[0].keys.size(), kLightCount);
 
     scene.light(kEsc, kRed);
     scene.light(kG1, kRed);
@@ -99,7 +103,7 @@ TEST(WriterPlan, WakesForTheEdgesOfAFlashOnly) {
     const Time begin = scene.now;
     scene.perform(platform::FlashSingleKey{kEsc, kRed, 2000, 500});
     scene.show();
-    scene.runFor(1min);
+    scene.runFor(8s);
     ASSERT_EQ(scene.frames.size(), 4U);
     EXPECT_THAT(scene.frames[0].keys, ElementsAre(lit(kEsc, {255, 0, 0})));
     EXPECT_EQ(scene.frames[1].at, begin + 500ms);
@@ -129,13 +133,25 @@ TEST(WriterPlan, RepeatsTheLastFrameOfASeriesOnceForDevicesThatMayLoseIt) {
     scene.settle();
     scene.perform(platform::PulseSingleKey{kEsc, kBlack, kRed, 1000, false});
     scene.show();
-    scene.runFor(1min);
+    scene.runFor(8s);
     ASSERT_GE(scene.frames.size(), 25U);
     const Scene::Frame& last = scene.frames.back();
     const Scene::Frame& before = scene.frames[scene.frames.size() - 2];
     EXPECT_EQ(last.keys, before.keys);
     EXPECT_EQ(last.at, before.at + 100ms);
     EXPECT_LT(scene.frames.size(), 33U) << "in the middle of the series nothing is repeated";
+}
+
+TEST(WriterPlan, SendsEverythingAgainNowAndThenButNeverForMoreThanAHundredthOfTheTime) {
+    Scene scene;
+    scene.settle();
+    scene.runFor(60s);
+    EXPECT_EQ(scene.frames.size(), 6U);
+    EXPECT_EQ(scene.frames.back().keys.size(), kLightCount);
+    scene.frames.clear();
+    scene.writingTime = 850ms;
+    scene.runFor(350s);
+    EXPECT_LE(scene.frames.size(), 5U);
 }
 
 TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
@@ -150,18 +166,29 @@ TEST(WriterPlan, LooksForALostDeviceWithGrowingPausesAndSendsItEverything) {
     std::vector<Duration> pauses;
     for (std::size_t i = 1; i < scene.searches.size(); ++i)
         pauses.push_back(scene.searches[i] - scene.searches[i - 1]);
-    EXPECT_THAT(pauses, ElementsAre(1s, 2s, 4s, 8s, 16s, 30s, 30s, 30s));
-
-    scene.isThere = true;
-    scene.runFor(30s);
-    ASSERT_EQ(scene.frames.size(), 1U);
-    EXPECT_EQ(scene.frames[0].keys.size(), kKeyCount);
-    EXPECT_THAT(scene.frames[0].keys, testing::Contains(lit(kEsc, {255, 0, 0})));
+    EXPECT_THAT(pauses, ElementsAre(500ms, 1s, 2s, 4s, 8s, 16s, 30s, 30s, 30s));
 
     scene.searches.clear();
-    scene.plan.lost(scene.now);
-    scene.runFor(20s);
-    EXPECT_THAT(scene.searches, testing::IsEmpty()) << "it comes and goes";
+    scene.plan.lookAgain(scene.now);
+    const Time news = scene.now;
+    scene.runFor(2s);
+    EXPECT_THAT(scene.searches, ElementsAre(news + 100ms, news + 600ms, news + 1600ms));
+    scene.retryWithin = 2s;
+    scene.runFor(1min);
+    EXPECT_GE(scene.searches.size(), 30U) << "where it costs nothing, and nothing tells";
+
+    scene.isThere = true;
+    scene.frames.clear();
+    scene.runFor(5s);
+    ASSERT_EQ(scene.frames.size(), 1U);
+    EXPECT_EQ(scene.frames[0].keys.size(), kLightCount);
+    EXPECT_THAT(scene.frames[0].keys, testing::Contains(lit(kEsc, {255, 0, 0})));
+
+    for (int time = 0; time < 9; ++time) {
+        scene.plan.lost(scene.now);
+        scene.runFor(2100ms);
+        ASSERT_TRUE(scene.plan.isOpen()) << "a loose plug is not punished";
+    }
 }
 
 } // namespace

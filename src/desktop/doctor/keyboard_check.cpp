@@ -2,6 +2,7 @@
 
 #include <array>
 #include <filesystem>
+#include <map>
 
 namespace glimra::desktop::doctor {
 
@@ -21,52 +22,69 @@ Finding ruleFinding() {
     }
     return {.check = "udev-rule",
             .health = Health::Limited,
-            .text = "The rule that opens USB keyboards to you is not installed.",
-            .remedy = "Install Glimra's package, or copy " + std::string(keyboards::kUdevRuleFile) +
-                      " to /etc/udev/rules.d and plug the keyboard in again. Only keyboards on USB need it."};
+            .text = "The rule that opens USB keyboards to you is not installed. Only the keyboards that the "
+                    "driver usb lights need it.",
+            .remedy =
+                "Install Glimra's package or, in the folder of Glimra's source: sudo cp packaging/udev/" +
+                std::string(keyboards::kUdevRuleFile) +
+                " /etc/udev/rules.d && sudo udevadm control --reload && sudo udevadm trigger "
+                "--action=change --subsystem-match=hidraw"};
+}
+
+/// Which driver lights the keyboard, by the results of looking with each.
+Finding choiceFinding(const keyboards::ChosenKeyboard::Options& wanted,
+                      const std::map<std::string_view, keyboards::OpenResult>& seen) {
+    std::vector<std::string> lighting;
+    for (const keyboards::DriverRow* const driver : keyboards::candidates(wanted.driver))
+        if (seen.at(driver->name).found)
+            lighting.emplace_back(driver->name);
+    const std::string& taken = lighting.front();
+    const bool isAutomatic = wanted.driver == keyboards::kAutomaticDriver;
+    const keyboards::OpenResult& openRgb = seen.at("openrgb");
+    const bool lacksBoard = !wanted.drivers.openRgb.keyboardName.empty() && !openRgb.found;
+
+    Finding choice{.check = "keyboard", .text = "The driver is " + wanted.driver + "."};
+    if (isAutomatic)
+        choice.text = "The driver is chosen automatically: " + taken + ".";
+    if (keyboards::findDriver(taken)->start != nullptr)
+        choice.text += " If its library does not start: " + lighting.at(1) + ".";
+    if ((!isAutomatic && taken != wanted.driver) || lacksBoard) {
+        choice.health = Health::Bad;
+        choice.text += " The keyboard that you named cannot be lit now.";
+        choice.remedy = (lacksBoard ? openRgb : seen.at(wanted.driver)).remedy;
+    }
+    choice.details["wanted"] = wanted.driver;
+    choice.details["taken"] = taken;
+    return choice;
 }
 
 } // namespace
 
 Findings checkKeyboards(const keyboards::ChosenKeyboard::Options& wanted) {
     Findings findings;
-    std::string first;
-    bool wantedWorks = wanted.driver == keyboards::kAutomaticDriver;
+    std::map<std::string_view, keyboards::OpenResult> seen;
     for (const keyboards::DriverRow& driver : keyboards::driverRows()) {
-        const keyboards::DriverTrial result = driver.tryIt(wanted.drivers);
-        const bool works = result.reason.empty();
-        if (works && first.empty())
-            first = driver.name;
-        wantedWorks |= works && driver.name == wanted.driver;
+        const keyboards::OpenResult& result =
+            seen.emplace(driver.name, driver.look(wanted.drivers)).first->second;
         findings.push_back({.check = "keyboard-" + std::string(driver.name),
-                            .health = works ? Health::Good : Health::Limited,
-                            .text = works ? result.text : result.reason});
+                            .health = result.found ? Health::Good : Health::Limited,
+                            .text = result.text,
+                            .remedy = result.remedy});
     }
     findings.push_back(ruleFinding());
-
-    Finding choice{.check = "keyboard", .text = "The driver is " + wanted.driver + "."};
-    if (wanted.driver == keyboards::kAutomaticDriver)
-        choice.text = "The driver is chosen automatically: " + first + ".";
-    if (!wantedWorks) {
-        choice.health = Health::Limited;
-        choice.remedy =
-            "That driver lights nothing now; choose another one in the window or with --keyboard.";
-    }
-    choice.details["wanted"] = wanted.driver;
-    choice.details["taken"] =
-        wantedWorks && wanted.driver != keyboards::kAutomaticDriver ? wanted.driver : first;
-    findings.push_back(std::move(choice));
+    findings.push_back(choiceFinding(wanted, seen));
     return findings;
 }
 
 Findings lookAtKeyboards(const keyboards::DriverOptions& options) {
     Findings findings;
-    for (const keyboards::DriverRow& driver : keyboards::driverRows()) {
-        const std::string reason = driver.look == nullptr ? "" : driver.look(options);
-        if (!reason.empty())
-            findings.push_back(
-                {.check = "keyboard-" + std::string(driver.name), .health = Health::Limited, .text = reason});
-    }
+    for (const keyboards::DriverRow& driver : keyboards::driverRows())
+        if (driver.looksAtFiles && driver.makeDevice != nullptr)
+            if (const keyboards::OpenResult seen = driver.look(options); !seen.found)
+                findings.push_back({.check = "keyboard-" + std::string(driver.name),
+                                    .health = Health::Limited,
+                                    .text = seen.text,
+                                    .remedy = seen.remedy});
     const Finding rule = ruleFinding();
     if (rule.health != Health::Good)
         findings.push_back(rule);

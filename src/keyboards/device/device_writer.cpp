@@ -103,8 +103,11 @@ private:
             m_shared.wanted.with([](Shared::Wanted& wanted) { return std::exchange(wanted, {}); });
         if (taken.model)
             m_plan.show(*taken.model, platform::monotonicNow());
-        if (taken.resendAll)
-            m_plan.resendAll(platform::monotonicNow());
+        if (!taken.resendAll)
+            return;
+        if (m_plan.isOpen())
+            m_device.claim();
+        m_plan.resendAll(platform::monotonicNow());
     }
 
     void search() {
@@ -112,14 +115,17 @@ private:
         if (result.found)
             m_plan.found(m_device.pace(), platform::monotonicNow());
         else
-            m_plan.notFound(platform::monotonicNow());
+            m_plan.notFound(result.retryWithin, platform::monotonicNow());
         if (!m_shared.stop.isSet())
             tell({result.found ? DeviceEvent::Kind::Found : DeviceEvent::Kind::Absent, result.text,
                   result.name});
     }
 
     void write(std::span<const KeyColor> keys) {
-        heed(m_device.write(keys));
+        const DeviceStatus status = m_device.write(keys);
+        if (status.kind != DeviceStatus::Kind::Lost)
+            m_plan.written(platform::monotonicNow());
+        heed(status);
         // A slow device may always have its next frame due at once. `wait`, which reads what the device has
         // to say, would then never be reached.
         if (m_plan.isOpen() && waitForInput(-1, m_device.watchedFd(), Time::zero()).second)
@@ -129,6 +135,8 @@ private:
     void heed(const DeviceStatus& status) {
         if (status.kind == DeviceStatus::Kind::AllKeysNeeded)
             m_plan.resendAll(platform::monotonicNow());
+        if (status.kind == DeviceStatus::Kind::LookAgain)
+            m_plan.lookAgain(platform::monotonicNow());
         if (status.kind != DeviceStatus::Kind::Lost)
             return;
         m_device.close();
@@ -137,9 +145,8 @@ private:
     }
 
     void wait(const WriterPlan::Step& step) {
-        const int deviceFd = m_plan.isOpen() ? m_device.watchedFd() : -1;
         const WakeEvent& alarm = step.frameIsDue ? m_shared.stop : m_shared.wake;
-        const Woken woken = waitForInput(alarm.fd(), deviceFd, step.until);
+        const Woken woken = waitForInput(alarm.fd(), m_device.watchedFd(), step.until);
         // Cleared before the loop takes what is wanted: what is wanted after that must wake the thread anew.
         if (woken.first)
             m_shared.wake.clear();

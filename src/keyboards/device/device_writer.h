@@ -20,9 +20,11 @@ struct DeviceEvent {
 };
 
 /// Keeps a device showing a keyboard model, on a thread of its own. It sends only the keys whose colours have
-/// changed; while none changes it sends nothing and the thread sleeps. It sends at most 30 frames a second.
-/// Frames do not wait in a queue: each shows the model as it is when the frame is sent. A device that is
-/// absent or lost is looked for again after 1, 2, 4 ... 30 s, and gets every key when it is found.
+/// changed, and every ten seconds all of them, since another program may have painted over them; otherwise
+/// the thread sleeps. It sends at most 30 frames a second. Frames do not wait in a queue: each shows the
+/// model as it is when the frame is sent. A device that is absent or lost is looked for as soon as it tells
+/// that something has changed, otherwise after pauses that grow up to 30 s, and gets every key when it is
+/// found.
 ///
 /// All functions are for the main thread.
 class DeviceWriter {
@@ -44,7 +46,7 @@ public:
     /// Makes the device show this model from now on. The model's times are those of CLOCK_MONOTONIC. Before
     /// the first call nothing is sent. Never waits for the device.
     void show(const KeyboardModel& model);
-    /// Sends every key again, changed or not: a device forgets its lights while the computer sleeps.
+    /// Takes the device over anew and sends every key: it forgets its lights while the computer sleeps.
     void resendAll();
 
     /// Closes the device and ends the thread. Waits for that no longer than `kStopLimit`; a device that takes

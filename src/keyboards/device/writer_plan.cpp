@@ -19,11 +19,24 @@ void WriterPlan::found(const DevicePace& pace, Time now) {
     m_foundAt = now;
     m_pace = pace;
     m_earliest = now;
+    m_refreshAt = Time::max();
     resendAll(now);
 }
 
-void WriterPlan::notFound(Time now) {
-    pauseSearch(now);
+void WriterPlan::notFound(Duration retryWithin, Time now) {
+    pauseSearch(retryWithin, now);
+}
+
+void WriterPlan::lookAgain(Time now) {
+    if (m_open)
+        return;
+    m_pause = kFirstPause;
+    m_searchAt = std::min(m_searchAt, now + kAfterNews);
+}
+
+void WriterPlan::written(Time now) {
+    if (m_frameSize == kLightCount)
+        m_refreshAt = now + std::max(kRefresh, kRefreshShare * (now - m_frameBegan));
 }
 
 void WriterPlan::lost(Time now) {
@@ -31,11 +44,11 @@ void WriterPlan::lost(Time now) {
     m_repeatAt.reset();
     if (now - m_foundAt >= kStable)
         m_pause = kFirstPause;
-    pauseSearch(now);
+    pauseSearch(kLongestPauseAfterLoss, now);
 }
 
-void WriterPlan::pauseSearch(Time now) {
-    m_searchAt = now + m_pause;
+void WriterPlan::pauseSearch(Duration longest, Time now) {
+    m_searchAt = now + std::min(m_pause, longest);
     m_pause = std::min(2 * m_pause, kLongestPause);
 }
 
@@ -44,6 +57,10 @@ WriterPlan::Step WriterPlan::next(Time now) {
         return search(now);
     if (!m_model)
         return {};
+    if (m_refreshAt <= now) {
+        m_refreshAt = Time::max();
+        resendAll(now);
+    }
     if (m_compareAt && std::max(*m_compareAt, m_earliest) <= now) {
         const std::size_t changes = collectChanges(now);
         m_compareAt = m_model->nextChange(now);
@@ -53,6 +70,7 @@ WriterPlan::Step WriterPlan::next(Time now) {
     if (m_repeatAt && *m_repeatAt <= now) {
         m_repeatAt.reset();
         m_earliest = now + std::max(kFrameInterval, m_pace.interval);
+        m_frameBegan = now;
         return {.kind = Step::Kind::Write, .keys = std::span(m_frame).first(m_frameSize)};
     }
     return wait(now);
@@ -66,9 +84,9 @@ WriterPlan::Step WriterPlan::search(Time now) const {
 
 /// Puts the keys whose colours differ from those that were sent into the frame; returns how many they are.
 std::size_t WriterPlan::collectChanges(Time now) {
-    const KeyColors colors = m_model->colorsAt(now);
+    const LightColors colors = m_model->lightsAt(now);
     std::size_t count = 0;
-    for (std::size_t key = 0; key < kKeyCount; ++key)
+    for (std::size_t key = 0; key < kLightCount; ++key)
         if (m_allKeysNeeded || colors[key] != m_sent[key]) {
             m_frame[count++] = {key, colors[key]};
             m_sent[key] = colors[key];
@@ -79,6 +97,9 @@ std::size_t WriterPlan::collectChanges(Time now) {
 
 WriterPlan::Step WriterPlan::write(std::size_t count, Time now) {
     m_frameSize = count;
+    m_frameBegan = now;
+    if (count == kLightCount)
+        m_refreshAt = Time::max();
     m_earliest = now + std::max(kFrameInterval, m_pace.interval);
     if (m_pace.repeatAfter > Duration::zero())
         m_repeatAt = now + m_pace.repeatAfter;
@@ -86,13 +107,16 @@ WriterPlan::Step WriterPlan::write(std::size_t count, Time now) {
 }
 
 WriterPlan::Step WriterPlan::wait(Time now) const {
-    Step step;
+    Step step{.until = m_refreshAt};
     if (m_compareAt) {
-        step.until = std::max(*m_compareAt, m_earliest);
-        step.frameIsDue = *step.until <= std::max(m_earliest, now + kGather);
+        const Time compareAt = std::max(*m_compareAt, m_earliest);
+        step.until = std::min(m_refreshAt, compareAt);
+        step.frameIsDue = compareAt <= std::max(m_earliest, now + kGather);
     }
     if (m_repeatAt)
-        step.until = std::min(step.until.value_or(Time::max()), *m_repeatAt);
+        step.until = std::min(*step.until, *m_repeatAt);
+    if (step.until == Time::max())
+        step.until.reset();
     return step;
 }
 

@@ -18,13 +18,21 @@ public:
     /// How long a new model waits for the next one: calls that belong together come within this time, and
     /// become one frame.
     static constexpr Duration kGather = std::chrono::milliseconds(2);
-    /// The pause after the first search that found nothing. Each later pause is twice as long as the one
-    /// before, up to the longest.
-    static constexpr Duration kFirstPause = std::chrono::seconds(1);
+    /// The pause after the first search that found nothing. As long as nothing changes each later pause is
+    /// twice as long as the one before, up to the longest or to what the device allows.
+    static constexpr Duration kFirstPause = std::chrono::milliseconds(500);
     static constexpr Duration kLongestPause = std::chrono::seconds(30);
-    /// After the loss of a device that was there for at least this long, the pauses begin with the first one
-    /// again. A device that is lost sooner each time is looked for more and more rarely.
+    /// How soon a device is looked for when something says that it may have come. What belongs to its coming
+    /// happens within this time.
+    static constexpr Duration kAfterNews = std::chrono::milliseconds(100);
+    /// A device that was there for at least this long is looked for soon when it is lost; one that is lost
+    /// sooner each time, after pauses that grow up to this.
     static constexpr Duration kStable = std::chrono::seconds(10);
+    static constexpr Duration kLongestPauseAfterLoss = std::chrono::seconds(2);
+    /// How often everything is sent again, since another program may have painted over it; more rarely where
+    /// that would take more than this part of the time.
+    static constexpr Duration kRefresh = std::chrono::seconds(10);
+    static constexpr int kRefreshShare = 100;
 
     struct Step {
         enum class Kind { Search, Write, Wait };
@@ -39,15 +47,19 @@ public:
         bool frameIsDue = false;
     };
 
-    /// What to do now. After a search, `found` or `notFound` must be called. A write counts as done unless
-    /// `lost` is called.
+    /// What to do now. After a search, `found` or `notFound` must be called, and after a write, `written` or
+    /// `lost`.
     Step next(Time now);
 
     void show(const KeyboardModel& model, Time now);
     void resendAll(Time now);
 
     void found(const DevicePace& pace, Time now);
-    void notFound(Time now);
+    /// The next search is made within `retryWithin`.
+    void notFound(Duration retryWithin, Time now);
+    /// A device that was not found may have come.
+    void lookAgain(Time now);
+    void written(Time now);
     void lost(Time now);
     bool isOpen() const { return m_open; }
 
@@ -56,7 +68,7 @@ private:
     Step write(std::size_t count, Time now);
     Step wait(Time now) const;
     std::size_t collectChanges(Time now);
-    void pauseSearch(Time now);
+    void pauseSearch(Duration longest, Time now);
 
     std::optional<KeyboardModel> m_model;
 
@@ -66,15 +78,18 @@ private:
     Time m_foundAt{};
     DevicePace m_pace;
 
-    KeyColors m_sent{};
+    LightColors m_sent{};
     bool m_allKeysNeeded = false;
     /// The keys of the last frame, which may have to be sent again.
-    std::array<KeyColor, kKeyCount> m_frame{};
+    std::array<KeyColor, kLightCount> m_frame{};
     std::size_t m_frameSize = 0;
+    Time m_frameBegan{};
     /// The time before which the next frame must not begin.
     Time m_earliest{};
     /// When the colours must be compared with those that were sent; none while they do not change.
     std::optional<Time> m_compareAt;
+    /// When everything is sent again.
+    Time m_refreshAt = Time::max();
     /// When the last frame is sent again, for a device that may have lost it.
     std::optional<Time> m_repeatAt;
 };

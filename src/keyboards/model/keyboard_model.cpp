@@ -1,6 +1,7 @@
 #include "keyboards/model/keyboard_model.h"
 
 #include <algorithm>
+#include <span>
 
 namespace glimra::keyboards {
 
@@ -93,6 +94,14 @@ Time nextChangeOf(const KeyEffect& effect, Time after) {
         return effect.end;
     const Duration untilEdge = effect.period - elapsedAt(effect, after) % effect.period;
     return std::min(std::max(after, effect.begin) + untilEdge, effect.end);
+}
+
+/// An effect on fewer keys does not colour a light that stands for all of them.
+constexpr std::size_t kManyKeys = 10;
+
+Rgb mostFrequent(std::span<const Rgb> colors) {
+    return *std::ranges::max_element(colors, {},
+                                     [&](Rgb color) { return std::ranges::count(colors, color); });
 }
 
 } // namespace
@@ -188,6 +197,25 @@ KeyColors KeyboardModel::colorsAt(Time time) const {
         if (runsAt(m_effects[index], time))
             colors[index] = colorAt(m_effects[index], time, m_base[index]);
     return colors;
+}
+
+LightColors KeyboardModel::lightsAt(Time time) const {
+    const KeyColors colors = colorsAt(time);
+    KeyColors all{};
+    KeyColors moving{};
+    std::size_t allCount = 0;
+    std::size_t movingCount = 0;
+    for (std::size_t index = 0; index < kKeyCount; ++index)
+        if (lighting::kKeyboardLayout[index].code < lighting::kFirstIndividualCode) {
+            all[allCount++] = colors[index];
+            if (runsAt(m_effects[index], time))
+                moving[movingCount++] = colors[index];
+        }
+    LightColors lights{};
+    std::ranges::copy(colors, lights.begin());
+    lights[kWholeBoard] = mostFrequent(movingCount >= kManyKeys ? std::span(moving).first(movingCount)
+                                                                : std::span(all).first(allCount));
+    return lights;
 }
 
 std::optional<Time> KeyboardModel::nextChange(Time after) const {

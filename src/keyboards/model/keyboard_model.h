@@ -23,6 +23,12 @@ inline constexpr std::size_t kKeyCount = lighting::kKeyboardLayout.size();
 /// A colour for every key, in the order of `lighting::kKeyboardLayout`.
 using KeyColors = std::array<Rgb, kKeyCount>;
 
+/// Behind the keys' positions: the light of a keyboard, or of a part of one, that has none for each key.
+inline constexpr std::size_t kWholeBoard = kKeyCount;
+inline constexpr std::size_t kLightCount = kKeyCount + 1;
+/// `KeyColors`, then the colour of `kWholeBoard`.
+using LightColors = std::array<Rgb, kLightCount>;
+
 /// How long a colour that moves stays the same: the picture of a pulse changes at these intervals.
 inline constexpr Duration kFrame = std::chrono::milliseconds(33);
 
@@ -74,6 +80,10 @@ public:
 
     /// The colours at a moment. A moment before an effect began shows the effect's beginning.
     KeyColors colorsAt(Time time) const;
+    /// The same, and the colour for a light that stands for all keys: that of most keys or, while an effect
+    /// runs on many keys, of most of those. Macro keys, logo and badge are not counted. Among colours of
+    /// equally many keys it is the one that comes first in the layout.
+    LightColors lightsAt(Time time) const;
     /// The next moment later than `after` at which colours can differ from those before: at most `kFrame`
     /// later while a pulse moves; none when they stay as they are.
     std::optional<Time> nextChange(Time after) const;

@@ -69,20 +69,6 @@ int newSocket(const addrinfo& address) {
 
 } // namespace
 
-bool mayListen(const ServerAddress& server) {
-    const Addresses address = numericAddress(server.host, server.port);
-    const int fd = address ? newSocket(*address) : -1;
-    if (fd < 0)
-        return false;
-    int error = ::connect(fd, address->ai_addr, address->ai_addrlen) == 0 ? 0 : errno;
-    if (error == EINPROGRESS) {
-        pollfd watched{fd, POLLOUT, 0};
-        error = poll(&watched, 1, 10) > 0 ? pendingError(fd) : 0;
-    }
-    ::close(fd);
-    return error == 0;
-}
-
 std::string Connection::connect(const std::string& host, std::uint16_t port, Time deadline) {
     close();
     const Addresses address = numericAddress(host, port);

@@ -18,11 +18,6 @@ struct ServerAddress {
     std::uint16_t port = 6742;
 };
 
-/// Whether a server may be listening at this address. False when the connection is refused within 10 ms,
-/// which for this computer's own addresses happens whenever nobody listens. When there is no answer in that
-/// time it is true, since a server far away may be slower.
-bool mayListen(const ServerAddress& server);
-
 /// A TCP connection. It waits no longer than the deadline of each call, and stops waiting when `stop` is set.
 /// One thread.
 class Connection {

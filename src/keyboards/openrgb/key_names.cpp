@@ -1,6 +1,7 @@
 #include "keyboards/openrgb/key_names.h"
 
 #include "keyboards/model/keyboard_model.h"
+#include "keyboards/openrgb/key_places.h"
 #include "keyboards/openrgb/named_keys.h"
 
 #include <algorithm>
@@ -21,11 +22,6 @@ constexpr lighting::KeyCode kLogoCode = 0x209;
 
 /// When fewer keys than this are found by name, the keyboard's LEDs are taken to have unusual names.
 constexpr std::size_t kFewKeys = 20;
-
-constexpr std::size_t kMatrixRows = 6;
-/// The width of a keyboard without a number pad, and of one with it.
-constexpr std::size_t kFewestColumns = 17;
-constexpr std::size_t kMostColumns = 21;
 
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(' ');
@@ -149,22 +145,18 @@ std::vector<LedOfKey> byName(const Controller& controller) {
     return collector.found();
 }
 
-std::vector<LedOfKey> byPlace(const Controller& controller) {
-    Collector collector(controller.litLeds());
-    const auto zone = std::ranges::find_if(controller.zones, [](const Zone& candidate) {
-        return candidate.matrix.height == kMatrixRows && candidate.matrix.width >= kFewestColumns &&
-               candidate.matrix.width <= kMostColumns;
-    });
-    if (zone == controller.zones.end())
-        return {};
-    for (const NamedKey& key : kNamedKeys) {
-        if (key.column >= zone->matrix.width)
-            continue;
-        const std::uint32_t led = zone->matrix.cells[key.row * zone->matrix.width + key.column];
-        if (led < zone->ledCount)
-            collector.add(key.code, {zone->firstLed + led});
-    }
-    return collector.found();
+bool isOfOrdinaryKey(const LedOfKey& led) {
+    return lighting::kKeyboardLayout[led.key].code < lighting::kFirstIndividualCode;
+}
+
+/// Gives the LEDs that belong to no key to all of them.
+void addWholeBoard(std::vector<LedOfKey>& leds, std::size_t ledCount) {
+    std::vector<bool> isTaken(ledCount);
+    for (const LedOfKey& led : leds)
+        isTaken[led.led] = true;
+    for (std::size_t led = 0; led < ledCount; ++led)
+        if (!isTaken[led])
+            leds.push_back({led, kWholeBoard});
 }
 
 } // namespace
@@ -173,8 +165,11 @@ std::vector<LedOfKey> ledsOfKeys(const Controller& controller) {
     std::vector<LedOfKey> named = byName(controller);
     if (named.size() >= kFewKeys)
         return named;
-    std::vector<LedOfKey> placed = byPlace(controller);
-    return placed.size() > named.size() ? placed : named;
+    std::vector<LedOfKey> placed = ledsByPlace(controller);
+    std::vector<LedOfKey> leds = placed.size() > named.size() ? placed : named;
+    if (controller.type == kKeyboardType && std::ranges::none_of(leds, isOfOrdinaryKey))
+        addWholeBoard(leds, controller.litLeds());
+    return leds;
 }
 
 bool isKeyboard(const Controller& controller) {

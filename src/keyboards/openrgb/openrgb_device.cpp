@@ -1,7 +1,8 @@
 #include "keyboards/openrgb/openrgb_device.h"
 
+#include "platform/monotonic_clock.h"
+
 #include <algorithm>
-#include <set>
 #include <utility>
 
 namespace glimra::keyboards::openrgb {
@@ -12,35 +13,25 @@ namespace {
 /// apart.
 constexpr Duration kRepeatAfter = std::chrono::milliseconds(100);
 
-/// How many times the list of devices is read, at most, when it changes each time while it is read.
-constexpr int kMostAttempts = 5;
+/// Servers write colours to the keyboard some time after they have got them. A mode that is set before would
+/// be ended by that.
+constexpr Duration kUntilWritten = std::chrono::milliseconds(50);
 
-/// A text of the server, cut and cleaned so that it can stand in a line of the log.
-std::string printable(std::string_view text) {
-    constexpr std::size_t kLongest = 60;
-    std::string line(text.substr(0, kLongest));
-    for (char& c : line)
-        if (c < ' ' || c > '~')
-            c = '?';
-    return line;
-}
+/// Two programs that both want another mode must not make the keyboard switch faster than this.
+constexpr Duration kBetweenClaims = std::chrono::seconds(1);
 
-std::string lowerCase(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
+/// A server that is not there costs next to nothing to look for, and nothing tells when it comes.
+constexpr Duration kUntilServerComes = std::chrono::seconds(2);
 
-/// A text that is the same for a device wherever it is in the list, and differs from that of other devices.
-/// The three parts cannot run together, because none has a NUL in it.
-std::string identityOf(const Controller& controller) {
-    return controller.name + '\0' + controller.serial + '\0' + controller.location;
-}
+constexpr Rgb kWhite{255, 255, 255};
 
 const Mode* activeMode(const Controller& controller) {
     const auto index = static_cast<std::size_t>(controller.activeMode);
     return controller.activeMode >= 0 && index < controller.modes.size() ? &controller.modes[index] : nullptr;
+}
+
+bool showsLedColors(const Mode& mode) {
+    return (mode.flags & Mode::kPerLedFlag) != 0 && mode.colorMode == Mode::kPerLedColors;
 }
 
 ColorPacket colorPacket(std::uint32_t device, const std::vector<Rgb>& colors) {
@@ -50,13 +41,6 @@ ColorPacket colorPacket(std::uint32_t device, const std::vector<Rgb>& colors) {
     return frame;
 }
 
-std::size_t countKeys(const std::vector<LedOfKey>& leds) {
-    std::set<std::size_t> keys;
-    for (const LedOfKey& led : leds)
-        keys.insert(led.key);
-    return keys.size();
-}
-
 } // namespace
 
 OpenRgbDevice::OpenRgbDevice(Options options) : m_options(std::move(options)) {
@@ -64,98 +48,98 @@ OpenRgbDevice::OpenRgbDevice(Options options) : m_options(std::move(options)) {
 
 OpenRgbDevice::~OpenRgbDevice() = default;
 
-OpenResult OpenRgbDevice::open(const WakeEvent& stop) {
-    OpenResult result = tryToOpen(stop);
-    // No release of the server has the newest version yet, so its form may still have changed.
-    if (!result.found && m_session->wasMisunderstood() && m_session->version() == kNewestVersion) {
-        m_newestVersion = kNewestVersion - 1;
-        result = tryToOpen(stop);
-    }
-    if (!result.found)
-        m_session.reset();
+OpenResult OpenRgbDevice::look(const WakeEvent& stop) {
+    OpenResult result = search(stop);
+    if (m_keyboard)
+        result.text += " It would be put into its mode \"" +
+                       printable(m_keyboard->controller.modes[m_keyboard->perLedMode].name) + "\".";
+    m_keyboard.reset();
+    m_session.reset();
     return result;
 }
 
-OpenResult OpenRgbDevice::tryToOpen(const WakeEvent& stop) {
-    m_session.reset();
-    m_session = std::make_unique<Session>(stop, m_options.timing);
-    std::optional<Keyboard> keyboard;
-    if (m_session->start(m_options.server, m_newestVersion))
-        keyboard = choose([this](const Controller& controller) { return rankForPlayer(controller); });
-    if (m_session->isOver())
-        return {false, serverText() + " " + m_session->problem() + "."};
-    if (!keyboard && m_options.keyboardName.empty())
-        return {false, serverText() + " has no keyboard with a light behind each key."};
-    if (!keyboard)
-        return {false, serverText() + " has no keyboard named \"" + printable(m_options.keyboardName) +
-                           "\" with a light behind each key."};
-    takeOver(std::move(*keyboard));
-    const std::string name = printable(m_keyboard.controller.name);
-    return {true,
-            "Keyboard \"" + name + "\" found through OpenRGB, with " + std::to_string(m_keyboard.keyCount) +
-                " keys.",
-            "keyboard " + name + " through OpenRGB"};
+OpenResult OpenRgbDevice::open(const WakeEvent& stop) {
+    OpenResult result = search(stop);
+    if (m_keyboard)
+        m_options.placing->setBoard(HandPlacing::Board{HandPlacing::idOf(m_keyboard->controller),
+                                                       printable(m_keyboard->controller.name),
+                                                       m_keyboard->controller.leds, m_keyboard->leds});
+    return result;
 }
 
-/// The device for which `rank` gives the highest number; among equals, the one with the most keys. A device
-/// of rank 0 is never chosen. None when no device is left, or when the conversation with the server has
-/// ended.
-template <class Rank>
-std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::choose(Rank rank) {
-    // The numbers of devices mean other devices as soon as the list has changed.
-    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-        if (m_session->listHasChanged() && !m_session->waitForQuiet())
-            break;
-        std::optional<Keyboard> keyboard = chooseFromList(rank);
-        if (!m_session->listHasChanged())
-            return keyboard;
+OpenResult OpenRgbDevice::search(const WakeEvent& stop) {
+    if (m_session && m_session->awaitsAnswer())
+        m_session->drain();
+    if (m_session && m_session->awaitsAnswer())
+        return whyNone();
+    std::optional<Keyboard> keyboard = converse(stop);
+    // No release of the server has the newest version yet, so its form may still have changed.
+    if (m_session->wasMisunderstood() && m_session->version() == kNewestVersion) {
+        m_newestVersion = kNewestVersion - 1;
+        m_session.reset();
+        keyboard = converse(stop);
     }
-    return std::nullopt;
+    if (!keyboard || m_session->isOver()) {
+        OpenResult none = whyNone();
+        if (m_session->isOver() && !m_session->awaitsAnswer())
+            m_session.reset();
+        return none;
+    }
+    use(std::move(*keyboard));
+    return {.found = true,
+            .text = foundText(),
+            .name = "keyboard " + printable(m_keyboard->controller.name) + " through OpenRGB"};
 }
 
-template <class Rank>
-std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::chooseFromList(Rank rank) {
-    std::optional<Keyboard> best;
-    std::pair<int, std::size_t> bestWorth{0, 0};
-    for (const std::uint32_t device : m_session->controllerList().value_or(std::vector<std::uint32_t>())) {
-        std::optional<Keyboard> keyboard = readKeyboard(device);
-        if (m_session->isOver() || m_session->listHasChanged())
+std::optional<Keyboard> OpenRgbDevice::converse(const WakeEvent& stop) {
+    if (!m_session || m_session->isOver()) {
+        m_session.reset();
+        m_session = std::make_unique<Session>(stop, m_options.timing);
+        if (!m_session->start(m_options.server, m_newestVersion))
             return std::nullopt;
-        if (!keyboard)
-            continue;
-        const std::pair worth(rank(keyboard->controller), keyboard->keyCount);
-        if (worth.first > 0 && worth > bestWorth) {
-            bestWorth = worth;
-            best = std::move(keyboard);
-        }
     }
-    return best;
+    return chooseKeyboard(*m_session, rankByName(m_options.keyboardName));
 }
 
-/// Reads what the server says about a device; none when no single key of it can be lit.
-std::optional<OpenRgbDevice::Keyboard> OpenRgbDevice::readKeyboard(std::uint32_t device) {
-    std::optional<Controller> controller = m_session->controller(device);
-    if (!controller)
-        return std::nullopt;
-    std::vector<LedOfKey> leds = ledsOfKeys(*controller);
-    const std::optional<std::size_t> mode = perLedMode(controller->modes);
-    if (leds.empty() || !mode)
-        return std::nullopt;
-    const std::size_t keyCount = countKeys(leds);
-    return Keyboard{device, std::move(*controller), std::move(leds), keyCount, *mode};
+OpenResult OpenRgbDevice::whyNone() const {
+    OpenResult none{.text = serverText() + " "};
+    if (!m_session->hasConnected()) {
+        none.text += m_session->problem() + ".";
+        none.remedy =
+            "Start OpenRGB and, on its page \"SDK Server\", press \"Start Server\"; or type: openrgb "
+            "--server. Where it listens elsewhere, say so with --openrgb HOST:PORT.";
+        none.retryWithin = kUntilServerComes;
+    } else if (m_session->isOver()) {
+        none.text += m_session->problem() + ".";
+        none.remedy = "End OpenRGB and start it again.";
+    } else if (m_options.keyboardName.empty()) {
+        none.text += "has no keyboard with a light behind each key.";
+        none.remedy = "See that OpenRGB's own window lists the keyboard; press \"Rescan Devices\" there.";
+    } else {
+        none.text += "has no keyboard named \"" + printable(m_options.keyboardName) +
+                     "\" with a light behind each key.";
+        none.remedy = "Give --openrgb-keyboard a part of a name in the list of OpenRGB's own window.";
+    }
+    return none;
 }
 
-int OpenRgbDevice::rankForPlayer(const Controller& controller) const {
-    if (m_options.keyboardName.empty())
-        return isKeyboard(controller) ? 1 : 0;
-    const std::string name = lowerCase(controller.name);
-    const std::string wanted = lowerCase(m_options.keyboardName);
-    return name == wanted ? 2 : name.find(wanted) != std::string::npos ? 1 : 0;
+std::string OpenRgbDevice::foundText() const {
+    const Keyboard& keyboard = *m_keyboard;
+    std::string text =
+        "Keyboard \"" + printable(keyboard.controller.name) + "\" found through OpenRGB, with ";
+    if (keyboard.keyCount == 0)
+        return text + "one color for all its lights.";
+    text += std::to_string(keyboard.keyCount) + " keys.";
+    if (const std::size_t rest = keyboard.controller.litLeds() - keyboard.leds.size(); rest > 0)
+        text += " " + std::to_string(rest) +
+                " of its lights are behind no key that Glimra knows, and stay as they are.";
+    return text;
 }
 
-void OpenRgbDevice::takeOver(Keyboard keyboard) {
+void OpenRgbDevice::use(Keyboard keyboard) {
     m_keyboard = std::move(keyboard);
-    const Controller& controller = m_keyboard.controller;
+    m_isTaken = false;
+    const Controller& controller = m_keyboard->controller;
     const std::string identity = identityOf(controller);
     // A keyboard that is found again after an interruption may still show our own lights; what it showed
     // before them must not be forgotten.
@@ -163,12 +147,16 @@ void OpenRgbDevice::takeOver(Keyboard keyboard) {
         const Mode* const active = activeMode(controller);
         m_found = {identity, active ? active->name : std::string(), controller.colors};
     }
+}
+
+void OpenRgbDevice::takeOver() {
     // The first packet makes the server choose the mode, the second makes it tell the keyboard so.
-    m_session->send(packet(PacketId::SetCustomMode, m_keyboard.device));
-    m_session->send(updateModePacket(m_keyboard.device, m_keyboard.perLedMode,
-                                     controller.modes[m_keyboard.perLedMode].block));
-    m_frame = colorPacket(m_keyboard.device, controller.colors);
-    m_isLit = true;
+    m_session->send(packet(PacketId::SetCustomMode, m_keyboard->device));
+    m_session->send(updateModePacket(m_keyboard->device, m_keyboard->perLedMode,
+                                     m_keyboard->controller.modes[m_keyboard->perLedMode].block));
+    m_isTaken = true;
+    m_wasTaken = true;
+    m_takenAt = platform::monotonicNow();
 }
 
 DeviceStatus OpenRgbDevice::write(std::span<const KeyColor> keys) {
@@ -176,54 +164,119 @@ DeviceStatus OpenRgbDevice::write(std::span<const KeyColor> keys) {
     if (status.kind != DeviceStatus::Kind::Ok)
         return status;
     for (const KeyColor& key : keys)
-        m_colors[key.key] = key.color;
-    for (const LedOfKey& led : m_keyboard.leds)
-        m_frame.set(led.led, m_colors[led.key]);
+        m_lights[key.key] = key.color;
+    if (!m_isTaken)
+        takeOver();
+    if (keys.size() == kLightCount)
+        m_keyboard->leds =
+            m_options.placing->corrected(ledsOfKeys(m_keyboard->controller), m_keyboard->controller);
+    fillFrame();
+    m_frameSentAt = platform::monotonicNow();
     return m_session->send(m_frame.bytes()) ? DeviceStatus() : lost(m_session->problem());
 }
 
+void OpenRgbDevice::fillFrame() {
+    const std::vector<Rgb>& colors = m_keyboard->controller.colors;
+    if (const std::optional<std::size_t> only = m_options.placing->onlyLed()) {
+        m_frame = ColorPacket(m_keyboard->device, colors.size());
+        if (*only < colors.size())
+            m_frame.set(*only, kWhite);
+        return;
+    }
+    m_frame = colorPacket(m_keyboard->device, colors);
+    for (const LedOfKey& led : m_keyboard->leds)
+        m_frame.set(led.led, m_lights[led.key]);
+}
+
 DeviceStatus OpenRgbDevice::serve() {
+    if (!m_keyboard)
+        return serveSearch();
     if (!m_session->drain())
         return lost(m_session->problem());
     if (m_session->wasRefused())
         return lost("does not let the keyboard be lit");
-    return m_session->listHasChanged() ? renew() : DeviceStatus();
+    if (m_session->listHasChanged())
+        return renew();
+    return m_isTaken && platform::monotonicNow() - m_takenAt >= kBetweenClaims ? checkMode() : DeviceStatus();
+}
+
+/// Hears a server that has no keyboard, or owes an answer.
+DeviceStatus OpenRgbDevice::serveSearch() {
+    if (!m_session)
+        return {};
+    m_session->drain();
+    const bool hasEnded = m_session->isOver() && !m_session->awaitsAnswer();
+    if (hasEnded)
+        m_session.reset();
+    return {hasEnded || m_session->listHasChanged() ? DeviceStatus::Kind::LookAgain : DeviceStatus::Kind::Ok,
+            {}};
+}
+
+/// Takes the keyboard back when somebody has put it into another mode.
+DeviceStatus OpenRgbDevice::checkMode() {
+    if (!m_session->tookNoticeOf(m_keyboard->device))
+        return {};
+    const std::optional<Controller> now = m_session->controller(m_keyboard->device);
+    if (m_session->isOver())
+        return lost(m_session->problem());
+    const Mode* const active = now ? activeMode(*now) : nullptr;
+    if (active == nullptr || active->name == m_keyboard->controller.modes[m_keyboard->perLedMode].name)
+        return {};
+    claim();
+    return {DeviceStatus::Kind::AllKeysNeeded, {}};
 }
 
 /// Finds the keyboard again after the server's list of devices has changed.
 DeviceStatus OpenRgbDevice::renew() {
-    const std::string identity = identityOf(m_keyboard.controller);
-    std::optional<Keyboard> keyboard =
-        choose([&](const Controller& controller) { return identityOf(controller) == identity ? 1 : 0; });
+    std::optional<Keyboard> keyboard = chooseKeyboard(*m_session, rankSame(m_keyboard->controller));
     if (m_session->isOver())
         return lost(m_session->problem());
     if (!keyboard)
-        return lost("has no keyboard \"" + printable(m_keyboard.controller.name) + "\" any more");
-    takeOver(std::move(*keyboard));
+        return lost("has no keyboard \"" + printable(m_keyboard->controller.name) + "\" any more");
+    use(std::move(*keyboard));
     return {DeviceStatus::Kind::AllKeysNeeded, {}};
 }
 
 DeviceStatus OpenRgbDevice::lost(const std::string& why) {
-    m_isLit = false;
+    m_wasTaken = false;
     return {DeviceStatus::Kind::Lost, serverText() + " " + why + "."};
 }
 
 void OpenRgbDevice::close() {
-    if (m_isLit && m_session->drain() && !m_session->listHasChanged())
+    if (m_wasTaken)
         giveBack();
-    m_isLit = false;
-    m_session.reset();
+    if (m_keyboard)
+        m_options.placing->setBoard(std::nullopt);
+    m_keyboard.reset();
+    m_wasTaken = false;
+    m_isTaken = false;
+    if (m_session && !m_session->awaitsAnswer())
+        m_session.reset();
 }
 
 void OpenRgbDevice::giveBack() {
-    const Controller& controller = m_keyboard.controller;
+    m_session->hurry();
+    m_session->drain();
+    if (m_session->listHasChanged()) {
+        std::optional<Keyboard> keyboard = chooseKeyboard(*m_session, rankSame(m_keyboard->controller));
+        if (!keyboard)
+            return;
+        m_keyboard = std::move(keyboard);
+    }
+    m_session->listen(m_frameSentAt + kUntilWritten - platform::monotonicNow());
+    const Controller& controller = m_keyboard->controller;
     const auto mode = std::ranges::find(controller.modes, m_found->modeName, &Mode::name);
-    const std::size_t index = static_cast<std::size_t>(mode - controller.modes.begin());
-    if (mode != controller.modes.end() && index != m_keyboard.perLedMode)
-        m_session->send(updateModePacket(m_keyboard.device, index, mode->block));
+    if (mode != controller.modes.end()) {
+        const auto index = static_cast<std::size_t>(mode - controller.modes.begin());
+        if (index != m_keyboard->perLedMode)
+            m_session->send(updateModePacket(m_keyboard->device, index, mode->block));
+        // In a mode that has no colours of LEDs, they would end the keyboard's own effect.
+        if (!showsLedColors(*mode))
+            return;
+    }
     std::vector<Rgb> colors = m_found->colors;
     colors.resize(std::min(colors.size(), controller.colors.size()));
-    const ColorPacket frame = colorPacket(m_keyboard.device, colors);
+    const ColorPacket frame = colorPacket(m_keyboard->device, colors);
     m_session->send(frame.bytes());
     m_session->listen(kRepeatAfter);
     if (!m_session->listHasChanged())
@@ -232,10 +285,6 @@ void OpenRgbDevice::giveBack() {
 
 DevicePace OpenRgbDevice::pace() const {
     return {.interval = Duration::zero(), .repeatAfter = kRepeatAfter};
-}
-
-int OpenRgbDevice::watchedFd() const {
-    return m_session->fd();
 }
 
 std::string OpenRgbDevice::serverText() const {

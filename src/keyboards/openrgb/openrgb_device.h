@@ -1,8 +1,8 @@
 #pragma once
 
 #include "keyboards/device/keyboard_device.h"
-#include "keyboards/openrgb/key_names.h"
-#include "keyboards/openrgb/session.h"
+#include "keyboards/openrgb/hand_placing.h"
+#include "keyboards/openrgb/keyboard_choice.h"
 
 #include <memory>
 #include <optional>
@@ -17,48 +17,50 @@ struct Options {
     /// lit.
     std::string keyboardName;
     Timing timing;
+    /// What the player has told about the keys' LEDs.
+    std::shared_ptr<HandPlacing> placing = std::make_shared<HandPlacing>();
 };
 
-/// A keyboard of any maker, through the SDK server of OpenRGB. Puts the keyboard into the mode in which each
-/// LED has a colour of its own, and sends the colours of all LEDs with each frame; LEDs that belong to no key
-/// keep the colours that they had. `close` brings back the mode and the colours that were found at first.
+/// A keyboard of any maker, through the SDK server of OpenRGB. The first frame puts the keyboard into the
+/// mode in which each LED has a colour of its own; each frame has the colours of all LEDs, and LEDs that
+/// belong to no key keep those that they had. `close` brings back the mode that was found at first and, where
+/// that mode shows them, the colours.
+///
+/// While it has found nothing it stays connected, so that it hears when the server finds a keyboard, and so
+/// that a server that hangs can still send its answer.
 class OpenRgbDevice final : public KeyboardDevice {
 public:
     explicit OpenRgbDevice(Options options);
     ~OpenRgbDevice() override;
 
+    OpenResult look(const WakeEvent& stop) override;
     OpenResult open(const WakeEvent& stop) override;
     DeviceStatus write(std::span<const KeyColor> keys) override;
+    void claim() override { m_isTaken = false; }
     void close() override;
     DevicePace pace() const override;
-    int watchedFd() const override;
+    int watchedFd() const override { return m_session ? m_session->fd() : -1; }
     DeviceStatus serve() override;
 
 private:
-    /// A device of the server that can be lit.
-    struct Keyboard {
-        std::uint32_t device = 0;
-        Controller controller;
-        std::vector<LedOfKey> leds;
-        std::size_t keyCount = 0;
-        std::size_t perLedMode = 0;
-    };
     /// What the keyboard showed before it was taken.
     struct Found {
         std::string identity;
+        /// Empty when the server did not tell.
         std::string modeName;
         std::vector<Rgb> colors;
     };
 
-    OpenResult tryToOpen(const WakeEvent& stop);
-    template <class Rank>
-    std::optional<Keyboard> choose(Rank rank);
-    template <class Rank>
-    std::optional<Keyboard> chooseFromList(Rank rank);
-    std::optional<Keyboard> readKeyboard(std::uint32_t device);
-    int rankForPlayer(const Controller& controller) const;
-    void takeOver(Keyboard keyboard);
+    OpenResult search(const WakeEvent& stop);
+    std::optional<Keyboard> converse(const WakeEvent& stop);
+    OpenResult whyNone() const;
+    std::string foundText() const;
+    void use(Keyboard keyboard);
+    void takeOver();
+    void fillFrame();
     void giveBack();
+    DeviceStatus serveSearch();
+    DeviceStatus checkMode();
     DeviceStatus renew();
     DeviceStatus lost(const std::string& why);
     std::string serverText() const;
@@ -66,12 +68,17 @@ private:
     Options m_options;
     std::uint32_t m_newestVersion = kNewestVersion;
     std::unique_ptr<Session> m_session;
-    Keyboard m_keyboard;
-    KeyColors m_colors{};
+    /// Has a value while the device is open.
+    std::optional<Keyboard> m_keyboard;
+    LightColors m_lights{};
     ColorPacket m_frame;
+    Time m_frameSentAt{};
     std::optional<Found> m_found;
-    /// The keyboard has been taken over, and its lights have to be given back.
-    bool m_isLit = false;
+    /// The keyboard has been put into our mode since it was opened, and its lights have to be given back.
+    bool m_wasTaken = false;
+    /// It is in our mode as far as is known.
+    bool m_isTaken = false;
+    Time m_takenAt{};
 };
 
 } // namespace glimra::keyboards::openrgb

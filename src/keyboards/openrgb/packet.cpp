@@ -14,6 +14,7 @@ constexpr std::size_t kFirstColor = kHeaderBytes + 4 + 2;
 std::size_t mostBytesKept(std::uint32_t id) {
     switch (static_cast<PacketId>(id)) {
     case PacketId::ControllerData:
+    case PacketId::DeviceChanged:
         return kMostPayloadBytes;
     case PacketId::ControllerCount:
         return 4 + 4 * std::size_t{kMostControllers};

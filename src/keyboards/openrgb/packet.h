@@ -23,6 +23,7 @@ enum class PacketId : std::uint32_t {
     UpdateLeds = 1050,
     SetCustomMode = 1100,
     UpdateMode = 1101,
+    DeviceChanged = 1150,
 };
 
 inline constexpr std::uint32_t kNewestVersion = 6;

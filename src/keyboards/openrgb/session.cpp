@@ -17,6 +17,9 @@ constexpr char kClientName[] = "Glimra";
 /// How long `drain` goes on reading from a server that never stops sending.
 constexpr Duration kLongestDrain = std::chrono::milliseconds(20);
 
+/// How many devices' changes are remembered; nobody has more keyboards.
+constexpr std::size_t kMostChanges = 64;
+
 } // namespace
 
 bool Session::start(const ServerAddress& server, std::uint32_t newestVersion) {
@@ -24,7 +27,9 @@ bool Session::start(const ServerAddress& server, std::uint32_t newestVersion) {
         m_connection.connect(server.host, server.port, platform::monotonicNow() + m_timing.connection);
     if (!problem.empty())
         return fail("cannot be reached (" + problem + ")");
-    return negotiate(newestVersion) && send(clientNamePacket(kClientName));
+    m_hasConnected = true;
+    m_hasAgreed = negotiate(newestVersion);
+    return m_hasAgreed && send(clientNamePacket(kClientName));
 }
 
 bool Session::negotiate(std::uint32_t newestVersion) {
@@ -106,7 +111,7 @@ bool Session::waitForQuiet() {
     do {
         m_listHasChanged = false;
         const Time quiet = platform::monotonicNow() + m_timing.quiet;
-        while (!m_listHasChanged && waitForInput(quiet, Connection::Wait::UntilStopped))
+        while (!m_listHasChanged && waitForInput(quiet, m_wait))
             if (!drain())
                 return false;
     } while (m_listHasChanged && platform::monotonicNow() < giveUp);
@@ -114,12 +119,18 @@ bool Session::waitForQuiet() {
     return true;
 }
 
+void Session::hurry() {
+    constexpr Duration kShort = std::chrono::milliseconds(60);
+    m_timing.quiet = m_timing.unrest = m_timing.answer = kShort;
+    m_wait = Connection::Wait::Anyway;
+}
+
 void Session::end() {
     if (!m_connection.isOpen())
         return;
     fail("was left");
     m_connection.finishSending();
-    listen(m_timing.farewell);
+    listen(awaitsAnswer() ? m_timing.lateAnswer : m_timing.farewell);
     m_connection.close();
 }
 
@@ -141,17 +152,18 @@ std::optional<Packet> Session::ask(Bytes question, PacketId id, std::optional<st
 /// Waits for the answer to a request, and takes notice of all else that the server sends before it.
 std::optional<Packet> Session::await(PacketId id, std::optional<std::uint32_t> device, Duration limit) {
     const Time deadline = platform::monotonicNow() + limit;
+    m_awaited = id;
     do {
         while (std::optional<Packet> packet = nextPacket()) {
+            takeNotice(*packet);
             if (packet->is(id) && packet->device == device.value_or(packet->device))
                 return packet;
-            takeNotice(*packet);
             // Servers do not answer a request about a device that is gone.
             const bool isInVain = m_listHasChanged && id == PacketId::ControllerData;
             if (isInVain || platform::monotonicNow() >= deadline)
                 return std::nullopt;
         }
-    } while (!isOver() && waitForInput(deadline, Connection::Wait::UntilStopped));
+    } while (!isOver() && waitForInput(deadline, m_wait));
     return std::nullopt;
 }
 
@@ -176,11 +188,20 @@ std::optional<Packet> Session::nextPacket() {
 }
 
 void Session::takeNotice(const Packet& packet) {
+    if (m_awaited && packet.is(*m_awaited))
+        m_awaited.reset();
     if (packet.is(PacketId::DeviceListUpdated))
         m_listHasChanged = true;
+    if (packet.is(PacketId::DeviceChanged)) {
+        ByteReader reader(packet.payload);
+        reader.u32();
+        const bool isAboutColors = reader.u32() == 0;
+        if (!isAboutColors && m_changedDevices.size() < kMostChanges)
+            m_changedDevices.insert(packet.device);
+    }
     // The answer came too late, and the server has been taken for one of those without versions. A new
     // conversation has to begin.
-    if (packet.is(PacketId::ProtocolVersion) && m_version == 0)
+    if (packet.is(PacketId::ProtocolVersion) && m_hasAgreed && m_version == 0)
         fail("answered too late");
     if (packet.is(PacketId::Acknowledgement)) {
         ByteReader reader(packet.payload);

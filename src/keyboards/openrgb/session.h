@@ -5,6 +5,7 @@
 #include "keyboards/openrgb/packet.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ struct Timing {
     Duration unrest = std::chrono::seconds(3);
     /// For what it still sends after the program has ended its side of the connection.
     Duration farewell = std::chrono::milliseconds(150);
+    /// The same, while an answer of it is on its way.
+    Duration lateAnswer = std::chrono::seconds(3);
 };
 
 /// A conversation with an OpenRGB server, in the newest version of the protocol that both sides know. The
@@ -48,13 +51,21 @@ public:
     bool drain();
     /// Waits until the server's list of devices no longer changes. `listHasChanged` is false afterwards.
     bool waitForQuiet();
+    /// From now on, waits are short and go on when `stop` is set: the lights are to be handed back.
+    void hurry();
 
     /// Reads what comes during this time, whether `stop` is set or not.
     void listen(Duration duration);
 
-    /// Reads what the server still sends, then closes the connection. Old servers crash when the connection
-    /// closes before they have sent their answers.
+    /// Reads what the server still sends, then closes the connection.
     void end();
+
+    /// A request has not been answered yet. Old servers crash when the connection closes before they have
+    /// sent their answer, so it is kept open, for nothing else, until `drain` has read that answer.
+    bool awaitsAnswer() const { return m_awaited && m_connection.isOpen(); }
+    /// The server has told that somebody has changed more of a device than its colours. False when asked
+    /// again.
+    bool tookNoticeOf(std::uint32_t device) { return m_changedDevices.erase(device) > 0; }
 
     std::uint32_t version() const { return m_version; }
     int fd() const { return m_connection.fd(); }
@@ -64,6 +75,7 @@ public:
     bool wasRefused() const { return m_wasRefused; }
     /// An answer was not of the form that the protocol has in this version.
     bool wasMisunderstood() const { return m_wasMisunderstood; }
+    bool hasConnected() const { return m_hasConnected; }
     bool isOver() const { return !m_problem.empty(); }
     /// Why it is over. The rest of a sentence that begins with the server: "closed the connection".
     const std::string& problem() const { return m_problem; }
@@ -85,9 +97,14 @@ private:
     /// Bytes that were received and not read yet.
     Bytes m_unread;
     std::uint32_t m_version = 0;
+    bool m_hasConnected = false;
+    bool m_hasAgreed = false;
     bool m_listHasChanged = false;
     bool m_wasRefused = false;
     bool m_wasMisunderstood = false;
+    std::optional<PacketId> m_awaited;
+    std::set<std::uint32_t> m_changedDevices;
+    Connection::Wait m_wait = Connection::Wait::UntilStopped;
     std::string m_problem;
 };
 

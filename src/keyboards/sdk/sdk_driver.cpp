@@ -7,6 +7,8 @@
 #include <utility>
 
 #include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace glimra::keyboards {
 
@@ -19,6 +21,30 @@ constexpr std::array<std::string_view, 4> kSystemFolders{"/usr/local/lib", "/usr
 bool exists(const std::filesystem::path& file) {
     std::error_code error;
     return std::filesystem::exists(file, error);
+}
+
+/// A shell's word for a path.
+std::string quoted(const std::filesystem::path& path) {
+    std::string text = "'";
+    for (const char c : path.string())
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+bool mayBeChangedByOthers(const std::filesystem::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) != 0 || (status.st_uid != 0 && status.st_uid != geteuid()) ||
+           (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+/// What of the library, with links followed, others could change; empty when nothing.
+std::filesystem::path unsafePart(const std::filesystem::path& library) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(library, error);
+    for (const std::filesystem::path& part : {real, real.parent_path()})
+        if (mayBeChangedByOthers(part))
+            return part.empty() ? library : part;
+    return {};
 }
 
 std::string listed(const std::vector<std::filesystem::path>& files) {
@@ -113,15 +139,34 @@ SdkDriver::~SdkDriver() {
     LogiLedShutdown();
 }
 
-bool SdkDriver::load() {
+OpenResult SdkDriver::look() const {
     const auto found = std::ranges::find_if(m_candidates, exists);
-    if (found == m_candidates.end()) {
-        m_reason = "There is no library " + listed(m_candidates) + ".";
-        return false;
-    }
+    if (found == m_candidates.end())
+        return {.text = "There is no library " + listed(m_candidates) + ".",
+                .remedy =
+                    "Nothing to do, unless you have the vendor's library: put it there, or say where it "
+                    "is with --sdk PATH."};
+    if (const std::filesystem::path part = unsafePart(*found); !part.empty())
+        return {.text = "The library " + found->string() +
+                        " is not loaded, because others than you and root "
+                        "could change " +
+                        part.string() + ".",
+                .remedy = "sudo chown root " + quoted(part) + " && sudo chmod go-w " + quoted(part)};
     // A name without a slash would make the loader search its own folders.
     std::error_code error;
-    m_library = std::filesystem::absolute(*found, error);
+    return {.found = true,
+            .text = "The library " + found->string() +
+                    " is there. Whether it starts shows when Glimra lights the keyboard by it.",
+            .name = std::filesystem::absolute(*found, error).string()};
+}
+
+bool SdkDriver::load() {
+    const OpenResult seen = look();
+    if (!seen.found) {
+        m_reason = seen.text;
+        return false;
+    }
+    m_library = seen.name;
     void* library = dlopen(m_library.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (library == nullptr) {
         m_reason = "The library does not load: " + loaderError() + ".";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "keyboards/device/keyboard_device.h"
 #include "platform/led_driver.h"
 
 #include <filesystem>
@@ -33,7 +34,8 @@ struct SdkFunctions {
 /// times every call returns false and does nothing. Main thread only.
 class SdkDriver final : public platform::LedDriver {
 public:
-    /// `LogiLedInit` will load the first of these files that exists.
+    /// `LogiLedInit` will load the first of these files that exists, but only if the file and its folder
+    /// belong to root or the user, and nobody else may change them.
     explicit SdkDriver(std::vector<std::filesystem::path> candidates);
     SdkDriver(const SdkDriver&) = delete;
     SdkDriver& operator=(const SdkDriver&) = delete;
@@ -44,6 +46,9 @@ public:
     const std::string& reason() const { return m_reason; }
     /// The file that `LogiLedInit` loaded or tried to load; empty when it has found none so far.
     const std::filesystem::path& library() const { return m_library; }
+
+    /// Says whether there is a library that may be loaded, by its file alone.
+    OpenResult look() const;
 
     /// Loads the library and starts it. Does nothing when it runs already.
     bool LogiLedInit() override;

@@ -8,7 +8,9 @@
 #include <string_view>
 #include <system_error>
 
+#include <grp.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace glimra::keyboards {
@@ -39,8 +41,17 @@ const UsbModel* modelOfHidId(std::string_view id) {
     return findUsbModel(static_cast<std::uint16_t>(*product));
 }
 
+/// All models take their colours by their second interface; by the first they type.
+bool carriesTheLights(const std::filesystem::path& node) {
+    std::string number;
+    std::ifstream(node / "device/../bInterfaceNumber") >> number;
+    return hexadecimal(number) == kLightsInterface;
+}
+
 const UsbModel* modelOfNode(const std::filesystem::path& node) {
     constexpr std::string_view kHidId = "HID_ID=";
+    if (!carriesTheLights(node))
+        return nullptr;
     std::ifstream properties(node / "device/uevent");
     for (std::string line; std::getline(properties, line);)
         if (line.starts_with(kHidId))
@@ -50,6 +61,28 @@ const UsbModel* modelOfNode(const std::filesystem::path& node) {
 
 bool mayBeOpened(const HidNode& node) {
     return access(node.file.c_str(), R_OK | W_OK) == 0;
+}
+
+/// The group whose members may read and write the file; empty when there is none.
+std::string groupOf(const std::filesystem::path& file) {
+    constexpr mode_t kNeeded = S_IRGRP | S_IWGRP;
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0 || (status.st_mode & kNeeded) != kNeeded || status.st_gid == 0)
+        return {};
+    std::array<char, 1024> texts{};
+    group entry{};
+    group* found = nullptr;
+    getgrgid_r(status.st_gid, &entry, texts.data(), texts.size(), &found);
+    return found != nullptr ? found->gr_name : "";
+}
+
+std::string remedyForDenied(const std::filesystem::path& file) {
+    const std::string group = groupOf(file);
+    if (!group.empty())
+        return "Join the group " + group + ", then log in again: sudo usermod -aG " + group + " \"$USER\"";
+    return "See that the rule " + std::string(kUdevRuleFile) +
+           " is installed, then: sudo udevadm control --reload && sudo udevadm trigger --action=change "
+           "--subsystem-match=hidraw";
 }
 
 } // namespace
@@ -73,24 +106,26 @@ std::string describe(const UsbModel& model) {
     return text + ")";
 }
 
-std::string whyNoUsbKeyboard(const HidFolders& folders) {
+OpenResult lookForHidNode(const HidFolders& folders) {
     const std::vector<HidNode> nodes = findHidNodes(folders);
     if (nodes.empty())
-        return "There is no keyboard that the USB driver knows.";
-    const auto denied = std::ranges::find_if_not(nodes, mayBeOpened);
-    if (denied == nodes.end())
-        return {};
-    return "There is a keyboard " + describe(*denied->model) + ", but no permission to open " +
-           denied->file.string() + ": install the udev rule " + std::string(kUdevRuleFile) +
-           " and plug the keyboard in again.";
+        return {.text = "There is no keyboard that the USB driver knows.",
+                .remedy = "Nothing to do, unless you have one of the models in the guide: then plug it in."};
+    const auto open = std::ranges::find_if(nodes, mayBeOpened);
+    if (open == nodes.end())
+        return {.text = "There is a keyboard " + describe(*nodes.front().model) +
+                        ", but no permission to open " + nodes.front().file.string() + ".",
+                .remedy = remedyForDenied(nodes.front().file)};
+    return {.found = true,
+            .text = "The keyboard " + describe(*open->model) + " is there and may be opened.",
+            .name = "keyboard " + std::string(open->model->name) + " on USB"};
 }
 
-HidNodeWatch::HidNodeWatch(const HidFolders& folders, const UsbModel& model)
-    : m_nodes(findHidNodes(folders)),
-      m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    std::erase_if(m_nodes, [&](const HidNode& node) { return node.model != &model; });
+HidNodeWatch::HidNodeWatch(const HidFolders& folders) : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    // The permission comes some time after the file, as a change of its attributes.
     if (m_fd >= 0)
-        inotify_add_watch(m_fd, folders.devices.c_str(), IN_DELETE | IN_MOVED_FROM | IN_ONLYDIR);
+        inotify_add_watch(m_fd, folders.devices.c_str(),
+                          IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_DELETE | IN_MOVED_FROM | IN_ONLYDIR);
 }
 
 HidNodeWatch::~HidNodeWatch() {
@@ -98,21 +133,21 @@ HidNodeWatch::~HidNodeWatch() {
         close(m_fd);
 }
 
-bool HidNodeWatch::isGone() {
+HidNodeWatch::Changes HidNodeWatch::takeChanges() {
     alignas(inotify_event) std::array<char, 4096> buffer;
-    bool gone = false;
-    for (ssize_t size = 0; (size = read(m_fd, buffer.data(), buffer.size())) > 0;) {
+    Changes changes;
+    for (ssize_t size = 0; (size = read(m_fd, buffer.data(), buffer.size())) > 0;)
         for (std::size_t offset = 0; offset < static_cast<std::size_t>(size);) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + offset);
             const std::string_view name = event->len > 0 ? event->name : "";
-            gone |= (event->mask & IN_Q_OVERFLOW) != 0 ||
-                    std::ranges::any_of(m_nodes, [name](const HidNode& node) {
-                        return node.file.filename().native() == name;
-                    });
+            changes.isIncomplete |= (event->mask & IN_Q_OVERFLOW) != 0;
+            if (name.starts_with("hidraw") && (event->mask & (IN_DELETE | IN_MOVED_FROM)) != 0)
+                changes.gone.emplace_back(name);
+            else if (name.starts_with("hidraw"))
+                changes.hasCome = true;
             offset += sizeof(inotify_event) + event->len;
         }
-    }
-    return gone;
+    return changes;
 }
 
 } // namespace glimra::keyboards

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "keyboards/device/keyboard_device.h"
 #include "keyboards/usb/usb_models.h"
 
 #include <filesystem>
@@ -18,7 +19,8 @@ struct HidFolders {
     std::filesystem::path devices = "/dev";
 };
 
-/// A device file of a keyboard that is in `kUsbModels`. A keyboard has several such files.
+/// The device file by which a keyboard that is in `kUsbModels` is lit. What is typed comes by another one,
+/// which nobody needs to open.
 struct HidNode {
     const UsbModel* model = nullptr;
     std::filesystem::path file;
@@ -30,26 +32,33 @@ std::vector<HidNode> findHidNodes(const HidFolders& folders);
 /// "G810 (046d:c331)"
 std::string describe(const UsbModel& model);
 
-/// Why no keyboard can be lit, as a sentence for the log: because there is none, or because the permission to
-/// open it is missing, and then how to get it. Empty when a keyboard is there and may be opened.
-std::string whyNoUsbKeyboard(const HidFolders& folders);
+/// Which keyboard can be lit. None is found when there is none, or when the permission to open it is missing.
+OpenResult lookForHidNode(const HidFolders& folders);
 
-/// Notices when a keyboard is unplugged, by its device files. One thread at a time.
+/// Notices when a keyboard is unplugged or plugged in, by its device files. One thread at a time.
 class HidNodeWatch {
 public:
-    /// Watches the device files of one model. When the system cannot watch them, nothing is ever noticed.
-    HidNodeWatch(const HidFolders& folders, const UsbModel& model);
+    struct Changes {
+        /// Names of files that were removed, even if new files have their names by now.
+        std::vector<std::string> gone;
+        /// A file has come, or may be opened by others than before.
+        bool hasCome = false;
+        /// Some changes were missed.
+        bool isIncomplete = false;
+    };
+
+    /// When the system cannot watch the folder, nothing is ever noticed.
+    explicit HidNodeWatch(const HidFolders& folders);
     ~HidNodeWatch();
     HidNodeWatch(const HidNodeWatch&) = delete;
     HidNodeWatch& operator=(const HidNodeWatch&) = delete;
 
-    /// Can be read when it is worth asking `isGone`; -1 when the system cannot watch files.
+    /// Can be read when there are changes; -1 when the system cannot watch files.
     int fd() const { return m_fd; }
-    /// Whether one of the files was removed since the last call, even if a new file has its name by now.
-    bool isGone();
+    /// What has changed since the last call; does not wait.
+    Changes takeChanges();
 
 private:
-    std::vector<HidNode> m_nodes;
     int m_fd;
 };
 

@@ -170,95 +170,96 @@ LedKeyboard::Color toLibraryColor(Rgb color) {
     return {color.red, color.green, color.blue};
 }
 
-/// The colour that most keys have. Macro keys, logo and badge are not counted, since models with a single
-/// light have none.
-Rgb mostFrequentColor(const KeyColors& colors) {
-    std::vector<Rgb> counted;
-    for (std::size_t key = 0; key < kKeyCount; ++key)
-        if (lighting::kKeyboardLayout[key].code < lighting::kFirstIndividualCode)
-            counted.push_back(colors[key]);
-    return *std::ranges::max_element(counted, {},
-                                     [&](Rgb color) { return std::ranges::count(counted, color); });
-}
-
 class UsbKeyboard final : public KeyboardDevice {
 public:
-    explicit UsbKeyboard(HidFolders folders) : m_folders(std::move(folders)) { MutedOutput::prepare(); }
+    explicit UsbKeyboard(HidFolders folders) : m_folders(std::move(folders)), m_watch(m_folders) {
+        MutedOutput::prepare();
+    }
 
+    OpenResult look(const WakeEvent& stop) override;
     OpenResult open(const WakeEvent& stop) override;
     DeviceStatus write(std::span<const KeyColor> keys) override;
+    void claim() override {}
     void close() override;
     DevicePace pace() const override { return {}; }
-    int watchedFd() const override { return m_watch ? m_watch->fd() : -1; }
+    int watchedFd() const override { return m_watch.fd(); }
     DeviceStatus serve() override;
 
 private:
     bool send(std::span<const KeyColor> keys);
-    bool sendSingleColor(std::span<const KeyColor> keys);
     DeviceStatus lost(const char* how) const;
 
     HidFolders m_folders;
-    /// Has a value while the keyboard is open. The library cannot be asked whether it is open: it
-    /// opens the device anew for every report, and afterwards says that it is closed. Only what its functions
-    /// return can be relied on.
+    HidNodeWatch m_watch;
+    /// The library opens the device for every report, and afterwards says that it is closed. Only what its
+    /// functions return can be relied on.
     std::optional<LedKeyboard> m_library;
-    std::optional<HidNodeWatch> m_watch;
     const UsbModel* m_model = nullptr;
-    /// For models with a single light: the colours of all keys, since `write` is told only the changes, and
-    /// the colour that the keyboard shows.
-    KeyColors m_colors{};
-    std::optional<Rgb> m_shown;
+    /// The names of the model's device files when it was found.
+    std::vector<std::string> m_files;
 };
 
+OpenResult UsbKeyboard::look(const WakeEvent&) {
+    return lookForHidNode(m_folders);
+}
+
 OpenResult UsbKeyboard::open(const WakeEvent&) {
+    // What changes after this is noticed by the next `serve`.
+    m_watch.takeChanges();
+    OpenResult result = lookForHidNode(m_folders);
+    if (!result.found)
+        return result;
     const MutedOutput muted;
     m_library.emplace();
     const bool opened = m_library->open();
     m_model = opened ? findUsbModel(m_library->getCurrentDevice().productID) : nullptr;
     if (m_model == nullptr) {
         m_library.reset();
-        const std::string reason = whyNoUsbKeyboard(m_folders);
-        return {false, reason.empty() ? "The keyboard on USB does not open." : reason};
+        return {.text = "The keyboard on USB does not open."};
     }
-    m_watch.emplace(m_folders, *m_model);
-    m_colors = {};
-    m_shown.reset();
-    return {true, "The keyboard " + describe(*m_model) + " is lit over USB.",
-            "keyboard " + std::string(m_model->name) + " on USB"};
+    m_files.clear();
+    for (const HidNode& node : findHidNodes(m_folders))
+        if (node.model == m_model)
+            m_files.push_back(node.file.filename());
+    result.text = "The keyboard " + describe(*m_model) + " is lit over USB.";
+    result.name = "keyboard " + std::string(m_model->name) + " on USB";
+    return result;
 }
 
 DeviceStatus UsbKeyboard::write(std::span<const KeyColor> keys) {
     const MutedOutput muted;
-    const bool sent = m_model->lights == Lights::Single ? sendSingleColor(keys) : send(keys);
-    return sent ? DeviceStatus{} : lost("does not answer any more");
+    return send(keys) ? DeviceStatus{} : lost("does not answer any more");
 }
 
 bool UsbKeyboard::send(std::span<const KeyColor> keys) {
     LedKeyboard::KeyValueArray values;
-    for (const KeyColor& changed : keys)
+    for (const KeyColor& changed : keys) {
+        if (changed.key == kWholeBoard) {
+            if (m_model->lights == Lights::Single)
+                return m_library->setAllKeys(toLibraryColor(changed.color)) && m_library->commit();
+            continue;
+        }
         for (const LibraryKey& known : kLibraryKeys)
             if (known.code == lighting::kKeyboardLayout[changed.key].code && hasKey(*m_model, known.key))
                 values.push_back({known.key, toLibraryColor(changed.color)});
-    return values.empty() || (m_library->setKeys(std::move(values)) && m_library->commit());
-}
-
-bool UsbKeyboard::sendSingleColor(std::span<const KeyColor> keys) {
-    for (const KeyColor& changed : keys)
-        m_colors[changed.key] = changed.color;
-    const Rgb color = mostFrequentColor(m_colors);
-    if (color == m_shown && keys.size() < kKeyCount)
-        return true;
-    m_shown = color;
-    return m_library->setAllKeys(toLibraryColor(color)) && m_library->commit();
+    }
+    return values.empty() || m_model->lights == Lights::Single ||
+           (m_library->setKeys(std::move(values)) && m_library->commit());
 }
 
 DeviceStatus UsbKeyboard::serve() {
-    return m_watch->isGone() ? lost("was unplugged") : DeviceStatus{};
+    const HidNodeWatch::Changes changes = m_watch.takeChanges();
+    if (!m_library)
+        return {changes.hasCome || changes.isIncomplete ? DeviceStatus::Kind::LookAgain
+                                                        : DeviceStatus::Kind::Ok,
+                {}};
+    const bool isGone = std::ranges::any_of(
+        changes.gone, [this](const std::string& name) { return std::ranges::count(m_files, name) > 0; });
+    return isGone || changes.isIncomplete ? lost("was unplugged") : DeviceStatus{};
 }
 
 void UsbKeyboard::close() {
     const MutedOutput muted;
-    m_watch.reset();
     m_library.reset();
 }
 

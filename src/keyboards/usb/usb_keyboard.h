@@ -12,8 +12,7 @@ namespace glimra::keyboards {
 ///
 /// - Keys that the model lacks are left out; when no others changed, nothing is sent.
 /// - Keys that only ISO and ABNT keyboards have show the colour of a key beside them.
-/// - A model with a single light shows the colour that most keys have; among colours of equally many keys,
-///   the one that comes first in the layout.
+/// - A model with a single light shows that of `kWholeBoard`.
 /// - The keyboard cannot tell which lights it showed before, so it keeps the last frame when it is closed.
 std::unique_ptr<KeyboardDevice> makeUsbKeyboard(const HidFolders& folders = {});
 

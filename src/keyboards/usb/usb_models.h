@@ -10,6 +10,9 @@ namespace glimra::keyboards {
 /// The USB vendor number of every keyboard in the table.
 inline constexpr std::uint16_t kUsbVendor = 0x046D;
 
+/// The USB interface by which the lights of all of them are set.
+inline constexpr unsigned kLightsInterface = 1;
+
 enum class Lights : std::uint8_t {
     PerKey,
     /// One colour for the whole keyboard.

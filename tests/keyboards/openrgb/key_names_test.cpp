@@ -60,7 +60,22 @@ TEST(KeyNames, PlacesFindTheSameLedsWhenNamesSayNothing) {
     matrix.cells = cells;
     matrix.width = 17;
     EXPECT_EQ(ledsOfKeys(nameless).size(), 87U);
+    // In a wider one they are further to the right, and each has a place of its own at its left.
+    matrix = named.zones[0].matrix;
+    matrix.width += 2;
+    for (std::size_t row = 0; row < matrix.height; ++row)
+        for (const std::size_t column : {0, 1})
+            matrix.cells.insert(matrix.cells.begin() +
+                                    static_cast<std::ptrdiff_t>(row * matrix.width + column),
+                                column == 0 ? 104 + static_cast<std::uint32_t>(row) : Matrix::kNoLed);
+    nameless.zones[0].ledCount += matrix.height;
+    nameless.leds.resize(nameless.zones[0].ledCount);
+    nameless.colors.resize(nameless.leds.size());
+    EXPECT_THAT(ledsOfKeys(nameless), testing::UnorderedElementsAreArray(ledsOfKeys(named)));
+
     matrix.cells.assign(matrix.cells.size(), 5000); // beyond the zone
+    EXPECT_EQ(ledsOfKeys(nameless).at(7), (LedOfKey{7, kWholeBoard})) << "without places it has one color";
+    nameless.type = 6;
     EXPECT_THAT(ledsOfKeys(nameless), IsEmpty());
 }
 

@@ -31,13 +31,13 @@ Controller mouse() {
 
 std::vector<KeyColor> allKeys(Rgb color) {
     std::vector<KeyColor> keys;
-    for (std::size_t key = 0; key < kKeyCount; ++key)
+    for (std::size_t key = 0; key < kLightCount; ++key)
         keys.push_back({key, color});
     return keys;
 }
 
 OpenRgbDevice deviceAt(const StandInServer& server, const Timing& timing = {}, const std::string& name = {}) {
-    return OpenRgbDevice({{"127.0.0.1", server.port()}, name, timing});
+    return OpenRgbDevice({.server = {"127.0.0.1", server.port()}, .keyboardName = name, .timing = timing});
 }
 
 /// Serves the device until it says something.
@@ -65,7 +65,7 @@ TEST(OpenRgbDevice, LightsTheKeyboardAndPutsEverythingBack) {
         // The oldest servers are known by their silence.
         OpenRgbDevice device = deviceAt(server, {.versionAnswer = version == 0 ? 50ms : 10s});
         const WakeEvent stop;
-        EXPECT_EQ(device.open(stop).text, "Keyboard \"Small Board\" found through OpenRGB, with 4 keys.");
+        EXPECT_THAT(device.open(stop).text, HasSubstr("\"Small Board\" found through OpenRGB, with 4 keys."));
 
         EXPECT_EQ(device.write(allKeys({1, 1, 1})).kind, Status::Ok);
         EXPECT_EQ(device.write(std::vector<KeyColor>{{*keyIndex(0x01), kRed}}).kind, Status::Ok);
@@ -78,9 +78,33 @@ TEST(OpenRgbDevice, LightsTheKeyboardAndPutsEverythingBack) {
 
         device.close();
         ASSERT_TRUE(eventually([&] { return server.isLeft(); }));
-        EXPECT_EQ(server.lights("Small Board"), before);
+        EXPECT_EQ(server.lights("Small Board").mode, "Rainbow") << "it has no colors of LEDs to give back";
         EXPECT_THAT(server.complaints(), IsEmpty());
     }
+}
+
+TEST(OpenRgbDevice, HandsBackAlsoWhileTheListChangesAndTakesBackWhatOthersChange) {
+    Controller board = tests::smallKeyboard();
+    board.modes.push_back({.name = "Custom", .flags = 1U << 5, .colorMode = 1, .block = {}});
+    board.activeMode = 2;
+    StandInServer server({mouse(), board}, {.version = 6});
+    const StandInServer::Lights before = server.lights("Small Board");
+    OpenRgbDevice device = deviceAt(server);
+    const WakeEvent stop;
+    ASSERT_TRUE(device.open(stop).found);
+    device.write(allKeys(kRed));
+    ASSERT_TRUE(shows(server, "Small Board", kRed));
+    server.changeMode("Small Board", 0);
+    EXPECT_EQ(serveUntilNews(device).kind, Status::AllKeysNeeded);
+    device.write(allKeys(kRed));
+    EXPECT_TRUE(eventually([&] { return server.lights("Small Board").mode == "Direct"; }));
+
+    board.activeMode = 1;
+    server.setDevices({board, mouse()});
+    device.close();
+    ASSERT_TRUE(eventually([&] { return server.isLeft(); }));
+    EXPECT_EQ(server.lights("Small Board"), before);
+    EXPECT_THAT(server.complaints(), IsEmpty());
 }
 
 TEST(OpenRgbDevice, FollowsItsKeyboardThroughAListThatChanges) {
@@ -88,6 +112,7 @@ TEST(OpenRgbDevice, FollowsItsKeyboardThroughAListThatChanges) {
     OpenRgbDevice device = deviceAt(server, {.quiet = 20ms});
     const WakeEvent stop;
     ASSERT_TRUE(device.open(stop).found);
+    device.write(allKeys(kRed));
     ASSERT_TRUE(eventually([&] { return server.lights("Small Board").mode == "Direct"; }));
     const Controller another = tests::smallKeyboard("Another");
     server.setDevices({mouse(), another, tests::smallKeyboard()});
@@ -125,9 +150,10 @@ TEST(OpenRgbDevice, ComesBackWithItsServerAndStillKnowsWhatItFoundAtFirst) {
     left.activeMode = 1;
     server = std::make_unique<StandInServer>(std::vector{left}, StandInServer::Options{.port = port});
     ASSERT_TRUE(device.open(stop).found);
+    device.write(allKeys(kRed));
     device.close();
     ASSERT_TRUE(eventually([&] { return server->isLeft(); }));
-    EXPECT_EQ(server->lights("Small Board"), atFirst);
+    EXPECT_EQ(server->lights("Small Board").mode, atFirst.mode);
 }
 
 TEST(OpenRgbDevice, ChoosesTheKeyboardWithMostKeysOrTheOneThatIsNamed) {
@@ -211,6 +237,24 @@ TEST(OpenRgbDevice, IsNotHeldUpByAServerThatStopsReading) {
     goOn.set();
 }
 
+TEST(OpenRgbDevice, StaysWithAServerThatOwesAnAnswer) {
+    WakeEvent goOn;
+    StandInServer server({tests::smallKeyboard()}, {.instead = [&](std::uint32_t request, int) {
+                             if (request == 0)
+                                 waitForInput(goOn.fd(), -1, platform::monotonicNow() + 20s);
+                             return std::optional<StandInServer::Bytes>();
+                         }});
+    OpenRgbDevice device = deviceAt(server, {.answer = 50ms});
+    const WakeEvent stop;
+    for (int time = 0; time < 3; ++time)
+        EXPECT_THAT(device.open(stop).text, HasSubstr("did not answer"));
+    EXPECT_FALSE(server.isLeft());
+    goOn.set();
+    EXPECT_EQ(serveUntilNews(device).kind, Status::LookAgain);
+    EXPECT_TRUE(device.open(stop).found);
+    EXPECT_THAT(server.complaints(), IsEmpty());
+}
+
 TEST(OpenRgbDevice, StopsAtOnceButNeverLeavesWhileAnAnswerIsOnItsWay) {
     WakeEvent stop;
     bool saidGoodbye = false;
@@ -219,8 +263,7 @@ TEST(OpenRgbDevice, StopsAtOnceButNeverLeavesWhileAnAnswerIsOnItsWay) {
                              saidGoodbye = waitForInput(client, -1, platform::monotonicNow() + 10s).first;
                              return std::optional<StandInServer::Bytes>();
                          }});
-    OpenRgbDevice device = deviceAt(server, {.versionAnswer = 20s, .answer = 20s, .farewell = 30s});
-    EXPECT_FALSE(device.open(stop).found);
+    EXPECT_FALSE(deviceAt(server, {.versionAnswer = 20s, .answer = 20s, .lateAnswer = 30s}).open(stop).found);
     ASSERT_TRUE(eventually([&] { return server.isLeft(); }));
     EXPECT_TRUE(saidGoodbye);
     EXPECT_THAT(server.complaints(), IsEmpty());

@@ -69,7 +69,7 @@ TEST(PerLedMode, PrefersDirectAndNeverOneThatWearsTheDeviceOut) {
 TEST(PacketReader, FindsPacketsHoweverTheyAreSplitAndKeepsOnlyWhatIsRead) {
     Payload stream = numberPacket(PacketId::ProtocolVersion, 0, 5);
     appendBytes(stream, packet(PacketId::DeviceListUpdated, 0));
-    appendBytes(stream, packet(static_cast<PacketId>(1150), 3, Payload(100000, 7)));
+    appendBytes(stream, packet(static_cast<PacketId>(250), 3, Payload(100000, 7)));
     appendBytes(stream, packet(PacketId::ControllerData, 9, encodeDevice(tests::fullKeyboard(), 5)));
     for (const std::size_t piece : {std::size_t{1}, std::size_t{17}, std::size_t{4096}, stream.size()}) {
         PacketReader reader;

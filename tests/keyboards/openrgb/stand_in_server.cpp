@@ -78,6 +78,20 @@ StandInServer::Lights StandInServer::lights(const std::string& name) const {
     return {device->modes[static_cast<std::size_t>(device->activeMode)].name, device->colors};
 }
 
+int StandInServer::changes(const std::string& device) const {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_changes.find(device);
+    return found != m_changes.end() ? found->second : 0;
+}
+
+void StandInServer::changeMode(const std::string& name, std::int32_t mode) {
+    const std::scoped_lock lock(m_mutex);
+    const auto device = std::ranges::find(m_devices, name, &Device::name);
+    device->activeMode = mode;
+    if (m_version >= 6)
+        answer(numberOf(static_cast<std::size_t>(device - m_devices.begin())), 1150, numbers({8, 1}));
+}
+
 std::vector<std::string> StandInServer::complaints() const {
     return m_complaints.copy();
 }
@@ -160,6 +174,8 @@ void StandInServer::serve(std::uint32_t number, std::uint32_t request, const Byt
 
 void StandInServer::serveDevice(Device& device, std::uint32_t number, std::uint32_t request,
                                 const Bytes& payload) {
+    if (request == 1050 || request == 1100 || request == 1101)
+        ++m_changes[device.name];
     if (request == 1) {
         expect(payload == (m_version > 0 ? numbers({m_version}) : Bytes()), "not in the version agreed upon");
         answer(number, 1, encodeDevice(device, m_version));
@@ -171,6 +187,9 @@ void StandInServer::serveDevice(Device& device, std::uint32_t number, std::uint3
 }
 
 void StandInServer::update(Device& device, const Bytes& payload) {
+    // On many keyboards colours end the effect of a mode that has none of its own.
+    expect(device.modes[static_cast<std::size_t>(device.activeMode)].colorMode == 1,
+           "colors in a mode that shows none");
     ByteReader reader(payload);
     const std::size_t count = device.colors.size();
     const bool hasSizes = reader.u32() == payload.size() && reader.u16() == count;

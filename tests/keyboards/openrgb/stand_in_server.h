@@ -4,6 +4,7 @@
 #include "platform/locked.h"
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -44,6 +45,10 @@ public:
         bool operator==(const Lights&) const = default;
     };
     Lights lights(const std::string& device) const;
+    /// How often somebody has changed a device's mode or colours.
+    int changes(const std::string& device) const;
+    /// Another client, or the server's own window, does that.
+    void changeMode(const std::string& device, std::int32_t mode);
     std::vector<std::string> complaints() const;
     /// All that the last client had sent has been served, and it has gone.
     bool isLeft() const;
@@ -74,6 +79,7 @@ private:
     /// That was agreed with the client.
     std::uint32_t m_version = 0;
     std::vector<Device> m_devices;
+    std::map<std::string, int> m_changes;
     std::thread m_thread;
 };
 

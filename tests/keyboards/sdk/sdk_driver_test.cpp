@@ -59,7 +59,8 @@ TEST(SdkDriver, AnUnusableLibraryGivesAReasonAndIsNeverCalled) {
         return driver.reason();
     };
     EXPECT_EQ(refused("/nowhere/sdk.so"), "There is no library /nowhere/sdk.so.");
-    EXPECT_THAT(refused(std::filesystem::temp_directory_path()), HasSubstr("directory"));
+    EXPECT_THAT(refused(std::filesystem::path(FAKE_SDK).parent_path()), HasSubstr("directory"));
+    EXPECT_THAT(refused(std::filesystem::temp_directory_path()), HasSubstr("others than you and root"));
     EXPECT_THAT(refused(FAKE_SDK_LACKING), EndsWith(" has no function LogiLedPulseSingleKey."));
     EXPECT_THAT(refused(FAKE_SDK_REFUSING), EndsWith(" refused to start."));
     EXPECT_EQ(takeCalls(FAKE_SDK_LACKING) + takeCalls(FAKE_SDK_REFUSING), "Init\n");

@@ -35,21 +35,27 @@ int hid_exit() {
 hid_device_info* hid_enumerate(unsigned short vendor, unsigned short product) {
     static wchar_t text[] = L"keyboard";
     static char path[] = "/dev/hidraw0";
-    static hid_device_info info;
-    info = {};
-    info.path = path;
-    info.vendor_id = kVendor;
-    info.product_id = fakeHid.product;
-    info.serial_number = info.manufacturer_string = info.product_string = text;
-    info.interface_number = 1;
-    return isMeant(vendor, product) ? &info : nullptr;
+    static char typingPath[] = "/dev/typing";
+    // The interface that types comes first.
+    static hid_device_info infos[2];
+    for (int number : {1, 0}) {
+        infos[number] = {};
+        infos[number].path = number == 0 ? typingPath : path;
+        infos[number].vendor_id = kVendor;
+        infos[number].product_id = fakeHid.product;
+        infos[number].serial_number = infos[number].manufacturer_string = infos[number].product_string = text;
+        infos[number].interface_number = number;
+    }
+    infos[0].next = &infos[1];
+    return isMeant(vendor, product) ? infos : nullptr;
 }
 
 void hid_free_enumeration(hid_device_info*) {
 }
 
-hid_device* hid_open(unsigned short vendor, unsigned short product, const wchar_t*) {
-    return isMeant(vendor, product) ? new hid_device{fakeHid.timesPlugged} : nullptr;
+hid_device* hid_open_path(const char* path) {
+    const bool isThere = fakeHid.product != 0 && path == std::string_view("/dev/hidraw0");
+    return isThere ? new hid_device{fakeHid.timesPlugged} : nullptr;
 }
 
 void hid_close(hid_device* device) {

@@ -25,18 +25,17 @@ TEST(HidNodes, TellsNoKeyboardFromOneWithoutPermission) {
           "0003:046D:-C331", "0003:046D:FFFFFFFFFFFFFFFFF", "C331:046D:0003"})
         tree.add("hidraw of " + std::string(id), id);
     const std::string none = "There is no keyboard that the USB driver knows.";
-    EXPECT_EQ(whyNoUsbKeyboard({"/nowhere/hidraw", "/nowhere/dev"}), none);
-    EXPECT_EQ(whyNoUsbKeyboard(tree.folders), none);
-    EXPECT_EQ(driver.tryIt(options).reason, none);
-
-    tree.add("hidraw3", "0003:0000046D:0000C331");
-    EXPECT_EQ(whyNoUsbKeyboard(tree.folders), "");
-    EXPECT_THAT(driver.tryIt(options).text, HasSubstr("G810 (046d:c331) is there"));
+    EXPECT_EQ(lookForHidNode({"/nowhere/hidraw", "/nowhere/dev"}).text, none);
+    EXPECT_EQ(driver.look(options).text, none);
+    tree.add("hidraw3", "0003:0000046D:0000C331", true, "00");
+    EXPECT_EQ(driver.look(options).text, none) << "it types by this one";
 
     tree.add("hidraw4", "0003:0000046D:0000C331", false);
-    EXPECT_THAT(whyNoUsbKeyboard(tree.folders),
-                AllOf(HasSubstr("G810 (046d:c331)"), HasSubstr((tree.folders.devices / "hidraw4").string()),
-                      HasSubstr("70-glimra-keyboard.rules")));
+    EXPECT_THAT(driver.look(options).text,
+                AllOf(HasSubstr("G810 (046d:c331)"), HasSubstr((tree.folders.devices / "hidraw4").string())));
+    EXPECT_THAT(driver.look(options).remedy, HasSubstr("sudo udevadm"));
+    tree.add("hidraw5", "0003:0000046D:0000C331");
+    EXPECT_THAT(driver.look(options).text, HasSubstr("G810 (046d:c331) is there"));
 }
 
 } // namespace

@@ -10,10 +10,12 @@ struct HidTree {
     HidFolders folders{tests::newFolder(), tests::newFolder()};
 
     /// A device, with a file that may be opened unless told otherwise.
-    void add(const std::string& name, const std::string& hidId, bool hasFile = true) const {
+    void add(const std::string& name, const std::string& hidId, bool hasFile = true,
+             const std::string& interface = "01") const {
         const std::filesystem::path device = folders.classes / name / "device";
         std::filesystem::create_directories(device);
         std::ofstream(device / "uevent") << "DRIVER=hid-generic\nHID_ID=" << hidId << "\nHID_NAME=keyboard\n";
+        std::ofstream(folders.classes / name / "bInterfaceNumber") << interface << "\n";
         if (hasFile)
             std::ofstream(folders.devices / name) << "";
     }
