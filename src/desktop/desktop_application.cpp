@@ -78,6 +78,8 @@ DesktopApplication::DesktopApplication(const Options& options, RunningInstance& 
                  .keyboardName = m_machine.keyboard.description,
                  .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
                                     [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
+                 .placeLights = {m_machine.keyboard.placing(), m_machine.settings,
+                                 [this] { m_machine.keyboard.resendAll(); }},
                  .appearance = {[this] { return appearance(); },
                                 [this](const std::string& name) { chooseAppearance(name); }},
                  .doctorArguments = doctorArguments(options),

@@ -1,5 +1,6 @@
 #include "desktop/keyboard_options.h"
 
+#include "desktop/settings/light_places.h"
 #include "keyboards/sdk/sdk_driver.h"
 
 #include <cstdlib>
@@ -33,6 +34,7 @@ keyboards::ChosenKeyboard::Options keyboardOptions(const Options& options,
     keyboards::openrgb::Options openRgb;
     openRgb.server = options.openRgbServer.value_or(openRgb.server);
     openRgb.keyboardName = options.openRgbKeyboard;
+    openRgb.placing->setAll(loadLightPlaces(settings.defaults));
     return {.driver = driverName(options, settings),
             .drivers = {.sdkLibraries = sdkLibraries(options), .openRgb = openRgb, .hidFolders = {}}};
 }

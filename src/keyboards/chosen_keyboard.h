@@ -32,6 +32,8 @@ public:
     /// Emits sentences for the log, without line ends.
     platform::Signal<std::string_view> told;
 
+    /// What the player has told about the lights of an OpenRGB keyboard.
+    openrgb::HandPlacing& placing() { return *m_options.drivers.openRgb.placing; }
     const std::string& chosen() const { return m_options.driver; }
     /// Hands the present keyboard back, and lights another one with all that is shown now.
     void choose(std::string_view driver);

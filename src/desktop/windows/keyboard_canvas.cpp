@@ -30,6 +30,7 @@ QPointF centerOf(std::size_t index) {
 
 KeyboardCanvas::KeyboardCanvas(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     KeyboardCanvasAccessible::install();

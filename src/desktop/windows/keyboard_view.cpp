@@ -22,6 +22,8 @@ KeyboardView::KeyboardView(keyboards::VirtualKeyboard& keyboard, std::function<T
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setAccessibleName("Keyboard");
+    // The picture has no holes, so nothing needs to be painted below it.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     installKeyboardViewAccessible();
     // Effects go on by themselves, but only a call can wake a keyboard that stands still. One call may be
     // the first of a hundred; the next frame shows them all.

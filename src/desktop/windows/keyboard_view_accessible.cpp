@@ -21,10 +21,12 @@ QString keysByColor(const keyboards::KeyColors& colors) {
         const std::string_view name =
             lighting::displayNameOfKey(lighting::kKeyboardLayout[index].code).value_or("");
         keys[colorName({rgb.red / 255.0, rgb.green / 255.0, rgb.blue / 255.0})].append(
-            QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).remove(QChar(0xA9)).trimmed());
+            QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
+                .remove(QChar(0xA9))
+                .trimmed());
     }
-    const auto most = std::ranges::max_element(
-        keys, {}, [](const QStringList& names) { return names.size(); });
+    const auto most =
+        std::ranges::max_element(keys, {}, [](const QStringList& names) { return names.size(); });
     QStringList parts;
     for (auto color = keys.cbegin(); color != keys.cend(); ++color)
         if (color.key() != most.key())

@@ -156,6 +156,10 @@ void Windows::furnishMenus() {
     const auto menu = [this](const char* name) { return m_mainWindow->findChild<QMenu*>(name); };
     const auto item = [this](const char* name) { return m_mainWindow->findChild<QAction*>(name); };
     furnishKeyboardMenu(menu("keyboardMenu"), m_parts.keyboardChoice, m_parts.delegate);
+    QAction* const placeLights = item("placeLightsItem");
+    QObject::connect(menu("keyboardMenu"), &QMenu::aboutToShow, placeLights, [this, placeLights] {
+        placeLights->setEnabled(m_parts.placeLights.placing.board().has_value());
+    });
     makeExclusive(menu("autorunMenu"));
     addChoices(menu("appearanceMenu"), "appearance-",
                {{"desktop", "As the &Desktop"}, {"dark", "Da&rk"}, {"light", "&Light"}}, m_parts.appearance);
@@ -188,6 +192,11 @@ void Windows::bindAll() {
     m_binder.setCommand("quit", [this] { quit(); });
     m_binder.setCommand("keepInTray", [this] {
         m_parts.userDefaults.set(platform::settings::kKeepInTray.key, !staysInTray());
+    });
+    m_binder.setCommand("placeLights", [this] {
+        if (!m_placeLights)
+            m_placeLights = std::make_unique<PlaceLightsWindow>(m_mainWindow, m_parts.placeLights);
+        m_placeLights->open();
     });
     m_binder.setCommand("showShortcuts", [this] { showShortcuts(); });
     m_binder.setCommand("checkMachine", [this] {

@@ -8,6 +8,7 @@
 #include "desktop/windows/main_window.h"
 #include "desktop/windows/painter_guard.h"
 #include "desktop/windows/painter_window.h"
+#include "desktop/windows/place_lights_window.h"
 #include "desktop/windows/qt_window_system.h"
 #include "desktop/windows/questions.h"
 #include "keyboards/virtual_keyboard.h"
@@ -34,6 +35,7 @@ public:
         /// What lights up, in plain words.
         platform::Property<std::string>& keyboardName;
         Choice keyboardChoice;
+        PlaceLightsWindow::Parts placeLights;
         /// As the desktop, dark or light.
         Choice appearance;
         /// For a doctor who looks at what this program uses.
@@ -85,6 +87,7 @@ private:
     std::unique_ptr<MainWindow> m_main;
     std::unique_ptr<MachineCheck> m_machineCheck;
     std::unique_ptr<TextWindow> m_shortcuts;
+    std::unique_ptr<PlaceLightsWindow> m_placeLights;
 };
 
 } // namespace glimra::desktop

@@ -48,6 +48,7 @@ protected:
             .keyboardName = m_keyboardName,
             .keyboardChoice = {[this] { return m_driver; },
                                [this](const std::string& name) { m_driver = name; }},
+            .placeLights = {m_placing, m_machine.userDefaults, [this] { ++m_resends; }},
             .appearance = {[this] { return m_appearance; },
                            [this](const std::string& name) { m_appearance = name; }},
             .doctorArguments = {"doctor"},
@@ -132,6 +133,8 @@ protected:
     platform::Property<std::string> m_keyboardName{"test keyboard"};
     std::string m_driver = "auto";
     std::string m_appearance = "desktop";
+    keyboards::openrgb::HandPlacing m_placing;
+    int m_resends = 0;
     int m_pixelsPerPoint = 1;
     screenlink::DemonstrationCapture m_demonstration{m_machine.readerCapture, m_runLoop};
     platform::Platform m_platform = platform();

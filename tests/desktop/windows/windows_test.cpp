@@ -1,6 +1,7 @@
 #include "windows_fixture.h"
 
 #include "app/palette_check.h"
+#include "desktop/settings/light_places.h"
 #include "desktop/windows/color_well.h"
 #include "platform/stored_values.h"
 
@@ -311,6 +312,24 @@ TEST_F(WindowsTest, TheMenusTellTheShortcutsAndOfferOnlyWhatThereIs) {
     item("appearance-light")->trigger();
     EXPECT_EQ(m_appearance, "light");
     EXPECT_FALSE(item("appearance-desktop")->isChecked());
+}
+
+TEST_F(WindowsTest, ALightIsPlacedByPressingItsKeyAndStaysWhereItWasPut) {
+    m_placing.setBoard(keyboards::openrgb::HandPlacing::Board{"1f", "Board", {"LED 1", "LED 2"}, {}});
+    item("placeLightsItem")->trigger();
+    auto* const lights = widget<QListWidget>("placedLights");
+    lights->setCurrentRow(1);
+    QTest::keyClick(lights, Qt::Key_Return);
+    EXPECT_EQ(m_placing.onlyLed(), 1U);
+    QKeyEvent physicalQ(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, 24, 0, 0, "a");
+    QApplication::sendEvent(lights, &physicalQ);
+    EXPECT_EQ(m_placing.onlyLed(), std::nullopt);
+    EXPECT_EQ(m_resends, 2);
+    EXPECT_EQ(lights->item(1)->text(), "LED 2  –  Q, by hand");
+    const auto stored = loadLightPlaces(m_machine.userDefaults);
+    EXPECT_EQ(stored.at("1f"), (keyboards::openrgb::HandPlacing::Places{{1, placeOf(kQ)}}));
+    click("lightAsFound");
+    EXPECT_EQ(lights->item(1)->text(), "LED 2  –  no key");
 }
 
 TEST_F(WindowsTest, TheTabOrderFollowsTheEye) {
