@@ -39,7 +39,7 @@ public Q_SLOTS:
     QDBusVariant Read(const QString& group, const QString& key) {
         ++reads;
         const bool isKnown = group == "org.freedesktop.appearance" && key == "color-scheme";
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? kPreferDark : kPreferLight)));
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? kPreferLight : kPreferDark)));
     }
 
 Q_SIGNALS:
@@ -54,14 +54,16 @@ TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
     glimra::tests::PrivateBus bus;
     MockPortal portal(bus);
     const DesktopTheme theme(QDBusConnection::connectToBus(bus.address(), "theme"));
-    EXPECT_TRUE(eventually(isDark));
+    const auto isLight = [] { return !isDark(); };
+    EXPECT_TRUE(isDark()) << "until the desktop has answered";
+    EXPECT_TRUE(eventually(isLight));
     // Other settings of the same name do not count.
-    portal.change("org.example", kPreferLight);
-    portal.change("org.freedesktop.appearance", kPreferDark);
+    portal.change("org.example", kPreferDark);
     portal.change("org.freedesktop.appearance", kPreferLight);
-    EXPECT_TRUE(eventually([] { return !isDark(); }));
     portal.change("org.freedesktop.appearance", kPreferDark);
     EXPECT_TRUE(eventually(isDark));
+    portal.change("org.freedesktop.appearance", kPreferLight);
+    EXPECT_TRUE(eventually(isLight));
     EXPECT_EQ(portal.reads, 1);
     QDBusConnection::disconnectFromBus("theme");
 }
