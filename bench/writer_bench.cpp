@@ -295,8 +295,9 @@ int main() {
     std::printf("\nWriter's CPU, %% of a core\n%-38s %10s %14s %14s\n", "", "at rest", "wake-ups",
                 "full pulse");
     isGood &= benchCpu("device of 10 ms a frame", std::make_unique<SlowDevice>());
-    isGood &= benchCpu("OpenRGB, 104 keys", std::make_unique<openrgb::OpenRgbDevice>(
-                                                openrgb::Options{.server = {"127.0.0.1", server.port()}}));
+    isGood &= benchCpu("OpenRGB, 104 keys",
+                       std::make_unique<openrgb::OpenRgbDevice>(openrgb::Options{
+                           .server = {"127.0.0.1", server.port()}, .keyboardName = {}, .timing = {}}));
     std::printf("\n%s\n", isGood ? "All goals are met." : "A goal is missed.");
     return isGood ? 0 : 1;
 }

@@ -211,19 +211,17 @@ bool ActionSlots::takeKey(const QKeyEvent& event) {
             wait(true);
         return begins;
     }
+    // One press is one slot; a key that could have no light counts as none.
+    if (event.isAutoRepeat())
+        return true;
     const std::optional<KeyCode> key = physicalKey(event);
-    if (event.isAutoRepeat()) {
-        // One press is one slot.
-    } else if (isPress && event.key() == Qt::Key_Escape) {
+    if (isPress && event.key() == Qt::Key_Escape)
         wait(false);
-    } else if (!key) {
-        // No key that could have a light.
-    } else if (isPress && isModifier(event.key())) {
+    else if (key && isPress && isModifier(event.key()))
         // It may be part of a combination, of which the other key counts.
         m_modifier = *key;
-    } else if (isPress || m_modifier == *key) {
+    else if (key && (isPress || m_modifier == *key))
         assign(*key);
-    }
     return true;
 }
 

@@ -16,7 +16,11 @@ FlowLayout::FlowLayout(QWidget* parent, Qt::Alignment alignment, int spacing)
         addWidget(widget);
 }
 
-FlowLayout::~FlowLayout() = default;
+FlowLayout::~FlowLayout() {
+    // A layout that goes takes itself out of the one around it, so none may go while it is still listed.
+    while (const std::unique_ptr<QLayoutItem> item{takeAt(0)}) {
+    }
+}
 
 FlowLayout* FlowLayout::replacing(QBoxLayout* row, QBoxLayout* parent) {
     auto* const flow = new FlowLayout;

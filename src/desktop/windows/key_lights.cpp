@@ -15,13 +15,11 @@ unsigned portion(unsigned channel, unsigned strength) {
 
 void addRow(std::uint8_t* pixels, const std::uint8_t* strength, int count, keyboards::Rgb color) {
     // Blue, green, red and a byte that is not used, on the machines that Qt runs on.
-    for (int i = 0; i < count; ++i) {
-        const unsigned share = strength[i];
-        pixels[4 * i] = static_cast<std::uint8_t>(std::min(255U, pixels[4 * i] + portion(color.blue, share)));
-        pixels[4 * i + 1] =
-            static_cast<std::uint8_t>(std::min(255U, pixels[4 * i + 1] + portion(color.green, share)));
-        pixels[4 * i + 2] =
-            static_cast<std::uint8_t>(std::min(255U, pixels[4 * i + 2] + portion(color.red, share)));
+    for (const std::uint8_t* const end = strength + count; strength != end; ++strength, pixels += 4) {
+        const unsigned share = *strength;
+        pixels[0] = static_cast<std::uint8_t>(std::min(255U, pixels[0] + portion(color.blue, share)));
+        pixels[1] = static_cast<std::uint8_t>(std::min(255U, pixels[1] + portion(color.green, share)));
+        pixels[2] = static_cast<std::uint8_t>(std::min(255U, pixels[2] + portion(color.red, share)));
     }
 }
 
@@ -32,7 +30,7 @@ void paintLights(QImage& picture, const QImage& dark, const KeyLights& lights,
     const QRect area = part.intersected(picture.rect());
     if (area.isEmpty())
         return;
-    const auto at = [&area](auto* row, int x) { return row + 4 * std::ptrdiff_t{x}; };
+    const auto at = [](auto* row, int x) { return row + 4 * std::ptrdiff_t{x}; };
     for (int y = area.top(); y <= area.bottom(); ++y)
         std::memcpy(at(picture.scanLine(y), area.left()), at(dark.constScanLine(y), area.left()),
                     4 * static_cast<std::size_t>(area.width()));

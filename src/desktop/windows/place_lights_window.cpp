@@ -5,6 +5,7 @@
 #include "desktop/windows/physical_key.h"
 #include "desktop/windows/window_fitter.h"
 #include "keyboards/model/keyboard_model.h"
+#include "keyboards/openrgb/keyboard_choice.h"
 
 #include <QKeyEvent>
 #include <QPushButton>
@@ -93,7 +94,7 @@ void PlaceLightsWindow::list() {
     for (std::size_t led = 0; led < m_board.leds.size(); ++led) {
         const LedOfKey* const byHand = placeOf(told, led);
         const LedOfKey* const found = placeOf(m_board.places, led);
-        m_lights->addItem(QString::fromStdString(m_board.leds[led]) + "  –  " +
+        m_lights->addItem(QString::fromStdString(keyboards::openrgb::printable(m_board.leds[led])) + "  –  " +
                           (byHand != nullptr  ? nameOfKey(byHand->key) + ", by hand"
                            : found != nullptr ? nameOfKey(found->key)
                                               : QString("no key")));
@@ -105,6 +106,9 @@ void PlaceLightsWindow::list() {
 }
 
 void PlaceLightsWindow::choose(int light) {
+    // Another keyboard may have come in place of the one that is listed.
+    if (const auto now = m_parts.placing.board(); !now || now->id != m_board.id)
+        return reject();
     m_chosen = static_cast<std::size_t>(light);
     m_hint->setText("Press the key that shines white. A click on another light leaves this one as it is.");
     this->light(m_chosen);

@@ -14,6 +14,8 @@
 #include <QPluginLoader>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace glimra::desktop {
 
 namespace {
@@ -45,9 +47,10 @@ bool desktopBringsColors() {
         for (const QString& file : folder.entryList({"*.so"}, QDir::Files)) {
             const QJsonArray keys =
                 QPluginLoader(folder.filePath(file)).metaData()["MetaData"].toObject()["Keys"].toArray();
-            for (const QJsonValue& key : keys)
-                if (name.startsWith(key.toString(), Qt::CaseInsensitive))
-                    return true;
+            if (std::ranges::any_of(keys, [&name](const QJsonValue& key) {
+                    return name.startsWith(key.toString(), Qt::CaseInsensitive);
+                }))
+                return true;
         }
     }
     return false;

@@ -76,7 +76,12 @@ std::size_t printableBytes(std::string_view text) {
     // Control characters, surrogates, and the marks that turn the direction of a whole line.
     const bool isControl = byte(0) == 0xC2 && byte(1) < 0xA0;
     const bool isSurrogate = byte(0) == 0xED && byte(1) >= 0xA0;
-    const bool isMark = byte(0) == 0xE2 && (byte(1) == 0x80 || byte(1) == 0x81) && byte(2) >= 0xA6;
+    // U+200E and U+200F, U+2028 to U+202E, and U+2066 to U+2069.
+    const auto isBetween = [&](std::uint8_t second, std::uint8_t first, std::uint8_t last) {
+        return byte(0) == 0xE2 && byte(1) == second && byte(2) >= first && byte(2) <= last;
+    };
+    const bool isMark =
+        isBetween(0x80, 0x8E, 0x8F) || isBetween(0x80, 0xA8, 0xAE) || isBetween(0x81, 0xA6, 0xA9);
     return isControl || isSurrogate || isMark ? 0 : size;
 }
 

@@ -152,12 +152,12 @@ OpenResult SdkDriver::look() const {
                         "could change " +
                         part.string() + ".",
                 .remedy = "sudo chown root " + quoted(part) + " && sudo chmod go-w " + quoted(part)};
-    // A name without a slash would make the loader search its own folders.
+    // The very file that was looked at: a link to it could be another one by the time it is loaded.
     std::error_code error;
     return {.found = true,
             .text = "The library " + found->string() +
                     " is there. Whether it starts shows when Glimra lights the keyboard by it.",
-            .name = std::filesystem::absolute(*found, error).string()};
+            .name = std::filesystem::canonical(*found, error).string()};
 }
 
 bool SdkDriver::load() {

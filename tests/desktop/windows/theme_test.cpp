@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace glimra::desktop {
 namespace {
 
@@ -37,7 +39,7 @@ public Q_SLOTS:
     QDBusVariant Read(const QString& group, const QString& key) {
         ++reads;
         const bool isKnown = group == "org.freedesktop.appearance" && key == "color-scheme";
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? kPreferDark : kPreferLight)));
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? kPreferLight : kPreferDark)));
     }
 
 Q_SIGNALS:
@@ -52,16 +54,51 @@ TEST(DesktopThemeTest, FollowsTheDesktopBetweenLightAndDark) {
     glimra::tests::PrivateBus bus;
     MockPortal portal(bus);
     const DesktopTheme theme(QDBusConnection::connectToBus(bus.address(), "theme"));
-    EXPECT_TRUE(eventually(isDark));
+    const auto isLight = [] { return !isDark(); };
+    EXPECT_TRUE(isDark()) << "until the desktop has answered";
+    EXPECT_TRUE(eventually(isLight));
     // Other settings of the same name do not count.
-    portal.change("org.example", kPreferLight);
-    portal.change("org.freedesktop.appearance", kPreferDark);
+    portal.change("org.example", kPreferDark);
     portal.change("org.freedesktop.appearance", kPreferLight);
-    EXPECT_TRUE(eventually([] { return !isDark(); }));
     portal.change("org.freedesktop.appearance", kPreferDark);
     EXPECT_TRUE(eventually(isDark));
+    portal.change("org.freedesktop.appearance", kPreferLight);
+    EXPECT_TRUE(eventually(isLight));
     EXPECT_EQ(portal.reads, 1);
     QDBusConnection::disconnectFromBus("theme");
+}
+
+/// Relative luminance, as WCAG 2 defines it.
+double luminance(const QColor& color) {
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+TEST(DesktopThemeTest, TextIsReadableInBothThemes) {
+    using enum QPalette::ColorRole;
+    for (const bool isDark : {false, true}) {
+        const QPalette palette = themePalette(isDark);
+        std::vector<std::pair<QColor, QColor>> pairs;
+        for (const auto& [text, ground] : {std::pair{WindowText, Window},
+                                           {Text, Base},
+                                           {ButtonText, Button},
+                                           {PlaceholderText, Window},
+                                           {PlaceholderText, Base},
+                                           {Link, Window},
+                                           {Link, Base},
+                                           {HighlightedText, Highlight},
+                                           {ToolTipText, ToolTipBase}})
+            pairs.emplace_back(palette.color(text), palette.color(ground));
+        for (const QGradientStop& stop : accentBrush({0, 0, 1, 1}).gradient()->stops())
+            pairs.emplace_back(palette.color(HighlightedText), stop.second);
+        for (const auto& [text, ground] : pairs) {
+            const double ratio = (luminance(text) + 0.05) / (luminance(ground) + 0.05);
+            EXPECT_GE(std::max(ratio, 1 / ratio), 4.5)
+                << text.name().toStdString() << " on " << ground.name().toStdString();
+        }
+    }
 }
 
 TEST(DesktopThemeTest, OfAThemeThatIsNamedAndMissingNothingIsExpected) {

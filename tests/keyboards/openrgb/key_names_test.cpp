@@ -64,7 +64,7 @@ TEST(KeyNames, PlacesFindTheSameLedsWhenNamesSayNothing) {
     matrix = named.zones[0].matrix;
     matrix.width += 2;
     for (std::size_t row = 0; row < matrix.height; ++row)
-        for (const std::size_t column : {0, 1})
+        for (const std::size_t column : {0U, 1U})
             matrix.cells.insert(matrix.cells.begin() +
                                     static_cast<std::ptrdiff_t>(row * matrix.width + column),
                                 column == 0 ? 104 + static_cast<std::uint32_t>(row) : Matrix::kNoLed);
