@@ -1,5 +1,6 @@
 #include "desktop/windows/action_slots.h"
 
+#include "desktop/windows/key_name.h"
 #include "desktop/windows/paint_tools.h"
 #include "desktop/windows/physical_key.h"
 #include "desktop/windows/qt_colors.h"
@@ -35,14 +36,6 @@ platform::Color tintOf(int bar) {
 
 QString nameOf(const profiles::ActionSlot& slot) {
     return QString("slot %1 of bar %2").arg(slot.number % 100).arg(barOf(slot));
-}
-
-/// Without the signs that are for the menus.
-QString keyName(KeyCode key) {
-    const std::string_view name = lighting::displayNameOfKey(key).value_or("");
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
-        .remove(QChar(0xA9))
-        .simplified();
 }
 
 bool isModifier(int key) {
@@ -111,7 +104,7 @@ void ActionSlots::show() {
     for (const Slot& slot : m_slots) {
         const KeyCode key = keyOf(slot);
         const bool isShared = slotsOf(key).size() > 1;
-        const QString name = key == lighting::kNoKey ? QString() : keyName(key);
+        const QString name = key == lighting::kNoKey ? QString() : plainKeyName(key);
         slot.button->showKey(name, toQColor(tintOf(barOf(*slot.slot))), isShared);
         slot.button->setAccessibleName(
             QString("Slot %1 of action bar %2: ").arg(slot.slot->number % 100).arg(barOf(*slot.slot)) +
@@ -139,7 +132,7 @@ void ActionSlots::showShared() {
         const auto shared = slotsOf(keyOf(slot));
         if (shared.size() > 1 && shared.front() == &slot)
             sentences.append(
-                QString("%1 is the key of %2.").arg(keyName(keyOf(slot)), slotsText(keyOf(slot))));
+                QString("%1 is the key of %2.").arg(plainKeyName(keyOf(slot)), slotsText(keyOf(slot))));
     }
     auto* const note = m_window->findChild<QLabel*>("sharedKeys");
     note->setText(sentences.isEmpty() ? "No key has two slots." : "⚠ " + sentences.join(' '));

@@ -1,5 +1,6 @@
 #include "desktop/windows/keyboard_canvas.h"
 
+#include "desktop/windows/key_name.h"
 #include "desktop/windows/keyboard_canvas_accessible.h"
 #include "lighting/keyboard_layout.h"
 
@@ -143,10 +144,7 @@ bool KeyboardCanvas::event(QEvent* event) {
 
 QString KeyboardCanvas::nameOfKey(std::size_t index) const {
     const lighting::KeyCode code = kKeyboardLayout[index].code;
-    // The sign in some names is for the menus.
-    const std::string_view name = lighting::displayNameOfKey(code).value_or("");
-    const QString plain =
-        QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).remove(QChar(0xA9)).trimmed();
+    const QString plain = plainKeyName(code);
     const QString color = m_source.colorName ? m_source.colorName(code) : QString();
     return color.isEmpty() ? plain : plain + " – " + color;
 }

@@ -1,6 +1,7 @@
 #include "desktop/windows/keyboard_view_accessible.h"
 
 #include "desktop/windows/color_name.h"
+#include "desktop/windows/key_name.h"
 #include "desktop/windows/keyboard_view.h"
 #include "lighting/keyboard_layout.h"
 
@@ -18,12 +19,8 @@ QString keysByColor(const keyboards::KeyColors& colors) {
     QMap<QString, QStringList> keys;
     for (std::size_t index = 0; index < colors.size(); ++index) {
         const keyboards::Rgb& rgb = colors[index];
-        const std::string_view name =
-            lighting::displayNameOfKey(lighting::kKeyboardLayout[index].code).value_or("");
         keys[colorName({rgb.red / 255.0, rgb.green / 255.0, rgb.blue / 255.0})].append(
-            QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
-                .remove(QChar(0xA9))
-                .trimmed());
+            plainKeyName(lighting::kKeyboardLayout[index].code));
     }
     const auto most =
         std::ranges::max_element(keys, {}, [](const QStringList& names) { return names.size(); });

@@ -2,6 +2,7 @@
 
 #include "desktop/settings/light_places.h"
 #include "desktop/windows/application_icon.h"
+#include "desktop/windows/key_name.h"
 #include "desktop/windows/physical_key.h"
 #include "desktop/windows/window_fitter.h"
 #include "keyboards/model/keyboard_model.h"
@@ -21,11 +22,8 @@ using keyboards::openrgb::LedOfKey;
 namespace {
 
 QString nameOfKey(std::size_t key) {
-    if (key == keyboards::kWholeBoard)
-        return "all keys";
-    const std::string_view name =
-        lighting::displayNameOfKey(lighting::kKeyboardLayout[key].code).value_or("");
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).remove(QChar(0xA9)).trimmed();
+    return key == keyboards::kWholeBoard ? QString("all keys")
+                                         : plainKeyName(lighting::kKeyboardLayout[key].code);
 }
 
 const LedOfKey* placeOf(const HandPlacing::Places& places, std::size_t led) {
