@@ -49,7 +49,6 @@ ActionSlots::ActionSlots(QWidget* window, app::AppDelegate& delegate, InterfaceB
     : QObject(window),
       m_window(window),
       m_delegate(delegate),
-      m_binder(binder),
       m_picture(dynamic_cast<KeyboardCanvas*>(window->findChild<QWidget*>("slotPicture"))) {
     for (const profiles::ActionSlot& slot : profiles::actionSlots()) {
         auto* const button = dynamic_cast<SlotButton*>(

@@ -44,7 +44,6 @@ private:
 
     QWidget* m_window;
     app::AppDelegate& m_delegate;
-    InterfaceBinder& m_binder;
     KeyboardCanvas* m_picture;
     std::vector<Slot> m_slots;
     bool m_isWaiting = false;
