@@ -39,6 +39,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_operations.launcher.autorun();
     m_operations.colorProgrammer.loadCombatChatWarning();
     m_operations.staleEffects.loadEndStaleEffects();
+    m_operations.fastResponse.loadFastResponse();
     m_operations.actionKeySetter.fillKeyMenusArray();
     startReading();
 }
@@ -98,9 +99,13 @@ void AppDelegate::loadProfiles() {
 
 void AppDelegate::startReading() {
     myTimer = m_platform.runLoop.get().repeat(kReadPeriod, [this] {
+        if (m_operations.messagePump.isHandingOver())
+            return;
         m_operations.messagePump.readMsgQueue();
-        if (!m_platform.runLoop.get().isTerminated())
-            m_operations.staleEffects.check();
+        if (m_platform.runLoop.get().isTerminated())
+            return;
+        m_operations.staleEffects.check();
+        m_operations.fastResponse.takeWhatWaits();
     });
     myTimer2 = m_platform.runLoop.get().repeat(kQueuePeriod,
                                                [this] { m_operations.messageQueue.handleMessageQueue(); });

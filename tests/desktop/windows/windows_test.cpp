@@ -567,6 +567,8 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
         [&sent](const app::ActionRow& action, const app::ActionArgument& argument) {
             sent = action.selector + (std::get<bool>(argument) ? " on" : " off");
         });
+    item("fastResponseItem")->trigger();
+    EXPECT_TRUE(state().readerFlags.fastResponse);
     item("endStaleEffectsItem")->trigger();
     EXPECT_EQ(sent, "endStaleEffectsMI: on") << "what is sent is what a recording has";
     EXPECT_TRUE(state().options.endStaleEffects);
