@@ -165,7 +165,9 @@ TEST(WindowManagerTest, TellsTheWindowInFrontAndRaisesAnother) {
     for (const auto& [name, expected] :
          {std::pair("EDITOR", kEditor), {"World of Warcraft", kGame}, {"editor", kEditor}}) {
         ASSERT_TRUE(raiseWindow(server.display(), name));
-        EXPECT_TRUE(serveUntil(application, [&] { return application.frontmost() == expected; })) << name;
+        EXPECT_TRUE(serveUntil(application, [&, wanted = expected] {
+            return application.frontmost() == wanted;
+        })) << name;
     }
     EXPECT_FALSE(raiseWindow(server.display(), "Nobody"));
     EXPECT_FALSE(raiseWindow(server.display(), ""));
