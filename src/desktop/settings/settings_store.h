@@ -24,9 +24,7 @@ struct StoredSettings {
     /// Empty unless the file was read.
     ParsedSettings parsed{};
 
-    bool isSound() const {
-        return state == FileState::Read && parsed.soundness == Soundness::Sound;
-    }
+    bool isSound() const { return state == FileState::Read && parsed.soundness == Soundness::Sound; }
 };
 StoredSettings readSettings(const QString& path);
 

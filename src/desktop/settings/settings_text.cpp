@@ -53,7 +53,8 @@ std::optional<QChar> escapedAt(const QByteArray& raw, qsizetype& at) {
     if (name == 'x')
         return QChar(unitAt(raw, at, 16, kAnyNumber));
     const std::size_t found = kEscapedNames.find(name);
-    return found == std::string_view::npos ? std::nullopt : std::optional<QChar>(QLatin1Char(kEscapedCharacters[found]));
+    return found == std::string_view::npos ? std::nullopt
+                                           : std::optional<QChar>(QLatin1Char(kEscapedCharacters[found]));
 }
 
 /// A value: in quotes or without blanks around it, with escapes, up to a comment.
@@ -83,8 +84,7 @@ std::string valueFrom(const QByteArray& raw) {
             continue;
         }
         const auto* const end = std::find_if(raw.begin() + at, raw.end(), [isQuoted](char each) {
-            return each == '"' || each == '\\' ||
-                   (!isQuoted && (each == ';' || each == ' ' || each == '\t'));
+            return each == '"' || each == '\\' || (!isQuoted && (each == ';' || each == ' ' || each == '\t'));
         });
         const qsizetype length = end - raw.begin() - at;
         add(QString::fromUtf8(raw.sliced(at, length)));
