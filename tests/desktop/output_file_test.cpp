@@ -24,7 +24,8 @@ TEST(OutputFile, WaitsForNothingAndFollowsNoLink) {
     mkfifo((folder / "pipe").c_str(), 0600);
     std::ofstream(folder / "file") << "mine";
     std::filesystem::create_symlink(folder / "file", folder / "link");
-    for (const std::string& path : {(folder / "pipe").string(), (folder / "link").string(), std::string("/dev/full")})
+    for (const std::string& path :
+         {(folder / "pipe").string(), (folder / "link").string(), std::string("/dev/full")})
         EXPECT_THAT([&] { OutputFile{path}; },
                     testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr("name a file")));
     EXPECT_EQ(tests::contentOf(folder / "file"), "mine");
