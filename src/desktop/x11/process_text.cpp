@@ -23,7 +23,8 @@ std::optional<std::string> readBeginning(const std::string& file) {
         return std::nullopt;
     const ssize_t count = ::read(descriptor, bytes.data(), bytes.size());
     ::close(descriptor);
-    return count < 0 ? std::nullopt : std::optional(std::string(bytes.data(), static_cast<std::size_t>(count)));
+    return count < 0 ? std::nullopt
+                     : std::optional(std::string(bytes.data(), static_cast<std::size_t>(count)));
 }
 
 } // namespace
