@@ -103,7 +103,9 @@ TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
     std::ofstream(old / "Glimraxmit.toc") << "## Version: 0.0.9\n";
     const auto states = [&] {
         std::string text;
-        const json report = json::parse(tests::runShell(program + m_noKeyboard + "doctor --json").output);
+        const std::string output = tests::runShell(program + m_noKeyboard + "doctor --json").output;
+        EXPECT_THAT(output, AllOf(HasSubstr("(~/.wine"), ::testing::Not(HasSubstr(m_folder.string()))));
+        const json report = json::parse(output);
         for (const json& check : report["checks"])
             if (check["check"] == "addon")
                 text += check["details"].value("state", "") + " " + check["health"].get<std::string>() + "; ";
