@@ -17,8 +17,6 @@ Operations::Operations(const platform::Platform& platform, Outlets& outlets, Sta
       messageQueue(state.messages, state.effects, state.cooldowns),
       messagePump({platform.runLoop, platform.workspace, platform.ledDriver, lighting, dispatcher,
                    state.messages, state.effects, state.options, state.lighting, state.profile}),
-      fastResponse({platform.runLoop, platform.userDefaults, platform.systemLog, platform.workspace,
-                    messageQueue, messagePump, state.readerFlags}),
       calibration({platform.runLoop, platform.mainCapture, platform.sounds, platform.childProcesses,
                    platform.userDefaults, log, state.messages, state.scan, state.stripGeometry}),
       unsavedEdits(platform.windowSystem, outlets, profileStore, state.profile),
@@ -46,7 +44,9 @@ Operations::Operations(const platform::Platform& platform, Outlets& outlets, Sta
                    screenReader}),
       staleEffects({platform.runLoop, platform.userDefaults, platform.systemLog, screenReader, messagePump,
                     platform.ledDriver, log, outlets.keyboardCanvas, effects, lighting, state.lighting,
-                    state.profile, state.effects, state.options}) {
+                    state.profile, state.effects, state.options}),
+      messageClock({platform.runLoop, platform.userDefaults, platform.systemLog, platform.workspace,
+                    messageQueue, messagePump, staleEffects, state.effects, state.readerFlags}) {
 }
 
 } // namespace glimra::app

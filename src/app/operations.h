@@ -20,7 +20,7 @@
 #include "platform/platform.h"
 #include "profiles/profile_store.h"
 #include "screenlink/calibration.h"
-#include "screenlink/fast_response.h"
+#include "screenlink/message_clock.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/message_queue.h"
 #include "screenlink/screen_reader.h"
@@ -44,7 +44,6 @@ struct Operations {
     events::Dispatcher dispatcher;
     screenlink::MessageQueue messageQueue;
     screenlink::MessagePump messagePump;
-    screenlink::FastResponse fastResponse;
     screenlink::Calibration calibration;
     UnsavedEdits unsavedEdits;
     CanvasEdits canvasEdits;
@@ -58,6 +57,7 @@ struct Operations {
     screenlink::ScreenReader screenReader;
     Diagnostics diagnostics;
     screenlink::StaleEffects staleEffects;
+    screenlink::MessageClock messageClock;
 };
 
 } // namespace glimra::app

@@ -55,6 +55,10 @@ void MessagePump::dispatch(const std::string& message) {
     m_parts.messages.currentMessage.clear();
 }
 
+bool MessagePump::isIdle() const {
+    return m_parts.messages.currentMessage.empty() && !m_gameIsInFront;
+}
+
 void MessagePump::watchForChange() {
     if (isGame(m_parts.workspace.frontmostApplication()) != m_gameIsInFront)
         watchFront();

@@ -37,6 +37,9 @@ public:
     bool handOver();
     /// A message is with the dispatcher, perhaps waiting for its animation. The buffer keeps it so long.
     bool isHandingOver() const { return m_isHandingOver; }
+    /// Nothing waits in the buffer, and the game is not in front: until one of them changes, a tick does
+    /// nothing.
+    bool isIdle() const;
     /// Like the tick, but only where the game has come to the front or left it since the last one.
     void watchForChange();
 

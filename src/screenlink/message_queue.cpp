@@ -65,6 +65,10 @@ bool MessageQueue::handleMessageQueue() {
     });
 }
 
+bool MessageQueue::isEmpty() const {
+    return m_messages.messageQueue.with([](const std::string& queue) { return queue.empty(); });
+}
+
 std::string MessageQueue::takeNext(std::string& queue) {
     if (queue.empty())
         return {};

@@ -28,6 +28,8 @@ public:
     /// Moves the next message into the buffer, if the buffer is free and the message need not wait. Returns
     /// whether anything was taken from the queue; it need not be a message. Main thread.
     bool handleMessageQueue();
+    /// Nothing waits in the queue. Any thread.
+    bool isEmpty() const;
 
 private:
     std::string takeNext(std::string& queue);

@@ -183,6 +183,14 @@ TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
     ChildProcess first("sh",
                        {"sh", "-c", "exec env " + m_program + arguments + " >" + file("log") + " 2>&1"});
     ASSERT_TRUE(eventually([&] { return contentOf(file("log")).find("initialized") != std::string::npos; }));
+    const std::string process = "/proc/" + std::to_string(first.pid());
+    EXPECT_EQ(tests::runShell("for socket in $(ls -l " + process +
+                              "/fd | sed -n 's/.*socket:.\\([0-9]*\\).*/\\1/p'); do"
+                              " grep -h \" $socket \" " +
+                              process + "/net/tcp* " + process + "/net/udp*; done")
+                  .output,
+              "")
+        << "no port is open";
     EXPECT_EQ(tests::runShell(m_program + "2>&1").status, 0) << "a second start";
     EXPECT_THAT(tests::runShell("dbus-run-session -- env " + m_onAnyBus + "2>&1").output,
                 HasSubstr("running already"))

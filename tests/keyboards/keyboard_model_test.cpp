@@ -66,11 +66,11 @@ TEST(NextChange, NoColorChangesBeforeIt) {
     Time time = 0s;
     int changes = 0;
     for (; time < 1s; ++changes) {
-        const KeyColors colors = model.colorsAt(time);
+        const LightColors lights = model.lightsAt(time);
         const Time next = model.nextChange(time).value_or(1s);
         ASSERT_GT(next, time);
         for (Time between = time; between < next; between += 500us)
-            ASSERT_EQ(model.colorsAt(between), colors) << between.count();
+            ASSERT_EQ(model.lightsAt(between), lights) << between.count();
         time = next;
     }
     EXPECT_GT(changes, 100);

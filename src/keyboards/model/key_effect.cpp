@@ -62,7 +62,7 @@ bool runsAt(const KeyEffect& effect, Time time) {
 Rgb colorAt(const KeyEffect& effect, Time time, Rgb base) {
     if (stands(effect))
         return effect.start;
-    const Duration elapsed = stepsOf(effect).lastBefore(elapsedAt(effect, time));
+    const Duration elapsed = elapsedAt(effect, time);
     if (effect.kind == KeyEffect::Kind::Flash)
         return elapsed / effect.period % 2 == 0 ? effect.start : base;
     const Duration position = elapsed % effect.period;
@@ -70,6 +70,10 @@ Rgb colorAt(const KeyEffect& effect, Time time, Rgb base) {
     const double share =
         2.0 * static_cast<double>(fromStart.count()) / static_cast<double>(effect.period.count());
     return mixed(effect.start, effect.finish, static_cast<int>(share * kWhole));
+}
+
+Time stepAt(const KeyEffect& effect, Time time) {
+    return stands(effect) ? time : effect.begin + stepsOf(effect).lastBefore(elapsedAt(effect, time));
 }
 
 Time nextStep(const KeyEffect& effect, Time after) {

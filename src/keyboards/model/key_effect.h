@@ -33,11 +33,16 @@ struct KeyEffect {
 
 bool runsAt(const KeyEffect& effect, Time time);
 
-/// The colour of a key whose effect runs. It changes in steps of `kFrame` or a little longer, so that the
-/// brightest and the darkest moment of each pulse are a step of their own, and a flash changes at its edges.
-/// An effect too fast for that is shown more slowly: each step still brings its other colour. A moment before
-/// the beginning shows the beginning.
+/// The colour of a key whose effect runs. A moment before the beginning shows the beginning.
 Rgb colorAt(const KeyEffect& effect, Time time, Rgb base);
+
+// A keyboard cannot follow every colour in between. It shows an effect in steps of `kFrame` or a little
+// longer, so that the brightest and the darkest moment of each pulse are a step of their own, and a flash
+// changes at its edges. An effect too fast for that is shown more slowly: each step still brings its other
+// colour.
+
+/// When the step began that is shown at this time.
+Time stepAt(const KeyEffect& effect, Time time);
 
 /// The next moment later than `after` at which an effect that runs then goes on to its next step, or ends;
 /// `Time::max()` when it never changes again.

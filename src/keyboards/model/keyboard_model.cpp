@@ -160,7 +160,10 @@ KeyColors KeyboardModel::colorsAt(Time time) const {
 }
 
 LightColors KeyboardModel::lightsAt(Time time) const {
-    const KeyColors colors = colorsAt(time);
+    KeyColors colors = m_base;
+    for (std::size_t index = 0; index < kKeyCount; ++index)
+        if (const KeyEffect& effect = m_effects[index]; runsAt(effect, time))
+            colors[index] = colorAt(effect, stepAt(effect, time), m_base[index]);
     KeyColors all{};
     KeyColors moving{};
     std::size_t allCount = 0;

@@ -54,13 +54,14 @@ public:
     /// anew there.
     void repeatOn(platform::LedDriver& driver) const;
 
-    /// The colours that a keyboard shows at a moment; what moves does so in steps (see `colorAt`).
+    /// The colours at a moment. A moment before an effect began shows the effect's beginning.
     KeyColors colorsAt(Time time) const;
-    /// The same, and the colour for a light that stands for all keys: that of most keys or, while an effect
-    /// runs on many keys, of most of those. Macro keys, logo and badge are not counted. Among colours of
-    /// equally many keys it is the one that comes first in the layout.
+    /// The same as a keyboard shows it, in steps (see `stepAt`), and the colour for a light that stands for
+    /// all keys: that of most keys or, while an effect runs on many keys, of most of those. Macro keys, logo
+    /// and badge are not counted. Among colours of equally many keys it is the one that comes first in the
+    /// layout.
     LightColors lightsAt(Time time) const;
-    /// The next moment later than `after` at which colours can differ from those before; none when they stay
+    /// The next moment later than `after` at which lights can differ from those before; none when they stay
     /// as they are.
     std::optional<Time> nextChange(Time after) const;
 
