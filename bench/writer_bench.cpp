@@ -14,11 +14,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdio>
 #include <functional>
+#include <span>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -200,6 +204,114 @@ void benchTraffic() {
                 perFrame(sent.bytes), 100.0 * perFrame(sent.bytes) / static_cast<double>(all));
 }
 
+/// How well the ends of an effect (a pulse at its brightest and darkest, a flash's edges) are shown by a
+/// device that takes every frame at once, reckoned without real time.
+struct Ends {
+    int missed = 0;
+    Duration latest{};
+};
+
+/// One effect on a key of its own: from black to blue and back, or on and off.
+struct BenchEffect {
+    const char* name;
+    platform::LedCall call;
+    /// From one end to the other.
+    Duration half;
+
+    KeyName key() const {
+        return std::visit(
+            [](const auto& one) -> KeyName {
+                if constexpr (requires { one.keyName; })
+                    return one.keyName;
+                return 0;
+            },
+            call);
+    }
+};
+
+BenchEffect pulse(const char* name, KeyName key, int ms) {
+    return {name, platform::PulseSingleKey{key, {0, 0, 0}, {0, 0, 100}, ms, true},
+            std::chrono::milliseconds(ms) / 2};
+}
+
+BenchEffect flash(const char* name, KeyName key, int ms) {
+    return {name, platform::FlashSingleKey{key, {0, 0, 100}, 0, ms}, std::chrono::milliseconds(ms)};
+}
+
+/// Shows them together for some time; returns the frames a second.
+double showTogether(std::span<const BenchEffect> effects, std::span<Ends> ends) {
+    constexpr Duration kShown = 60s;
+    constexpr Time kBegin = 1h;
+    KeyboardModel model;
+    WriterPlan plan;
+    plan.show(model, kBegin - 2s);
+    plan.found({}, kBegin - 2s);
+    for (const BenchEffect& effect : effects)
+        model.perform(effect.call, kBegin);
+    LightColors shown{};
+    std::vector<Time> nextEnd(effects.size(), kBegin + kShown);
+    for (std::size_t i = 0; i < effects.size(); ++i)
+        nextEnd[i] = kBegin + effects[i].half;
+    bool isBegun = false;
+    int frames = 0;
+    for (Time now = kBegin - 2s; now < kBegin + kShown;) {
+        const WriterPlan::Step step = plan.next(now);
+        if (step.kind == WriterPlan::Step::Kind::Write) {
+            frames += isBegun ? 1 : 0;
+            for (const KeyColor& key : step.keys)
+                shown.at(key.key) = key.color;
+            plan.written(now);
+            // Which ends are shown now for the first time, and which can't be any more.
+            for (std::size_t i = 0; isBegun && i < effects.size(); ++i)
+                for (; nextEnd[i] <= now; nextEnd[i] += effects[i].half) {
+                    const bool isOdd = (nextEnd[i] - kBegin) / effects[i].half % 2 != 0;
+                    const bool isBright =
+                        isOdd == std::holds_alternative<platform::PulseSingleKey>(effects[i].call);
+                    if (shown.at(keyIndex(effects[i].key()).value()).blue == (isBright ? 255 : 0))
+                        ends[i].latest = std::max(ends[i].latest, now - nextEnd[i]);
+                    else if (now - nextEnd[i] >= effects[i].half)
+                        ++ends[i].missed;
+                    else
+                        break;
+                }
+            continue;
+        }
+        const Time until = step.until.value_or(kBegin + kShown);
+        if (!isBegun && until >= kBegin) {
+            now = kBegin;
+            plan.show(model, now);
+            isBegun = true;
+            continue;
+        }
+        now = until;
+    }
+    return frames / std::chrono::duration<double>(kShown).count();
+}
+
+bool benchEnds() {
+    const BenchEffect effects[] = {pulse("w, pulse of 400 ms", 1, 400), pulse("x, pulse of 300 ms", 2, 300),
+                                   pulse("y, pulse of 200 ms", 3, 200), pulse("z, pulse of 100 ms", 4, 100),
+                                   flash("flash of 75 ms", 5, 75),      flash("flash of 500 ms", 6, 500)};
+    std::printf("\nBrightest and darkest moments over a minute\n%-38s %10s %14s %14s\n", "", "missed",
+                "latest, ms", "frames/s");
+    const auto print = [](const char* name, const Ends& ends, double rate) {
+        std::printf("%-38s %10d %14.1f %14.1f\n", name, ends.missed, microseconds(ends.latest) / 1000.0,
+                    rate);
+        return ends.missed == 0;
+    };
+    bool isGood = true;
+    for (const BenchEffect& effect : effects) {
+        Ends ends;
+        const double rate = showTogether({&effect, 1}, {&ends, 1});
+        isGood &= print(effect.name, ends, rate);
+    }
+    std::array<Ends, std::size(effects)> together{};
+    const double rate = showTogether(effects, together);
+    for (std::size_t i = 0; i < std::size(effects); ++i)
+        isGood &= print((std::string("all at once: ") + effects[i].name).c_str(), together[i], rate);
+    return isGood;
+}
+
 /// A stand-in OpenRGB server in a process of its own, so that its work is not counted.
 class ServerProcess {
 public:
@@ -292,6 +404,7 @@ int main() {
     const ServerProcess server; // before there are threads
     bool isGood = benchStalls();
     benchTraffic();
+    isGood &= benchEnds();
     std::printf("\nWriter's CPU, %% of a core\n%-38s %10s %14s %14s\n", "", "at rest", "wake-ups",
                 "full pulse");
     isGood &= benchCpu("device of 10 ms a frame", std::make_unique<SlowDevice>());

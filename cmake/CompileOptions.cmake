@@ -13,6 +13,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     endif()
 endif()
 
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT GLIMRA_SANITIZE)
+    # What Debian's packages are built with.
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    add_link_options(-Wl,-z,relro -Wl,-z,now)
+endif()
+
 if(GLIMRA_SANITIZE)
     # For all targets: a library of ours that is not instrumented would hide its races and overflows.
     add_compile_options(-fsanitize=${GLIMRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -13,7 +13,7 @@ build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-de
 demo=(lua5.1 netpbm xvfb)
 test=(appstream at-spi2-core dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian lua-check lua5.1 man-db openbox
     python3-dbusmock python3-pyatspi unzip weston x11-xserver-utils xauth xdotool xvfb xwayland zip)
-check=(clang clang-format clang-tidy)
+check=(clang clang-format clang-tidy libclang-rt-dev)
 addon=(zip)
 icons=(librsvg2-bin)
 

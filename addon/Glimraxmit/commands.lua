@@ -136,6 +136,15 @@ local function width(word)
     end
 end
 
+local function fast(word)
+    if word ~= "on" and word ~= "off" then
+        say(options.fast and "Fast; /glimra fast off ends it." or "Not fast; /glimra fast on makes it so.")
+        return
+    end
+    addon.chooseFast(word == "on")
+    say(options.fast and "Fast. Glimra's menu Keyboard must have Fast Response on, or lights are lost." or "Not fast.")
+end
+
 local function switch(on)
     return function()
         addon.switch(on)
@@ -153,6 +162,7 @@ commands = {
         run = specialization,
     },
     { word = "width", usage = "/glimra width N", help = "how wide the strip is, 20 to 188 pixels", run = width },
+    { word = "fast", usage = "/glimra fast on|off", help = "lights come sooner, with Fast Response on", run = fast },
     { word = "off", usage = "/glimra off", help = "says nothing more to Glimra", run = switch(false) },
     { word = "on", usage = "/glimra on", help = "says it again", run = switch(true) },
 }

@@ -67,6 +67,11 @@ function addon.chooseWidth(width)
     strip.place(width)
 end
 
+function addon.chooseFast(fast)
+    options.setFast(fast)
+    addon.pace.choose(fast)
+end
+
 function addon.chooseProfile(specialization, code)
     options.setProfile(specialization, code)
     shownFor = nil
@@ -100,6 +105,7 @@ local handlers = {}
 function handlers.ADDON_LOADED(name)
     if name == addonName then
         options.load()
+        addon.pace.choose(options.fast)
         strip.place(options.width)
         strip.black()
         addon.buildPage()

@@ -8,7 +8,7 @@ local options = { NARROWEST = 20, WIDEST = 188, MOST_SPECIALIZATIONS = 4 }
 addon.options = options
 
 -- Until the game has given us what was kept.
-local db = { on = false, width = 80, effects = {}, profiles = {} }
+local db = { on = false, fast = false, width = 80, effects = {}, profiles = {} }
 
 local function isWhole(value, from, to)
     return type(value) == "number" and value >= from and value <= to and value % 1 == 0
@@ -36,6 +36,10 @@ end
 local FIELDS = {
     on = {
         default = function() return true end,
+        usable = function(value) return type(value) == "boolean" end,
+    },
+    fast = {
+        default = function() return false end,
         usable = function(value) return type(value) == "boolean" end,
     },
     width = { default = function() return 80 end, usable = options.isWidth },
@@ -96,16 +100,20 @@ function options.load()
         damaged = loadField(name, field) or damaged
     end
     GlimraxmitDB = db
-    options.on, options.width = db.on, db.width
+    options.on, options.width, options.fast = db.on, db.width, db.fast
     if damaged then
         addon.say("Some stored options could not be used and have their defaults now; the old ones are kept.")
     end
 end
 
-options.on, options.width = db.on, db.width
+options.on, options.width, options.fast = db.on, db.width, db.fast
 
 function options.setOn(on)
     options.on, db.on = on, on
+end
+
+function options.setFast(fast)
+    options.fast, db.fast = fast, fast
 end
 
 function options.setWidth(width)

@@ -37,6 +37,13 @@ local function addSwitch()
     Settings.CreateCheckbox(category, on, "Whether Glimra is told what happens.")
 end
 
+local function addFast()
+    local fast = setting("FAST", Settings.VarType.Boolean, "Fast", false, function()
+        return options.fast
+    end, addon.chooseFast)
+    Settings.CreateCheckbox(category, fast, "Needs Fast Response in Glimra's menu Keyboard, or lights are lost.")
+end
+
 local function addWidth()
     local width = setting("WIDTH", Settings.VarType.Number, "Width of the strip", 80, function()
         return options.width
@@ -70,6 +77,7 @@ local function build()
     category = Settings.RegisterVerticalLayoutCategory("Glimra")
     addSwitch()
     addWidth()
+    addFast()
     for _, row in ipairs(moments.rows) do
         if row.title then
             addMoment(row)

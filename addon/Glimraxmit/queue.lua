@@ -6,14 +6,8 @@
 -- Bounded: each report and each moment waits at most once.
 
 local _, addon = ...
-local message, lights, reports = addon.message, addon.lights, addon.cooldowns.reports
+local message, lights, reports, pace = addon.message, addon.lights, addon.cooldowns.reports, addon.pace
 
--- Glimra has acted upon a message so long after its confirm frame came up, at the latest (seconds).
-local REACTION = 0.4
--- It takes one message in so many seconds.
-local PACE = 0.2
--- Announcing takes so long, and can be done while Glimra is still busy.
-local ANNOUNCING = 0.1
 -- A key that becomes ready keeps Glimra busy so long for each profile that shows cooldowns, 1 to 9 of them.
 local READY_KEY, MOST_PROFILES = 0.05, 9
 local LONGEST_BUSY = 4
@@ -125,13 +119,15 @@ end
 
 local function noteTimes(told, value, now)
     local busy, busyAtMost = busyTimes(told, value)
+    local glimra = pace.now
     if busy > 0 or told.plays then
-        anythingFrom = now + REACTION + busy - ANNOUNCING
+        anythingFrom = now + glimra.reaction + busy - glimra.announces
     end
-    doneBy = math.min(math.max(doneBy, now + REACTION - PACE) + PACE + busyAtMost, now + LONGEST_BUSY)
+    doneBy = math.min(math.max(doneBy, now + glimra.reaction - glimra.message) + glimra.message + busyAtMost,
+        now + LONGEST_BUSY)
     if not told.isReport and told.kind ~= "pulse" then
         -- The end of a fight must not pass its beginning; a pulse's speed may come at any time.
-        jumpsFrom = doneBy - ANNOUNCING
+        jumpsFrom = doneBy - glimra.announces
     end
 end
 

@@ -40,6 +40,7 @@ std::vector<ActionRow> makeTable() {
         {"resetLightsMI:", {}, calls(&O::dispatcher, &events::Dispatcher::resetLights, kLogged)},
         {"resetClicked:", {}, calls(&O::dispatcher, &events::Dispatcher::resetLights, kLogged)},
         {"endStaleEffectsMI:", {}, gives(&O::staleEffects, &screenlink::StaleEffects::setEndStaleEffects)},
+        {"fastResponseMI:", {}, gives(&O::messageClock, &screenlink::MessageClock::setFastResponse)},
         {"testLightsMI:", {}, calls(&O::diagnostics, &Diagnostics::showTestPattern)},
         {"testButton:", {}, calls(&O::diagnostics, &Diagnostics::showTestPattern)},
 

@@ -10,8 +10,6 @@ constexpr std::string_view kActivityReason = "Reading the screen";
 constexpr std::string_view kFrameName = "windowPosition";
 /// First byte of the bitmap that belongs to no profile.
 constexpr std::uint8_t kBitmapMark = 0x45;
-constexpr platform::Duration kReadPeriod = std::chrono::milliseconds(200);
-constexpr platform::Duration kQueuePeriod = std::chrono::milliseconds(100);
 
 } // namespace
 
@@ -39,6 +37,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_operations.launcher.autorun();
     m_operations.colorProgrammer.loadCombatChatWarning();
     m_operations.staleEffects.loadEndStaleEffects();
+    m_operations.messageClock.loadFastResponse();
     m_operations.actionKeySetter.fillKeyMenusArray();
     startReading();
 }
@@ -97,13 +96,7 @@ void AppDelegate::loadProfiles() {
 }
 
 void AppDelegate::startReading() {
-    myTimer = m_platform.runLoop.get().repeat(kReadPeriod, [this] {
-        m_operations.messagePump.readMsgQueue();
-        if (!m_platform.runLoop.get().isTerminated())
-            m_operations.staleEffects.check();
-    });
-    myTimer2 = m_platform.runLoop.get().repeat(kQueuePeriod,
-                                               [this] { m_operations.messageQueue.handleMessageQueue(); });
+    m_operations.messageClock.start();
     m_operations.screenReader.recordColorsThread(m_platform.readerThread);
 }
 

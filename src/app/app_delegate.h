@@ -2,8 +2,6 @@
 
 #include "app/operations.h"
 
-#include <optional>
-
 namespace glimra::app {
 
 /// The application: owns all state for the whole run and the operations that work on it, starts them and
@@ -42,9 +40,6 @@ private:
     Outlets m_outlets;
     State m_state;
     Operations m_operations;
-
-    std::optional<platform::TimerId> myTimer;
-    std::optional<platform::TimerId> myTimer2;
 };
 
 } // namespace glimra::app

@@ -44,7 +44,9 @@ Operations::Operations(const platform::Platform& platform, Outlets& outlets, Sta
                    screenReader}),
       staleEffects({platform.runLoop, platform.userDefaults, platform.systemLog, screenReader, messagePump,
                     platform.ledDriver, log, outlets.keyboardCanvas, effects, lighting, state.lighting,
-                    state.profile, state.effects, state.options}) {
+                    state.profile, state.effects, state.options}),
+      messageClock({platform.runLoop, platform.userDefaults, platform.systemLog, platform.workspace,
+                    messageQueue, messagePump, staleEffects, state.effects, state.readerFlags}) {
 }
 
 } // namespace glimra::app

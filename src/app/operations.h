@@ -20,6 +20,7 @@
 #include "platform/platform.h"
 #include "profiles/profile_store.h"
 #include "screenlink/calibration.h"
+#include "screenlink/message_clock.h"
 #include "screenlink/message_pump.h"
 #include "screenlink/message_queue.h"
 #include "screenlink/screen_reader.h"
@@ -56,6 +57,7 @@ struct Operations {
     screenlink::ScreenReader screenReader;
     Diagnostics diagnostics;
     screenlink::StaleEffects staleEffects;
+    screenlink::MessageClock messageClock;
 };
 
 } // namespace glimra::app

@@ -53,7 +53,10 @@ std::optional<int> giveWay(RunningInstance& instance) {
             return EXIT_SUCCESS;
         }
         if (platform::monotonicNow() > deadline) {
-            std::fputs("glimra: Glimra is running already, but does not answer.\n", stderr);
+            std::fprintf(stderr,
+                         "glimra: Glimra is running already, but does not answer: some program holds %s. End "
+                         "it first.\n",
+                         instance.heldElsewhere().c_str());
             return EXIT_FAILURE;
         }
         std::this_thread::sleep_for(kPause);

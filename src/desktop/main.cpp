@@ -4,6 +4,8 @@
 #include "desktop/keyboard_options.h"
 #include "desktop/options.h"
 #include "desktop/running_instance.h"
+#include "desktop/services/bus.h"
+#include "desktop/services/xdg_folders.h"
 #include "platform/silent_log.h"
 
 #include <QApplication>
@@ -91,6 +93,9 @@ int main(int argc, char** argv) {
     if (const auto* exit = std::get_if<ExitStatus>(&parsed))
         return exit->status;
     const Options& options = std::get<Options>(parsed);
+    if (const std::string complaint = runtimeFolderComplaint(); !complaint.empty())
+        std::fprintf(stderr, "glimra: %s\n", complaint.c_str());
+    startNoBus();
     if (options.command)
         return tellRunningInstance(options, argc, argv);
     if (options.installAddon) {

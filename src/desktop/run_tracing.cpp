@@ -33,14 +33,16 @@ public:
 
 private:
     void append(std::string_view line) {
-        if (m_isOver || m_file.append(line))
+        if (m_isOver)
             return;
-        m_isOver = true;
-        std::fprintf(stderr, "glimra: can't write %s; the trace ends here\n", m_file.path().c_str());
+        const std::string end = m_file.append(line);
+        m_isOver = !end.empty();
+        if (m_isOver)
+            std::fprintf(stderr, "glimra: %s %s; the trace ends here\n", m_file.path().c_str(), end.c_str());
     }
 
     OutputFile m_file;
-    /// Nothing more is written: the run has ended, or the file is broken.
+    /// Nothing more is written: the run has ended, or the file is full or broken.
     bool m_isOver = false;
     trace::TraceWriter m_writer;
     /// Empty until the windows exist.

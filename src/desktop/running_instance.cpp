@@ -31,13 +31,14 @@ RunningInstance::RunningInstance(const Options& options)
 bool RunningInstance::claim() {
     const auto handler = [this](const InstanceCommand& command) { return m_handler && m_handler(command); };
     // Claims every channel, since another start may reach no bus, or a different one.
-    const bool isSecond = std::ranges::any_of(m_channels, [&handler](const auto& channel) {
+    const auto held = std::ranges::find_if(m_channels, [&handler](const auto& channel) {
         return channel->claim(handler) == InstanceChannel::Standing::Second;
     });
+    m_heldElsewhere = held == m_channels.end() ? std::string() : (*held)->claimed();
     // New channels release what has been claimed so far.
-    if (isSecond)
+    if (!m_heldElsewhere.empty())
         m_channels = instanceChannels(m_identity);
-    return !isSecond;
+    return m_heldElsewhere.empty();
 }
 
 bool RunningInstance::send(const InstanceCommand& command) {

@@ -15,6 +15,8 @@ public:
     /// Makes this the running instance; returns false when there already is one. Returns true also when there
     /// is no way to find out.
     bool claim();
+    /// What the running instance holds, for a sentence; empty unless the last claim has failed.
+    const std::string& heldElsewhere() const { return m_heldElsewhere; }
     /// Sets the handler for commands from other starts, called from the event loop. Without a handler,
     /// commands are refused.
     void obey(InstanceChannel::Handler handler) { m_handler = std::move(handler); }
@@ -23,6 +25,7 @@ public:
 
 private:
     QString m_identity;
+    std::string m_heldElsewhere;
     InstanceChannel::Handler m_handler;
     std::vector<std::unique_ptr<InstanceChannel>> m_channels;
 };

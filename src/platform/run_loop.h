@@ -33,6 +33,14 @@ public:
     /// Cancels a timer; ignores unknown and expired ones. May be called inside the timer's own action.
     virtual void cancel(TimerId timer) = 0;
 
+    /// `rest(timer, longest)` lets a repeating timer whose action would do nothing skip its grid points until
+    /// `rouse`, but for no longer than `longest`. Call it in the timer's own action. A loop whose timers cost
+    /// nothing may ignore both.
+    virtual void rest(TimerId, Duration) {}
+    /// `rouse(timer)`: it is due again from its next grid point on. Ignores unknown timers and those that do
+    /// not rest.
+    virtual void rouse(TimerId) {}
+
     /// Queues `job` to run on the main thread, after the jobs already queued. Any thread; never blocks for
     /// long.
     virtual void post(std::function<void()> job) = 0;

@@ -40,6 +40,7 @@ inline constexpr Setting<bool> kEndStaleEffects{"endStaleEffects", false, kNoIns
 /// The desktop stores this at its first start. Replay scripts do not get it, so there effects stay until
 /// something ends them.
 inline constexpr bool kEndStaleEffectsAtFirst = true;
+inline constexpr Setting<bool> kFastResponse{"fastResponse", false, kNoInstead};
 inline constexpr Setting<std::string_view> kLedDriver{"ledDriver", "auto",
                                                       "names no keyboard driver; auto stands in for it."};
 

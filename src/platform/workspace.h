@@ -26,6 +26,9 @@ public:
     /// The application in front; none when there is none.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
+    /// `changed` is called when `frontmostApplication` may have changed. Call once, at start-up.
+    virtual void observeFront(std::function<void()> changed) = 0;
+
     /// Sets the handlers for when the machine is about to sleep and when its screens wake. Call once, at
     /// start-up.
     virtual void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) = 0;

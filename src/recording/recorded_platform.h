@@ -37,6 +37,9 @@ public:
     /// Records the application in front when it differs from the last call's. The application notices a
     /// change only when it asks, so the times agree.
     std::optional<platform::RunningApplication> frontmostApplication() const override;
+    void observeFront(std::function<void()> changed) override {
+        m_workspace.observeFront(std::move(changed));
+    }
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
     bool openUrl(const std::string& address) override { return m_workspace.openUrl(address); }
 

@@ -12,19 +12,17 @@ namespace glimra::recording {
 
 namespace {
 
-constexpr const char* kFull = "The recording is full and ends here.";
-
 /// Window positions do not affect the keyboard and are left out.
 constexpr std::string_view kFramePrefix = "frame.";
 
 } // namespace
 
 ScriptRecorder::ScriptRecorder(std::function<platform::Time()> now, Write write,
-                               std::function<void(std::string)> ended, std::size_t mostBytes)
+                               std::function<void(std::string)> ended, std::size_t mostHeldBytes)
     : m_now(std::move(now)),
       m_write(std::move(write)),
       m_ended(std::move(ended)),
-      m_bytesLeft(mostBytes) {
+      m_mostHeldBytes(mostHeldBytes) {
 }
 
 void ScriptRecorder::launch(const platform::UserDefaults& settings, double scale) {
@@ -114,8 +112,8 @@ void ScriptRecorder::hold(Line line) {
     m_heldBytes += line.text.size() + 1;
     m_held.push_back(std::move(line));
     // A session may stay open all night, so the held lines are limited, too.
-    if (m_heldBytes > m_bytesLeft)
-        end(kFull);
+    if (m_heldBytes > m_mostHeldBytes)
+        end("is full");
 }
 
 void ScriptRecorder::releasePending() {
@@ -136,18 +134,14 @@ void ScriptRecorder::write(const Line& line) {
         m_written = line.time - pause % std::chrono::microseconds(1);
     }
     text += line.text + "\n";
-    if (text.size() > m_bytesLeft)
-        end(kFull);
-    else if (!m_write(text))
-        end("The recording can't be written any more and ends here.");
-    else
-        m_bytesLeft -= text.size();
+    if (const std::string why = m_write(text); !why.empty())
+        end(why);
 }
 
 void ScriptRecorder::end(const std::string& why) {
     m_write = nullptr;
     m_held.clear();
-    m_ended(why);
+    m_ended("The recording " + why + " and ends here.");
 }
 
 } // namespace glimra::recording

@@ -20,14 +20,16 @@ namespace glimra::recording {
 /// happens during a session is written after it.
 class ScriptRecorder {
 public:
-    /// Writes whole lines; returns false when it could not.
-    using Write = std::function<bool(std::string_view lines)>;
-    static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+    /// Writes whole lines. Returns why nothing more can be written, "is full" for one; empty while it goes
+    /// on.
+    using Write = std::function<std::string(std::string_view lines)>;
+    /// What is held back during a modal session, at most.
+    static constexpr std::size_t kMostHeldBytes = std::size_t{64} << 20;
 
     /// `ended` is called, at most once, when recording ends before `quit`, with the reason as a sentence for
     /// the log.
     ScriptRecorder(std::function<platform::Time()> now, Write write, std::function<void(std::string)> ended,
-                   std::size_t mostBytes = kMostBytes);
+                   std::size_t mostHeldBytes = kMostHeldBytes);
 
     /// Writes the settings, a screen with `scale` pixels per point, and the launch. Must be called first.
     void launch(const platform::UserDefaults& settings, double scale);
@@ -64,7 +66,7 @@ private:
     std::function<platform::Time()> m_now;
     Write m_write;
     std::function<void(std::string)> m_ended;
-    std::size_t m_bytesLeft;
+    std::size_t m_mostHeldBytes;
 
     /// The time of the last written line; none before the launch.
     std::optional<platform::Time> m_written;

@@ -11,41 +11,62 @@ constexpr platform::Duration kRedFlash = std::chrono::seconds(1);
 constexpr platform::Color kDeathColor{0.5, 0.4, 0.5};
 constexpr platform::Color kRed{1.0, 0.0, 0.0};
 
+bool isGame(const std::optional<platform::RunningApplication>& application) {
+    return application && application->bundleIdentifier == platform::kGameIdentifier;
+}
+
 } // namespace
 
 MessagePump::MessagePump(const Parts& parts) : m_parts(parts) {
 }
 
 void MessagePump::readMsgQueue() {
-    if (!m_parts.messages.currentMessage.empty())
-        handOver();
+    handOver();
     // The message may have played an animation in which the user quit.
     if (!m_parts.runLoop.isTerminated())
         watchFront();
 }
 
-void MessagePump::handOver() {
+bool MessagePump::handOver() {
     const std::string message = m_parts.messages.currentMessage;
+    if (message.empty())
+        return false;
     if (m_parts.effects.whisperLightActive) {
         if (message.front() == 'I') {
             m_parts.messages.currentMessage.clear();
-            return;
+            return true;
         }
         if (message.find_first_of(kPrefixCharacters) == std::string::npos) {
             // Ends the whisper signal; the message itself goes out on the next tick.
             m_parts.driver.LogiLedStopEffectsOnKey(lighting::kEnterKey);
             m_parts.effects.whisperLightActive = false;
-            return;
+            return true;
         }
     }
+    dispatch(message);
+    return true;
+}
+
+void MessagePump::dispatch(const std::string& message) {
     ++m_dispatchedMessages;
+    m_isHandingOver = true;
     m_parts.dispatcher.evaluateMessage(message);
+    m_isHandingOver = false;
     m_parts.messages.currentMessage.clear();
+}
+
+bool MessagePump::isIdle() const {
+    return m_parts.messages.currentMessage.empty() && !m_gameIsInFront;
+}
+
+void MessagePump::watchForChange() {
+    if (isGame(m_parts.workspace.frontmostApplication()) != m_gameIsInFront)
+        watchFront();
 }
 
 void MessagePump::watchFront() {
     const std::optional<platform::RunningApplication> front = m_parts.workspace.frontmostApplication();
-    m_gameIsInFront = front && front->bundleIdentifier == platform::kGameIdentifier;
+    m_gameIsInFront = isGame(front);
     if (!front)
         return;
     int& countdown = m_parts.messages.WoWisInTheForeground;

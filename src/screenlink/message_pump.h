@@ -30,9 +30,18 @@ public:
 
     explicit MessagePump(const Parts& parts);
 
-    /// One tick of the timer. It must not be called while a call is still running: the buffer is emptied only
-    /// after the dispatcher has returned.
+    /// One tick of the timer. Must not be called while a message is being handed over.
     void readMsgQueue();
+    /// Hands the buffered message over, or ends the whisper signal before it; returns whether there was one.
+    /// Must not be called while a message is being handed over.
+    bool handOver();
+    /// A message is with the dispatcher, perhaps waiting for its animation. The buffer keeps it so long.
+    bool isHandingOver() const { return m_isHandingOver; }
+    /// Nothing waits in the buffer, and the game is not in front: until one of them changes, a tick does
+    /// nothing.
+    bool isIdle() const;
+    /// Like the tick, but only where the game has come to the front or left it since the last one.
+    void watchForChange();
 
     /// How many messages went to the dispatcher so far.
     std::uint64_t dispatchedMessages() const { return m_dispatchedMessages; }
@@ -40,12 +49,13 @@ public:
     bool gameIsInFront() const { return m_gameIsInFront; }
 
 private:
-    void handOver();
+    void dispatch(const std::string& message);
     void watchFront();
     void refresh();
 
     Parts m_parts;
     std::uint64_t m_dispatchedMessages = 0;
+    bool m_isHandingOver = false;
     bool m_gameIsInFront = false;
 };
 

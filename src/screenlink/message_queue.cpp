@@ -51,13 +51,22 @@ void MessageQueue::appendToMessageQueue(std::string_view token) {
         else
             queue += token;
     });
+    if (m_arrived)
+        m_arrived();
 }
 
-void MessageQueue::handleMessageQueue() {
+bool MessageQueue::handleMessageQueue() {
     if (!m_messages.currentMessage.empty())
-        return;
-    m_messages.currentMessage =
-        m_messages.messageQueue.with([this](std::string& queue) { return takeNext(queue); });
+        return false;
+    return m_messages.messageQueue.with([this](std::string& queue) {
+        const std::size_t length = queue.size();
+        m_messages.currentMessage = takeNext(queue);
+        return queue.size() != length;
+    });
+}
+
+bool MessageQueue::isEmpty() const {
+    return m_messages.messageQueue.with([](const std::string& queue) { return queue.empty(); });
 }
 
 std::string MessageQueue::takeNext(std::string& queue) {

@@ -2,8 +2,10 @@
 
 #include "events/event_state.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace glimra::screenlink {
 
@@ -19,9 +21,15 @@ public:
     /// tokens go to the front, all others to the end. Any thread.
     void appendToMessageQueue(std::string_view token);
 
-    /// Moves the next message into the buffer, if the buffer is free and the message need not wait. Main
+    /// `arrived` is called after each token, on the thread that brings it. Set it before there is a second
     /// thread.
-    void handleMessageQueue();
+    void observeArrivals(std::function<void()> arrived) { m_arrived = std::move(arrived); }
+
+    /// Moves the next message into the buffer, if the buffer is free and the message need not wait. Returns
+    /// whether anything was taken from the queue; it need not be a message. Main thread.
+    bool handleMessageQueue();
+    /// Nothing waits in the queue. Any thread.
+    bool isEmpty() const;
 
 private:
     std::string takeNext(std::string& queue);
@@ -29,6 +37,7 @@ private:
     events::MessageState& m_messages;
     const events::EffectState& m_effects;
     events::CooldownState& m_cooldowns;
+    std::function<void()> m_arrived;
 };
 
 } // namespace glimra::screenlink

@@ -8,6 +8,9 @@ namespace glimra::screenlink {
 namespace {
 
 constexpr platform::Duration kPause = std::chrono::milliseconds(50);
+constexpr platform::Duration kFastPause = std::chrono::milliseconds(16);
+/// After a minute without the add-on it is not worth the power.
+constexpr int kFastPasses = std::chrono::minutes(1) / kFastPause;
 
 } // namespace
 
@@ -24,10 +27,15 @@ ScreenReader::ScreenReader(platform::ScreenCapture& capture, platform::RunLoop& 
 }
 
 void ScreenReader::recordColorsThread(platform::WorkerLoop& thread) {
-    thread.start(*this, kPause);
+    thread.start(*this);
+}
+
+platform::Duration ScreenReader::pause() const {
+    return m_flags.fastResponse && m_passesInVain < kFastPasses ? kFastPause : kPause;
 }
 
 void ScreenReader::pass() {
+    m_passesInVain = m_flags.fastResponse ? std::min(m_passesInVain + 1, kFastPasses) : 0;
     if (m_flags.suspendScreenReads)
         // What the display server sends meanwhile must be taken, or it piles up for as long as the machine is
         // on.
@@ -66,8 +74,10 @@ void ScreenReader::recordColors() {
         return;
     // A line of one bright colour has lit marker cells, too; but in the add-on's frames the cells are never
     // all alike.
-    if (std::ranges::adjacent_find(*cells, std::not_equal_to<>()) != cells->end())
+    if (std::ranges::adjacent_find(*cells, std::not_equal_to<>()) != cells->end()) {
         ++m_validFrames;
+        m_passesInVain = 0;
+    }
     if (const std::optional<Token> token = m_assembler.accept(*frame))
         m_queue.appendToMessageQueue(token->text());
 }

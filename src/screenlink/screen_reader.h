@@ -13,17 +13,19 @@
 
 namespace glimra::screenlink {
 
-/// The two flags by which the main thread steers the reader.
+/// The flags by which the main thread steers the reader.
 struct ReaderFlags {
     /// Set while the screens sleep: nothing is captured then.
     std::atomic<bool> suspendScreenReads = false;
     /// Cleared when the user quits: the loop ends then.
     std::atomic<bool> keepTheScannerRunning = true;
+    /// The player wants the light to change with the picture.
+    std::atomic<bool> fastResponse = false;
 };
 
-/// Reads the strip about twenty times a second and puts the tokens into the message queue. Its loop runs on a
-/// thread of its own, which changes only the reader's own state and the queue; what concerns the log or the
-/// application is posted to the main thread.
+/// Reads the strip about twenty times a second, or sixty where the player wants a fast response, and puts the
+/// tokens into the message queue. Its loop runs on a thread of its own, which changes only the reader's own
+/// state and the queue; what concerns the log or the application is posted to the main thread.
 class ScreenReader final : public platform::LoopBody {
 public:
     ScreenReader(platform::ScreenCapture& capture, platform::RunLoop& runLoop, platform::MessageLog& log,
@@ -42,6 +44,7 @@ public:
 
 private:
     void pass() override;
+    platform::Duration pause() const override;
     bool goesOn() const override;
     void left() override;
 
@@ -59,6 +62,8 @@ private:
     const ReaderFlags& m_flags;
 
     TokenAssembler m_assembler;
+    /// Passes since the last valid frame, or since a fast response was first wanted.
+    int m_passesInVain = 0;
     std::atomic<std::uint64_t> m_validFrames = 0;
     /// The log already says that there is no display. Set on the main thread, cleared on the reader's.
     std::atomic<bool> showedDisplayErrorMsg = false;

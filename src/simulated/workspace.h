@@ -12,7 +12,10 @@ public:
     std::optional<platform::RunningApplication> frontmostApplication() const override { return m_frontmost; }
     void setFrontmostApplication(std::optional<platform::RunningApplication> application) {
         m_frontmost = std::move(application);
+        if (m_frontChanged)
+            m_frontChanged();
     }
+    void observeFront(std::function<void()> changed) override { m_frontChanged = std::move(changed); }
 
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override {
         m_aboutToSleep = std::move(aboutToSleep);
@@ -32,6 +35,7 @@ public:
 
 private:
     std::optional<platform::RunningApplication> m_frontmost;
+    std::function<void()> m_frontChanged;
     std::function<void()> m_aboutToSleep;
     std::function<void()> m_screensDidWake;
 };

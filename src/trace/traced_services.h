@@ -56,6 +56,9 @@ class TracedWorkspace final : public platform::Workspace {
 public:
     TracedWorkspace(platform::Workspace& workspace, TraceWriter& writer);
     std::optional<platform::RunningApplication> frontmostApplication() const override;
+    void observeFront(std::function<void()> changed) override {
+        m_workspace.observeFront(std::move(changed));
+    }
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
     bool openUrl(const std::string& address) override;
 

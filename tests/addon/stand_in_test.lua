@@ -22,9 +22,9 @@ for _, fault in ipairs {
     { "strip.lua", '"TOPLEFT", 0, 0', '"TOPLEFT", 1, 0', "pixel 0 is game" },
     { "strip.lua", "HEIGHT = 4", "HEIGHT = 3", "pixel 0 is mixed" },
     { "strip.lua", '"TOOLTIP"', '"DIALOG"', "expect R: Glimra took " },
-    { "sender.lua", "FRAME_STANDS = 0.1", "FRAME_STANDS = 0.01", "was lost" },
+    { "sender.lua", "framePace.stands", "framePace.stands / 10", "was lost" },
     -- On a slow picture's time a frame is not on the screen yet.
-    { "sender.lua", "announce(next)", "announce(next) standsSince = now", "expect standing 0.1: the " },
+    { "sender.lua", "announce(next, now)", "announce(next, now) standsSince = now", "expect standing 0.1: the " },
     { "main.lua", "addon.tellsOfLoading =", 'frame:RegisterEvent("NO_SUCH_EVENT")', "unknown event \"NO_SUCH_EVENT\"" },
     { "moments.lua", "return not peaceful", "return true", "expect truth 0.25: C" },
     { "moments.lua", "addon.isSecret(health) or addon.isSecret(most)", "false", "compare number with userdata" },

@@ -103,7 +103,9 @@ TEST_F(ProgramTest, TheAddonIsInstalledAndTheDoctorTellsHowItStands) {
     std::ofstream(old / "Glimraxmit.toc") << "## Version: 0.0.9\n";
     const auto states = [&] {
         std::string text;
-        const json report = json::parse(tests::runShell(program + m_noKeyboard + "doctor --json").output);
+        const std::string output = tests::runShell(program + m_noKeyboard + "doctor --json").output;
+        EXPECT_THAT(output, AllOf(HasSubstr("(~/.wine"), ::testing::Not(HasSubstr(m_folder.string()))));
+        const json report = json::parse(output);
         for (const json& check : report["checks"])
             if (check["check"] == "addon")
                 text += check["details"].value("state", "") + " " + check["health"].get<std::string>() + "; ";
@@ -181,6 +183,14 @@ TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
     ChildProcess first("sh",
                        {"sh", "-c", "exec env " + m_program + arguments + " >" + file("log") + " 2>&1"});
     ASSERT_TRUE(eventually([&] { return contentOf(file("log")).find("initialized") != std::string::npos; }));
+    const std::string process = "/proc/" + std::to_string(first.pid());
+    EXPECT_EQ(tests::runShell("for socket in $(ls -l " + process +
+                              "/fd | sed -n 's/.*socket:.\\([0-9]*\\).*/\\1/p'); do"
+                              " grep -h \" $socket \" " +
+                              process + "/net/tcp* " + process + "/net/udp*; done")
+                  .output,
+              "")
+        << "no port is open";
     EXPECT_EQ(tests::runShell(m_program + "2>&1").status, 0) << "a second start";
     EXPECT_THAT(tests::runShell("dbus-run-session -- env " + m_onAnyBus + "2>&1").output,
                 HasSubstr("running already"))

@@ -48,11 +48,22 @@ private:
 };
 
 /// The reader's real thread, without its pauses.
-class HurriedThread final : public platform::WorkerLoop {
+class HurriedThread final : public platform::WorkerLoop, platform::LoopBody {
 public:
-    void start(platform::LoopBody& body, platform::Duration) override { thread.start(body, 1us); }
+    void start(platform::LoopBody& body) override {
+        m_body = &body;
+        thread.start(*this);
+    }
 
     ThreadWorkerLoop thread;
+
+private:
+    void pass() override { m_body->pass(); }
+    platform::Duration pause() const override { return 1us; }
+    bool goesOn() const override { return m_body->goesOn(); }
+    void left() override { m_body->left(); }
+
+    platform::LoopBody* m_body = nullptr;
 };
 
 struct Silence final : platform::MessageLog {

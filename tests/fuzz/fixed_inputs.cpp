@@ -1,5 +1,5 @@
 // Runs a fuzz target over its seeds and over a fixed number of damaged ones, the same in every run.
-//   TARGET
+//   TARGET COUNT
 //   TARGET --write FOLDER    writes the seeds, as a corpus for libFuzzer
 
 #include "fuzz/fuzz_target.h"
@@ -14,8 +14,6 @@ namespace {
 
 using glimra::tests::FuzzSeed;
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr unsigned long kCount = 20000;
 
 /// Seeds with up to six damages each, the same in every run.
 class Damage {
@@ -88,13 +86,18 @@ int main(int argc, char** argv) {
         const auto isWritten = [&](const FuzzSeed& seed) { return write(seed, argv[2]); };
         return std::all_of(seeds.begin(), seeds.end(), isWritten) ? 0 : 1;
     }
+    const unsigned long count = argc == 2 ? std::strtoul(argv[1], nullptr, 10) : 0;
+    if (count == 0) {
+        std::fprintf(stderr, "how many inputs?\n");
+        return 2;
+    }
     for (const FuzzSeed& seed : seeds)
         LLVMFuzzerTestOneInput(seed.bytes.data(), seed.bytes.size());
     Damage damage(seeds);
-    for (unsigned long input = 0; input < kCount; ++input) {
+    for (unsigned long input = 0; input < count; ++input) {
         const Bytes bytes = damage.next();
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     }
-    std::printf("%zu seeds and %lu damaged ones\n", seeds.size(), kCount);
+    std::printf("%zu seeds and %lu damaged ones\n", seeds.size(), count);
     return 0;
 }

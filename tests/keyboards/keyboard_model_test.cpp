@@ -42,7 +42,9 @@ TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {
     model.perform(PulseSingleKey{kEsc, kRed, kBlue, kLongest, false}, 10s);
     model.perform(FlashSingleKey{kQ, kRed, kLongest, kLongest}, 10s);
     EXPECT_EQ(colorOf(model, kQ, 24h), kRedLight);
-    EXPECT_EQ(model.nextChange(24h), 24h + kFrame);
+    const Time next = model.nextChange(24h).value();
+    EXPECT_GT(next, 24h);
+    EXPECT_LT(next, 24h + 2 * kFrame);
 }
 
 TEST(NextChange, NoColorChangesBeforeIt) {
@@ -56,7 +58,7 @@ TEST(NextChange, NoColorChangesBeforeIt) {
         const Time begin = std::chrono::milliseconds(upTo(300));
         const int duration = upTo(400);
         if (key.code % 3 == 0)
-            model.perform(PulseSingleKey{name, kRed, kRed, duration, false}, begin);
+            model.perform(PulseSingleKey{name, kRed, {upTo(100), 0, 50}, duration, false}, begin);
         else
             model.perform(FlashSingleKey{name, {upTo(100), 50, 50}, duration, upTo(80)}, begin);
     }
@@ -64,11 +66,11 @@ TEST(NextChange, NoColorChangesBeforeIt) {
     Time time = 0s;
     int changes = 0;
     for (; time < 1s; ++changes) {
-        const KeyColors colors = model.colorsAt(time);
+        const LightColors lights = model.lightsAt(time);
         const Time next = model.nextChange(time).value_or(1s);
         ASSERT_GT(next, time);
         for (Time between = time; between < next; between += 500us)
-            ASSERT_EQ(model.colorsAt(between), colors) << between.count();
+            ASSERT_EQ(model.lightsAt(between), lights) << between.count();
         time = next;
     }
     EXPECT_GT(changes, 100);

@@ -25,6 +25,12 @@ contents() {
     done
     same "programs with symbols that nobody needs" "" \
         "$(dpkg-deb -x "$package" "$work/files" && readelf -S "$work"/files/usr/bin/* | grep -o '\.symtab')"
+    for program in "$work"/files/usr/bin/*; do
+        readelf --wide -h -d --dyn-syms "$program" >"$work/elf"
+        for sign in 'Type: *DYN' 'NOW' '__stack_chk_fail' '_chk@'; do
+            grep -q "$sign" "$work/elf" || fail "$program is not hardened: no $sign"
+        done
+    done
 }
 
 install_and_remove() {

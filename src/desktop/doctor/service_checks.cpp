@@ -3,6 +3,7 @@
 #include "desktop/services/bus.h"
 #include "desktop/services/process.h"
 #include "desktop/services/theme_sounds.h"
+#include "desktop/services/xdg_folders.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -45,7 +46,7 @@ Findings checkServices() {
     const bool hasSessionBus = ask(sessionBusAddress(), QStringLiteral("GetId"), {}).has_value();
     const std::optional<QVariant> loginManager =
         ask(systemBusAddress(), QStringLiteral("NameHasOwner"), {QStringLiteral("org.freedesktop.login1")});
-    return {
+    Findings all{
         found("session-bus", hasSessionBus, "There is a session bus.",
               "There is no session bus. Glimra talks to its own running copy by a socket instead.", ""),
         found(
@@ -61,6 +62,9 @@ Findings checkServices() {
             "Install the package sound-theme-freedesktop and one of gnome-session-canberra, pulseaudio-utils "
             "and pipewire-bin to hear it."),
     };
+    if (const std::string complaint = runtimeFolderComplaint(); !complaint.empty())
+        all.push_back({.check = "runtime-folder", .health = Health::Limited, .text = complaint});
+    return all;
 }
 
 } // namespace glimra::desktop::doctor

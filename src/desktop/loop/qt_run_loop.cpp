@@ -59,11 +59,31 @@ TimerId QtRunLoop::enqueue(Time due, Entry entry) {
 
 void QtRunLoop::cancel(TimerId timer) {
     m_running.erase(timer);
+    m_resting.erase(timer);
     const auto found = m_dueTimes.find(timer);
     if (found == m_dueTimes.end())
         return;
     m_queue.erase({found->second, timer});
     m_dueTimes.erase(found);
+    armWakeUp();
+}
+
+void QtRunLoop::rest(TimerId timer, Duration longest) {
+    m_resting[timer] = now() + longest;
+}
+
+void QtRunLoop::rouse(TimerId timer) {
+    if (m_resting.erase(timer) == 0)
+        return;
+    const auto found = m_dueTimes.find(timer);
+    if (found == m_dueTimes.end())
+        return;
+    auto node = m_queue.extract(Place{found->second, timer});
+    const Duration period = node.mapped().period;
+    const Time due = found->second - period * ((found->second - now()) / period);
+    node.key().first = due;
+    found->second = due;
+    m_queue.insert(std::move(node));
     armWakeUp();
 }
 
@@ -111,6 +131,7 @@ void QtRunLoop::terminate() {
     m_queue.clear();
     m_dueTimes.clear();
     m_running.clear();
+    m_resting.clear();
     for (Wait* wait : m_waits) {
         wait->over = true;
         wait->loop.quit();
@@ -165,10 +186,13 @@ void QtRunLoop::serve(Queue::iterator place) {
         return;
     }
     m_running.insert(id);
+    m_resting.erase(id);
     entry.action();
     if (m_running.erase(id) == 0)
         return;
-    const Time next = nextGridPoint(due, entry.period, now());
+    const auto rest = m_resting.find(id);
+    const Time from = rest == m_resting.end() ? now() : std::max(now(), rest->second - entry.period);
+    const Time next = nextGridPoint(due, entry.period, from);
     node.key() = {next, id};
     m_queue.insert(std::move(node));
     m_dueTimes.emplace(id, next);

@@ -34,6 +34,8 @@ public:
     platform::TimerId repeat(platform::Duration period, std::function<void()> action) override;
     platform::TimerId after(platform::Duration delay, std::function<void()> action) override;
     void cancel(platform::TimerId timer) override;
+    void rest(platform::TimerId timer, platform::Duration longest) override;
+    void rouse(platform::TimerId timer) override;
     void post(std::function<void()> job) override;
     [[nodiscard]] bool runUntil(platform::Time deadline) override;
     void terminate() override;
@@ -97,6 +99,8 @@ private:
     std::unordered_map<platform::TimerId, platform::Time> m_dueTimes;
     /// Repeating timers whose action is running; cancelling one removes it from here.
     std::set<platform::TimerId> m_running;
+    /// Until when repeating timers rest.
+    std::unordered_map<platform::TimerId, platform::Time> m_resting;
     platform::TimerId m_lastId = 0;
     std::vector<Wait*> m_waits;
     /// The highest id that is held; 0 when none is.

@@ -7,8 +7,8 @@ ThreadWorkerLoop::~ThreadWorkerLoop() {
     join();
 }
 
-void ThreadWorkerLoop::start(platform::LoopBody& body, platform::Duration pause) {
-    m_thread = std::thread([this, &body, pause] { run(body, pause); });
+void ThreadWorkerLoop::start(platform::LoopBody& body) {
+    m_thread = std::thread([this, &body] { run(body); });
 }
 
 void ThreadWorkerLoop::wake() {
@@ -24,10 +24,10 @@ void ThreadWorkerLoop::join() {
         m_thread.join();
 }
 
-void ThreadWorkerLoop::run(platform::LoopBody& body, platform::Duration pause) {
+void ThreadWorkerLoop::run(platform::LoopBody& body) {
     do {
         body.pass();
-        waitFor(pause);
+        waitFor(body.pause());
     } while (body.goesOn());
     body.left();
 }

@@ -17,7 +17,7 @@ public:
     ThreadWorkerLoop(const ThreadWorkerLoop&) = delete;
     ThreadWorkerLoop& operator=(const ThreadWorkerLoop&) = delete;
 
-    void start(platform::LoopBody& body, platform::Duration pause) override;
+    void start(platform::LoopBody& body) override;
 
     /// Ends the current pause or, between pauses, the next one early, so that the body's `goesOn` is asked at
     /// once.
@@ -27,7 +27,7 @@ public:
     void join();
 
 private:
-    void run(platform::LoopBody& body, platform::Duration pause);
+    void run(platform::LoopBody& body);
     void waitFor(platform::Duration pause);
 
     std::mutex m_mutex;

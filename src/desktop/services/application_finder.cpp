@@ -28,12 +28,18 @@ constexpr off_t kMostBytes = off_t{256} << 10;
 constexpr int kMostLevels = 4;
 constexpr int kMostFiles = 20000;
 
-/// The content of a regular file. None for anything else, above all for a pipe, where reading would wait for
-/// a writer.
+/// Only the user and root may say what is started, and nobody else may have changed it.
+bool isTrusted(const struct stat& status) {
+    return (status.st_uid == 0 || status.st_uid == ::geteuid()) && (status.st_mode & S_IWOTH) == 0;
+}
+
+/// The content of a regular file that can be trusted. None for anything else, above all for a pipe, where
+/// reading would wait for a writer.
 std::optional<std::string> readEntryFile(const fs::path& path) {
     const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kMostBytes)
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || !isTrusted(status) ||
+        status.st_size > kMostBytes)
         return std::nullopt;
     std::string content(static_cast<std::size_t>(status.st_size), '\0');
     const ssize_t count = ::read(file.get(), content.data(), content.size());

@@ -1,9 +1,14 @@
 #include "desktop/services/bus.h"
 
+#include "desktop/services/no_bus.h"
+#include "desktop/services/xdg_folders.h"
+
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace glimra::desktop {
@@ -31,15 +36,24 @@ QString systemBusAddress() {
 }
 
 QString sessionBusAddress() {
-    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString address = qEnvironmentVariable(kSessionBusVariable);
     // Autolaunch would start a bus daemon and wait for it, and no other program would be on that bus.
-    if (address.contains(QLatin1String("autolaunch:")))
+    if (address.contains(QLatin1String("autolaunch:")) || address == QLatin1String(kNoBusAddress))
         return {};
-    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray folder = QByteArray::fromStdString(runtimeFolder().string());
     if (!address.isEmpty() || folder.isEmpty())
         return address;
     return QStringLiteral("unix:path=") + QString::fromLatin1(folder.toPercentEncoding("/")) +
            QStringLiteral("/bus");
+}
+
+void startNoBus() {
+    const std::filesystem::path folder = runtimeFolder();
+    std::error_code ignored;
+    // The library finds that one by itself.
+    const bool hasUsualBus = !folder.empty() && std::filesystem::is_socket(folder / "bus", ignored);
+    if (sessionBusAddress().isEmpty() || (qEnvironmentVariableIsEmpty(kSessionBusVariable) && !hasUsualBus))
+        qputenv(kSessionBusVariable, kNoBusAddress);
 }
 
 Bus::Bus(const QString& address)

@@ -15,6 +15,9 @@ namespace glimra::desktop {
 /// Addresses of the buses, from the environment or by convention; empty when there is none.
 QString systemBusAddress();
 QString sessionBusAddress();
+/// Where there is no session bus, keeps Qt from starting one, too, which would outlive this program. Programs
+/// that are started from here are free to (process.h). Must be called before there is an application object.
+void startNoBus();
 
 /// A connection that does not wait for the bus to give it a name. Without an address there is none.
 QDBusConnection openBusConnection(const QString& address, const QString& name);

@@ -49,6 +49,10 @@ public:
                                                                               : Standing::Second;
     }
 
+    std::string claimed() const override {
+        return "the name " + m_service.toStdString() + " on the session bus";
+    }
+
     Delivery send(const InstanceCommand& command) override {
         if (!m_isUsable)
             return Delivery::Unusable;

@@ -13,7 +13,10 @@ DesktopWorkspace::DesktopWorkspace(const std::string& displayName, PowerServices
                                    std::function<void()> afterWaking)
     : m_power(power),
       m_afterWaking(std::move(afterWaking)),
-      m_frontmost(displayName) {
+      m_frontmost(displayName, [this] {
+          if (m_frontChanged)
+              m_frontChanged();
+      }) {
     processEvents();
 }
 

@@ -23,6 +23,7 @@ public:
     DesktopWorkspace(const std::string& displayName, PowerServices& power, std::function<void()> afterWaking);
 
     std::optional<platform::RunningApplication> frontmostApplication() const override;
+    void observeFront(std::function<void()> changed) override { m_frontChanged = std::move(changed); }
     void observeSleep(std::function<void()> aboutToSleep, std::function<void()> screensDidWake) override;
     /// Also tells the user what happens, since a browser may fail later without any message.
     bool openUrl(const std::string& address) override;
@@ -38,6 +39,7 @@ private:
 
     PowerServices& m_power;
     std::function<void()> m_afterWaking;
+    std::function<void()> m_frontChanged;
     X11FrontmostApplication m_frontmost;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QBasicTimer m_wakeUp;

@@ -1,8 +1,9 @@
 #include "desktop/services/instance_channel.h"
 
 #include "desktop/services/bus.h"
+#include "desktop/services/xdg_folders.h"
 
-#include <QStandardPaths>
+#include <QFile>
 
 #include <array>
 #include <utility>
@@ -42,8 +43,7 @@ std::optional<InstanceCommand> commandFromText(std::string_view text) {
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity) {
     std::vector<std::unique_ptr<InstanceChannel>> channels;
     channels.push_back(makeBusChannel(sessionBusAddress(), identity));
-    channels.push_back(
-        makeSocketChannel(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation), identity));
+    channels.push_back(makeSocketChannel(QFile::decodeName(socketFolder().c_str()), identity));
     return channels;
 }
 

@@ -47,6 +47,9 @@ public:
     /// loop as long as the channel exists.
     virtual Standing claim(Handler handler) = 0;
 
+    /// What the running instance holds by this channel, for a sentence.
+    virtual std::string claimed() const = 0;
+
     enum class Delivery {
         Unusable,
         /// Also when the running instance refuses.

@@ -1,5 +1,6 @@
 #include "desktop/services/process.h"
 
+#include "desktop/services/no_bus.h"
 #include "desktop/services/unique_fd.h"
 
 #include <algorithm>
@@ -40,6 +41,12 @@ public:
         for (std::string& word : m_words)
             m_argv.push_back(word.data());
         m_argv.push_back(nullptr);
+        // What keeps us from starting a bus is none of its business.
+        const std::string noBus = std::string(kSessionBusVariable) + "=" + kNoBusAddress;
+        for (char** each = environ; *each != nullptr; ++each)
+            if (*each != noBus)
+                m_environment.push_back(*each);
+        m_environment.push_back(nullptr);
     }
 
     /// False when the program does not exist, or when an argument contains a zero byte, at which the system
@@ -57,6 +64,7 @@ private:
     UniqueFd m_null;
     std::vector<std::string> m_words;
     std::vector<char*> m_argv;
+    std::vector<char*> m_environment;
 };
 
 /// Runs between fork and exec, so it may only make system calls.
@@ -69,7 +77,7 @@ void PreparedCommand::become() const {
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    ::execv(m_path.c_str(), m_argv.data());
+    ::execve(m_path.c_str(), m_argv.data(), m_environment.data());
     ::_exit(kCannotRun);
 }
 

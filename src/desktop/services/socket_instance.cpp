@@ -115,6 +115,8 @@ public:
         return Standing::First;
     }
 
+    std::string claimed() const override { return "the lock " + (m_path + ".lock").toStdString(); }
+
     Delivery send(const InstanceCommand& command) override {
         const std::optional<sockaddr_un> address = addressOf(socketPath());
         const UniqueFd fd = newSocket();

@@ -21,6 +21,8 @@ public:
 
     int get() const { return m_descriptor; }
     explicit operator bool() const { return m_descriptor >= 0; }
+    /// Gives the descriptor away; the caller closes it.
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
     void reset() {
         if (const int descriptor = std::exchange(m_descriptor, -1); descriptor >= 0)
             ::close(descriptor);

@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace glimra::desktop {
 
 namespace {
@@ -18,6 +21,13 @@ std::string variable(const char* name) {
 void addAbsolute(std::vector<std::filesystem::path>& folders, const std::filesystem::path& folder) {
     if (folder.is_absolute())
         folders.push_back(folder);
+}
+
+/// Links are not followed.
+bool isOursAlone(const std::filesystem::path& folder) {
+    struct stat status {};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+           (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
 } // namespace
@@ -36,6 +46,27 @@ std::vector<std::filesystem::path> dataFolders() {
         begin = end + 1;
     }
     return folders;
+}
+
+std::filesystem::path runtimeFolder() {
+    const std::filesystem::path folder = variable("XDG_RUNTIME_DIR");
+    return folder.is_absolute() && isOursAlone(folder) ? folder : std::filesystem::path();
+}
+
+std::filesystem::path socketFolder() {
+    if (std::filesystem::path folder = runtimeFolder(); !folder.empty())
+        return folder;
+    std::filesystem::path folder = "/tmp/glimra-" + std::to_string(::geteuid());
+    ::mkdir(folder.c_str(), S_IRWXU);
+    return isOursAlone(folder) ? folder : std::filesystem::path();
+}
+
+std::string runtimeFolderComplaint() {
+    const std::string folder = variable("XDG_RUNTIME_DIR");
+    if (folder.empty() || !runtimeFolder().empty())
+        return {};
+    return "XDG_RUNTIME_DIR names " + folder +
+           ", which is no folder of yours alone, and is not used. Its mode should be 700.";
 }
 
 } // namespace glimra::desktop

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "desktop/settings/settings_store.h"
 #include "platform/system_services.h"
 
-#include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <string>
 
 namespace glimra::desktop {
@@ -14,25 +15,29 @@ namespace glimra::desktop {
 // the oldest copy. Main thread.
 
 inline constexpr int kCopies = 3;
-/// The name of copy `number`, 1 to `kCopies`.
-QString copyName(const QString& path, int number);
 
-/// A key that is written after all others, so a file that contains it is complete.
-inline constexpr const char* kEndMark = "zz/complete";
+/// A settings file and what is to be used of it.
+struct FoundSettings {
+    FileState state = FileState::Missing;
+    Soundness soundness = Soundness::Sound;
+    /// The newest sound copy. Looked for only if the file is not sound itself.
+    std::optional<int> copy{};
+    /// The file's values as far as they can be read, or those of the copy if the file needs mending.
+    SettingsText values{};
 
-/// Whether content looks like a settings file, written by this program or by hand, and is complete.
-enum class Soundness { Sound, CutOff, Damaged };
-Soundness soundnessOf(const QByteArray& content);
-/// Whether the file exists and is sound.
-bool isSound(const QString& path);
+    /// Whether the file cannot be used as it is.
+    bool needsMending() const;
+    /// Whether the values are all that was once stored.
+    bool isWhole() const;
+};
+/// Changes nothing.
+FoundSettings findSettings(const QString& path);
 
-/// Must be called before the settings are read. If the file is damaged or cut off, saves it as FILE.damaged
-/// (or FILE.damaged-2 and so on) and puts the newest sound copy in its place; without a sound copy, the file
-/// stays in use as far as it can be read. Writes to the system log what was done and returns it; empty when
-/// nothing was done.
-std::string mendSettings(const QString& path, platform::SystemLog& systemLog);
+/// If the file needs mending, saves it as FILE.damaged (or FILE.damaged-2 and so on) and writes the found
+/// values in its place. Writes to the system log what was done and returns it; empty when nothing was done.
+std::string mendSettings(const QString& path, const FoundSettings& found, platform::SystemLog& systemLog);
 
-/// Saves the file as the newest copy if it is sound and differs from that copy.
-void keepCopy(const QString& path);
+/// Saves values that are known to be good as the newest copy if they differ from that copy.
+void keepCopy(const QString& path, const SettingsText& values);
 
 } // namespace glimra::desktop

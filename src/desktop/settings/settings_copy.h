@@ -1,35 +1,35 @@
 #pragma once
 
-#include "desktop/settings/settings_file.h"
+#include "desktop/settings/settings_backups.h"
+#include "desktop/settings/settings_values.h"
 #include "platform/silent_log.h"
 
 #include <QString>
-#include <QTemporaryDir>
-
-#include <optional>
 
 namespace glimra::desktop {
 
-/// The settings as the application would use them, read from a copy of the file. For code that only looks at
-/// them while another Glimra may be using the original.
+/// The settings as the application would use them, without changing the file. For code that only looks at
+/// them while another Glimra may be using it.
 class SettingsCopy {
 public:
-    explicit SettingsCopy(const QString& original);
+    explicit SettingsCopy(const QString& original)
+        : m_original(original),
+          m_found(findSettings(original)),
+          m_values(m_found.values, m_log) {}
 
-    const platform::UserDefaults& values() const { return *m_settings; }
-    /// The file that was copied.
+    const platform::UserDefaults& values() const { return m_values; }
+    /// The file that was read.
     const QString& original() const { return m_original; }
-    /// Whether the file had to be mended.
-    bool isMended() const { return !m_settings->mending().empty(); }
+    /// Whether the file has to be mended.
+    bool isMended() const { return m_found.needsMending(); }
     /// Whether there is a sound copy beside it.
-    bool hasBackup() const { return m_hasBackup; }
+    bool hasBackup() const { return m_found.copy.has_value(); }
 
 private:
     QString m_original;
-    QTemporaryDir m_folder;
+    FoundSettings m_found;
     platform::SilentLog m_log;
-    bool m_hasBackup = false;
-    std::optional<SettingsFile> m_settings;
+    SettingsValues m_values;
 };
 
 } // namespace glimra::desktop

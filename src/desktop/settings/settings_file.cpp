@@ -1,10 +1,7 @@
 #include "desktop/settings/settings_file.h"
 
 #include "desktop/settings/config_folder.h"
-#include "desktop/settings/settings_backups.h"
-#include "desktop/settings/stored_value_text.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <utility>
@@ -13,34 +10,18 @@ namespace glimra::desktop {
 
 using platform::StoredValue;
 
-namespace {
-
-QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-/// Qt locks a file for each save by a lock file, removes stale locks under a second lock file, and so on. A
-/// program killed during this may leave lock files for which Qt would wait forever.
-void removeGuards(const QString& path) {
-    constexpr int kMostGuards = 5;
-    QString guard = path + ".lock";
-    for (int number = 0; number < kMostGuards; ++number, guard += ".rmlock")
-        QFile::remove(guard);
-}
-
-/// Makes the file readable and writable; returns what had to be mended.
-std::string prepare(const QString& path, platform::SystemLog& systemLog) {
-    removeGuards(path);
-    return mendSettings(path, systemLog);
-}
-
-} // namespace
-
 SettingsFile::SettingsFile(const QString& path, platform::SystemLog& systemLog)
-    : m_systemLog(systemLog),
-      m_mending(prepare(path, systemLog)),
-      m_settings(path, QSettings::IniFormat) {
-    keepCopy(path);
+    : SettingsFile(path, findSettings(path), systemLog) {
+}
+
+SettingsFile::SettingsFile(const QString& path, const FoundSettings& found, platform::SystemLog& systemLog)
+    : m_path(path),
+      m_systemLog(systemLog),
+      m_values(found.values, systemLog),
+      m_mending(mendSettings(path, found, systemLog)),
+      m_isSound(found.isWhole()) {
+    if (m_isSound)
+        keepCopy(m_path, m_values.texts());
 }
 
 SettingsFile::~SettingsFile() {
@@ -49,7 +30,8 @@ SettingsFile::~SettingsFile() {
 
 void SettingsFile::write() {
     save();
-    keepCopy(m_settings.fileName());
+    if (m_isSound && m_changedKeys.empty())
+        keepCopy(m_path, m_values.texts());
 }
 
 QString SettingsFile::defaultPath() {
@@ -57,28 +39,12 @@ QString SettingsFile::defaultPath() {
 }
 
 QString SettingsFile::folder() const {
-    return QFileInfo(m_settings.fileName()).absolutePath();
-}
-
-std::optional<StoredValue> SettingsFile::get(std::string_view key) const {
-    return read(toQString(key));
-}
-
-std::optional<StoredValue> SettingsFile::read(const QString& key) const {
-    if (!m_settings.contains(key))
-        return std::nullopt;
-    // Qt reads hand-written text with a comma as a list.
-    const QString text = m_settings.value(key).toStringList().join(',');
-    std::optional<StoredValue> value = storedValueFromText(text.toStdString());
-    if (!value && m_reportedKeys.insert(key).second)
-        m_systemLog.write("Settings: the value of \"" + key.toStdString() +
-                          "\" can't be read and is ignored");
-    return value;
+    return QFileInfo(m_path).absolutePath();
 }
 
 void SettingsFile::set(std::string_view key, StoredValue value) {
-    m_settings.setValue(kEndMark, "true");
-    m_settings.setValue(toQString(key), toQString(toText(value)));
+    m_values.set(key, std::move(value));
+    m_changedKeys.emplace(key);
     if (m_saveIsPending)
         return;
     m_saveIsPending = true;
@@ -91,24 +57,27 @@ void SettingsFile::set(std::string_view key, StoredValue value) {
         Qt::QueuedConnection);
 }
 
-std::map<std::string, StoredValue, std::less<>> SettingsFile::all() const {
-    std::map<std::string, StoredValue, std::less<>> values;
-    for (const QString& key : m_settings.allKeys())
-        if (std::optional<StoredValue> value = key == kEndMark ? std::nullopt : read(key))
-            values.emplace(key.toStdString(), std::move(*value));
-    return values;
+bool SettingsFile::writeChanges() {
+    const FolderLock lock(m_path);
+    StoredSettings stored = readSettings(m_path);
+    if (stored.state == FileState::Unreadable)
+        return false;
+    SettingsText texts = stored.isSound() ? std::move(stored.parsed.values) : m_values.texts();
+    for (const std::string& key : m_changedKeys)
+        texts.insert_or_assign(key, m_values.texts().find(key)->second);
+    if (!writeSettings(m_path, texts))
+        return false;
+    m_values.replace(std::move(texts));
+    m_changedKeys.clear();
+    m_isSound = true;
+    return true;
 }
 
 std::string SettingsFile::save() {
-    const bool wasPending = std::exchange(m_saveIsPending, false);
-    m_settings.sync();
-    // Qt reports success also when a full disk has cut the file off.
-    const bool isWritten =
-        m_settings.status() != QSettings::AccessError && (!wasPending || isSound(m_settings.fileName()));
-    if (isWritten || m_reportedWriteFailure)
+    m_saveIsPending = false;
+    if (m_changedKeys.empty() || writeChanges() || std::exchange(m_reportedWriteFailure, true))
         return {};
-    m_reportedWriteFailure = true;
-    std::string problem = "Settings: can't write " + m_settings.fileName().toStdString();
+    std::string problem = "Settings: can't write " + m_path.toStdString();
     m_systemLog.write(problem);
     return problem;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "desktop/settings/settings_backups.h"
+#include "desktop/settings/settings_values.h"
 #include "platform/controls.h"
-#include "platform/system_services.h"
-#include "platform/user_defaults.h"
 
 #include <QObject>
-#include <QSettings>
 #include <QString>
 
 #include <set>
@@ -13,11 +12,11 @@
 
 namespace glimra::desktop {
 
-/// The settings in an INI file; the form of the values is in stored_value_text.h. Changes are written by the
-/// event loop, and at the latest by the destructor; the file is replaced as a whole.
+/// The settings in an INI file. Changes are written by the event loop, and at the latest by the destructor;
+/// the file is replaced as a whole, and what somebody else has changed in it meanwhile stays.
 ///
-/// An unreadable value counts as absent and is reported once to the system log. Copies of the file are kept
-/// and replace it when it is damaged (settings_backups.h). Only one object per file at a time. Main thread.
+/// Copies of the file are kept and replace it when it is damaged (settings_backups.h). Only one object per
+/// file at a time. Main thread.
 class SettingsFile final : public QObject, public platform::UserDefaults {
 public:
     SettingsFile(const QString& path, platform::SystemLog& systemLog);
@@ -35,22 +34,30 @@ public:
     /// The folder of the file; it may not exist yet.
     QString folder() const;
 
-    std::optional<platform::StoredValue> get(std::string_view key) const override;
+    std::optional<platform::StoredValue> get(std::string_view key) const override {
+        return m_values.get(key);
+    }
     void set(std::string_view key, platform::StoredValue value) override;
-    std::map<std::string, platform::StoredValue, std::less<>> all() const override;
+    std::map<std::string, platform::StoredValue, std::less<>> all() const override { return m_values.all(); }
 
     /// Writes what has changed, and keeps a copy of it, now.
     void write();
 
 private:
-    std::optional<platform::StoredValue> read(const QString& key) const;
+    SettingsFile(const QString& path, const FoundSettings& found, platform::SystemLog& systemLog);
+
+    bool writeChanges();
     /// Returns the error the first time that saving fails; otherwise nothing.
     std::string save();
 
+    QString m_path;
     platform::SystemLog& m_systemLog;
+    SettingsValues m_values;
     std::string m_mending;
-    QSettings m_settings;
-    mutable std::set<QString> m_reportedKeys;
+    /// Since the file was last written.
+    std::set<std::string, std::less<>> m_changedKeys;
+    /// Whether the values, but for the changed ones, are all that was ever stored: worth a copy.
+    bool m_isSound;
     bool m_saveIsPending = false;
     bool m_reportedWriteFailure = false;
 };

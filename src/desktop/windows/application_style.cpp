@@ -1,5 +1,6 @@
 #include "desktop/windows/application_style.h"
 
+#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOption>
@@ -144,6 +145,13 @@ QBrush accentBrush(const QRectF& area) {
     gradient.setColorAt(0, "#1479b8");
     gradient.setColorAt(1, "#7a45d6");
     return gradient;
+}
+
+void ApplicationStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    auto* const label = qobject_cast<QLabel*>(widget);
+    if (label != nullptr && label->textFormat() == Qt::AutoText)
+        label->setTextFormat(Qt::PlainText);
 }
 
 QSize ApplicationStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,

@@ -14,6 +14,10 @@ class ApplicationStyle final : public QProxyStyle {
 public:
     ApplicationStyle() : QProxyStyle("Fusion") {}
 
+    using QProxyStyle::polish;
+    /// A label or tool tip that does not say that its text is markup has plain text. Else the name of a
+    /// keyboard, a folder or a server could become a heading, or a picture that is read from a pipe.
+    void polish(QWidget* widget) override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

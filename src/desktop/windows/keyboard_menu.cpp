@@ -5,10 +5,12 @@
 namespace glimra::desktop {
 
 void furnishKeyboardMenu(QMenu* menu, const Choice& driver, const app::AppDelegate& delegate) {
-    auto* const stale = menu->parentWidget()->window()->findChild<QAction*>("endStaleEffectsItem");
+    const QWidget* const window = menu->parentWidget()->window();
+    auto* const stale = window->findChild<QAction*>("endStaleEffectsItem");
+    auto* const fast = window->findChild<QAction*>("fastResponseItem");
     auto* const drivers = new QMenu("&Light the Keyboard By", menu);
     drivers->setObjectName("driverMenu");
-    menu->insertMenu(stale, drivers);
+    menu->insertMenu(fast, drivers);
     std::vector<ChoiceRow> rows{{std::string(keyboards::kAutomaticDriver), "&Automatic"}};
     for (const keyboards::DriverRow& row : keyboards::driverRows())
         rows.push_back({std::string(row.name),
@@ -16,9 +18,11 @@ void furnishKeyboardMenu(QMenu* menu, const Choice& driver, const app::AppDelega
     addChoices(drivers, "driver-", rows, driver);
     drivers->insertSeparator(drivers->actions().at(1));
 
-    // The setting is read when the application launches, which is after the windows are made.
-    QObject::connect(menu, &QMenu::aboutToShow, stale,
-                     [stale, &delegate] { stale->setChecked(delegate.state().options.endStaleEffects); });
+    // The settings are read when the application launches, which is after the windows are made.
+    QObject::connect(menu, &QMenu::aboutToShow, stale, [stale, fast, &delegate] {
+        stale->setChecked(delegate.state().options.endStaleEffects);
+        fast->setChecked(delegate.state().readerFlags.fastResponse);
+    });
 }
 
 } // namespace glimra::desktop

@@ -90,6 +90,7 @@ void ProgramWatch::look() {
     m_snapshot = {.keyboardName = QString::fromStdString(m_parts.keyboardName.get()),
                   .capture = m_parts.captureState(),
                   .gameIsInFront = operations.messagePump.gameIsInFront(),
+                  .respondsFast = state.readerFlags.fastResponse,
                   .messagesPerMinute = m_messages.perMinute(),
                   .profile = profile,
                   .isLit = m_isLit,

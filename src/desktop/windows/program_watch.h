@@ -19,6 +19,7 @@ struct StatusSnapshot {
     QString keyboardName{};
     CaptureState capture = CaptureState::Screen;
     bool gameIsInFront = false;
+    bool respondsFast = false;
     /// Since the last valid frame of the strip; none when there was none yet.
     std::optional<int> secondsSinceStrip{};
     std::uint64_t messagesPerMinute = 0;

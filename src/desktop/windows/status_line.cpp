@@ -69,11 +69,13 @@ QString statusText(const StatusSnapshot& snapshot) {
     const QString messages = snapshot.messagesPerMinute == 1
                                  ? QString("1 message per minute")
                                  : QString("%1 messages per minute").arg(snapshot.messagesPerMinute);
-    return QStringList{capitalized(snapshot.keyboardName),
-                       capitalized(QString::fromUtf8(capture.data(), static_cast<qsizetype>(capture.size()))),
-                       snapshot.gameIsInFront ? "Game in front" : "Game not in front",
-                       stripText(snapshot.secondsSinceStrip), messages}
-        .join(kDot);
+    QStringList parts{capitalized(snapshot.keyboardName),
+                      capitalized(QString::fromUtf8(capture.data(), static_cast<qsizetype>(capture.size()))),
+                      snapshot.gameIsInFront ? "Game in front" : "Game not in front",
+                      stripText(snapshot.secondsSinceStrip), messages};
+    if (snapshot.respondsFast)
+        parts.append("Fast response");
+    return parts.join(kDot);
 }
 
 StatusLine::StatusLine(QMainWindow* window, ProgramWatch& watch, const ProfileNames& names)

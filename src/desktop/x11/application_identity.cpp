@@ -1,11 +1,11 @@
 #include "desktop/x11/application_identity.h"
 
+#include "desktop/x11/process_text.h"
 #include "desktop/x11/utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <fstream>
 
 namespace glimra::desktop {
 
@@ -20,7 +20,6 @@ constexpr std::array<std::string_view, 13> kGamePrograms{
 constexpr std::string_view kGameTitle = "World of Warcraft";
 /// Proton gives all windows in a prefix a class made of this and Steam's number, whatever program shows them.
 constexpr std::string_view kProtonClassPrefix = "steam_app_";
-constexpr std::size_t kProcessTextLimit = 4096;
 
 char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -41,11 +40,7 @@ std::string_view withoutFolder(std::string_view path) {
 }
 
 std::string readProcessText(std::uint32_t processId, const char* file) {
-    std::ifstream stream("/proc/" + std::to_string(processId) + "/" + file, std::ios::binary);
-    std::string text(kProcessTextLimit, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    return text;
+    return readPatiently("/proc/" + std::to_string(processId) + "/" + file).value_or("");
 }
 
 bool isGame(const WindowFacts& window) {

@@ -6,19 +6,20 @@ namespace glimra::keyboards {
 
 void WriterPlan::show(const KeyboardModel& model, Time now) {
     m_model = model;
-    m_compareAt = std::min(m_compareAt.value_or(Time::max()), now + kGather);
+    m_modelAt = std::min(m_modelAt.value_or(Time::max()), now + kGather);
 }
 
 void WriterPlan::resendAll(Time now) {
     m_allKeysNeeded = true;
-    m_compareAt = now;
+    m_modelAt = now;
 }
 
 void WriterPlan::found(const DevicePace& pace, Time now) {
     m_open = true;
     m_foundAt = now;
     m_pace = pace;
-    m_earliest = now;
+    m_deviceReadyAt = now;
+    m_effectsFrom = now;
     m_refreshAt = Time::max();
     resendAll(now);
 }
@@ -61,16 +62,16 @@ WriterPlan::Step WriterPlan::next(Time now) {
         m_refreshAt = Time::max();
         resendAll(now);
     }
-    if (m_compareAt && std::max(*m_compareAt, m_earliest) <= now) {
+    if (frameDue() <= now) {
         const std::size_t changes = collectChanges(now);
-        m_compareAt = m_model->nextChange(now);
+        m_modelAt.reset();
+        m_effectsAt = m_model->nextChange(now);
         if (changes > 0)
             return write(changes, now);
     }
     if (m_repeatAt && *m_repeatAt <= now) {
         m_repeatAt.reset();
-        m_earliest = now + std::max(kFrameInterval, m_pace.interval);
-        m_frameBegan = now;
+        frameBegins(now);
         return {.kind = Step::Kind::Write, .keys = std::span(m_frame).first(m_frameSize)};
     }
     return wait(now);
@@ -97,22 +98,34 @@ std::size_t WriterPlan::collectChanges(Time now) {
 
 WriterPlan::Step WriterPlan::write(std::size_t count, Time now) {
     m_frameSize = count;
-    m_frameBegan = now;
+    frameBegins(now);
     if (count == kLightCount)
         m_refreshAt = Time::max();
-    m_earliest = now + std::max(kFrameInterval, m_pace.interval);
     if (m_pace.repeatAfter > Duration::zero())
         m_repeatAt = now + m_pace.repeatAfter;
     return {.kind = Step::Kind::Write, .keys = std::span(m_frame).first(count)};
 }
 
+void WriterPlan::frameBegins(Time now) {
+    m_frameBegan = now;
+    m_deviceReadyAt = now + m_pace.interval;
+    m_effectsFrom = std::max(m_effectsFrom, now - kLateness) + kFrame;
+}
+
+/// When the next frame may have to begin; `Time::max()` when nothing changes.
+Time WriterPlan::frameDue() const {
+    Time due = Time::max();
+    if (m_modelAt)
+        due = std::max(*m_modelAt, m_effectsFrom - kFrame);
+    if (m_effectsAt)
+        due = std::min(due, std::max(*m_effectsAt, m_effectsFrom));
+    return due == Time::max() ? due : std::max(due, m_deviceReadyAt);
+}
+
 WriterPlan::Step WriterPlan::wait(Time now) const {
-    Step step{.until = m_refreshAt};
-    if (m_compareAt) {
-        const Time compareAt = std::max(*m_compareAt, m_earliest);
-        step.until = std::min(m_refreshAt, compareAt);
-        step.frameIsDue = compareAt <= std::max(m_earliest, now + kGather);
-    }
+    const Time due = frameDue();
+    Step step{.until = std::min(due, m_refreshAt)};
+    step.frameIsDue = due <= std::max({m_deviceReadyAt, m_effectsFrom - kFrame, now + kGather});
     if (m_repeatAt)
         step.until = std::min(*step.until, *m_repeatAt);
     if (step.until == Time::max())

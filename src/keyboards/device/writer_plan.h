@@ -13,8 +13,10 @@ namespace glimra::keyboards {
 /// than the one before.
 class WriterPlan {
 public:
-    /// The least time between two frames: 30 frames a second.
-    static constexpr Duration kFrameInterval = std::chrono::nanoseconds(33'333'334);
+    /// What a new model changes is sent at once, also between two frames of an effect; over any longer time
+    /// there is no more than one frame in each `kFrame`. A device that needs more time for a frame gets it.
+    /// A frame that was late by less than this does not put off those after it.
+    static constexpr Duration kLateness = std::chrono::milliseconds(4);
     /// How long a new model waits for the next one: calls that belong together come within this time, and
     /// become one frame.
     static constexpr Duration kGather = std::chrono::milliseconds(2);
@@ -66,6 +68,8 @@ public:
 private:
     Step search(Time now) const;
     Step write(std::size_t count, Time now);
+    void frameBegins(Time now);
+    Time frameDue() const;
     Step wait(Time now) const;
     std::size_t collectChanges(Time now);
     void pauseSearch(Duration longest, Time now);
@@ -84,10 +88,15 @@ private:
     std::array<KeyColor, kLightCount> m_frame{};
     std::size_t m_frameSize = 0;
     Time m_frameBegan{};
-    /// The time before which the next frame must not begin.
-    Time m_earliest{};
-    /// When the colours must be compared with those that were sent; none while they do not change.
-    std::optional<Time> m_compareAt;
+    /// The time before which the device takes no frame.
+    Time m_deviceReadyAt{};
+    /// When the next frame of an effect may begin. One of a new model may begin `kFrame` earlier, once: it
+    /// puts this off by as much.
+    Time m_effectsFrom{};
+    /// When what an effect changes is compared with what was sent; none while nothing moves.
+    std::optional<Time> m_effectsAt;
+    /// When a new model, or all of it, is compared; none while there is none.
+    std::optional<Time> m_modelAt;
     /// When everything is sent again.
     Time m_refreshAt = Time::max();
     /// When the last frame is sent again, for a device that may have lost it.

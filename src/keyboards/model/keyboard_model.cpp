@@ -56,46 +56,6 @@ void repeatEffect(const KeyEffect& effect, KeyName key, platform::LedDriver& dri
         driver.perform(platform::PulseSingleKey{key, start, toPercentages(effect.finish), period, true});
 }
 
-/// Shares of a mixture are integers: this is the whole, half of it is one half.
-constexpr int kWhole = 1 << 16;
-
-Rgb mixed(Rgb from, Rgb to, int shareOfTo) {
-    const auto channel = [shareOfTo](int a, int b) {
-        return static_cast<std::uint8_t>((a * kWhole + (b - a) * shareOfTo + kWhole / 2) / kWhole);
-    };
-    return {channel(from.red, to.red), channel(from.green, to.green), channel(from.blue, to.blue)};
-}
-
-bool runsAt(const KeyEffect& effect, Time time) {
-    return effect.kind != KeyEffect::Kind::None && time < effect.end;
-}
-
-Duration elapsedAt(const KeyEffect& effect, Time time) {
-    return std::max(time - effect.begin, Duration::zero());
-}
-
-Rgb colorAt(const KeyEffect& effect, Time time, Rgb base) {
-    const Duration elapsed = elapsedAt(effect, time);
-    if (effect.kind == KeyEffect::Kind::Flash) {
-        const bool lit = effect.period == Duration::zero() || elapsed / effect.period % 2 == 0;
-        return lit ? effect.start : base;
-    }
-    const Duration position = elapsed % effect.period;
-    const Duration fromStart = std::min(position, effect.period - position);
-    const double share =
-        2.0 * static_cast<double>(fromStart.count()) / static_cast<double>(effect.period.count());
-    return mixed(effect.start, effect.finish, static_cast<int>(share * kWhole));
-}
-
-Time nextChangeOf(const KeyEffect& effect, Time after) {
-    if (effect.kind == KeyEffect::Kind::Pulse)
-        return std::min(effect.start == effect.finish ? Time::max() : after + kFrame, effect.end);
-    if (effect.period == Duration::zero())
-        return effect.end;
-    const Duration untilEdge = effect.period - elapsedAt(effect, after) % effect.period;
-    return std::min(std::max(after, effect.begin) + untilEdge, effect.end);
-}
-
 /// An effect on fewer keys does not colour a light that stands for all of them.
 constexpr std::size_t kManyKeys = 10;
 
@@ -200,7 +160,10 @@ KeyColors KeyboardModel::colorsAt(Time time) const {
 }
 
 LightColors KeyboardModel::lightsAt(Time time) const {
-    const KeyColors colors = colorsAt(time);
+    KeyColors colors = m_base;
+    for (std::size_t index = 0; index < kKeyCount; ++index)
+        if (const KeyEffect& effect = m_effects[index]; runsAt(effect, time))
+            colors[index] = colorAt(effect, stepAt(effect, time), m_base[index]);
     KeyColors all{};
     KeyColors moving{};
     std::size_t allCount = 0;
@@ -222,7 +185,7 @@ std::optional<Time> KeyboardModel::nextChange(Time after) const {
     Time next = Time::max();
     for (const KeyEffect& effect : m_effects)
         if (runsAt(effect, after))
-            next = std::min(next, nextChangeOf(effect, after));
+            next = std::min(next, nextStep(effect, after));
     return next == Time::max() ? std::nullopt : std::optional(next);
 }
 

@@ -1,22 +1,18 @@
 #pragma once
 
+#include "keyboards/model/key_effect.h"
 #include "lighting/color_conversion.h"
 #include "lighting/keyboard_layout.h"
 #include "lighting/lighting_output.h"
 #include "platform/led_driver.h"
-#include "platform/run_loop.h"
 
 #include <array>
-#include <chrono>
 #include <optional>
 
 namespace glimra::keyboards {
 
 using lighting::Percentages;
-using lighting::Rgb;
-using platform::Duration;
 using platform::KeyName;
-using platform::Time;
 
 inline constexpr std::size_t kKeyCount = lighting::kKeyboardLayout.size();
 
@@ -29,29 +25,9 @@ inline constexpr std::size_t kLightCount = kKeyCount + 1;
 /// `KeyColors`, then the colour of `kWholeBoard`.
 using LightColors = std::array<Rgb, kLightCount>;
 
-/// How long a colour that moves stays the same: the picture of a pulse changes at these intervals.
-inline constexpr Duration kFrame = std::chrono::milliseconds(33);
-
 /// The position in `lighting::kKeyboardLayout` of the key that the LED functions call `keyName`; none when no
 /// key has that name. Takes constant time.
 std::optional<std::size_t> keyIndex(KeyName keyName);
-
-/// What covers the base colour of one key for some time.
-struct KeyEffect {
-    enum class Kind : std::uint8_t { None, Flash, Pulse };
-
-    Kind kind = Kind::None;
-    /// The colour of a flash; the first colour of a pulse.
-    Rgb start{};
-    /// The second colour of a pulse. A flash has none.
-    Rgb finish{};
-    /// A pulse moves from `start` to `finish` and back in this time. A flash is lit for this time, then dark
-    /// for as long; with 0 it is always lit.
-    Duration period{};
-    Time begin{};
-    /// `Time::max()` for an effect that runs until it is stopped.
-    Time end{};
-};
 
 /// What a keyboard with a light behind each key shows: a base colour for each key, and at most one effect (a
 /// flash or a pulse) for each key. Both are functions of time, so nothing has to tick. A plain value: it has
@@ -80,12 +56,13 @@ public:
 
     /// The colours at a moment. A moment before an effect began shows the effect's beginning.
     KeyColors colorsAt(Time time) const;
-    /// The same, and the colour for a light that stands for all keys: that of most keys or, while an effect
-    /// runs on many keys, of most of those. Macro keys, logo and badge are not counted. Among colours of
-    /// equally many keys it is the one that comes first in the layout.
+    /// The same as a keyboard shows it, in steps (see `stepAt`), and the colour for a light that stands for
+    /// all keys: that of most keys or, while an effect runs on many keys, of most of those. Macro keys, logo
+    /// and badge are not counted. Among colours of equally many keys it is the one that comes first in the
+    /// layout.
     LightColors lightsAt(Time time) const;
-    /// The next moment later than `after` at which colours can differ from those before: at most `kFrame`
-    /// later while a pulse moves; none when they stay as they are.
+    /// The next moment later than `after` at which lights can differ from those before; none when they stay
+    /// as they are.
     std::optional<Time> nextChange(Time after) const;
 
 private:

@@ -15,6 +15,11 @@ struct Overloaded : Functions... {
 template <typename... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
+void printNow(const char* kind, const std::string& what) {
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+    std::cout << nlohmann::json{{"t", now.count()}, {kind, what}}.dump() << std::endl;
+}
+
 } // namespace
 
 Player::Player(StripPainter& painter, Waiter& waiter, PlayerOptions options)
@@ -27,7 +32,7 @@ void Player::play(const Action& action) {
     std::visit(Overloaded{[this](const SendToken& send) { this->send(send.token); },
                           [this](const ShowFrame& show) { m_painter.paint(show.frame); },
                           [this](const Wait& wait) { hold(wait.time); },
-                          [](const Stage& stage) { std::cout << "stage " << stage.name << std::endl; }},
+                          [this](const Stage& stage) { tell(stage); }},
                action);
 }
 
@@ -36,11 +41,17 @@ void Player::send(const screenlink::Token& token) {
     m_painter.paint(frames.announce);
     hold(m_options.hold);
     m_painter.paint(frames.confirm);
-    const std::chrono::duration<double> painted = std::chrono::steady_clock::now().time_since_epoch();
     if (m_options.timestamps)
-        std::cout << nlohmann::json{{"t", painted.count()}, {"token", token.text()}}.dump() << std::endl;
+        printNow("token", token.text());
     hold(m_options.hold);
     m_painter.paint(screenlink::kDarkFrame);
+}
+
+void Player::tell(const Stage& stage) {
+    if (m_options.timestamps)
+        printNow("stage", stage.name);
+    else
+        std::cout << "stage " << stage.name << std::endl;
 }
 
 void Player::hold(std::chrono::milliseconds time) {

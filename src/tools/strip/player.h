@@ -13,7 +13,7 @@ struct PlayerOptions {
     /// How long each frame of a token stays.
     std::chrono::milliseconds hold{100};
     /// Say on standard output when each confirm frame was painted, as {"t":SECONDS,"token":"..."} a line, in
-    /// seconds of the monotonic clock.
+    /// seconds of the monotonic clock, and when each stage began, with "stage" in the token's place.
     bool timestamps = false;
 };
 
@@ -30,6 +30,7 @@ public:
 
 private:
     void send(const screenlink::Token& token);
+    void tell(const Stage& stage);
     void hold(std::chrono::milliseconds time);
 
     StripPainter& m_painter;

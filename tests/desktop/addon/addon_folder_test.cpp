@@ -258,8 +258,8 @@ TEST_F(AddonFolderTest, AtEveryMomentThereIsTheOldOneOrTheNewOne) {
             if (hasOldVersion)
                 addOldVersion();
             status = exitStatusOf(
-                [&] {
-                    if (!canExchange)
+                [&, exchanges = canExchange] {
+                    if (!exchanges)
                         forbidExchange();
                     return installAddon(game(), m_shipped).isCurrent() ? 0 : 1;
                 },

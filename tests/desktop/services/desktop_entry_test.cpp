@@ -102,6 +102,8 @@ TEST_F(ApplicationFinderTest, PassesOverWhatCannotBeStarted) {
     for (const char* const rest : {"Exec=one\nNoDisplay=true", "Exec=one\nTerminal=true",
                                    "Exec=one\nTryExec=nothing", "Exec=nothing", "Exec=one \"", "TryExec=one"})
         addEntry("a/applications/" + std::to_string(++number) + ".desktop", "Game", rest);
+    addEntry("a/applications/anybodys.desktop", "Game", "Exec=one");
+    ASSERT_EQ(::chmod(folder.path("a/applications/anybodys.desktop").c_str(), 0666), 0);
     addEntry("a/applications/last.desktop", "game",
              "Exec=./start --now\nTryExec=one\nPath=" + folder.path("dir"));
     const auto command = find("Game");

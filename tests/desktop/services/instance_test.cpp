@@ -1,4 +1,6 @@
+#include "desktop/services/bus.h"
 #include "desktop/services/instance_channel.h"
+#include "desktop/services/xdg_folders.h"
 
 #include "support/private_bus.h"
 
@@ -99,6 +101,20 @@ TEST_F(InstanceTest, TheSocketIsItsOwnersAndTakesNoNonsense) {
     EXPECT_THAT(m_obeyed, testing::IsEmpty());
     EXPECT_EQ(makeSocketChannel({}, {})->send({Kind::Quit}), Delivery::Unusable);
     EXPECT_EQ(claim(*makeSocketChannel(m_folder.filePath("nowhere"), {})), Standing::Unusable);
+}
+
+TEST_F(InstanceTest, ARuntimeFolderThatOthersCanChangeIsRefusedAndNoBusIsStarted) {
+    ::close(socketAt("bus", ::bind));
+    qputenv("XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit());
+    for (const auto& [mode, usable] : {std::pair(0777U, false), {0700U, true}}) {
+        ::chmod(m_folder.path().toLocal8Bit().constData(), mode);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "");
+        EXPECT_EQ(runtimeFolderComplaint().empty(), usable);
+        EXPECT_EQ(socketFolder() == m_folder.path().toStdString(), usable);
+        EXPECT_EQ(sessionBusAddress().isEmpty(), !usable);
+        startNoBus();
+        EXPECT_EQ(qgetenv("DBUS_SESSION_BUS_ADDRESS"), usable ? "" : "disabled:");
+    }
 }
 
 TEST_F(InstanceTest, ABusThatNeverAnswersIsNone) {

@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QTemporaryDir>
+#include <QToolTip>
 
 #include <gmock/gmock.h>
 
@@ -90,6 +91,20 @@ TEST_F(WindowsTest, EverythingThatCanBeOperatedHasAnAccessibleName) {
                         (button != nullptr && button->text().size() > 1))
                 << each->objectName().toStdString();
         }
+}
+
+TEST_F(WindowsTest, ANameFromOutsideIsNoMarkup) {
+    launch();
+    QToolTip::showText({10, 10}, "<h1>Keyboard</h1>");
+    int labels = 0;
+    for (QWidget* const widget : QApplication::allWidgets())
+        if (auto* const label = qobject_cast<QLabel*>(widget)) {
+            label->ensurePolished();
+            EXPECT_EQ(label->textFormat() == Qt::RichText, label->objectName() == "activityText");
+            EXPECT_NE(label->textFormat(), Qt::AutoText) << label->text().toStdString();
+            labels += label->text().startsWith("<h1>") ? 1000 : 1;
+        }
+    EXPECT_GT(labels, 1000) << "the tool tip is among them";
 }
 
 TEST_F(WindowsTest, NoTwoControlsOfAWindowOrMenuHaveOneMnemonic) {
@@ -567,6 +582,8 @@ TEST_F(WindowsTest, TheMenuChoosesTheDriverAndWhatBecomesOfEffects) {
         [&sent](const app::ActionRow& action, const app::ActionArgument& argument) {
             sent = action.selector + (std::get<bool>(argument) ? " on" : " off");
         });
+    item("fastResponseItem")->trigger();
+    EXPECT_TRUE(state().readerFlags.fastResponse);
     item("endStaleEffectsItem")->trigger();
     EXPECT_EQ(sent, "endStaleEffectsMI: on") << "what is sent is what a recording has";
     EXPECT_TRUE(state().options.endStaleEffects);

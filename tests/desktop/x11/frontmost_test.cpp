@@ -1,10 +1,14 @@
 #include "desktop/x11/frontmost_application.h"
+#include "desktop/x11/process_text.h"
 #include "desktop/x11/raise_window.h"
 #include "desktop/x11/utf8.h"
 #include "platform/monotonic_clock.h"
+#include "support/folder.h"
 #include "support/x_server.h"
 
 #include <gmock/gmock.h>
+
+#include <sys/stat.h>
 
 namespace glimra::desktop {
 namespace {
@@ -42,6 +46,18 @@ TEST(IdentifyTest, KnowsTheGameByItsWindowsProgram) {
     };
     EXPECT_EQ(identifyAs("C:\\Games\\_retail_\\Wow.exe", ""), kGame);
     EXPECT_EQ(identifyAs("Z:/games/Launcher.exe", "World of Warcraft"), RunningApplication{proton});
+}
+
+TEST(ProcessTextTest, WhatNeverAnswersIsNotWaitedForNorAskedOverAndOver) {
+    const std::string pipe = tests::newFolder() / "pipe";
+    mkfifo(pipe.c_str(), 0600);
+    const auto start = std::chrono::steady_clock::now();
+    for (int time = 0; time < 100; ++time)
+        EXPECT_EQ(readPatiently(pipe), std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    // The other end: what hung ends, and others are read again.
+    std::ofstream(pipe) << "late";
+    EXPECT_TRUE(eventually([] { return readPatiently("/proc/self/comm").has_value(); }));
 }
 
 TEST(Utf8Test, ReplacesOnlyWhatIsNotUtf8) {
@@ -165,7 +181,9 @@ TEST(WindowManagerTest, TellsTheWindowInFrontAndRaisesAnother) {
     for (const auto& [name, expected] :
          {std::pair("EDITOR", kEditor), {"World of Warcraft", kGame}, {"editor", kEditor}}) {
         ASSERT_TRUE(raiseWindow(server.display(), name));
-        EXPECT_TRUE(serveUntil(application, [&] { return application.frontmost() == expected; })) << name;
+        EXPECT_TRUE(serveUntil(application, [&, wanted = expected] {
+            return application.frontmost() == wanted;
+        })) << name;
     }
     EXPECT_FALSE(raiseWindow(server.display(), "Nobody"));
     EXPECT_FALSE(raiseWindow(server.display(), ""));
