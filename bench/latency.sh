@@ -56,9 +56,10 @@ script() {
 # measure KIND FAST GOAL-MEDIAN GOAL-HIGH WHAT-IS-HIGH: one line of figures, in ms.
 measure() {
     local kind=$1 fast=$2 median=$3 high=$4 share=$5
-    printf '[General]\nfastResponse=%s\n' "$fast" >"$folder/settings.ini"
-    rm -f "$folder/trace"
-    "$bin/glimra" --keyboard virtual --settings "$folder/settings.ini" --trace "$folder/trace" --display "$DISPLAY" &
+    rm -rf "$folder/settings" "$folder/trace"
+    mkdir "$folder/settings"
+    printf '[General]\nfastResponse=%s\n' "$fast" >"$folder/settings/glimra.ini"
+    "$bin/glimra" --keyboard virtual --settings "$folder/settings/glimra.ini" --trace "$folder/trace" --display "$DISPLAY" 2>/dev/null &
     glimra=$!
     await grep -qs LogiLedInit "$folder/trace"
     script "$kind" "$fast" >"$folder/script"
@@ -67,10 +68,12 @@ measure() {
     wait "$glimra" || true
     glimra=
     {
-        # In this order, "t" and what it is.
         sed -nE 's/.*"token":"[wxyz]".*/&/; s/.*"stage":"health".*/&/; T; s/.*"t":([0-9.]+).*/\1 painted/p' "$folder/painted"
         sed -nE 's/^\{"t":([0-9.]+),.*"LogiLedSetTargetDevice".*/\1 lit/p' "$folder/trace"
-    } | sort -n | awk '$2 == "painted" { painted[last++] = $1 } $2 == "lit" && first < last { print ($1 - painted[first++]) * 1000 }' |
+    } | awk '$2 == "painted" { $1 = sprintf("%.6f", $1 - 0.005) } { print }' | # the call may be quicker than the note of the frame
+        sort -n | awk '
+            $2 == "painted" { painted[last++] = $1 + 0.005 }
+            $2 == "lit" && first < last { print ($1 - painted[first++]) * 1000 }' |
         sort -n | awk -v count="$count" -v median="$median" -v high="$high" -v share="$share" -v name="$kind" -v fast="$fast" '
         { time[NR] = $1 }
         END {

@@ -13,8 +13,8 @@ local paces = {
     -- Glimra looks every 0.05 s and a little, and has two timers.
     slow = { stands = 0.1, pictures = 1, reaction = 0.4, message = 0.2, announces = 0.1 },
     -- It looks every 0.016 s and a little, and acts at once. The picture that is still on the screen while the next
-    -- one is painted makes more than 0.034 s of it.
-    fast = { stands = 0.033, pictures = 2, reaction = 0.1, message = 0.04, announces = 0.034 },
+    -- one is painted makes more than 0.034 s of it, and the game's clock has whole milliseconds.
+    fast = { stands = 0.0325, pictures = 2, reaction = 0.07, message = 0.03, announces = 0.034 },
 }
 
 -- A Glimra that has seen nothing for a minute looks as rarely as a slow one.
