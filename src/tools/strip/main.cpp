@@ -75,7 +75,7 @@ void describe(CLI::App& app, Options& options) {
         ->check(CLI::Range(1, 60000))
         ->capture_default_str();
     app.add_flag("--timestamps", options.timestamps,
-                 "print when each confirm frame was painted, as JSON lines");
+                 "print when each confirm frame was painted and each stage began, as JSON lines");
     // What follows the first word that is no option is a command; tokens may look like options.
     app.prefix_command();
 }
