@@ -62,7 +62,9 @@ bool SettingsFile::writeChanges() {
     StoredSettings stored = readSettings(m_path);
     if (stored.state == FileState::Unreadable)
         return false;
-    SettingsText texts = stored.isSound() ? std::move(stored.parsed.values) : m_values.texts();
+    SettingsText texts = m_values.texts();
+    if (stored.isSound())
+        texts = std::move(stored.parsed.values);
     for (const std::string& key : m_changedKeys)
         texts.insert_or_assign(key, m_values.texts().find(key)->second);
     if (!writeSettings(m_path, texts))
