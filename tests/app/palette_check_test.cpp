@@ -1,6 +1,6 @@
 #include "app/palette_check.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace glimra::app {
 namespace {
@@ -19,6 +19,33 @@ TEST(PaletteCheck, DistancesAreThoseOfThePublishedFormulas) {
     for (const auto& row : rows)
         for (std::size_t vision = 0; vision < kColorVisions.size(); ++vision)
             EXPECT_NEAR(visibleDifference(row.a, row.b, kColorVisions[vision]), row.difference[vision], 0.1);
+}
+
+TEST(PaletteCheck, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
+    using testing::ElementsAre;
+    using testing::IsEmpty;
+    constexpr lighting::KeyCode kQ = 0x10;
+    constexpr int kSlotOfC = 2;
+    constexpr int kSlotOfD = 3;
+    lighting::ColorSet colors;
+    colors.fill({0, 0, 1});
+    colors[kSlotOfC] = {0.97, 0.02, 0.0};
+    // Without the sense for green, and only then, this is like a dark red.
+    colors[kSlotOfD] = {0.0, 0.5, 0.0};
+    profiles::ActionKeyMap keys;
+    keys.actionBar1Keys[0] = kQ;
+    const auto check = [&](std::span<const lighting::Color> palette, int slotOfQ, double red) {
+        lighting::KeyMap map(lighting::kKeyCodeCount, lighting::kColorASlot);
+        map[kQ] = slotOfQ;
+        colors[lighting::kCooldownSlot] = {red, 0.0, 0.0};
+        return checkPalette(palette, map, keys);
+    };
+    EXPECT_THAT(check(colors, lighting::kColorASlot, 1.0), IsEmpty());
+    EXPECT_THAT(check(colors, kSlotOfC, 1.0), ElementsAre(PaletteWarning{kSlotOfC, ColorVision::Common}));
+    EXPECT_THAT(check(colors, kSlotOfD, 0.7), ElementsAre(PaletteWarning{kSlotOfD, ColorVision::Deutan}));
+    // No slots, or a key map from elsewhere: nothing to say.
+    EXPECT_THAT(check({}, kSlotOfD, 0.7), IsEmpty());
+    EXPECT_THAT(check(colors, 99, 0.7), IsEmpty());
 }
 
 } // namespace

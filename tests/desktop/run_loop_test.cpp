@@ -25,13 +25,13 @@ using platform::TimerId;
 TEST(QtRunLoop, ServesByTimeThenByCreation) {
     QtRunLoop loop;
     std::string order;
-    loop.after(2ms, [&] { order += 'c'; });
-    loop.after(1ms, [&] { order += 'b'; });
+    loop.after(200ms, [&] { order += 'c'; });
     loop.post([&] { order += 'a'; });
-    loop.after(3ms, [&] { order += 'd'; });
-    const Time deadline = loop.now() + 3ms;
-    loop.after(3ms, [&] { order += 'x'; });
-    std::this_thread::sleep_for(10ms);
+    loop.after(1ms, [&] { order += 'b'; });
+    loop.after(200ms, [&] { order += 'd'; });
+    const Time deadline = loop.now() + 200ms;
+    loop.after(200ms, [&] { order += 'x'; });
+    std::this_thread::sleep_for(210ms);
 
     EXPECT_TRUE(loop.runUntil(deadline));
     EXPECT_EQ(order, "abcd");

@@ -36,7 +36,7 @@ TEST(TargetDevice, NothingHappensWhilePerKeyBoardsAreNotMeant) {
     EXPECT_EQ(colorOf(model, kEsc), Rgb{});
 }
 
-TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {
+TEST(Effects, TheShortestAndLongestTimesThatCanBeGivenDoNoHarm) {
     constexpr int kLongest = std::numeric_limits<int>::max();
     KeyboardModel model;
     model.perform(PulseSingleKey{kEsc, kRed, kBlue, kLongest, false}, 10s);
@@ -45,6 +45,8 @@ TEST(Effects, TheLongestTimesThatCanBeGivenDoNotOverflow) {
     const Time next = model.nextChange(24h).value();
     EXPECT_GT(next, 24h);
     EXPECT_LT(next, 24h + 2 * kFrame);
+    model.perform(PulseSingleKey{kEsc, kRed, kBlue, 0, true}, 10s);
+    EXPECT_EQ(colorOf(model, kEsc, 11s), Rgb{});
 }
 
 TEST(NextChange, NoColorChangesBeforeIt) {

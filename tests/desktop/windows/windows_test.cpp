@@ -1,6 +1,5 @@
 #include "windows_fixture.h"
 
-#include "app/palette_check.h"
 #include "desktop/settings/light_places.h"
 #include "desktop/windows/color_well.h"
 #include "platform/stored_values.h"
@@ -650,30 +649,6 @@ TEST_F(WindowsTest, TheStatusLineTellsWhetherTheGameIsInFrontAndFitsIntoTheWindo
     const auto* const profile = widget<QLabel>("statusProfile");
     EXPECT_EQ(profile->text(), "Profile 1");
     EXPECT_GE(profile->width(), profile->sizeHint().width());
-}
-
-TEST(PaletteCheckTest, WarnsOfColorsThatAnyoneOrSomeCannotTellFromTheCooldownColor) {
-    using app::ColorVision;
-    using app::PaletteWarning;
-    lighting::ColorSet colors;
-    colors.fill({0, 0, 1});
-    colors[kSlotOfC] = {0.97, 0.02, 0.0};
-    // Without the sense for green, and only then, this is like a dark red.
-    colors[kSlotOfD] = {0.0, 0.5, 0.0};
-    profiles::ActionKeyMap keys;
-    keys.actionBar1Keys[0] = kQ;
-    const auto check = [&](std::span<const lighting::Color> palette, int slotOfQ, double red) {
-        lighting::KeyMap map(lighting::kKeyCodeCount, lighting::kColorASlot);
-        map[kQ] = slotOfQ;
-        colors[lighting::kCooldownSlot] = {red, 0.0, 0.0};
-        return app::checkPalette(palette, map, keys);
-    };
-    EXPECT_THAT(check(colors, lighting::kColorASlot, 1.0), IsEmpty());
-    EXPECT_THAT(check(colors, kSlotOfC, 1.0), ElementsAre(PaletteWarning{kSlotOfC, ColorVision::Common}));
-    EXPECT_THAT(check(colors, kSlotOfD, 0.7), ElementsAre(PaletteWarning{kSlotOfD, ColorVision::Deutan}));
-    // No slots, or a key map from elsewhere: nothing to say.
-    EXPECT_THAT(check({}, kSlotOfD, 0.7), IsEmpty());
-    EXPECT_THAT(check(colors, 99, 0.7), IsEmpty());
 }
 
 TEST_F(WindowsTest, ACalibrationCountsDownIsCanceledAndItsEndStays) {

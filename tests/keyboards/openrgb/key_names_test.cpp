@@ -73,6 +73,13 @@ TEST(KeyNames, PlacesFindTheSameLedsWhenNamesSayNothing) {
     nameless.colors.resize(nameless.leds.size());
     EXPECT_THAT(ledsOfKeys(nameless), testing::UnorderedElementsAreArray(ledsOfKeys(named)));
 
+    // A small keyboard has no function row; what it has lies one row higher.
+    nameless.zones[0] = named.zones[0];
+    matrix.cells.erase(matrix.cells.begin(), matrix.cells.begin() + matrix.width);
+    --matrix.height;
+    EXPECT_EQ(ledsOfKeys(nameless).size(), 88U);
+    EXPECT_THAT(ledsOfKeys(named), testing::IsSupersetOf(ledsOfKeys(nameless)));
+
     matrix.cells.assign(matrix.cells.size(), 5000); // beyond the zone
     EXPECT_EQ(ledsOfKeys(nameless).at(7), (LedOfKey{7, kWholeBoard})) << "without places it has one color";
     nameless.type = 6;
