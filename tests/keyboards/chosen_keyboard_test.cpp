@@ -141,6 +141,9 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     EXPECT_THAT(m_lines.back(),
                 StartsWith("Keyboard \"Small Board\" found through OpenRGB, with 4 keys. 2 of"));
+    const int changes = server.changes("Small Board");
+    keyboard.resendAll();
+    EXPECT_TRUE(tests::eventually([&] { return server.changes("Small Board") > changes; }, 5s));
 
     keyboard.choose("virtual");
     EXPECT_TRUE(tests::eventually([&] { return server.lights("Small Board").mode == "Rainbow"; }));

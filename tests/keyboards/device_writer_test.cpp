@@ -1,6 +1,5 @@
 #include "keyboards/device/device_writer.h"
 
-#include "keyboards/device/writer_plan.h"
 #include "keyboards/virtual_keyboard.h"
 #include "platform/locked.h"
 #include "platform/monotonic_clock.h"
@@ -44,10 +43,10 @@ struct Bench {
     WakeEvent news;
     WakeEvent release;
 
-    /// Waits until it is so.
+    /// Waits until it is so; not so long that the regular refresh could be what makes it so.
     template <class Condition>
     testing::AssertionResult becomes(Condition isSo) {
-        return testing::AssertionResult(eventually([&] { return state.with(isSo); }));
+        return testing::AssertionResult(eventually([&] { return state.with(isSo); }, 9s));
     }
     testing::AssertionResult hasFrames(std::size_t count) {
         return becomes([&](const State& s) { return s.frameSizes.size() >= count; });
@@ -143,13 +142,10 @@ TEST(DeviceWriter, SendsAllKeysWhenAskedAndWhenTheDeviceNeedsThem) {
     DeviceWriter writer(bench.device(), bench.report());
     writer.show(modelWithEsc(100));
     ASSERT_TRUE(bench.hasFrames(1));
-    const Time begin = platform::monotonicNow();
     writer.resendAll();
     ASSERT_TRUE(bench.hasFrames(2));
     bench.news.set();
     ASSERT_TRUE(bench.hasFrames(3));
-    EXPECT_LT(platform::monotonicNow() - begin, WriterPlan::kRefresh / 2)
-        << "not only by the regular refresh";
     writer.stop();
     EXPECT_THAT(bench.state.copy().frameSizes, Each(kLightCount));
     EXPECT_EQ(bench.state.copy().claimed, 1) << "another program may have changed the mode meanwhile";
@@ -216,7 +212,6 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     ASSERT_TRUE(bench.hasFrames(1));
     const Time begin = platform::monotonicNow();
     keyboard.LogiLedSetLighting(90, 0, 0);
-    keyboard.detach();
     keyboard.attach(other.device(), other.report());
     EXPECT_LT(platform::monotonicNow() - begin, DeviceWriter::kStopLimit);
 
@@ -226,10 +221,8 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     EXPECT_TRUE(other.hasFrames(1));
     EXPECT_EQ(bench.state.copy().closed, 1);
     EXPECT_THAT(bench.state.copy().told, ElementsAre("Here it is.")) << "nobody hears of it any more";
-    const Time asked = platform::monotonicNow();
     keyboard.resendAll();
     EXPECT_TRUE(other.hasFrames(2));
-    EXPECT_LT(platform::monotonicNow() - asked, WriterPlan::kRefresh / 2);
     keyboard.LogiLedShutdown();
     EXPECT_TRUE(other.becomes([](const State& s) { return s.closed == 1; }));
     EXPECT_EQ(other.state.copy().esc().red, 230) << "it is handed back as it is, not made dark before";

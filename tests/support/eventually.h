@@ -8,11 +8,11 @@
 
 namespace glimra::tests {
 
-/// Waits until `condition` holds, 20 seconds at most; whether it does. In a program with Qt the main thread's
-/// event loop is served meanwhile.
+/// Waits until `condition` holds, but no longer than `limit`; whether it does. In a program with Qt the main
+/// thread's event loop is served meanwhile.
 template <class Condition>
-bool eventually(Condition&& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+bool eventually(Condition&& condition, std::chrono::seconds limit = std::chrono::seconds(20)) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;

@@ -1,4 +1,5 @@
 #include "keyboards/openrgb/encoder.h"
+#include "keyboards/openrgb/keyboard_choice.h"
 #include "keyboards/openrgb/packet.h"
 
 #include <gmock/gmock.h>
@@ -64,6 +65,13 @@ TEST(PerLedMode, PrefersDirectAndNeverOneThatWearsTheDeviceOut) {
     EXPECT_EQ(perLedMode({rainbow, saving, painted, custom}), 3U);
     EXPECT_EQ(perLedMode({rainbow, saving, painted}), 2U);
     EXPECT_EQ(perLedMode({rainbow, saving}), std::nullopt);
+}
+
+TEST(Printable, LeavesNothingThatATerminalOrALogCouldObey) {
+    EXPECT_EQ(
+        printable(
+            "a\x7F\n\xC2\x9F\u00A0\u00E9\u200D\u200E\u2028\u2066\u20AC\U0001F600\xED\xA0\x80\xF5\x80\xC3"),
+        "a????\u00A0\u00E9\u200D?????????\u20AC\U0001F600??????");
 }
 
 TEST(PacketReader, FindsPacketsHoweverTheyAreSplitAndKeepsOnlyWhatIsRead) {

@@ -8,8 +8,10 @@ namespace glimra::keyboards {
 namespace {
 
 using namespace platform;
+using testing::Contains;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::SizeIs;
 using tests::takeCalls;
 
 /// Makes every call once; tells how many were taken.
@@ -60,9 +62,14 @@ TEST(SdkDriver, AnUnusableLibraryGivesAReasonAndIsNeverCalled) {
     };
     EXPECT_EQ(refused("/nowhere/sdk.so"), "There is no library /nowhere/sdk.so.");
     EXPECT_THAT(refused(std::filesystem::path(FAKE_SDK).parent_path()), HasSubstr("directory"));
-    EXPECT_THAT(refused(std::filesystem::temp_directory_path()), HasSubstr("others than you and root"));
+    const auto open = std::filesystem::path(FAKE_SDK).parent_path() / "open";
+    std::filesystem::create_directory(open);
+    std::filesystem::permissions(open, std::filesystem::perms::all);
+    EXPECT_THAT(refused(open), HasSubstr("others than you and root"));
     EXPECT_THAT(refused(FAKE_SDK_LACKING), EndsWith(" has no function LogiLedPulseSingleKey."));
     EXPECT_THAT(refused(FAKE_SDK_REFUSING), EndsWith(" refused to start."));
+    EXPECT_THAT(usualSdkLibraries("/home/me"), Contains(HasSubstr("/home/me/.local/lib/")));
+    EXPECT_THAT(usualSdkLibraries({}), SizeIs(testing::Ge(2U)));
     EXPECT_EQ(takeCalls(FAKE_SDK_LACKING) + takeCalls(FAKE_SDK_REFUSING), "Init\n");
 }
 
