@@ -13,7 +13,7 @@ namespace glimra::desktop {
 QIcon applicationIcon() {
     keepIcons();
     QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
+    for (const int size : {16, 22, 24, 32, 48, 64, 128})
         icon.addFile(QString(":/icons/glimra-%1.png").arg(size));
     return icon;
 }

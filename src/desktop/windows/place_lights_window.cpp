@@ -1,7 +1,6 @@
 #include "desktop/windows/place_lights_window.h"
 
 #include "desktop/settings/light_places.h"
-#include "desktop/windows/application_icon.h"
 #include "desktop/windows/key_name.h"
 #include "desktop/windows/physical_key.h"
 #include "desktop/windows/window_fitter.h"
@@ -40,7 +39,6 @@ PlaceLightsWindow::PlaceLightsWindow(QWidget* parent, const Parts& parts)
       m_lights(new QListWidget(this)) {
     setObjectName("placeLightsWindow");
     setWindowTitle("Place Lights by Hand");
-    setWindowIcon(applicationIcon());
     resize(520, 560);
     m_hint->setTextFormat(Qt::PlainText);
     m_hint->setWordWrap(true);

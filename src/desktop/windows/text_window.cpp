@@ -1,6 +1,5 @@
 #include "desktop/windows/text_window.h"
 
-#include "desktop/windows/application_icon.h"
 #include "desktop/windows/window_fitter.h"
 
 #include <QClipboard>
@@ -16,7 +15,6 @@ TextWindow::TextWindow(QWidget* parent, const QString& name, const QString& titl
       m_text(new QPlainTextEdit(this)) {
     setObjectName(name);
     setWindowTitle(title);
-    setWindowIcon(applicationIcon());
     resize(760, 520);
     m_text->setObjectName(name + "Text");
     m_text->setAccessibleName(title);

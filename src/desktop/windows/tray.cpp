@@ -1,13 +1,14 @@
 #include "desktop/windows/tray.h"
 
-#include "desktop/windows/application_icon.h"
 #include "desktop/windows/choice_menu.h"
+
+#include <QGuiApplication>
 
 namespace glimra::desktop {
 
 Tray::Tray(InterfaceBinder& binder, app::AppDelegate& delegate, std::function<void()> quit)
     : m_delegate(delegate),
-      m_icon(applicationIcon()) {
+      m_icon(QGuiApplication::windowIcon()) {
     for (int profile = 1; profile <= static_cast<int>(lighting::kProfileCount); ++profile) {
         QAction* const item = m_menu.addAction(QString("Profile %1").arg(profile));
         item->setCheckable(true);

@@ -67,6 +67,7 @@ void styleLabels(QWidget* window) {
 } // namespace
 
 Windows::Windows(const Parts& parts) : m_parts(parts), m_binder(parts.delegate) {
+    QApplication::setWindowIcon(applicationIcon());
     buildMainWindow();
     buildProgrammer();
     buildOthers();
@@ -94,7 +95,6 @@ Widget* Windows::add(QWidget* parent) {
         widget->setWindowFlag(Qt::Dialog);
     Design().setupUi(widget.get());
     styleLabels(widget.get());
-    widget->setWindowIcon(applicationIcon());
     Widget* const raw = widget.get();
     // Where there is a parent, it deletes the widget.
     if (parent == nullptr)
@@ -124,7 +124,7 @@ void Windows::buildOthers() {
     auto* const installAddon = add<Ui::InstallAddon, QDialog>(m_mainWindow);
     m_addonInstaller =
         std::make_unique<AddonInstaller>(installAddon, m_parts.runLoop, m_parts.delegate.state().launcher);
-    about->findChild<QLabel*>("aboutIcon")->setPixmap(applicationIcon().pixmap(72));
+    about->findChild<QLabel*>("aboutIcon")->setPixmap(QApplication::windowIcon().pixmap(72));
     for (QWidget* const window :
          std::initializer_list<QWidget*>{add<Ui::ProfileChangeAlert, QDialog>(m_programmer),
                                          add<Ui::CopyProfileDialog, QDialog>(m_programmer),
