@@ -229,7 +229,7 @@ void KeyboardCanvas::focusOutEvent(QFocusEvent* event) {
 // ---- drawing
 
 void KeyboardCanvas::paintEvent(QPaintEvent* event) {
-    if (m_painter.pixelRatio() != devicePixelRatioF())
+    if (!m_painter.isFor(devicePixelRatioF()))
         prepareDrawing();
     QPainter painter(this);
     painter.setClipRegion(event->region());
@@ -255,6 +255,13 @@ void KeyboardCanvas::paintMark(QPainter& painter, std::size_t index, double widt
 void KeyboardCanvas::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     prepareDrawing();
+}
+
+void KeyboardCanvas::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    // Its pictures are made anew when it is shown.
+    if (!event->spontaneous())
+        m_painter = {};
 }
 
 void KeyboardCanvas::changeEvent(QEvent* event) {

@@ -107,6 +107,7 @@ double KeyboardPainter::aspectRatio() {
 KeyboardPainter::KeyboardPainter(const QSize& size, double pixelRatio, const KeyboardTheme& theme,
                                  const QFont& font, KeyLook look)
     : m_pixelRatio(pixelRatio),
+      m_isMade(true),
       m_look(look) {
     const QSize pixels = (QSizeF(size) * pixelRatio).toSize();
     const double scale = std::min(pixels.width() / kWidth, pixels.height() / kHeight);

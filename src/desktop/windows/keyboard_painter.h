@@ -45,13 +45,15 @@ public:
     /// Width by height of the drawing.
     static double aspectRatio();
 
+    /// Draws nothing.
     KeyboardPainter() = default;
     /// Draws into the largest rectangle of the right shape in the middle of `size`, the legends in `font` at
     /// sizes that fit. `pixelRatio` is the number of pixels in a point of `size`.
     KeyboardPainter(const QSize& size, double pixelRatio, const KeyboardTheme& theme, const QFont& font,
                     KeyLook look);
 
-    double pixelRatio() const { return m_pixelRatio; }
+    /// Whether it was made, for this number of pixels in a point.
+    bool isFor(double pixelRatio) const { return m_isMade && m_pixelRatio == pixelRatio; }
     /// Draws what lies in `exposed`. What lies outside of it has to be clipped by the caller.
     void paint(QPainter& painter, const QRegion& exposed, const keyboards::KeyColors& colors);
 
@@ -80,6 +82,7 @@ private:
     QTransform toPoints() const;
 
     double m_pixelRatio = 1.0;
+    bool m_isMade = false;
     KeyLook m_look = KeyLook::Lit;
     /// From the layout with y downwards to pixels.
     QTransform m_toPixels;

@@ -2,6 +2,7 @@
 
 #include "desktop/windows/keyboard_view_accessible.h"
 
+#include <QHideEvent>
 #include <QPaintEvent>
 #include <QTimerEvent>
 
@@ -52,7 +53,7 @@ void KeyboardView::showUntilLit(const keyboards::KeyColors& colors) {
 }
 
 void KeyboardView::paintEvent(QPaintEvent* event) {
-    if (std::exchange(m_isOutdated, false) || m_painter.pixelRatio() != devicePixelRatioF())
+    if (std::exchange(m_isOutdated, false) || !m_painter.isFor(devicePixelRatioF()))
         m_painter = KeyboardPainter(size(), devicePixelRatioF(),
                                     KeyboardTheme::forBackground(palette().color(QPalette::Window)), font(),
                                     KeyLook::Lit);
@@ -74,6 +75,9 @@ void KeyboardView::showEvent(QShowEvent* event) {
 void KeyboardView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     m_timer.stop();
+    // Its pictures are some megabytes, which a program that waits in the tray for an evening need not hold.
+    if (!event->spontaneous())
+        m_painter = {};
 }
 
 void KeyboardView::changeEvent(QEvent* event) {
