@@ -1,7 +1,7 @@
-// What the whole application costs with its window hidden and nothing to do, beside an empty Qt program that
-// makes the same request of the X server as often: twenty times a second or, with --fast, every 16 ms as with
-// Fast Response. Both run at the same time on one Xvfb of its own. Ends with 1 when the application misses
-// its goal.
+// What the whole application costs with its window hidden (or shown, with --shown) and nothing to do, beside
+// an empty Qt program that makes the same request of the X server as often: twenty times a second or, with
+// --fast, every 16 ms as with Fast Response. Both run at the same time on one Xvfb of its own. Ends with 1
+// when the application misses its goal.
 
 #include "desktop/x11/connection.h"
 #include "support/x_server.h"
@@ -81,6 +81,7 @@ struct Options {
     int seconds = 20;
     int memoryMinutes = 0;
     bool fast = false;
+    bool shown = false;
 };
 
 struct Programs {
@@ -89,14 +90,14 @@ struct Programs {
     pid_t server;
 };
 
-bool measureCpu(const Programs& programs, int seconds) {
+bool measureCpu(const Programs& programs, const Options& options) {
     const auto read = [&programs] {
         return std::vector{cpuSeconds(programs.application), cpuSeconds(programs.reference),
                            cpuSeconds(programs.server)};
     };
     const std::vector<double> before = read();
     const auto begin = std::chrono::steady_clock::now();
-    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+    std::this_thread::sleep_for(std::chrono::seconds(options.seconds));
     const std::vector<double> after = read();
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
     const auto share = [&](std::size_t i) { return 100.0 * (after[i] - before[i]) / elapsed.count(); };
@@ -104,7 +105,8 @@ bool measureCpu(const Programs& programs, int seconds) {
     const double ratio = share(0) / share(1);
     std::printf("CPU over %.1f s, share of one core\n", elapsed.count());
     std::printf("  empty Qt program with the request (floor)  %6.3f %%\n", share(1));
-    std::printf("  glimra, window hidden, nothing to do       %6.3f %%\n", share(0));
+    std::printf("  glimra, window %s, nothing to do       %6.3f %%\n", options.shown ? "shown " : "hidden",
+                share(0));
     std::printf("  X server, for both                         %6.3f %%\n", share(2));
     std::printf("  ratio %.2f, goal %.2f: %s\n", ratio, kGoal, ratio <= kGoal ? "met" : "missed");
     return ratio <= kGoal;
@@ -145,11 +147,12 @@ bool run(const Options& options) {
         folder / "glimra", {"glimra", "--keyboard", "virtual", "--settings", settings}, server.display());
     const tests::ChildProcess reference(folder / "idle_reference",
                                         {"idle_reference", options.fast ? "16" : "50"}, server.display());
-    hideItsWindow(*connection);
+    if (!options.shown)
+        hideItsWindow(*connection);
     std::this_thread::sleep_for(kSettling);
 
     const Programs programs{application.pid(), reference.pid(), server.process().pid()};
-    const bool quick = measureCpu(programs, options.seconds);
+    const bool quick = measureCpu(programs, options);
     const bool flat = options.memoryMinutes == 0 || measureMemory(programs, options.memoryMinutes);
     application.signal(SIGTERM);
     if (application.wait() != 0)
@@ -164,6 +167,7 @@ int main(int argc, char** argv) {
     Options options;
     CLI::App command("Measures the idle application beside an empty Qt program.", "idle_bench");
     command.add_flag("--fast", options.fast, "With Fast Response; for less than a minute");
+    command.add_flag("--shown", options.shown, "With its window on the screen");
     command.add_option("--seconds", options.seconds, "How long to measure")->check(CLI::Range(1, 3600));
     command.add_option("--memory", options.memoryMinutes, "Minutes to watch the memory after that")
         ->check(CLI::Range(0, 1440));

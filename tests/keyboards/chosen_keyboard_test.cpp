@@ -113,7 +113,12 @@ TEST_F(ChosenKeyboardTest, TheVendorsLibraryGetsEveryCallAndWhatIsShownWhenItCom
             keyboard.resendAll();
         else
             keyboard.choose("sdk");
-        EXPECT_THAT(takeCalls(FAKE_SDK),
+        const std::string calls = takeCalls(FAKE_SDK);
+        std::size_t keys = 0;
+        for (std::size_t at = 0; (at = calls.find("ForKeyWith", at)) != std::string::npos; ++at)
+            ++keys;
+        EXPECT_EQ(keys, kKeyCount);
+        EXPECT_THAT(calls,
                     AllOf(HasSubstr("SetTargetDevice 7\n"),
                           HasSubstr("SetLightingForKeyWithKeyName 1 51 33 7\nFlashSingleKey 1 9 8 7 0 70\n"),
                           HasSubstr("PulseSingleKey 65521 100 1 2 50 3 4 400 1\n"),
@@ -141,6 +146,7 @@ TEST_F(ChosenKeyboardTest, AServerThatListensIsTakenAndHandedBackForAnother) {
     EXPECT_TRUE(tests::eventually([&] { return escape() == Rgb{0, 0, 255}; }));
     EXPECT_THAT(m_lines.back(),
                 StartsWith("Keyboard \"Small Board\" found through OpenRGB, with 4 keys. 2 of"));
+    (void)m_loop.runUntil(m_loop.now() + 300ms); // until it repeats no frame any more
     const int changes = server.changes("Small Board");
     keyboard.resendAll();
     EXPECT_TRUE(tests::eventually([&] { return server.changes("Small Board") > changes; }, 5s));

@@ -176,6 +176,13 @@ TEST(DeviceWriter, TellsOnceWhyTheDeviceIsNotThere) {
     ASSERT_TRUE(bench.becomes([](const State& s) { return s.told.size() == 1; }));
     bench.state.with([](State& s) { s.absence = "No permission."; });
     EXPECT_TRUE(bench.becomes([](const State& s) { return s.told.back() == "No permission."; }));
+    const int opened = bench.state.with([](State& s) {
+        s.absence = "Nothing there.";
+        return s.opened;
+    });
+    bench.news.set();
+    EXPECT_TRUE(bench.becomes([&](const State& s) { return s.opened > opened + 1; }));
+    EXPECT_EQ(bench.state.copy().told.size(), 2U);
 
     const Time plugged = platform::monotonicNow();
     bench.state.with([](State& s) { s.absence.clear(); });
@@ -207,6 +214,9 @@ TEST(DeviceWriter, NeverMakesItsCallerWaitForTheDevice) {
     Bench other;
     VirtualKeyboard keyboard(platform::monotonicNow);
     keyboard.LogiLedInit();
+    int version[3] = {};
+    EXPECT_TRUE(keyboard.LogiLedGetSdkVersion(version[0], version[1], version[2]));
+    EXPECT_EQ(version[0], 9);
     keyboard.attach(bench.device(), bench.report());
     keyboard.LogiLedSetLighting(1, 1, 1);
     ASSERT_TRUE(bench.hasFrames(1));

@@ -163,11 +163,13 @@ TEST(OpenRgbDevice, ChoosesTheKeyboardWithMostKeysOrTheOneThatIsNamed) {
     laptop.type = 19;
     Controller lamp = tests::fullKeyboard("Lamp board");
     lamp.modes.pop_back();
-    StandInServer server({mouse(), tests::smallKeyboard(), laptop, lamp});
+    StandInServer server(
+        {mouse(), laptop, tests::fullKeyboard("Small Board Z"), tests::smallKeyboard(), lamp});
     const WakeEvent stop;
     const auto found = [&](const std::string& name) { return deviceAt(server, {}, name).open(stop).text; };
     EXPECT_THAT(found(""), HasSubstr("\"Laptop\""));
-    EXPECT_THAT(found("SMALL"), HasSubstr("\"Small Board\""));
+    EXPECT_THAT(found("SMALL board"), HasSubstr("\"Small Board\""));
+    EXPECT_THAT(found("board z"), HasSubstr("\"Small Board Z\""));
     EXPECT_THAT(found("mouse"), HasSubstr("\"Mouse\"")) << "what the player wants";
     EXPECT_THAT(found("lamp"), HasSubstr("has no keyboard named \"lamp\"")) << "it cannot light single keys";
     server.setDevices({mouse()});

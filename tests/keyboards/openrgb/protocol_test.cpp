@@ -68,10 +68,9 @@ TEST(PerLedMode, PrefersDirectAndNeverOneThatWearsTheDeviceOut) {
 }
 
 TEST(Printable, LeavesNothingThatATerminalOrALogCouldObey) {
-    EXPECT_EQ(
-        printable(
-            "a\x7F\n\xC2\x9F\u00A0\u00E9\u200D\u200E\u2028\u2066\u20AC\U0001F600\xED\xA0\x80\xF5\x80\xC3"),
-        "a????\u00A0\u00E9\u200D?????????\u20AC\U0001F600??????");
+    EXPECT_EQ(printable("a\x7F\n\xC2\x9F\u00A0\u00E9\u200D\u200E\u2028\u2066\u20AC\U0001F600\xED\xA0\x80\xF5"
+                        "\x80\x80\x80\xC3"),
+              "a????\u00A0\u00E9\u200D?????????\u20AC\U0001F600????????");
 }
 
 TEST(PacketReader, FindsPacketsHoweverTheyAreSplitAndKeepsOnlyWhatIsRead) {
