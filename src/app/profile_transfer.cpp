@@ -137,7 +137,8 @@ bool ProfileTransfer::keepProfilesAsTheyWere() {
     // Written beside its place: what an earlier import has kept stays whole whatever becomes of this one.
     const std::filesystem::path folder = m_parts.settingsFolder;
     const std::filesystem::path fresh = folder / (std::string(kBackupName) + ".new");
-    std::string error = platform::writeWholeFile(fresh.string(), storedProfiles().bytes());
+    std::string error =
+        platform::writeWholeFile(fresh.string(), storedProfiles().bytes(), platform::FileReaders::OwnerAlone);
     std::error_code renaming;
     if (error.empty())
         std::filesystem::rename(fresh, folder / kBackupName, renaming);

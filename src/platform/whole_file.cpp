@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <system_error>
 
@@ -18,9 +19,20 @@ std::string lastError() {
     return std::generic_category().message(errno);
 }
 
+/// Opening a pipe waits until somebody opens its other end, and a device may have no end at all.
+bool isPipeOrDevice(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    return std::filesystem::is_other(status);
+}
+
+constexpr const char* kNoPlainFile = "it is a pipe or a device, not a file";
+
 } // namespace
 
 FileContent readWholeFile(const std::string& path, std::size_t limit) {
+    if (isPipeOrDevice(path))
+        return {{}, kNoPlainFile};
     const File file(std::fopen(path.c_str(), "rb"));
     if (!file)
         return {{}, lastError()};
@@ -32,8 +44,15 @@ FileContent readWholeFile(const std::string& path, std::size_t limit) {
     return content;
 }
 
-std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+std::string writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,
+                           FileReaders readers) {
+    if (isPipeOrDevice(path))
+        return kNoPlainFile;
     File file(std::fopen(path.c_str(), "wb"));
+    std::error_code notKnown; // some file systems, as on sticks, know no modes
+    if (file && readers == FileReaders::OwnerAlone)
+        std::filesystem::permissions(
+            path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, notKnown);
     if (!file || (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()))
         return lastError();
     // Buffered data is written only now, so even closing can fail.

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 
 namespace glimra::app {
@@ -130,6 +132,11 @@ TEST_F(AppDelegateTest, AnImportKeepsTheProfilesAsTheyWere) {
     machine.userDefaults.set("blinkTimePref", 2.5);
     EXPECT_EQ(blinkTimeAfterImport(file), 1.5);
     EXPECT_EQ(blinkTimeAfterImport(kept), 2.5);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(kept).permissions(), perms::owner_read | perms::owner_write);
+    const std::string pipe = platform.settingsFolder + "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), S_IRWXU), 0);
+    EXPECT_EQ(blinkTimeAfterImport(pipe), 2.5);
 
     // Where it cannot be kept, nothing is imported, and nothing half-written is left.
     std::filesystem::remove(kept);
