@@ -2,6 +2,7 @@
 
 #include "desktop/doctor/checks.h"
 #include "desktop/keyboard_options.h"
+#include "desktop/services/xdg_folders.h"
 #include "platform/monotonic_clock.h"
 
 #include <QApplication>
@@ -68,33 +69,36 @@ std::optional<int> giveWay(RunningInstance& instance) {
 
 DesktopApplication::DesktopApplication(const Options& options, RunningInstance& instance)
     : m_instance(instance),
+      m_isHidden(options.hidden),
       m_machine(options),
       m_witnesses(options, m_machine.platform()),
       m_delegate(m_witnesses.platform()),
-      m_windows({.delegate = m_delegate,
-                 .windowSystem = m_machine.windowSystem,
-                 .runLoop = m_machine.runLoop,
-                 .userDefaults = m_machine.settings,
-                 .keyboard = m_machine.keyboard.drawn(),
-                 .now = platform::monotonicNow,
-                 .quit = [this] { quit(); },
-                 .keyboardName = m_machine.keyboard.description,
-                 .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
-                                    [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
-                 .placeLights = {m_machine.keyboard.placing(), m_machine.settings,
-                                 [this] { m_machine.keyboard.resendAll(); }},
-                 .appearance = {[this] { return appearance(); },
-                                [this](const std::string& name) { chooseAppearance(name); }},
-                 .doctorArguments = doctorArguments(options),
-                 .lookAtDrivers =
-                     [drivers = keyboardOptions(options, {m_machine.settings, m_machine.systemLog}).drivers] {
-                         return doctor::lookAtKeyboards(drivers);
-                     },
-                 .captureState = [this] { return m_machine.readerCapture.state(); },
-                 .demonstration = m_machine.demonstration,
-                 .sendToken = [this](std::string_view token) { sendToken(token); },
-                 .calibrationPixels = {[this] { return m_machine.calibrationPixels(); },
-                                       [this](int pixels) { m_machine.setCalibrationPixels(pixels); }}}),
+      m_windows(
+          {.delegate = m_delegate,
+           .windowSystem = m_machine.windowSystem,
+           .runLoop = m_machine.runLoop,
+           .userDefaults = m_machine.settings,
+           .keyboard = m_machine.keyboard.drawn(),
+           .now = platform::monotonicNow,
+           .quit = [this] { quit(); },
+           .keyboardName = m_machine.keyboard.description,
+           .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
+                              [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
+           .placeLights = {m_machine.keyboard.placing(), m_machine.settings,
+                           [this] { m_machine.keyboard.resendAll(); }},
+           .appearance = {[this] { return appearance(); },
+                          [this](const std::string& name) { chooseAppearance(name); }},
+           .doctorArguments = doctorArguments(options),
+           .lookAtDrivers =
+               [drivers = keyboardOptions(options, {m_machine.settings, m_machine.systemLog}).drivers] {
+                   return doctor::lookAtKeyboards(drivers);
+               },
+           .captureState = [this] { return m_machine.readerCapture.state(); },
+           .demonstration = m_machine.demonstration,
+           .sendToken = [this](std::string_view token) { sendToken(token); },
+           .calibrationPixels = {[this] { return m_machine.calibrationPixels(); },
+                                 [this](int pixels) { m_machine.setCalibrationPixels(pixels); }},
+           .loginEntry = {configurationFolder(), QCoreApplication::applicationFilePath().toStdString()}}),
       m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
       m_quitRequests([this] { quit(); }),
       m_exitGuard([this] { abandon(); }) {
@@ -170,7 +174,11 @@ void DesktopApplication::sendToken(std::string_view token) {
 
 void DesktopApplication::launch() {
     m_witnesses.tell(&RunWitness::aboutToLaunch);
-    m_delegate.applicationDidFinishLaunching();
+    const auto finish = [this] { m_delegate.applicationDidFinishLaunching(); };
+    if (m_isHidden)
+        m_windows.launchHidden(finish);
+    else
+        finish();
     const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     if (!m_machine.settings.mending().empty())
         tell(m_machine.settings.mending());

@@ -42,6 +42,7 @@ private:
     void abandon();
 
     RunningInstance& m_instance;
+    const bool m_isHidden;
     DesktopPlatform m_machine;
     RunWitnesses m_witnesses;
     app::AppDelegate m_delegate;

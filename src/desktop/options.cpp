@@ -186,6 +186,7 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     addKeyboardOptions(command, options);
     addFileOptions(command, options);
     addCaptureOptions(command, options);
+    command.add_flag("--hidden", options.hidden, "Start in the tray or, where there is none, minimized");
     command.add_flag("--log", options.printLog, "Print the message log to standard output");
     addErrands(command, options);
     try {

@@ -33,6 +33,8 @@ struct Options {
     std::string captureDisplay;
     /// How the strip is captured.
     CaptureChoice capture = CaptureChoice::Automatic;
+    /// Start in the tray or, where there is none, minimized.
+    bool hidden = false;
     /// Print the message log to standard output.
     bool printLog = false;
     /// A command for the running instance. This process only sends it and exits.

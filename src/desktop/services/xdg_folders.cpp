@@ -48,6 +48,14 @@ std::vector<std::filesystem::path> dataFolders() {
     return folders;
 }
 
+std::filesystem::path configurationFolder() {
+    const std::filesystem::path folder = variable("XDG_CONFIG_HOME");
+    if (folder.is_absolute())
+        return folder;
+    const std::filesystem::path home = variable("HOME");
+    return home.is_absolute() ? home / ".config" : std::filesystem::path();
+}
+
 std::filesystem::path runtimeFolder() {
     const std::filesystem::path folder = variable("XDG_RUNTIME_DIR");
     return folder.is_absolute() && isOursAlone(folder) ? folder : std::filesystem::path();

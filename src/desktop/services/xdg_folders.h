@@ -10,6 +10,9 @@ namespace glimra::desktop {
 /// https://specifications.freedesktop.org/basedir-spec/latest/
 std::vector<std::filesystem::path> dataFolders();
 
+/// The folder of the user's configuration; empty when nobody says where it is.
+std::filesystem::path configurationFolder();
+
 /// The folder for run-time files that XDG_RUNTIME_DIR names; empty unless it is this user's and nobody else
 /// may look into it: whoever can change it could answer in our name.
 std::filesystem::path runtimeFolder();

@@ -17,11 +17,12 @@ struct StepRow {
     const char* name;
     const char* title;
 };
-constexpr std::array<StepRow, 5> kSteps{{{"stepSeeItMove", "See it move"},
+constexpr std::array<StepRow, 6> kSteps{{{"stepSeeItMove", "See it move"},
                                          {"stepTest", "Test your keyboard"},
                                          {"stepInstallAddon", "Install the add-on"},
                                          {"stepCalibrate", "Calibrate to the game"},
-                                         {"stepKeys", "Tell Glimra your keys"}}};
+                                         {"stepKeys", "Tell Glimra your keys"},
+                                         {"stepStartAtLogin", "Start it when you log in"}}};
 
 const char* wordFor(Mark mark) {
     switch (mark) {
@@ -100,9 +101,20 @@ void FirstSteps::act(Step step) {
     case Keys:
         m_parts.binder.send("openWindowToMapKeys:");
         break;
+    case StartAtLogin:
+        startAtLogin();
+        break;
     case kStepCount:
         break;
     }
+}
+
+void FirstSteps::startAtLogin() {
+    m_loginError = QString::fromStdString(m_parts.loginEntry.set(!m_parts.loginEntry.isOn()));
+    show();
+    // Where the menu asked for it, the reason must be seen, too.
+    if (!m_loginError.isEmpty())
+        widget("guidePanel")->show();
 }
 
 void FirstSteps::dismiss() {
@@ -152,8 +164,10 @@ FirstSteps::StepView FirstSteps::viewOf(Step step) const {
         return viewOfAddon();
     case Calibrate:
         return viewOfCalibration();
-    default:
+    case Keys:
         return viewOfKeys();
+    default:
+        return viewOfLogin();
     }
 }
 
@@ -173,6 +187,14 @@ FirstSteps::StepView FirstSteps::viewOfTest() const {
         return {Mark::Open, "Shows a red block in a white frame"};
     // Whatever the driver has to say of itself fits between brackets.
     return {Mark::Good, QString("Shown (%1). Reset ends it.").arg(m_parts.watch.snapshot().keyboardName)};
+}
+
+FirstSteps::StepView FirstSteps::viewOfLogin() const {
+    if (!m_loginError.isEmpty())
+        return {Mark::Bad, QString("Not possible: %1").arg(m_loginError)};
+    if (m_parts.loginEntry.isOn())
+        return {Mark::Good, "It starts without a window. Press again to undo."};
+    return {Mark::Open, "So that it is there when you play"};
 }
 
 FirstSteps::StepView FirstSteps::viewOfAddon() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/doctor/finding.h"
+#include "desktop/services/login_entry.h"
 #include "desktop/windows/addon_installer.h"
 #include "desktop/windows/calibration_hint.h"
 #include "desktop/windows/demonstration.h"
@@ -26,6 +27,7 @@ public:
         Demonstration& demonstration;
         CalibrationHint& calibration;
         AddonInstaller& addon;
+        LoginEntry loginEntry;
     };
 
     /// Makes the steps in the card, to be bound like a designer's buttons.
@@ -35,7 +37,7 @@ public:
     void showAgain();
 
 private:
-    enum Step : std::size_t { SeeItMove, Test, InstallAddon, Calibrate, Keys, kStepCount };
+    enum Step : std::size_t { SeeItMove, Test, InstallAddon, Calibrate, Keys, StartAtLogin, kStepCount };
 
     struct StepView {
         Mark mark = Mark::Open;
@@ -57,10 +59,14 @@ private:
     StepView viewOfAddon() const;
     StepView viewOfCalibration() const;
     StepView viewOfKeys() const;
+    StepView viewOfLogin() const;
+    void startAtLogin();
     QWidget* widget(const char* name) const { return m_parts.mainWindow->findChild<QWidget*>(name); }
 
     Parts m_parts;
     std::array<Row, kStepCount> m_rows;
+    /// Why the entry could not be changed.
+    QString m_loginError;
 };
 
 } // namespace glimra::desktop

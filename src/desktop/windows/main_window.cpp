@@ -47,7 +47,7 @@ MainWindow::MainWindow(const Parts& parts)
       m_calibration({parts.window, parts.demonstration.delegate, parts.binder, m_watch,
                      parts.calibrationPixels, parts.watch.now}),
       m_firstSteps({parts.window, parts.userDefaults, parts.binder, m_watch, m_demonstration, m_calibration,
-                    parts.addon}),
+                    parts.addon, parts.loginEntry}),
       m_statusLine(parts.window, m_watch, m_names) {
     const auto widget = [&parts](const char* name) { return parts.window->findChild<QWidget*>(name); };
     auto* const chips = new ProfileChips(widget("profileChips"), m_names);

@@ -23,6 +23,7 @@ public:
         KeyboardView& keyboard;
         InterfaceBinder& binder;
         AddonInstaller& addon;
+        LoginEntry loginEntry;
         std::function<doctor::Findings()> lookAtDrivers;
         CalibrationPixels calibrationPixels;
         ProgramWatch::Parts watch;

@@ -21,6 +21,7 @@
 #include "ui_profile_change_alert.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -143,6 +144,7 @@ void Windows::furnishMainWindow() {
                           .keyboard = *m_keyboardView,
                           .binder = m_binder,
                           .addon = *m_addonInstaller,
+                          .loginEntry = m_parts.loginEntry,
                           .lookAtDrivers = m_parts.lookAtDrivers,
                           .calibrationPixels = m_parts.calibrationPixels,
                           .watch = {m_mainWindow, m_parts.delegate, m_parts.userDefaults, m_parts.keyboard,
@@ -169,6 +171,9 @@ void Windows::furnishMenus() {
         keepInTray->setChecked(
             platform::storedBool(m_parts.userDefaults, platform::settings::kKeepInTray.key).value_or(false));
     });
+    QAction* const startAtLogin = item("startAtLoginItem");
+    QObject::connect(menu("glimraMenu"), &QMenu::aboutToShow, startAtLogin,
+                     [this, startAtLogin] { startAtLogin->setChecked(m_parts.loginEntry.isOn()); });
     // A build may have no pages; an address for examples stands for none.
     const platform::Bundle& bundle = app::builtBundle();
     item("downloadsItem")->setVisible(isPage(bundle.downloadPage));
@@ -178,6 +183,31 @@ void Windows::furnishMenus() {
 bool Windows::staysInTray() const {
     return Tray::isThere() &&
            platform::storedBool(m_parts.userDefaults, platform::settings::kKeepInTray.key).value_or(false);
+}
+
+void Windows::launchHidden(const std::function<void()>& launch) {
+    platform::Window& window = m_parts.delegate.outlets().mainWindow;
+    m_mainWindow->setAttribute(Qt::WA_DontShowOnScreen);
+    launch();
+    window.visible.set(false);
+    m_mainWindow->setAttribute(Qt::WA_DontShowOnScreen, false);
+    if (Tray::isThere())
+        return;
+    m_mainWindow->setWindowState(Qt::WindowMinimized);
+    window.visible.set(true);
+    constexpr int kTries = 60;
+    hideOnceThereIsATray(kTries);
+}
+
+/// While a session starts, the desktop's tray may come later than the programs that go there.
+void Windows::hideOnceThereIsATray(int tries) {
+    if (tries == 0 || !m_mainWindow->isMinimized())
+        return;
+    if (Tray::isThere())
+        m_parts.delegate.outlets().mainWindow.visible.set(false);
+    else
+        QTimer::singleShot(std::chrono::seconds(1), m_mainWindow,
+                           [this, tries] { hideOnceThereIsATray(tries - 1); });
 }
 
 void Windows::showShortcuts() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/app_delegate.h"
+#include "desktop/services/login_entry.h"
 #include "desktop/windows/addon_installer.h"
 #include "desktop/windows/choice_menu.h"
 #include "desktop/windows/interface_binder.h"
@@ -48,6 +49,7 @@ public:
         /// Puts a token into the message queue, where a recording sees it.
         std::function<void(std::string_view)> sendToken;
         CalibrationPixels calibrationPixels;
+        LoginEntry loginEntry;
     };
 
     explicit Windows(const Parts& parts);
@@ -58,6 +60,9 @@ public:
     ProfileNames& profileNames() { return m_main->profileNames(); }
     /// The user wants to quit.
     void quit() { m_guard->quit(); }
+    /// Calls `launch`, which shows the main window, but leaves it in the tray or, until there is one,
+    /// minimized.
+    void launchHidden(const std::function<void()>& launch);
     /// A window by its outlet's name.
     QWidget* window(const std::string& outlet) const;
 
@@ -72,6 +77,7 @@ private:
     void showShortcuts();
     bool staysInTray() const;
     void bindAll();
+    void hideOnceThereIsATray(int tries);
     void sayWhatIsIgnored(const app::ActionRow& action);
 
     Parts m_parts;

@@ -1,5 +1,6 @@
 #include "desktop/services/application_finder.h"
 #include "desktop/services/desktop_entry.h"
+#include "desktop/services/login_entry.h"
 
 #include "support/script_folder.h"
 
@@ -52,6 +53,28 @@ TEST(DesktopEntryTest, ReadsItsOwnGroupAlone) {
     EXPECT_EQ(entry->exec, "game");
     EXPECT_TRUE(entry->hidden);
     EXPECT_FALSE(entry->noDisplay);
+}
+
+TEST(LoginEntryTest, IsWhatTheAutostartFolderSays) {
+    const tests::ScriptFolder folder;
+    const std::string program = folder.path(R"(50% "new" $HOME\ `x`/glimra)");
+    const LoginEntry entry(folder.path("config"), program);
+    EXPECT_FALSE(entry.isOn());
+    EXPECT_EQ(entry.set(true), "");
+    EXPECT_TRUE(entry.isOn());
+    const auto written = parseDesktopEntry(folder.content("config/autostart/glimra.desktop"));
+    EXPECT_EQ(execArguments(written.value(), ""), (std::vector<std::string>{program, "--hidden"}));
+    folder.addFile("config/autostart/glimra.desktop", "[Desktop Entry]\nType=Application\nHidden=true\n");
+    EXPECT_FALSE(entry.isOn()) << "the desktop's own settings turned it off";
+    EXPECT_EQ(entry.set(true), "");
+    EXPECT_EQ(entry.set(false), "");
+    EXPECT_FALSE(entry.isOn());
+    folder.addScript("glimra", "");
+    EXPECT_EQ(LoginEntry(folder.path("config"), folder.path("glimra")).set(true), "");
+    EXPECT_NE(folder.content("config/autostart/glimra.desktop").find("Exec=glimra --hidden\n"),
+              std::string::npos);
+    folder.addFile("blocked", "a file");
+    EXPECT_NE(LoginEntry(folder.path("blocked"), program).set(true), "");
 }
 
 TEST(DesktopEntryTest, TakesNothingForAnApplicationThatIsNone) {

@@ -63,7 +63,8 @@ protected:
                     m_delegate->operations().messageQueue.appendToMessageQueue(token);
                 },
             .calibrationPixels = {[this] { return m_pixelsPerPoint; },
-                                  [this](int pixels) { m_pixelsPerPoint = pixels; }}});
+                                  [this](int pixels) { m_pixelsPerPoint = pixels; }},
+            .loginEntry = {}});
         m_delegate->applicationDidFinishLaunching();
     }
 

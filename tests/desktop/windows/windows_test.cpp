@@ -510,7 +510,7 @@ TEST_F(FirstStepsTest, ComeTrueByThemselvesAndGoForGoodWhenTheyAreHidden) {
     EXPECT_TRUE(isDone("stepKeys"));
     m_machine.userDefaults.set("scanWidth", 80.0);
     EXPECT_TRUE(eventually([&] { return isDone("stepCalibrate"); }));
-    EXPECT_EQ(textOf("guideCount"), "3 of 5 done");
+    EXPECT_EQ(textOf("guideCount"), "3 of 6 done");
 
     click("guideDismiss");
     EXPECT_TRUE(widget("guidePanel")->isHidden());
