@@ -13,6 +13,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     endif()
 endif()
 
+# The older of the formats that Qt's resources have keeps no times of files.
+set(CMAKE_AUTORCC_OPTIONS --format-version 1)
+
 include(CheckPIESupported)
 check_pie_supported()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -20,6 +23,8 @@ if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT GLIMRA_SANITIZE)
     # What Debian's packages are built with.
     add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
     add_link_options(-Wl,-z,relro -Wl,-z,now)
+    # The same sources give the same programs, in whatever folder they are built.
+    add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
 endif()
 
 if(GLIMRA_SANITIZE)

@@ -1,10 +1,10 @@
-# Installation, and the Debian package.
+# Installation. All packages take their files from these rules.
 include(GNUInstallDirs)
 
 set(GLIMRA_APP_ID "example.glimra.Glimra")
-set(CPACK_PACKAGE_CONTACT "Glimra developers <${GLIMRA_SUPPORT_ADDRESS}>")
+set(GLIMRA_CONTACT "Glimra developers <${GLIMRA_SUPPORT_ADDRESS}>")
 # The release of an official Debian package would begin with 1.
-set(CPACK_DEBIAN_PACKAGE_RELEASE 0glimra1)
+set(GLIMRA_DEBIAN_RELEASE 0glimra1)
 set(GLIMRA_PACKAGING ${CMAKE_SOURCE_DIR}/packaging)
 
 # Components: `glimra` is installed everywhere. `elsewhere` contains files that a Debian package has in
@@ -65,40 +65,6 @@ install(FILES docs/user-guide.md docs/protocol.md docs/replay.md docs/screens.md
 install(FILES ${GLIMRA_PACKAGING}/debian/copyright DESTINATION ${GLIMRA_DOC_DIR})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${GLIMRA_DOC_DIR} COMPONENT elsewhere)
 glimra_install_compressed(CHANGELOG.md changelog ${GLIMRA_DOC_DIR} debian EXCLUDE_FROM_ALL)
-execute_process(COMMAND date --rfc-email --utc --date=${GLIMRA_RELEASE_DATE}
-    OUTPUT_VARIABLE GLIMRA_CHANGELOG_DATE OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+glimra_date(GLIMRA_CHANGELOG_DATE --rfc-email)
 glimra_install_compressed(${GLIMRA_PACKAGING}/debian/changelog.in changelog.Debian
     ${GLIMRA_DOC_DIR} debian EXCLUDE_FROM_ALL)
-
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME glimra)
-set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL glimra debian)
-set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${GLIMRA_HOME_PAGE})
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Speech and sound use programs of the desktop; Glimra works without them.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "speech-dispatcher, gnome-session-canberra | pulseaudio-utils | pipewire-bin")
-set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${GLIMRA_PACKAGING}/debian/postinst ${GLIMRA_PACKAGING}/debian/postrm)
-set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# The first line of the package description (the synopsis) is the project's description.
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"Glimra turns what happens in an online role-playing game into light on a
-keyboard with a lamp behind each key: action-bar keys show which abilities are
-ready, the edge pulses red in a fight, Enter flashes when someone whispers.
-.
-An add-on in the game paints a strip of eleven coloured cells at the top edge
-of the screen. Glimra reads that strip and nothing else of the screen, and
-never touches the game itself.
-.
-It also shows everything on a keyboard in its own window, so it can be tried
-without such a keyboard, and comes with tools that stand in for the game.")
-include(CPack)
