@@ -51,7 +51,6 @@ set(CPACK_RPM_PACKAGE_GROUP Unspecified)
 # Libraries are found in the programs, by the names that Fedora's packages provide. These are no libraries: the folders
 # of the icons, and Qt's way to the display.
 set(CPACK_RPM_PACKAGE_REQUIRES "hicolor-icon-theme, qt6-qtbase-gui")
-set(CPACK_RPM_PACKAGE_SUGGESTS "speech-dispatcher-utils, libcanberra-gtk3, pulseaudio-utils, pipewire-utils")
 set(CPACK_RPM_POST_INSTALL_SCRIPT_FILE ${GLIMRA_PACKAGING}/rpm/post)
 set(CPACK_RPM_POST_UNINSTALL_SCRIPT_FILE ${GLIMRA_PACKAGING}/rpm/postun)
 glimra_date(GLIMRA_RPM_DATE "+%a %b %d %Y")

@@ -3,8 +3,8 @@ execute_process(COMMAND find ${CPACK_TEMPORARY_DIRECTORY} -exec touch -h -d @${C
     COMMAND_ERROR_IS_FATAL ANY)
 
 # An RPM owns the folders that it brings, and no others: those whose path has our name in it.
-file(GLOB_RECURSE folders LIST_DIRECTORIES true
-    RELATIVE ${CPACK_TEMPORARY_DIRECTORY} ${CPACK_TEMPORARY_DIRECTORY}/usr/*)
+set(root ${CPACK_TEMPORARY_DIRECTORY}/ALL_COMPONENTS_IN_ONE)
+file(GLOB_RECURSE folders LIST_DIRECTORIES true RELATIVE ${root} ${root}/usr/*)
 list(FILTER folders EXCLUDE REGEX "/glimra(/|$)")
 list(TRANSFORM folders PREPEND /)
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST /usr ${folders})

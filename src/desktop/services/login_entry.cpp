@@ -13,7 +13,7 @@ namespace glimra::desktop {
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{64} << 10;
+constexpr std::size_t kLongestEntry = std::size_t{64} << 10;
 
 /// The name is enough where it finds this program; it outlives an update that moves the file.
 std::string commandOf(const std::filesystem::path& program) {
@@ -47,7 +47,7 @@ LoginEntry::LoginEntry(const std::filesystem::path& configuration, const std::fi
 }
 
 bool LoginEntry::isOn() const {
-    const platform::FileContent file = platform::readWholeFile(m_file.string(), kMostBytes);
+    const platform::FileContent file = platform::readWholeFile(m_file.string(), kLongestEntry);
     const auto entry = parseDesktopEntry(std::string(file.bytes.begin(), file.bytes.end()));
     return entry && !entry->hidden;
 }
