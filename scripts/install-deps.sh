@@ -5,6 +5,7 @@
 #   test    to build and run the tests and the benchmarks
 #   check   to check the sources' form
 #   addon   to pack the add-on for sites that hand out add-ons
+#   release to make all packages of a release
 #   icons   to draw the application's icon anew
 set -euo pipefail
 
@@ -12,9 +13,10 @@ build=(cmake g++ libcli11-dev libg810-led-dev libgif-dev libhidapi-dev libpng-de
     libxcb1-dev ninja-build nlohmann-json3-dev pkg-config qt6-base-dev)
 demo=(lua5.1 netpbm xvfb)
 test=(appstream at-spi2-core dbus desktop-file-utils fakeroot libbenchmark-dev libgmock-dev libgtest-dev lintian lua-check lua5.1 man-db openbox
-    python3-dbusmock python3-pyatspi unzip weston x11-xserver-utils xauth xdotool xvfb xwayland zip)
+    python3-dbusmock python3-pyatspi rpm unzip weston x11-xserver-utils xauth xdotool xvfb xwayland zip)
 check=(clang clang-format clang-tidy libclang-rt-dev)
 addon=(zip)
+release=(dpkg-dev rpm unzip)
 icons=(librsvg2-bin)
 
 wanted=()
@@ -25,6 +27,7 @@ for list in "$@"; do
         test) wanted+=("${test[@]}") ;;
         check) wanted+=("${check[@]}") ;;
         addon) wanted+=("${addon[@]}") ;;
+        release) wanted+=("${release[@]}") ;;
         icons) wanted+=("${icons[@]}") ;;
         *)
             echo "install-deps.sh: there is no list \"$list\"" >&2

@@ -58,8 +58,17 @@ trigger --action=change --subsystem-match=hidraw" "$(cat "$work/asked")"
     PATH=$work/nowhere succeeds "$1 without udev" /bin/sh "$script" "$2"
 }
 
+# The other package has the same files, but for those that each kind has in its own form or place.
+rpm_is_the_same() {
+    succeeds "cpack for an RPM" cpack -G RPM --config "$build/CPackConfig.cmake" -B "$work"
+    local own='/share/doc/glimra/|/zsh/'
+    same "what the RPM has" "$(files_of_package | grep -vE "$own")" \
+        "$(rpm -qp --qf '[%{FILEMODES:perms} %{FILENAMES}\n]' "$work"/glimra-*.rpm | sed -n 's/^-[^ ]* //p' | grep -vE "$own" | sort)"
+}
+
 contents
 install_and_remove
+rpm_is_the_same
 dpkg-deb -e "$package" "$work/control"
 asks_udev postinst configure
 asks_udev postrm remove
