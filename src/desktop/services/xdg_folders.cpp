@@ -49,7 +49,7 @@ std::vector<std::filesystem::path> dataFolders() {
 }
 
 std::filesystem::path configurationFolder() {
-    const std::filesystem::path folder = variable("XDG_CONFIG_HOME");
+    std::filesystem::path folder = variable("XDG_CONFIG_HOME");
     if (folder.is_absolute())
         return folder;
     const std::filesystem::path home = variable("HOME");
