@@ -1,5 +1,6 @@
-// What the whole application costs with its window hidden (or shown, with --shown) and nothing to do, beside
-// an empty Qt program that makes the same request of the X server as often: twenty times a second or, with
+// What the whole application costs with its window hidden (or shown with --shown, or none with --no-window)
+// and nothing to do, beside an empty Qt program that makes the same request of the X server as often: twenty
+// times a second or, with
 // --fast, every 16 ms as with Fast Response. Both run at the same time on one Xvfb of its own. Ends with 1
 // when the application misses its goal.
 
@@ -82,6 +83,7 @@ struct Options {
     int memoryMinutes = 0;
     bool fast = false;
     bool shown = false;
+    bool noWindow = false;
 };
 
 struct Programs {
@@ -105,8 +107,8 @@ bool measureCpu(const Programs& programs, const Options& options) {
     const double ratio = share(0) / share(1);
     std::printf("CPU over %.1f s, share of one core\n", elapsed.count());
     std::printf("  empty Qt program with the request (floor)  %6.3f %%\n", share(1));
-    std::printf("  glimra, window %s, nothing to do       %6.3f %%\n", options.shown ? "shown " : "hidden",
-                share(0));
+    const char* const window = options.noWindow ? "none  " : options.shown ? "shown " : "hidden";
+    std::printf("  glimra, window %s, nothing to do       %6.3f %%\n", window, share(0));
     std::printf("  X server, for both                         %6.3f %%\n", share(2));
     std::printf("  ratio %.2f, goal %.2f: %s\n", ratio, kGoal, ratio <= kGoal ? "met" : "missed");
     return ratio <= kGoal;
@@ -143,11 +145,13 @@ bool run(const Options& options) {
     const auto connection = desktop::Connection::open(server.display());
     if (!connection)
         throw std::runtime_error("no connection to " + server.display());
-    tests::ChildProcess application(
-        folder / "glimra", {"glimra", "--keyboard", "virtual", "--settings", settings}, server.display());
+    std::vector<std::string> arguments{"glimra", "--keyboard", "virtual", "--settings", settings};
+    if (options.noWindow)
+        arguments.emplace_back("--no-window");
+    tests::ChildProcess application(folder / "glimra", arguments, server.display());
     const tests::ChildProcess reference(folder / "idle_reference",
                                         {"idle_reference", options.fast ? "16" : "50"}, server.display());
-    if (!options.shown)
+    if (!options.shown && !options.noWindow)
         hideItsWindow(*connection);
     std::this_thread::sleep_for(kSettling);
 
@@ -168,6 +172,7 @@ int main(int argc, char** argv) {
     CLI::App command("Measures the idle application beside an empty Qt program.", "idle_bench");
     command.add_flag("--fast", options.fast, "With Fast Response; for less than a minute");
     command.add_flag("--shown", options.shown, "With its window on the screen");
+    command.add_flag("--no-window", options.noWindow, "Without any window");
     command.add_option("--seconds", options.seconds, "How long to measure")->check(CLI::Range(1, 3600));
     command.add_option("--memory", options.memoryMinutes, "Minutes to watch the memory after that")
         ->check(CLI::Range(0, 1440));

@@ -1,6 +1,6 @@
 #!/bin/bash
 # How much memory the program holds, in MB: with its window shown, after a minute at rest in it, and after the painter
-# was opened and closed. Its own pages, and its share of those that it shares with others (PSS).
+# was opened and closed; and without a window. Its own pages, and its share of those that it shares with others (PSS).
 #
 # usage: bench/memory.sh GLIMRA...
 set -eu
@@ -40,6 +40,13 @@ for glimra in "$@"; do
     xdotool windowactivate --sync "$painter" key alt+F4
     sleep 2
     tell "painter closed"
+    kill "$program"
+    wait "$program" || true
+    env HOME="$home" XDG_CONFIG_HOME="$home" XDG_RUNTIME_DIR="$home" "$glimra" --keyboard virtual --no-window \
+        >/dev/null 2>&1 &
+    program=$!
+    sleep 4
+    tell "without a window"
     kill "$program"
     wait "$program" || true
 done

@@ -5,7 +5,8 @@ _glimra_words() {
         glimra:--keyboard) "$1" --help 2>/dev/null | sed -nE 's/.*--keyboard NAME:\{([^}]*)\}.*/\1/p' | tr , ' ' ;;
         glimra:--capture) echo auto screen window ;;
         glimra:--profile) echo 1 2 3 4 5 6 7 8 9 ;;
-        glimra:doctor) echo --json ;;
+        glimra:--fast-response | glimra:--end-stale-effects) echo on off ;;
+        glimra:doctor | glimra:--status) echo --json ;;
         glimra-replay:--only)
             echo led log system-log process sound alert panel modal window url activity frame quit dump
             ;;

@@ -54,6 +54,27 @@ void AppDelegate::applicationWillTerminate() {
     m_state.log.hasEnded = true;
 }
 
+bool AppDelegate::takeChangedSettings() {
+    for (const platform::Window* editor :
+         {&m_outlets.colorProgrammerWindow, &m_outlets.actionKeySetterWindow, &m_outlets.launchOptionWindow})
+        if (editor->visible.get())
+            return false;
+    const int shown = m_state.profile.activeColorProfile;
+    loadCalibration();
+    m_state.actionKeys = profiles::loadActionKeyMap(m_platform.userDefaults, m_platform.systemLog);
+    loadProfiles();
+    m_state.profile.activeColorProfile = shown;
+    m_operations.profileStore.loadProfile(shown);
+    m_operations.colorProgrammer.loadSingleColorMode();
+    m_operations.colorProgrammer.loadAutoToggleProfile();
+    m_operations.colorProgrammer.loadCombatChatWarning();
+    m_operations.cooldownDisplay.loadBlinkTime();
+    m_operations.launcher.loadApplicationNames();
+    m_operations.staleEffects.loadEndStaleEffects();
+    m_operations.messageClock.loadFastResponse();
+    return true;
+}
+
 void AppDelegate::logVersions() {
     const std::string& framework = m_platform.bundle.ledFrameworkVersion;
     m_operations.log.appendLog(

@@ -20,6 +20,9 @@ public:
     void applicationDidFinishLaunching();
     platform::TerminateReply applicationShouldTerminate();
     void applicationWillTerminate();
+    /// The settings were changed from outside: takes them as the launch does. Returns false, and takes
+    /// nothing, while the user edits some of them in a window.
+    bool takeChangedSettings();
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
     Outlets& outlets() { return m_outlets; }

@@ -1,12 +1,12 @@
 #include "desktop/desktop_application.h"
 
-#include "desktop/doctor/checks.h"
-#include "desktop/keyboard_options.h"
-#include "desktop/services/xdg_folders.h"
+#include "desktop/windows/status_report.h"
 #include "platform/monotonic_clock.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -44,15 +44,24 @@ void tellNotes(DesktopPlatform& machine, app::AppDelegate& delegate) {
     });
 }
 
+/// What the running instance without windows says when it is to show them.
+constexpr std::string_view kNoWindow = "no window";
+
 /// Makes this the running instance. If there already is one, brings its windows to the front and returns the
-/// program's exit status.
-std::optional<int> giveWay(RunningInstance& instance) {
+/// program's exit status; one without windows makes room for one with windows.
+std::optional<int> giveWay(RunningInstance& instance, bool hasWindows) {
+    using Kind = InstanceCommand::Kind;
     const platform::Time deadline = platform::monotonicNow() + kPatience;
     while (!instance.claim()) {
-        if (instance.send({InstanceCommand::Kind::BringToFront})) {
-            std::fputs("Glimra is running already; its windows come to the front.\n", stderr);
+        const InstanceAnswer answer =
+            instance.send({hasWindows ? Kind::BringToFront : Kind::Status}).value_or(InstanceAnswer{});
+        if (answer.isAccepted) {
+            std::fprintf(stderr, "Glimra is running already%s\n",
+                         hasWindows ? "; its windows come to the front." : ".");
             return EXIT_SUCCESS;
         }
+        if (answer.text == kNoWindow)
+            instance.send({Kind::Quit});
         if (platform::monotonicNow() > deadline) {
             std::fprintf(stderr,
                          "glimra: Glimra is running already, but does not answer: some program holds %s. End "
@@ -65,47 +74,37 @@ std::optional<int> giveWay(RunningInstance& instance) {
     return std::nullopt;
 }
 
+/// What a command sends, as a menu item or button would.
+struct SentCommand {
+    InstanceCommand::Kind kind;
+    std::string_view selector;
+    bool hasState = false;
+};
+constexpr std::array<SentCommand, 6> kSentCommands{{
+    {InstanceCommand::Kind::TestPattern, "testLightsMI:"},
+    {InstanceCommand::Kind::Reset, "resetLightsMI:"},
+    {InstanceCommand::Kind::Calibrate, "calibrateMI:"},
+    {InstanceCommand::Kind::Debug, "debugMenuItem:"},
+    {InstanceCommand::Kind::FastResponse, "fastResponseMI:", true},
+    {InstanceCommand::Kind::EndStaleEffects, "endStaleEffectsMI:", true},
+}};
+
 } // namespace
 
 DesktopApplication::DesktopApplication(const Options& options, RunningInstance& instance)
     : m_instance(instance),
-      m_isHidden(options.hidden),
+      m_keyboardIsGiven(options.keyboard.has_value()),
       m_machine(options),
       m_witnesses(options, m_machine.platform()),
       m_delegate(m_witnesses.platform()),
-      m_windows(
-          {.delegate = m_delegate,
-           .windowSystem = m_machine.windowSystem,
-           .runLoop = m_machine.runLoop,
-           .userDefaults = m_machine.settings,
-           .keyboard = m_machine.keyboard.drawn(),
-           .now = platform::monotonicNow,
-           .quit = [this] { quit(); },
-           .keyboardName = m_machine.keyboard.description,
-           .keyboardChoice = {[this] { return m_machine.keyboard.chosen(); },
-                              [this](const std::string& name) { m_machine.chooseKeyboard(name); }},
-           .placeLights = {m_machine.keyboard.placing(), m_machine.settings,
-                           [this] { m_machine.keyboard.resendAll(); }},
-           .appearance = {[this] { return appearance(); },
-                          [this](const std::string& name) { chooseAppearance(name); }},
-           .doctorArguments = doctorArguments(options),
-           .lookAtDrivers =
-               [drivers = keyboardOptions(options, {m_machine.settings, m_machine.systemLog}).drivers] {
-                   return doctor::lookAtKeyboards(drivers);
-               },
-           .captureState = [this] { return m_machine.readerCapture.state(); },
-           .demonstration = m_machine.demonstration,
-           .sendToken = [this](std::string_view token) { sendToken(token); },
-           .calibrationPixels = {[this] { return m_machine.calibrationPixels(); },
-                                 [this](int pixels) { m_machine.setCalibrationPixels(pixels); }},
-           .loginEntry = {configurationFolder(), QCoreApplication::applicationFilePath().toStdString()}}),
-      m_tray(m_windows.binder(), m_delegate, [this] { m_windows.quit(); }),
+      m_interface((options.noWindow ? makeBareInterface
+                                    : makeWindows)({options, m_machine, m_delegate, [this] { quit(); },
+                                                    [this](std::string_view token) { sendToken(token); }})),
       m_quitRequests([this] { quit(); }),
       m_exitGuard([this] { abandon(); }) {
-    m_theme.choose(appearance());
     if (options.printLog)
         printLog(m_delegate.outlets().myTextScroll);
-    m_witnesses.tell(&RunWitness::follow, m_delegate, m_windows.binder());
+    m_witnesses.tell(&RunWitness::follow, m_delegate, m_interface->binder());
     tellTheLog();
     followCalibration();
     m_instance.obey([this](const InstanceCommand& command) { return take(command); });
@@ -115,16 +114,6 @@ DesktopApplication::~DesktopApplication() {
     m_instance.obey(nullptr);
     // The reader's thread uses the delegate, which is destroyed before it.
     m_machine.readerThread.join();
-}
-
-std::string DesktopApplication::appearance() {
-    return platform::SettingsReader{m_machine.settings, m_machine.systemLog}.value(
-        platform::settings::kAppearance);
-}
-
-void DesktopApplication::chooseAppearance(const std::string& name) {
-    m_machine.settings.set(platform::settings::kAppearance.key, name);
-    m_theme.choose(name);
 }
 
 void DesktopApplication::tellTheLog() {
@@ -146,25 +135,52 @@ void DesktopApplication::followCalibration() {
     });
 }
 
-bool DesktopApplication::take(const InstanceCommand& command) {
+InstanceAnswer DesktopApplication::take(const InstanceCommand& command) {
+    using Kind = InstanceCommand::Kind;
     if (m_machine.lifecycle.isEnding())
-        return command.kind == InstanceCommand::Kind::Quit;
-    m_machine.runLoop.post([this, command] { perform(command); });
-    return true;
+        return {command.kind == Kind::Quit};
+    switch (command.kind) {
+    case Kind::Status:
+        return {true, status(command.number == 1)};
+    case Kind::Reload:
+        return reload();
+    case Kind::BringToFront:
+        if (!m_interface->bringToFront())
+            return {false, std::string(kNoWindow)};
+        return {true};
+    default:
+        m_machine.runLoop.post([this, command] { perform(command); });
+        return {true};
+    }
 }
 
 void DesktopApplication::perform(const InstanceCommand& command) {
-    switch (command.kind) {
-    case InstanceCommand::Kind::BringToFront:
-        return m_delegate.outlets().mainWindow.bringToFront();
-    case InstanceCommand::Kind::Quit:
+    if (command.kind == InstanceCommand::Kind::Quit)
         return quit();
-    case InstanceCommand::Kind::TestPattern:
-        return m_windows.binder().send("testLightsMI:");
-    case InstanceCommand::Kind::Profile:
-        // The same path that the game's request for a profile takes.
-        return sendToken(std::to_string(command.profile));
-    }
+    // The same path that the game's request for a profile takes.
+    if (command.kind == InstanceCommand::Kind::Profile)
+        return sendToken(std::to_string(command.number));
+    const auto row = std::ranges::find(kSentCommands, command.kind, &SentCommand::kind);
+    m_interface->binder().send(row->selector, row->hasState ? app::ActionArgument(command.number == 1)
+                                                            : app::ActionArgument());
+}
+
+InstanceAnswer DesktopApplication::reload() {
+    if (std::string problem = m_machine.settings.reload(); !problem.empty())
+        return {false, std::move(problem)};
+    if (!m_delegate.takeChangedSettings())
+        return {false, "Some settings are being edited. Close Set Colors, Map Action Keys or the dialog for "
+                       "the game's names, and try again."};
+    m_machine.takeChangedSettings(m_keyboardIsGiven);
+    m_interface->takeChangedSettings();
+    sendToken(std::to_string(m_delegate.state().profile.activeColorProfile));
+    return {true};
+}
+
+std::string DesktopApplication::status(bool asJson) {
+    const StatusSnapshot& now = m_interface->look();
+    const ProfileNames names(m_machine.settings);
+    return (asJson ? statusAsJson : statusInWords)(now, names).toStdString();
 }
 
 void DesktopApplication::sendToken(std::string_view token) {
@@ -174,11 +190,7 @@ void DesktopApplication::sendToken(std::string_view token) {
 
 void DesktopApplication::launch() {
     m_witnesses.tell(&RunWitness::aboutToLaunch);
-    const auto finish = [this] { m_delegate.applicationDidFinishLaunching(); };
-    if (m_isHidden)
-        m_windows.launchHidden(finish);
-    else
-        finish();
+    m_interface->launch([this] { m_delegate.applicationDidFinishLaunching(); });
     const auto tell = [this](std::string_view line) { m_delegate.operations().log.tell(line); };
     if (!m_machine.settings.mending().empty())
         tell(m_machine.settings.mending());
@@ -212,13 +224,13 @@ int DesktopApplication::run() {
                                             m_witnesses.tell(&RunWitness::ended);
                                         }});
     });
-    return QApplication::exec();
+    return QCoreApplication::exec();
 }
 
 int runDesktopApplication(const Options& options) {
     RunningInstance instance(options);
     // Must precede reading the settings: they belong to the running instance.
-    if (const std::optional<int> status = giveWay(instance))
+    if (const std::optional<int> status = giveWay(instance, !options.noWindow))
         return *status;
     return DesktopApplication(options, instance).run();
 }

@@ -7,14 +7,12 @@
 #include "desktop/options.h"
 #include "desktop/run_witness.h"
 #include "desktop/running_instance.h"
-#include "desktop/windows/theme.h"
-#include "desktop/windows/tray.h"
-#include "desktop/windows/windows.h"
+#include "desktop/user_interface.h"
 
 namespace glimra::desktop {
 
 /// The application on the desktop. Its members are created in the order in which it needs them and destroyed
-/// in the opposite order. Needs a QApplication; main thread.
+/// in the opposite order. Needs a QApplication or, to run without windows, a QCoreApplication; main thread.
 class DesktopApplication {
 public:
     /// `instance` is the running instance. Throws std::system_error when a file named in the options cannot
@@ -27,13 +25,12 @@ public:
 
 private:
     void tellTheLog();
-    std::string appearance();
-    void chooseAppearance(const std::string& name);
     void followCalibration();
     void quit() { m_machine.lifecycle.terminate(); }
-    /// Accepts a command from another start of the program. Returns false when it is too late to carry it
-    /// out.
-    bool take(const InstanceCommand& command);
+    /// Answers a command from another start of the program.
+    InstanceAnswer take(const InstanceCommand& command);
+    InstanceAnswer reload();
+    std::string status(bool asJson);
     void perform(const InstanceCommand& command);
     void sendToken(std::string_view token);
     void launch();
@@ -42,19 +39,18 @@ private:
     void abandon();
 
     RunningInstance& m_instance;
-    const bool m_isHidden;
+    /// The driver is that of the command line, whatever the settings say.
+    const bool m_keyboardIsGiven;
     DesktopPlatform m_machine;
     RunWitnesses m_witnesses;
     app::AppDelegate m_delegate;
-    DesktopTheme m_theme;
-    Windows m_windows;
-    Tray m_tray;
+    std::unique_ptr<UserInterface> m_interface;
     QuitRequests m_quitRequests;
     ExitGuard m_exitGuard;
 };
 
-/// Runs the application. If an instance is already running, brings its windows to the front instead. Returns
-/// the program's exit status. Throws as `DesktopApplication` does.
+/// Runs the application. If an instance is already running, brings its windows to the front instead, or takes
+/// the place of one without windows. Returns the program's exit status. Throws as `DesktopApplication` does.
 int runDesktopApplication(const Options& options);
 
 } // namespace glimra::desktop

@@ -3,6 +3,7 @@
 #include "app/built_bundle.h"
 #include "desktop/keyboard_options.h"
 #include "desktop/services/x11_display_sleep.h"
+#include "desktop/settings/light_places.h"
 #include "desktop/x11/pixels_per_point.h"
 #include "desktop/x11/raise_window.h"
 #include "platform/settings.h"
@@ -47,7 +48,8 @@ DesktopPlatform::DesktopPlatform(const Options& options)
       childProcesses(
           voice,
           [display = displayName(options)](const std::string& name) { return raiseWindow(display, name); },
-          [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }) {
+          [this](const std::string& sentence) { runLoop.post([this, sentence] { told.emit(sentence); }); }),
+      m_hasWindows(!options.noWindow) {
     const int pixelsPerPoint = storedPixelsPerPoint({settings, systemLog});
     readerCapture.setPixelsPerPoint(pixelsPerPoint);
     mainCapture.setPixelsPerPoint(pixelsPerPoint);
@@ -65,12 +67,24 @@ void DesktopPlatform::calibrationSucceeded() {
     settings.set(platform::settings::kScanPixelsPerPoint.key, static_cast<double>(pixelsPerPoint));
 }
 
+void DesktopPlatform::takeChangedSettings(bool driverIsGiven) {
+    const int pixelsPerPoint = storedPixelsPerPoint({settings, systemLog});
+    readerCapture.setPixelsPerPoint(pixelsPerPoint);
+    mainCapture.setPixelsPerPoint(pixelsPerPoint);
+    keyboard.placing().setAll(loadLightPlaces(settings));
+    const std::string driver = keyboardOptions({}, {settings, systemLog}).driver;
+    if (!driverIsGiven && driver != keyboard.chosen())
+        keyboard.choose(driver);
+}
+
 void DesktopPlatform::chooseKeyboard(const std::string& driver) {
     settings.set(platform::settings::kLedDriver.key, driver);
     keyboard.choose(driver);
 }
 
 platform::Platform DesktopPlatform::platform() {
+    platform::WindowSystem& windows =
+        m_hasWindows ? static_cast<platform::WindowSystem&>(windowSystem) : noWindows;
     return {.application = lifecycle,
             .runLoop = runLoop,
             .readerThread = readerThread,
@@ -79,7 +93,7 @@ platform::Platform DesktopPlatform::platform() {
             .ledDriver = keyboard,
             .userDefaults = settings,
             .workspace = workspace,
-            .windowSystem = windowSystem,
+            .windowSystem = windows,
             .childProcesses = childProcesses,
             .sounds = sounds,
             .random = random,

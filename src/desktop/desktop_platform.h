@@ -3,6 +3,7 @@
 #include "desktop/loop/lifecycle.h"
 #include "desktop/loop/qt_run_loop.h"
 #include "desktop/loop/thread_worker_loop.h"
+#include "desktop/no_windows.h"
 #include "desktop/options.h"
 #include "desktop/services/desktop_workspace.h"
 #include "desktop/services/linux_commands.h"
@@ -25,7 +26,8 @@
 
 namespace glimra::desktop {
 
-/// The platform on a Linux desktop. Main thread; needs a QApplication.
+/// The platform on a Linux desktop. Main thread; needs a QApplication or, to run without windows, a
+/// QCoreApplication.
 struct DesktopPlatform {
     explicit DesktopPlatform(const Options& options);
 
@@ -34,6 +36,9 @@ struct DesktopPlatform {
 
     /// Changes the keyboard driver, now and for the next start.
     void chooseKeyboard(const std::string& driver);
+    /// Takes what was changed in the settings from outside: the driver, unless the command line gave one, and
+    /// the pixels for a point.
+    void takeChangedSettings(bool driverIsGiven);
     /// How many real pixels for a point the next calibration looks at. The reader follows when it succeeds.
     int calibrationPixels() const { return mainCapture.pixelsPerPoint(); }
     void setCalibrationPixels(int pixelsPerPoint) { mainCapture.setPixelsPerPoint(pixelsPerPoint); }
@@ -61,6 +66,7 @@ struct DesktopPlatform {
     PowerServices power;
     DesktopWorkspace workspace;
     QtWindowSystem windowSystem{settings, runLoop};
+    NoWindows noWindows{told};
     /// Speaks and beeps, one thing at a time. The queue is short so that nothing outdated is played.
     BackgroundWorker voice{2};
     LinuxCommands childProcesses;
@@ -70,6 +76,8 @@ struct DesktopPlatform {
 
 private:
     void sayCaptureWay();
+
+    const bool m_hasWindows;
 
     platform::Bundle m_bundle;
     std::function<void(std::string_view)> m_sayCaptureWay;

@@ -18,6 +18,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -41,9 +43,13 @@ bool canShowWindows() {
 
 int tellRunningInstance(const Options& options, int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    if (RunningInstance(options).send(*options.command))
+    const std::optional<InstanceAnswer> answer = RunningInstance(options).send(*options.command);
+    if (answer && answer->isAccepted) {
+        std::fputs(answer->text.c_str(), stdout);
         return EXIT_SUCCESS;
-    std::fputs("glimra: Glimra is not running.\n", stderr);
+    }
+    const std::string why = answer ? answer->text : "";
+    std::fprintf(stderr, "glimra: %s\n", why.empty() ? "Glimra is not running." : why.c_str());
     return EXIT_FAILURE;
 }
 
@@ -106,9 +112,16 @@ int main(int argc, char** argv) {
         const QCoreApplication application(argc, argv);
         return examineMachine(options);
     }
-    if (!canShowWindows()) {
+    if (options.noWindow && options.captureDisplay.empty() && std::getenv("DISPLAY") == nullptr) {
+        std::fputs(
+            "glimra: there is no display to read. Set DISPLAY, which in a Wayland session takes XWayland, "
+            "or name one with --display.\n",
+            stderr);
+        return EXIT_FAILURE;
+    }
+    if (!options.noWindow && !canShowWindows()) {
         std::fputs("glimra: there is no display to show windows on. Set DISPLAY, which in a Wayland "
-                   "session takes XWayland, or set QT_QPA_PLATFORM=offscreen to run without windows.\n",
+                   "session takes XWayland, or use --no-window.\n",
                    stderr);
         return EXIT_FAILURE;
     }
@@ -116,10 +129,14 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     arguments.qts.push_back(nullptr);
     int qtCount = static_cast<int>(arguments.qts.size()) - 1;
-    QApplication application(qtCount, arguments.qts.data());
-    QApplication::setApplicationName("glimra");
+    QCoreApplication::setApplicationName("glimra");
+    QCoreApplication::setApplicationVersion(GLIMRA_VERSION);
+    if (options.noWindow) {
+        const QCoreApplication application(qtCount, arguments.qts.data());
+        return run(options);
+    }
+    const QApplication application(qtCount, arguments.qts.data());
     QApplication::setApplicationDisplayName("Glimra");
-    QApplication::setApplicationVersion(GLIMRA_VERSION);
     QApplication::setQuitOnLastWindowClosed(false);
     return run(options);
 }

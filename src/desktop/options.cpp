@@ -8,6 +8,7 @@
 
 #include <arpa/inet.h>
 
+#include <array>
 #include <charconv>
 #include <filesystem>
 
@@ -112,26 +113,62 @@ void addCaptureOptions(CLI::App& command, Options& options) {
         ->check(CLI::IsMember({"auto", "screen", "window"}));
 }
 
+enum class Given { Nothing, OnOrOff, Profile };
+
+struct CommandOption {
+    const char* option;
+    InstanceCommand::Kind kind;
+    const char* help;
+    Given given = Given::Nothing;
+};
+
+using Kind = InstanceCommand::Kind;
+constexpr std::array<CommandOption, 10> kCommandOptions{{
+    {"--quit", Kind::Quit, "Quit"},
+    {"--status", Kind::Status, "Tell what it sees and does"},
+    {"--reload", Kind::Reload, "Take settings that were changed in their file"},
+    {"--test-pattern", Kind::TestPattern, "Show the test pattern"},
+    {"--reset", Kind::Reset, "End all effects"},
+    {"--calibrate", Kind::Calibrate, "Look for the game's strip on the screen"},
+    {"--debug", Kind::Debug, "Turn debug mode on or off"},
+    {"--fast-response", Kind::FastResponse, "Answer as fast as possible, or as usual", Given::OnOrOff},
+    {"--end-stale-effects", Kind::EndStaleEffects, "End long effects once the game is gone, or leave them",
+     Given::OnOrOff},
+    {"--profile", Kind::Profile, "Show a color profile, 1 to 9", Given::Profile},
+}};
+
+void addCommand(CLI::App& group, const CommandOption& row, Options& options) {
+    const auto take = [&options, kind = row.kind](int number) {
+        options.command = InstanceCommand{kind, number};
+    };
+    switch (row.given) {
+    case Given::Nothing:
+        group.add_flag_callback(
+            row.option, [take] { take(0); }, row.help);
+        break;
+    case Given::OnOrOff:
+        group
+            .add_option_function<std::string>(
+                row.option, [take](const std::string& word) { take(word == "on" ? 1 : 0); }, row.help)
+            ->type_name("on|off")
+            ->check(CLI::IsMember({"on", "off"}));
+        break;
+    case Given::Profile:
+        group.add_option_function<int>(row.option, take, row.help)
+            ->type_name("N")
+            ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
+        break;
+    }
+}
+
 /// What the program that is running shall do.
 CLI::Option_group* addCommands(CLI::App& command, Options& options) {
-    using Kind = InstanceCommand::Kind;
     CLI::Option_group* const running =
         command.add_option_group("To the Glimra that is running", "Only one of them at a time");
+    for (const CommandOption& row : kCommandOptions)
+        addCommand(*running, row, options);
     running->require_option(0, 1);
-    running->add_flag_callback(
-        "--quit", [&options] { options.command = InstanceCommand{Kind::Quit}; }, "Quit");
-    running->add_flag_callback(
-        "--test-pattern", [&options] { options.command = InstanceCommand{Kind::TestPattern}; },
-        "Show the test pattern");
-    running
-        ->add_option_function<int>(
-            "--profile",
-            [&options](int profile) {
-                options.command = InstanceCommand{Kind::Profile, profile};
-            },
-            "Show a color profile, 1 to 9")
-        ->type_name("N")
-        ->check(CLI::Range(1, static_cast<int>(lighting::kProfileCount)));
+    command.add_flag("--json")->description("With --status: as JSON")->needs(running->get_option("--status"));
     return running;
 }
 
@@ -187,6 +224,8 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     addFileOptions(command, options);
     addCaptureOptions(command, options);
     command.add_flag("--hidden", options.hidden, "Start in the tray or, where there is none, minimized");
+    command.add_flag("--no-window", options.noWindow, "Run without any window, as a service")
+        ->excludes("--hidden");
     command.add_flag("--log", options.printLog, "Print the message log to standard output");
     addErrands(command, options);
     try {
@@ -194,6 +233,8 @@ std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv
     } catch (const CLI::ParseError& error) {
         return ExitStatus{command.exit(error) == 0 ? 0 : kUsageError};
     }
+    if (command.count("--json") > 0)
+        options.command->number = 1;
     return options;
 }
 

@@ -35,6 +35,8 @@ struct Options {
     CaptureChoice capture = CaptureChoice::Automatic;
     /// Start in the tray or, where there is none, minimized.
     bool hidden = false;
+    /// Run without any window.
+    bool noWindow = false;
     /// Print the message log to standard output.
     bool printLog = false;
     /// A command for the running instance. This process only sends it and exits.

@@ -29,7 +29,9 @@ RunningInstance::RunningInstance(const Options& options)
 }
 
 bool RunningInstance::claim() {
-    const auto handler = [this](const InstanceCommand& command) { return m_handler && m_handler(command); };
+    const auto handler = [this](const InstanceCommand& command) {
+        return m_handler ? m_handler(command) : InstanceAnswer{};
+    };
     // Claims every channel, since another start may reach no bus, or a different one.
     const auto held = std::ranges::find_if(m_channels, [&handler](const auto& channel) {
         return channel->claim(handler) == InstanceChannel::Standing::Second;
@@ -41,10 +43,11 @@ bool RunningInstance::claim() {
     return m_heldElsewhere.empty();
 }
 
-bool RunningInstance::send(const InstanceCommand& command) {
-    return std::ranges::any_of(m_channels, [&command](const auto& channel) {
-        return channel->send(command) == InstanceChannel::Delivery::Delivered;
-    });
+std::optional<InstanceAnswer> RunningInstance::send(const InstanceCommand& command) {
+    for (const auto& channel : m_channels)
+        if (std::optional<InstanceAnswer> answer = channel->send(command))
+            return answer;
+    return std::nullopt;
 }
 
 } // namespace glimra::desktop

@@ -20,8 +20,8 @@ public:
     /// Sets the handler for commands from other starts, called from the event loop. Without a handler,
     /// commands are refused.
     void obey(InstanceChannel::Handler handler) { m_handler = std::move(handler); }
-    /// Sends a command to the running instance. Returns false when there is none or it refuses.
-    bool send(const InstanceCommand& command);
+    /// Sends a command to the running instance and returns its answer; none when no instance answers.
+    std::optional<InstanceAnswer> send(const InstanceCommand& command);
 
 private:
     QString m_identity;

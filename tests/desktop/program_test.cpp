@@ -176,6 +176,52 @@ TEST_F(ProgramTest, WhateverEndsItTheKeyboardIsHandedBack) {
     }
 }
 
+TEST_F(ProgramTest, WithoutAWindowItLightsTellsTakesChangedSettingsAndMakesRoom) {
+    const XvfbServer server;
+    const auto start = [&](const std::string& arguments) {
+        return std::make_unique<ChildProcess>(
+            "sh", std::vector<std::string>{"sh", "-c",
+                                           "exec env " + m_program + "--keyboard virtual --display " +
+                                               server.display() + " " + arguments});
+    };
+    const auto status = [&] {
+        const Outcome told = tests::runShell(m_program + "--status --json 2>/dev/null");
+        return told.status == 0 ? json::parse(told.output) : json::object();
+    };
+    EXPECT_EQ(tests::runShell("env -u DISPLAY " + m_program + "--no-window").status, 1) << "nothing to read";
+    std::ofstream(file("settings.ini")) << "[General]\nuseCombatChatWarning=true\n\n[zz]\ncomplete=true\n";
+    const auto service = start("--no-window");
+    tools::StripPainter strip(server.display(), {});
+    const screenlink::TokenFrames combat = screenlink::encodeToken({std::nullopt, 'C'});
+    ASSERT_TRUE(eventually([&] {
+        for (const screenlink::StripFrame& frame : {combat.announce, combat.confirm, {}}) {
+            strip.paint(frame);
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        }
+        return status().value("light", "") == "combat";
+    }));
+    EXPECT_EQ(status().value("window", true), false);
+    EXPECT_EQ(status().at("strip").at("state"), "good");
+
+    const std::string before = contentOf(file("settings.ini"));
+    for (const auto& [added, isTaken] :
+         {std::pair("fastResponse=true\nprofileName1=text:Raid\n", true), std::pair("scribble\n", false)}) {
+        std::ofstream(file("settings.ini"))
+            << before.substr(0, before.find('\n') + 1) << added << before.substr(before.find('\n') + 1);
+        EXPECT_EQ(tests::runShell(m_program + "--reload 2>/dev/null").status, isTaken ? 0 : 1);
+        EXPECT_EQ(status()["fastResponse"], true);
+    }
+    EXPECT_THAT(tests::runShell(m_program + "--status").output, HasSubstr("Profile 1 Raid · In combat"));
+    tests::runShell(m_program + "--fast-response off");
+    EXPECT_TRUE(eventually([&] { return status()["fastResponse"] == false; }));
+
+    const auto windows = start("");
+    EXPECT_EQ(service->wait(), 0);
+    EXPECT_TRUE(eventually([&] { return status().value("window", false); }));
+    windows->signal(SIGTERM);
+    EXPECT_EQ(windows->wait(), 0);
+}
+
 TEST_F(ProgramTest, OneRunsTheOthersTellItAndItsRecordingReplays) {
     const XvfbServer server;
     const std::string arguments = "--keyboard virtual --display " + server.display() + " --log --trace " +

@@ -53,16 +53,17 @@ public:
         return "the name " + m_service.toStdString() + " on the session bus";
     }
 
-    Delivery send(const InstanceCommand& command) override {
+    std::optional<InstanceAnswer> send(const InstanceCommand& command) override {
         if (!m_isUsable)
-            return Delivery::Unusable;
+            return std::nullopt;
         QDBusMessage message = QDBusMessage::createMethodCall(m_service, kPath, kInterface, "Perform");
         message.setAutoStartService(false);
         message << QString::fromStdString(toText(command));
         const QDBusMessage reply = m_connection.call(message, QDBus::Block, kPatience);
-        return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool()
-                   ? Delivery::Delivered
-                   : Delivery::NobodyThere;
+        if (reply.type() != QDBusMessage::ReplyMessage)
+            return std::nullopt;
+        return InstanceAnswer{reply.arguments().value(0).toBool(),
+                              reply.arguments().value(1).toString().toStdString()};
     }
 
 private:
@@ -81,9 +82,11 @@ private:
 
 } // namespace
 
-bool BusInstance::Perform(const QString& text) {
-    const std::optional<InstanceCommand> command = commandFromText(text.toStdString());
-    return command && m_handler(*command);
+bool BusInstance::Perform(const QString& command, QString& text) {
+    const std::optional<InstanceCommand> known = commandFromText(command.toStdString());
+    const InstanceAnswer answer = known ? m_handler(*known) : InstanceAnswer{};
+    text = QString::fromStdString(answer.text);
+    return answer.isAccepted;
 }
 
 std::unique_ptr<InstanceChannel> makeBusChannel(const QString& busAddress, const QString& identity) {

@@ -14,8 +14,8 @@ class BusInstance final : public QObject {
 public:
     explicit BusInstance(InstanceChannel::Handler handler) : m_handler(std::move(handler)) {}
 
-    /// Returns false for an unknown command, and for one that will not be carried out.
-    Q_SCRIPTABLE Q_INVOKABLE bool Perform(const QString& command);
+    /// Returns false for an unknown command, and for one that is refused; `text` is the answer's.
+    Q_SCRIPTABLE Q_INVOKABLE bool Perform(const QString& command, QString& text);
 
 private:
     InstanceChannel::Handler m_handler;

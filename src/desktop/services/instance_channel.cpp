@@ -5,8 +5,8 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
-#include <utility>
 
 namespace glimra::desktop {
 
@@ -14,30 +14,41 @@ namespace {
 
 using Kind = InstanceCommand::Kind;
 
-constexpr std::array<std::pair<Kind, std::string_view>, 3> kPlainCommands{{
+struct CommandRow {
+    Kind kind;
+    std::string_view name;
+    /// The numbers that may follow; none where there is no greatest.
+    int least = 0;
+    int most = 0;
+};
+constexpr std::array<CommandRow, 11> kCommands{{
     {Kind::BringToFront, "raise"},
     {Kind::Quit, "quit"},
+    {Kind::Status, "status", 0, 1},
+    {Kind::Reload, "reload"},
     {Kind::TestPattern, "test-pattern"},
+    {Kind::Reset, "reset"},
+    {Kind::Calibrate, "calibrate"},
+    {Kind::Debug, "debug"},
+    {Kind::FastResponse, "fast-response", 0, 1},
+    {Kind::EndStaleEffects, "end-stale-effects", 0, 1},
+    {Kind::Profile, "profile", 1, 9},
 }};
-constexpr std::string_view kProfileCommand = "profile ";
 
 } // namespace
 
 std::string toText(const InstanceCommand& command) {
-    for (const auto& [kind, text] : kPlainCommands)
-        if (command.kind == kind)
-            return std::string(text);
-    return std::string(kProfileCommand) + std::to_string(command.profile);
+    const auto row = std::ranges::find(kCommands, command.kind, &CommandRow::kind);
+    return std::string(row->name) + (row->most > 0 ? " " + std::to_string(command.number) : "");
 }
 
 std::optional<InstanceCommand> commandFromText(std::string_view text) {
-    for (const auto& [kind, plain] : kPlainCommands)
-        if (text == plain)
-            return InstanceCommand{kind};
-    if (text.size() != kProfileCommand.size() + 1 || !text.starts_with(kProfileCommand) ||
-        text.back() < '1' || text.back() > '9')
-        return std::nullopt;
-    return InstanceCommand{Kind::Profile, text.back() - '0'};
+    // There are few of them, and each has one form.
+    for (const CommandRow& row : kCommands)
+        for (int number = row.least; number <= row.most; ++number)
+            if (const InstanceCommand command{row.kind, number}; toText(command) == text)
+                return command;
+    return std::nullopt;
 }
 
 std::vector<std::unique_ptr<InstanceChannel>> instanceChannels(const QString& identity) {

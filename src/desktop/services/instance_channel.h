@@ -13,16 +13,38 @@ namespace glimra::desktop {
 
 /// A command from another start of the program to the running instance.
 struct InstanceCommand {
-    enum class Kind { BringToFront, Quit, TestPattern, Profile };
+    enum class Kind {
+        BringToFront,
+        Quit,
+        Status,
+        Reload,
+        TestPattern,
+        Reset,
+        Calibrate,
+        Debug,
+        FastResponse,
+        EndStaleEffects,
+        Profile
+    };
 
     Kind kind = Kind::BringToFront;
-    /// 1 to 9; used with `Profile` only.
-    int profile = 0;
+    /// Of a profile, 1 to 9. Otherwise 0 or 1: whether a status is wanted as JSON, what is to be on or off.
+    int number = 0;
 
     friend bool operator==(const InstanceCommand&, const InstanceCommand&) = default;
 };
 
-/// The form in which it is sent: "raise", "quit", "test-pattern", "profile 3".
+/// What the running instance says to it.
+struct InstanceAnswer {
+    /// Whether the command is carried out.
+    bool isAccepted = false;
+    /// What was asked for, or why the command is refused; often empty.
+    std::string text{};
+
+    friend bool operator==(const InstanceAnswer&, const InstanceAnswer&) = default;
+};
+
+/// The form in which a command is sent: "raise", "quit", "profile 3", "fast-response 0".
 std::string toText(const InstanceCommand& command);
 /// None for any other text.
 std::optional<InstanceCommand> commandFromText(std::string_view text);
@@ -31,9 +53,8 @@ std::optional<InstanceCommand> commandFromText(std::string_view text);
 /// Main thread; needs an application object.
 class InstanceChannel {
 public:
-    /// Returns whether the command will be carried out. That must happen later, after the caller has its
-    /// answer.
-    using Handler = std::function<bool(const InstanceCommand&)>;
+    /// What may take long, or ends the instance, must happen later, after the caller has its answer.
+    using Handler = std::function<InstanceAnswer(const InstanceCommand&)>;
 
     virtual ~InstanceChannel() = default;
 
@@ -50,13 +71,8 @@ public:
     /// What the running instance holds by this channel, for a sentence.
     virtual std::string claimed() const = 0;
 
-    enum class Delivery {
-        Unusable,
-        /// Also when the running instance refuses.
-        NobodyThere,
-        Delivered
-    };
-    virtual Delivery send(const InstanceCommand& command) = 0;
+    /// None when nobody is there to answer.
+    virtual std::optional<InstanceAnswer> send(const InstanceCommand& command) = 0;
 };
 
 /// All channels, the preferred one first: the session bus, then a socket in the run-time directory.

@@ -25,7 +25,11 @@ namespace {
 constexpr int kPatience = 2000;
 /// Longer than any command.
 constexpr std::size_t kMostBytes = 64;
-constexpr std::string_view kAnswer = "ok\n";
+/// How an answer begins; its text follows, to the end of the connection.
+constexpr std::string_view kAccepted = "ok\n";
+constexpr std::string_view kRefused = "no\n";
+/// Longer than any answer.
+constexpr std::size_t kMostAnswerBytes = 1 << 16;
 
 std::optional<sockaddr_un> addressOf(const QByteArray& path) {
     sockaddr_un address{};
@@ -50,6 +54,20 @@ bool isOurs(int fd) {
     socklen_t size = sizeof credentials;
     return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &credentials, &size) == 0 &&
            credentials.uid == ::geteuid();
+}
+
+/// What comes until the other end closes.
+std::string receiveAll(int fd) {
+    std::string text;
+    std::array<char, 4096> buffer{};
+    pollfd watched{fd, POLLIN, 0};
+    while (text.size() < kMostAnswerBytes && ::poll(&watched, 1, kPatience) > 0) {
+        const ssize_t count = ::recv(fd, buffer.data(), buffer.size(), 0);
+        if (count <= 0)
+            return text;
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    return {};
 }
 
 /// A connected client: it sends its command in one line and gets an answer.
@@ -77,8 +95,11 @@ private:
         const std::optional<InstanceCommand> command =
             end == std::string::npos ? std::nullopt
                                      : commandFromText(std::string_view(m_text).substr(0, end));
-        if (command && handler(*command))
-            ::send(m_fd.get(), kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL);
+        if (!command)
+            return;
+        const InstanceAnswer answer = handler(*command);
+        const std::string text = std::string(answer.isAccepted ? kAccepted : kRefused) + answer.text;
+        ::send(m_fd.get(), text.data(), text.size(), MSG_NOSIGNAL);
     }
 
     UniqueFd m_fd;
@@ -117,20 +138,19 @@ public:
 
     std::string claimed() const override { return "the lock " + (m_path + ".lock").toStdString(); }
 
-    Delivery send(const InstanceCommand& command) override {
+    std::optional<InstanceAnswer> send(const InstanceCommand& command) override {
         const std::optional<sockaddr_un> address = addressOf(socketPath());
         const UniqueFd fd = newSocket();
-        if (m_path.isEmpty() || !address || !fd)
-            return Delivery::Unusable;
         const std::string line = toText(command) + "\n";
-        std::array<char, kMostBytes> answer{};
-        pollfd watched{fd.get(), POLLIN, 0};
-        const bool delivered =
+        const bool isSent =
+            !m_path.isEmpty() && address && fd &&
             ::connect(fd.get(), generic(*address), sizeof *address) == 0 && isOurs(fd.get()) &&
-            ::send(fd.get(), line.data(), line.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(line.size()) &&
-            ::poll(&watched, 1, kPatience) > 0 &&
-            ::recv(fd.get(), answer.data(), answer.size(), 0) == static_cast<ssize_t>(kAnswer.size());
-        return delivered ? Delivery::Delivered : Delivery::NobodyThere;
+            ::send(fd.get(), line.data(), line.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(line.size());
+        const std::string answer = isSent ? receiveAll(fd.get()) : std::string();
+        const bool isAccepted = answer.starts_with(kAccepted);
+        if (!isAccepted && !answer.starts_with(kRefused))
+            return std::nullopt;
+        return InstanceAnswer{isAccepted, answer.substr(kAccepted.size())};
     }
 
 private:

@@ -34,6 +34,19 @@ void SettingsFile::write() {
         keepCopy(m_path, m_values.texts());
 }
 
+std::string SettingsFile::reload() {
+    save();
+    if (!m_changedKeys.empty())
+        return "The settings cannot be written: " + m_path.toStdString();
+    StoredSettings stored = readSettings(m_path);
+    if (!stored.isSound())
+        return "The settings cannot be read, or are not complete: " + m_path.toStdString();
+    m_values.replace(std::move(stored.parsed.values));
+    m_isSound = true;
+    keepCopy(m_path, m_values.texts());
+    return {};
+}
+
 QString SettingsFile::defaultPath() {
     return configFolder() + "/glimra.ini";
 }

@@ -42,6 +42,9 @@ public:
 
     /// Writes what has changed, and keeps a copy of it, now.
     void write();
+    /// Takes what somebody else has changed in the file, after writing what has changed here. Returns why
+    /// that is not possible, as a sentence; then nothing is taken.
+    std::string reload();
 
 private:
     SettingsFile(const QString& path, const FoundSettings& found, platform::SystemLog& systemLog);

@@ -35,6 +35,7 @@ public:
     explicit MainWindow(const Parts& parts);
 
     Demonstration& demonstration() { return m_demonstration; }
+    ProgramWatch& watch() { return m_watch; }
     ProfileNames& profileNames() { return m_names; }
 
 private:

@@ -38,7 +38,8 @@ std::uint64_t RatePerMinute::perMinute() const {
 }
 
 ProgramWatch::ProgramWatch(const Parts& parts) : m_parts(parts) {
-    m_parts.window->installEventFilter(this);
+    if (m_parts.window != nullptr)
+        m_parts.window->installEventFilter(this);
     m_parts.keyboardName.changed.observe([this](const std::string&) { look(); });
     m_parts.keyboard.changed.observe([this] {
         m_isLit = true;
@@ -63,7 +64,8 @@ bool ProgramWatch::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ProgramWatch::keepPace() {
-    const bool canBeSeen = m_parts.window->isVisible() && !m_parts.window->isMinimized();
+    const bool canBeSeen =
+        m_parts.window != nullptr && m_parts.window->isVisible() && !m_parts.window->isMinimized();
     const std::chrono::milliseconds period = canBeSeen ? kPeriod : kHiddenPeriod;
     if (period == m_period)
         return;
@@ -87,7 +89,8 @@ void ProgramWatch::look() {
     const int profile = state.profile.activeColorProfile;
     screenlink::ScanSettings scan;
     platform::SilentLog log;
-    m_snapshot = {.keyboardName = QString::fromStdString(m_parts.keyboardName.get()),
+    m_snapshot = {.hasWindow = m_parts.window != nullptr,
+                  .keyboardName = QString::fromStdString(m_parts.keyboardName.get()),
                   .capture = m_parts.captureState(),
                   .gameIsInFront = operations.messagePump.gameIsInFront(),
                   .respondsFast = state.readerFlags.fastResponse,

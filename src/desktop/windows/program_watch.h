@@ -15,6 +15,7 @@ namespace glimra::desktop {
 
 /// What the program sees and does, at one moment.
 struct StatusSnapshot {
+    bool hasWindow = true;
     /// What lights up, in plain words.
     QString keyboardName{};
     CaptureState capture = CaptureState::Screen;
@@ -57,6 +58,7 @@ private:
 class ProgramWatch final : public QObject {
 public:
     struct Parts {
+        /// Null where there is none.
         QMainWindow* window;
         const app::AppDelegate& delegate;
         const platform::UserDefaults& userDefaults;

@@ -80,7 +80,10 @@ MarkText keyboardMark(const StatusSnapshot& snapshot, const doctor::Findings& dr
     if (name.startsWith("no keyboard")) {
         text = {Mark::Bad, "No keyboard", {sentence}};
     } else if (name.endsWith("in this window")) {
-        text = {Mark::Partly, "Keyboard: drawn only", {"No keyboard lights up but the one in this window."}};
+        text = {Mark::Partly,
+                "Keyboard: drawn only",
+                {snapshot.hasWindow ? "No keyboard lights up but the one in this window."
+                                    : "No keyboard lights up."}};
     } else {
         text.sentences.append(
             "It shows what the keyboard in this window shows. Test lights it red and white; "
@@ -88,7 +91,8 @@ MarkText keyboardMark(const StatusSnapshot& snapshot, const doctor::Findings& dr
         return text;
     }
     append(text.sentences, drivers);
-    text.sentences.append("Another way to light it: Light the Keyboard By, in the menu Keyboard.");
+    if (snapshot.hasWindow)
+        text.sentences.append("Another way to light it: Light the Keyboard By, in the menu Keyboard.");
     return text;
 }
 

@@ -57,6 +57,7 @@ public:
 
     InterfaceBinder& binder() { return m_binder; }
     Demonstration& demonstration() { return m_main->demonstration(); }
+    ProgramWatch& watch() { return m_main->watch(); }
     ProfileNames& profileNames() { return m_main->profileNames(); }
     /// The user wants to quit.
     void quit() { m_guard->quit(); }

@@ -17,7 +17,6 @@ namespace {
 
 using Kind = InstanceCommand::Kind;
 using Standing = InstanceChannel::Standing;
-using Delivery = InstanceChannel::Delivery;
 using tests::eventually;
 
 class InstanceTest : public testing::Test {
@@ -31,11 +30,11 @@ protected:
     Standing claim(InstanceChannel& channel) {
         return channel.claim([this](const InstanceCommand& command) {
             m_obeyed.push_back(command);
-            return command.kind != Kind::TestPattern;
+            return InstanceAnswer{command.kind != Kind::Reload, m_text};
         });
     }
     /// Sends from another thread, while this one serves the event loop.
-    Delivery send(const InstanceCommand& command, const QString& identity = {}) {
+    std::optional<InstanceAnswer> send(const InstanceCommand& command, const QString& identity = {}) {
         auto sent = std::async(std::launch::async, [=, this] { return channel(identity)->send(command); });
         eventually([&] { return sent.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
         return sent.get();
@@ -54,6 +53,8 @@ protected:
     QTemporaryDir m_folder;
     tests::PrivateBus m_bus;
     std::vector<InstanceCommand> m_obeyed;
+    /// Longer than what one read takes.
+    const std::string m_text = std::string(9000, 'x') + "\n";
 };
 
 TEST_F(InstanceTest, OneIsFirstAndObeysTheOthers) {
@@ -61,19 +62,19 @@ TEST_F(InstanceTest, OneIsFirstAndObeysTheOthers) {
         SCOPED_TRACE(usesBus);
         m_usesBus = usesBus;
         m_obeyed.clear();
-        EXPECT_EQ(send({Kind::Quit}), Delivery::NobodyThere);
+        EXPECT_EQ(send({Kind::Quit}), std::nullopt);
         const auto first = channel();
         ASSERT_EQ(claim(*first), Standing::First);
         EXPECT_EQ(claim(*channel()), Standing::Second);
         const InstanceCommand profile{Kind::Profile, 7};
-        EXPECT_EQ(send(profile), Delivery::Delivered);
-        EXPECT_EQ(send({Kind::BringToFront}), Delivery::Delivered) << "also after a second one's claim";
+        EXPECT_EQ(send(profile), (InstanceAnswer{true, m_text}));
+        EXPECT_TRUE(send({Kind::BringToFront})->isAccepted) << "also after a second one's claim";
         EXPECT_THAT(m_obeyed, testing::ElementsAre(profile, InstanceCommand{Kind::BringToFront}));
-        EXPECT_EQ(send({Kind::TestPattern}), Delivery::NobodyThere) << "it says that it will not";
-        EXPECT_EQ(send({Kind::Quit}, "another"), Delivery::NobodyThere);
+        EXPECT_EQ(send({Kind::Reload}), (InstanceAnswer{false, m_text})) << "it says that it will not";
+        EXPECT_EQ(send({Kind::Quit}, "another"), std::nullopt);
         EXPECT_EQ(claim(*channel("another")), Standing::First);
     }
-    EXPECT_EQ(send({Kind::Quit}), Delivery::NobodyThere) << "the first is gone";
+    EXPECT_EQ(send({Kind::Quit}), std::nullopt) << "the first is gone";
     EXPECT_EQ(claim(*channel()), Standing::First);
 }
 
@@ -99,7 +100,7 @@ TEST_F(InstanceTest, TheSocketIsItsOwnersAndTakesNoNonsense) {
         ::close(caller);
     }
     EXPECT_THAT(m_obeyed, testing::IsEmpty());
-    EXPECT_EQ(makeSocketChannel({}, {})->send({Kind::Quit}), Delivery::Unusable);
+    EXPECT_EQ(makeSocketChannel({}, {})->send({Kind::Quit}), std::nullopt);
     EXPECT_EQ(claim(*makeSocketChannel(m_folder.filePath("nowhere"), {})), Standing::Unusable);
 }
 
