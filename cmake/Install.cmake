@@ -56,10 +56,7 @@ if(GLIMRA_DESKTOP)
     install(FILES ${metainfo} DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
     # udev always looks in lib/, even where the machine's library folder has another name.
     install(FILES ${GLIMRA_PACKAGING}/udev/70-glimra-keyboard.rules DESTINATION lib/udev/rules.d)
-    set(GLIMRA_BINDIR ${CMAKE_INSTALL_FULL_BINDIR})
-    set(service ${CMAKE_BINARY_DIR}/packaging/glimra.service)
-    configure_file(${GLIMRA_PACKAGING}/systemd/glimra.service.in ${service} @ONLY)
-    install(FILES ${service} DESTINATION lib/systemd/user)
+    install(FILES ${GLIMRA_PACKAGING}/systemd/glimra.service DESTINATION lib/systemd/user)
 endif()
 
 list(TRANSFORM GLIMRA_ADDON_FILES PREPEND ${GLIMRA_ADDON_BUILT}/ OUTPUT_VARIABLE addon_files)
